@@ -2,10 +2,10 @@
 // and the repaint of run 0. The budget is 50 ms for the overlay of one trace at 1280 x 800.
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
 #include <memory>
 #include <vector>
 
+#include "bench/BenchApplication.h"
 #include "display/Plot.h"
 #include "tests/display/ButterworthResponse.h"
 
@@ -17,15 +17,6 @@ constexpr int Variants = 50;  // different curves, so that no run finds its pixe
 constexpr PlotPlacement Placement{150, 700, 0};
 constexpr TraceChoices OneTrace{};
 constexpr TraceChoices AllTraces{true, true, true, true, true, true};
-
-// Fonts and images want an application object; it lives as long as the program.
-void NeedApplication() {
-    static int argc = 1;
-    static char name[] = "bench";
-    static char* argv[] = {name, nullptr};
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QGuiApplication application(argc, argv);
-}
 
 const std::vector<ButterworthResponse>& Responses() {
     static const std::vector<ButterworthResponse> made = [] {

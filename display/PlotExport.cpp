@@ -62,9 +62,8 @@ bool WritePdf(QIODevice& file, QSize size, const PlotContent& content) {
     return PaintOnto(pdf, size, content);
 }
 
-void PaintTraceSet(QPainter& painter, const PlotContent& content, bool reference,
-                   const PlotLayout& layout) {
-    const PlotTraces& traces = reference ? content.Reference : content.Current;
+void PaintTraceSet(QPainter& painter, const PlotContent& content, const PlotTraces& traces,
+                   bool reference, const PlotLayout& layout) {
     const PlotScales scales = ScalesOf(content.Design);
     const auto points = std::make_unique<TracePoints>();
     for (TraceKind kind : TraceDrawOrder) {
@@ -83,8 +82,10 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content) {
     painter.setFont(content.Font);
     PaintFrame(painter, BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter)),
                size);
-    PaintTraceSet(painter, content, false, layout);
-    PaintTraceSet(painter, content, true, layout);
+    PaintTraceSet(painter, content, content.Current, false, layout);
+    for (const PlotTraces& run : content.Overlays)
+        PaintTraceSet(painter, content, run, false, layout);
+    PaintTraceSet(painter, content, content.Reference, true, layout);
 
     const std::vector<GridColumn> columns = BuildValueGrid(content.Design);
     const int needed = 2 * ValueGridLeft + (static_cast<int>(columns.size()) + 1) * TablePitch;

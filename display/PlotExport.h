@@ -5,6 +5,7 @@
 #include <QFont>
 #include <QSize>
 #include <QString>
+#include <vector>
 
 #include "app/design/FilterDesign.h"
 #include "display/TraceChoices.h"
@@ -13,13 +14,14 @@ class QPainter;
 
 namespace ladderwise {
 
-/// All that is shown of a design; `Reference` may stay empty.
+/// All that is shown of a design; `Reference` and `Overlays` may stay empty.
 struct PlotContent {
     const FilterDesign& Design;
     TraceChoices Choices;
     PlotTraces Current;
     PlotTraces Reference;
     QFont Font;
+    std::vector<PlotTraces> Overlays;  ///< worst-case runs, drawn over the current design
 };
 
 /// Paints the whole plot into 0, 0 .. size: the title at the top, no input panel, the table of

@@ -38,7 +38,7 @@ private:
 
 QColor ToQColor(PlotColour colour);
 
-/// Extents of texts in the painter's current font. The painter must outlive the result.
+/// Extents of texts in the painter's current font.
 TextMetrics MetricsOf(const QPainter& painter);
 
 /// Background over the whole size, then grid, border, labels, marks and title, in the painter's

@@ -1,10 +1,12 @@
-// The trace kinds of the response plot: which are on, their numbers, colours and drawing order.
+// The trace kinds of the response plot: their numbers, arrays, colours and drawing order.
 // Shared by the frame, the mapping and the painting; plain structs, no Qt.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <span>
+
+#include "app/design/TraceChoices.h"
 
 namespace ladderwise {
 
@@ -17,16 +19,6 @@ enum class TraceKind : int {
     Pulse = 4,
     Normalised = 5,
     ReturnLoss = 6,
-};
-
-/// Which traces are on. The defaults are those of a fresh program.
-struct TraceChoices {
-    bool Mag1dB = false;
-    bool Mag10dB = true;
-    bool Phase = false;
-    bool GroupDelay = false;
-    bool Pulse = false;
-    bool ReturnLoss = false;
 };
 
 /// The arrays of one design, one entry per sweep point; an empty array draws nothing.

@@ -1,6 +1,7 @@
 // Draws mapped traces straight into the pixels of the off-screen image. A worst-case overlay draws
-// a thousand traces of a thousand points; this takes a third of the time of the toolkit's polyline
-// at one device pixel per pixel and an eighth at two. No Qt.
+// a thousand traces of a thousand points: a third of the time of the toolkit's polyline at one
+// device pixel per pixel, and a sixtieth at two, where the toolkit strokes outlines
+// (bench/plot_bench.cpp). No Qt.
 #pragma once
 
 #include <cstdint>

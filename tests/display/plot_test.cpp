@@ -172,7 +172,7 @@ TEST(PlotExport, FilesAreValidAndOfTheSizeAskedFor) {
     const QTemporaryDir folder;
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
-    const PlotContent content{made.Design, {}, made.Traces(), reference.Traces(), QFont()};
+    const PlotContent content{made.Design, {}, made.Traces(), reference.Traces(), QFont(), {}};
     const QSize size(1000, 700);
     const auto path = [&](const char* name) { return folder.filePath(QLatin1String(name)); };
 

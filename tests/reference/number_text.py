@@ -3,6 +3,7 @@
 Every function takes a double and returns the text that labels, grids and boxes show.
 """
 import math
+from decimal import Decimal
 
 PREFIXES = {9: "G", 6: "M", 3: "k", 0: "", -3: "m", -6: "u", -9: "n", -12: "p", -15: "f"}
 LOG10_OF_2 = 0.3010299956639812
@@ -93,10 +94,8 @@ def with_prefix(x, digits, unit):
 
 def plain(x, digits):
     """x at `digits` significant digits as the shortest text without an exponent."""
-    text = "%.*f" % (18, round_significant(x, digits))
-    shortest = repr(round_significant(x, digits))
-    if "e" not in shortest:
-        text = shortest
+    text = "%.*e" % (clamp(digits, 1, 15) - 1, round_significant(x, digits))
+    text = format(Decimal(text), "f")
     return text.rstrip("0").rstrip(".") if "." in text else text
 
 

@@ -413,7 +413,8 @@ def full_scale_exact(transfer, delay):
             least = delay[i]
         if levels[i] > peak - 20.0 and delay[i] > most:
             most = delay[i]
-    return max(10.0 * least * 0.5, 10.0 * most * 0.125)
+    scale = 10.0 * least * 0.5
+    return 10.0 * most * 0.125 if most > scale else scale
 
 
 def full_scale(transfer, delay):

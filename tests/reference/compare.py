@@ -1,16 +1,19 @@
 """Compares the console program with cases.tsv and with the model at all 1024 sweep points.
 
-Run: `python3 compare.py PATH-OF-ladderwise-cli [part of a case name]`; exit code 1 on a difference.
+Run: `python3 compare.py PATH-OF-ladderwise-cli [part of a case name]`, or with random designs
+instead of the case file: `python3 compare.py PATH-OF-ladderwise-cli --random COUNT SEED`. Exit code
+1 on a difference.
 Tolerances: values 1e-9 relative; transfer and reflection coefficient 1e-9 absolute against the
 model and 1e-7 against ngspice; derived quantities recomputed from the program's own transfer.
 """
 import json
 import math
 import os
+import random
 import subprocess
 import sys
 
-import ladder
+import make_cases
 import model
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -51,6 +54,33 @@ def run_cli(program, settings):
     if run.returncode != 0:
         raise RuntimeError("exit code %d: %s" % (run.returncode, run.stderr.strip()))
     return json.loads(run.stdout), run.stderr
+
+
+def random_case(rng, name):
+    """A random design within the bounds of every box, with the model's ladder as its rows."""
+    settings = [(key, rng.choice(words)) for key, words in (
+        ("pass", make_cases.PASSES), ("response", make_cases.FAMILIES), ("form", ("clc", "lcl")),
+        ("sweep", make_cases.SWEEPS), ("parts", ("ideal", "ideal", "real", "deembed")),
+        ("std", ("off", "off", "on")), ("cap-tol", "1 2 5 10".split()),
+        ("ind-tol", "1 2 5 10".split()))]
+    source = 10.0 ** rng.uniform(-1, 4)
+    numbers = {"poles": rng.randint(1, 10), "ripple": rng.uniform(0.001, 1.0),
+               "f0": 10.0 ** rng.uniform(-3, 5), "bw-percent": rng.uniform(0.5, 199.0),
+               "r-source": source, "r-load": source * rng.choice((1.0, 10.0 ** rng.uniform(-1, 1))),
+               "ind-q": rng.uniform(5, 300), "ind-c": rng.uniform(0, 2),
+               "cap-r": rng.uniform(0, 1), "cap-l": rng.uniform(0, 2),
+               "threshold": -rng.uniform(1, 120)}
+    settings += [(key, repr(value)) for key, value in numbers.items()]
+    design = model.Design(settings)
+    transfer, _ = design.sweep()
+    delay = model.group_delay(transfer, design.grid, design.threshold)
+    scale = None
+    if not make_cases.near_rounding_step(model.full_scale_exact(transfer, delay)):
+        scale = [repr(model.full_scale(transfer, delay))]
+    rows = [line.split("\t")[1:] for line in make_cases.element_rows(design.elements)]
+    return {"name": name, "set": settings, "el": rows, "pt": [], "sp": [], "gd": scale,
+            "out": [repr(design.r_load), "clc" if design.form_clc else "lcl",
+                    ",".join(design.replaced) or "-"]}
 
 
 def relative(a, b):
@@ -173,7 +203,11 @@ def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     check, part = Checker(), sys.argv[2] if len(sys.argv) > 2 else ""
-    cases = [case for case in read_cases() if part in case["name"]]
+    if part == "--random":
+        rng = random.Random(int(sys.argv[4]))
+        cases = [random_case(rng, "random-%d" % k) for k in range(int(sys.argv[3]))]
+    else:
+        cases = [case for case in read_cases() if part in case["name"]]
     for case in cases:
         try:
             out, _ = run_cli(sys.argv[1], case["set"])

@@ -157,6 +157,19 @@ def comma_locale(program):
     return faults
 
 
+def plot_run(program, settings, ending, size):
+    """Draws one set of texts; a fault is anything but a file, or a refusal that leaves none."""
+    with tempfile.TemporaryDirectory() as folder:
+        path = os.path.join(folder, "plot" + ending)
+        arguments = [part for name, text in settings for part in ("--set", name + "=" + text)]
+        code, _, err = call(program, arguments + ["--size", size, "--plot", path])
+        written = os.path.exists(path) and os.path.getsize(path) > 0
+    if (code == 0 and written) or (code == 2 and not written):
+        return ""
+    return "plot%s %s: exit code %s, %s: %s" % (ending, size, code, "a file" if written else
+                                                "no file", err[-200:].decode("utf-8", "replace"))
+
+
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
@@ -165,10 +178,14 @@ def main():
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 500
     rng = random.Random(int(sys.argv[3]) if len(sys.argv) > 3 else 1)
     faults = usage_errors(program) + comma_locale(program) + single_texts(program)
-    for _ in range(runs):
+    for index in range(runs):
         settings, refuse = random_settings(rng)
         settings.insert(0, ("runs", "3"))
         fault = one_run(program, settings, refuse)
+        if not fault and index % 5 == 0:
+            fault = plot_run(program, settings + [("traces", "mag1,mag10,phase,gd,rl")],
+                             rng.choice((".png", ".svg", ".pdf")),
+                             rng.choice(("200x200", "640x480", "1280x800", "3000x300")))
         if fault:
             faults.append("%r: %s" % (settings, fault))
     for fault in faults[:60]:

@@ -42,6 +42,14 @@ def factor_of(level_db, f, f0):
     return math.sqrt(10.0 ** (-level_db / 10.0) - 1.0) / (f / f0)
 
 
+def drawn_step(found, out, i, tolerance):
+    """The draw of a single run in steps. Nominal ladder and run together make the envelope, so
+    one of its two sides is the nominal level and the other the run's."""
+    steps = [(factor_of(found[side][i], out["sweep_hz"][i], 200e6) - 1.0) * 1e4 / tolerance
+             for side in ("low_db", "high_db")]
+    return max(steps, key=abs)
+
+
 def check_draws(program, form, tolerance, faults):
     """Single runs with many seeds: each factor is a step of the tolerance, all steps alike."""
     tolerances = {"cap_tol" if form == "clc" else "ind_tol": tolerance}
@@ -51,10 +59,7 @@ def check_draws(program, form, tolerance, faults):
         found = out["worst_case"]
         if found["seed"] != seed or found["runs"] != 1:
             faults.append("asked for 1 run with seed %d, got %r" % (seed, found["seed"]))
-        if found["low_db"] != found["high_db"]:
-            faults.append("%s seed %d: one run has two levels at a point" % (form, seed))
-        step = [(factor_of(found["low_db"][i], out["sweep_hz"][i], 200e6) - 1.0) * 1e4 / tolerance
-                for i in (512, 700, 900)]
+        step = [drawn_step(found, out, i, tolerance) for i in (512, 700, 900)]
         if max(abs(s - round(step[0])) for s in step) > 1e-6 or abs(step[0]) > 100.5:
             faults.append("%s %d %% seed %d: steps %r" % (form, tolerance, seed, step))
         steps.append(round(step[0]))

@@ -45,6 +45,11 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
 
 }  // namespace
 
+void NumberBox::Type(std::string text) {
+    Text = std::move(text);
+    ExactValue.reset();
+}
+
 void NumberBox::WriteValue(double value) {
     WriteText(FormatPlain(value, BoxDigits), value);
 }

@@ -25,6 +25,9 @@ struct NumberBox {
     std::optional<double> ExactValue{};         ///< the value that WrittenText stands for
     std::optional<std::string> ReplacedText{};  ///< what the last read found unfit and replaced
 
+    /// Puts a text into the box as a user types it: no exact value stands behind it.
+    void Type(std::string text);
+
     /// Puts a value into the box with BoxDigits significant digits and keeps it exactly behind.
     void WriteValue(double value);
 

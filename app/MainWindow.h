@@ -1,0 +1,136 @@
+// The main window: shows the inputs, runs the calculation after every user action and shows its
+// result. All mathematics lives below; this class moves texts, checks and pictures.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QMainWindow>
+#include <vector>
+
+#include "app/MainMenus.h"
+#include "app/MainPanel.h"
+#include "app/pipeline/Choices.h"
+#include "app/pipeline/Keystrokes.h"
+#include "app/pipeline/PlotQuantities.h"
+#include "app/pipeline/Updownfunctions.h"
+#include "display/Plot.h"
+
+class QMenu;
+class QProgressBar;
+class QScrollBar;
+class QTableWidget;
+
+namespace ladderwise {
+
+class ElidedLabel;
+class PartDefinitionsWindow;
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    MainWindow();
+
+    /// Replaces the modal message boxes, for tests: every message then goes to `report`.
+    void SetMessageCallback(MessageCallback report);
+
+    const Calculation& State() const { return calculation; }
+
+    /// The whole pipeline: every user action ends here.
+    void CalcButtonClick();
+
+    /// One handler for all menu entries, radio buttons and check boxes. No sender: control states
+    /// and calculation only, as at start-up.
+    void FilterMenuClick(const QObject* sender);
+
+    /// A function key; the window sees it before its controls.
+    void FormKeyDown(FormKey key);
+
+    /// Enter on the value grid: simulates what stands in its cells.
+    void SimulateGrid();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    /// A box of the inputs, the edit that shows it, its arrows and handler (if it has any).
+    struct BoundBox {
+        NumberEdit* Edit;
+        NumberBox DesignInputs::*Box;
+        UpDownButton* Arrows;
+        SpinHandler Handler;
+    };
+    struct BoundSwitch {
+        QAbstractButton* Button;
+        bool* Value;
+    };
+
+    // MainWindow.cpp: building and handlers
+    void BuildClient();
+    void BuildEllipticPanel();
+    void BuildStatusLine();
+    void ConnectPanel();
+    void ConnectMenus();
+    void StepBox(const BoundBox& bound, bool up);
+    void ApplySender(const QObject* sender);
+    void ApplyMenuEntry(const MenuEntry& entry);
+    void RunCommand(const QString& name);
+    void ShowPartDefinitions();
+    void ShowAbout();
+    void ShowMessage(const std::string& caption, const std::string& text);
+
+    // MainWindowSync.cpp: controls to inputs and back
+    void StoreInputs();
+    void ShowInputs();
+    void ShowLabels();
+    void ShowMenuChecks();
+    void ShowToolTips();
+    void ShowStatus();
+    void SetControlStates();
+
+    // MainWindowPlot.cpp: picture and value grid
+    void PlotRun(int run);
+    void ShowProgress(int run);
+    void LayOutClient();
+    void ResizePlot();
+    void PlaceGroupDelayControls();
+    void ShowValueGrid();
+    void ScrollStrip(int position);
+    PlotPlacement Placement() const;
+    int GridTop() const;
+
+    // MainWindowKeys.cpp: keyboard and grid
+    bool HandleKey(QObject* target, int key);
+    CellPosition SelectedCell();
+    void ReadGrid();
+    bool ReadCell(int slot, int row);
+    void AnalyseAsItStands();
+
+    Calculation calculation;
+    DisplayQuantities quantities;
+    Plot plot;
+    MessageCallback report;
+    bool started = false;
+    bool showingGrid = false;  ///< cells change because the program writes them
+    QElapsedTimer sinceRepaint;
+
+    QWidget* client;
+    QWidget* bitMap;
+    MainPanel* panel;
+    QTableWidget* valueGrid;
+    QScrollBar* stripBar;
+    QWidget* ellipticPanel;
+    NumberEdit* trapTypeBox;
+    UpDownButton* ellipticFormUpDown;
+    NumberEdit* scaleBox;
+    QMenu* markerMenu;
+    ElidedLabel* statusLabel;
+    QProgressBar* progress;
+    PartDefinitionsWindow* partDefinitions;
+    std::vector<MenuAction> menuActions;
+    std::vector<BoundBox> boxes;
+    std::vector<BoundSwitch> switches;
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,113 @@
+// The main window: function keys, Enter on the value grid, start-up and resizing events.
+#include <QApplication>
+#include <QKeyEvent>
+#include <QTableWidget>
+#include <QWindow>
+#include <optional>
+
+#include "app/MainWindow.h"
+
+namespace ladderwise {
+
+namespace {
+
+const QColor replacedColour(192, 192, 192);
+
+std::optional<FormKey> FormKeyOf(int key) {
+    constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
+                                FormKey::F5, FormKey::F6, FormKey::F7, FormKey::F8};
+    if (key < Qt::Key_F1 || key > Qt::Key_F8) return {};
+    return keys[key - Qt::Key_F1];
+}
+
+}  // namespace
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress && watched->isWidgetType()) {
+        auto* const key = static_cast<QKeyEvent*>(event);
+        const bool ours = static_cast<QWidget*>(watched)->window() == this;
+        const bool plain = !(key->modifiers() & ~Qt::KeypadModifier);
+        if (ours && plain && HandleKey(watched, key->key())) return true;
+    }
+    if (watched == client && event->type() == QEvent::Resize && started) ResizePlot();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (started) return;
+    started = true;
+    // A screen of another density needs a picture of another density.
+    connect(windowHandle(), &QWindow::screenChanged, this, [this] { ResizePlot(); });
+    ResizePlot();
+    FilterMenuClick(nullptr);
+}
+
+bool MainWindow::HandleKey(QObject* target, int key) {
+    if (const auto formKey = FormKeyOf(key)) {
+        FormKeyDown(*formKey);
+        return true;
+    }
+    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (enter && (target == valueGrid || target == valueGrid->viewport())) {
+        SimulateGrid();
+        return true;
+    }
+    return false;
+}
+
+CellPosition MainWindow::SelectedCell() {
+    if (valueGrid->currentColumn() < 1)
+        valueGrid->setCurrentCell(std::max(0, valueGrid->currentRow()), 1);
+    return {valueGrid->currentColumn(), valueGrid->currentRow()};
+}
+
+void MainWindow::FormKeyDown(FormKey key) {
+    if (valueGrid->isAncestorOf(QApplication::focusWidget())) valueGrid->setFocus();
+    StoreInputs();
+    switch (ApplyFormKey(calculation, key, SelectedCell(), report)) {
+        case KeyOutcome::Nothing:
+            ShowInputs();
+            ShowStatus();
+            return;
+        case KeyOutcome::Analyse:
+            return AnalyseAsItStands();
+        case KeyOutcome::FullCalculate:
+            SetControlStates();
+            ShowInputs();
+            return CalcButtonClick();
+    }
+}
+
+void MainWindow::SimulateGrid() {
+    StoreInputs();
+    ReadGrid();
+}
+
+void MainWindow::ReadGrid() {
+    std::vector<CellPosition> unreadable;
+    for (int slot = 1; slot < valueGrid->columnCount(); ++slot)
+        for (int row = 0; row < ValueGridRows; ++row)
+            if (!ReadCell(slot, row)) unreadable.push_back({slot, row});
+    AnalyseAsItStands();
+    showingGrid = true;
+    for (const CellPosition& cell : unreadable)
+        valueGrid->item(cell.Row, cell.Slot)->setBackground(replacedColour);
+    showingGrid = false;
+}
+
+bool MainWindow::ReadCell(int slot, int row) {
+    const QTableWidgetItem* const item = valueGrid->item(row, slot);
+    const QString written = item->data(Qt::UserRole).toString();
+    if (item->text() == written) return true;  // the exact value stands behind the program's text
+    return TryParsePartValue(item->text().toStdString(),
+                             calculation.Design.Elements[slot].Value(row));
+}
+
+void MainWindow::AnalyseAsItStands() {
+    AnalyseAndPlot(calculation, report, [this](int run) { PlotRun(run); });
+    ShowInputs();
+    ShowStatus();
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,138 @@
+// The main window: the picture, the value grid and where they stand.
+#include <QApplication>
+#include <QHeaderView>
+#include <QProgressBar>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTableWidget>
+
+#include "app/BitMapView.h"
+#include "app/MainWindow.h"
+#include "display/TraceSource.h"
+#include "display/ValueGridContent.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
+const QColor labelBackground(225, 225, 225);
+
+/// The item of a cell, made when there is none yet.
+QTableWidgetItem* ItemAt(QTableWidget* grid, int row, int column) {
+    if (!grid->item(row, column)) grid->setItem(row, column, new QTableWidgetItem);
+    return grid->item(row, column);
+}
+
+}  // namespace
+
+PlotPlacement MainWindow::Placement() const {
+    return {panel->height(), GridTop(), stripBar->isVisibleTo(client) ? stripBar->value() : 0};
+}
+
+int MainWindow::GridTop() const {
+    return valueGrid->y();
+}
+
+void MainWindow::PlotRun(int run) {
+    DerivePlotQuantities(calculation, run, quantities, report);
+    if (run < 1) LayOutClient();
+    plot.PlotRun(run, calculation.Design, calculation.Inputs.Traces, Placement(),
+                 TracesOf(quantities, calculation.Design.Response));
+    if (run < 1) {
+        PlaceGroupDelayControls();
+        ShowValueGrid();
+        bitMap->update();
+    } else {
+        ShowProgress(run);
+    }
+}
+
+void MainWindow::ShowProgress(int run) {
+    const int runs = calculation.WorstCase.Runs;
+    if (run == 1) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        progress->setRange(0, runs);
+        sinceRepaint.start();
+    }
+    if (sinceRepaint.elapsed() >= RepaintInterval && run < runs) {
+        progress->setValue(run);
+        progress->show();
+        statusBar()->repaint();
+        bitMap->repaint();
+        sinceRepaint.restart();
+    }
+    if (run == runs) {
+        progress->hide();
+        bitMap->update();
+        QApplication::restoreOverrideCursor();
+    }
+}
+
+void MainWindow::ResizePlot() {
+    plot.SetFont(panel->findChild<QLabel*>("FontLabel")->font());
+    plot.Resize(client->width(), client->height(), devicePixelRatioF());
+    bitMap->setGeometry(0, 0, client->width(), client->height());
+    RepeatAnalysis(calculation, report, [this](int run) { PlotRun(run); });
+}
+
+void MainWindow::LayOutClient() {
+    const int width = client->width();
+    const int elements = ShownElements(calculation.Design);
+    panel->setGeometry(0, 0, width, panel->sizeHint().height());
+    const bool scrolled = ValueGridNeedsScrollBar(elements, width);
+    const int barHeight = scrolled ? stripBar->sizeHint().height() : 0;
+    const int gridHeight = ValueGridRows * valueGrid->verticalHeader()->defaultSectionSize();
+    const int gridWidth = ValueGridWidth(elements);
+    stripBar->setGeometry(0, client->height() - barHeight, width, barHeight);
+    stripBar->setVisible(scrolled);
+    const QSignalBlocker blocker(stripBar);
+    stripBar->setRange(0, std::max(0, ValueGridLeft + gridWidth - width));
+    stripBar->setPageStep(width);
+    stripBar->setSingleStep(SchematicWidth);
+    const int scroll = scrolled ? stripBar->value() : 0;
+    valueGrid->setGeometry(ValueGridLeft - scroll, client->height() - barHeight - gridHeight,
+                           gridWidth, gridHeight);
+    ellipticPanel->move(ValueGridLeft, GridTop() - ellipticPanel->height());
+}
+
+void MainWindow::ScrollStrip(int position) {
+    valueGrid->move(ValueGridLeft - position, valueGrid->y());
+    plot.ScrollStrip(calculation.Design, position);
+    bitMap->update();
+}
+
+void MainWindow::PlaceGroupDelayControls() {
+    const bool delay = calculation.Inputs.Traces.GroupDelay;
+    panel->AutoScaleCheckBox->setVisible(delay);
+    const PlotRect place = ScaleBoxRect(plot.Layout(), scaleBox->sizeHint().height());
+    scaleBox->setGeometry(place.Left, place.Top, place.Width, place.Height);
+    scaleBox->setVisible(delay && !calculation.Inputs.AutoScale);
+}
+
+void MainWindow::ShowValueGrid() {
+    showingGrid = true;
+    const std::vector<GridColumn> columns = BuildValueGrid(calculation.Design);
+    valueGrid->setColumnCount(1 + static_cast<int>(columns.size()));
+    for (int row = 0; row < ValueGridRows; ++row) {
+        QTableWidgetItem* const label = ItemAt(valueGrid, row, 0);
+        label->setText(GridRowLabels[row]);
+        label->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        label->setBackground(labelBackground);
+        for (int column = 1; column < valueGrid->columnCount(); ++column) {
+            const GridCell& cell = columns[column - 1][row];
+            QTableWidgetItem* const item = ItemAt(valueGrid, row, column);
+            const QString text = QString::fromStdString(cell.Text);
+            item->setText(text);
+            item->setData(Qt::UserRole, text);
+            item->setToolTip(QString::fromStdString(cell.ToolTip));
+            item->setBackground(palette().base());
+            Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+            if (!text.isEmpty()) flags |= Qt::ItemIsEditable;
+            item->setFlags(flags);
+        }
+    }
+    showingGrid = false;
+}
+
+}  // namespace ladderwise

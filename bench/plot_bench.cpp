@@ -1,0 +1,107 @@
+// Cost of the plot: a worst-case overlay of 1001 runs, with the toolkit's polyline for comparison,
+// and the repaint of run 0. The budget is 50 ms for the overlay of one trace at 1280 x 800.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <vector>
+
+#include "bench/BenchApplication.h"
+#include "display/Plot.h"
+#include "tests/display/ButterworthResponse.h"
+
+namespace ladderwise {
+namespace {
+
+constexpr int Runs = 1001;
+constexpr int Variants = 50;  // different curves, so that no run finds its pixels in the cache
+constexpr PlotPlacement Placement{150, 700, 0};
+constexpr TraceChoices OneTrace{};
+constexpr TraceChoices AllTraces{true, true, true, true, true, true};
+
+const std::vector<ButterworthResponse>& Responses() {
+    static const std::vector<ButterworthResponse> made = [] {
+        std::vector<ButterworthResponse> responses;
+        for (int k = 0; k < Variants; ++k) {
+            responses.push_back(
+                MakeButterworth(SweepType::OneDecade, 0.9 + 0.2 * k / (Variants - 1)));
+        }
+        return responses;
+    }();
+    return made;
+}
+
+std::unique_ptr<Plot> MakePlot(double ratio) {
+    NeedApplication();
+    auto plot = std::make_unique<Plot>();
+    plot->Resize(1280, 800, ratio);
+    return plot;
+}
+
+void Overlay(benchmark::State& state, const TraceChoices& choices) {
+    const auto plot = MakePlot(static_cast<double>(state.range(0)));
+    const auto& responses = Responses();
+    for (auto _ : state) {
+        for (int run = 0; run < Runs; ++run) {
+            const ButterworthResponse& response =
+                responses[static_cast<std::size_t>(run % Variants)];
+            plot->PlotRun(run, response.Design, choices, Placement, response.Traces());
+        }
+    }
+}
+
+void OverlayOneTrace(benchmark::State& state) {
+    Overlay(state, OneTrace);
+}
+void OverlayAllTraces(benchmark::State& state) {
+    Overlay(state, AllTraces);
+}
+
+// The same overlay of one trace through QPainter::drawPolyline.
+void OverlayWithToolkit(benchmark::State& state) {
+    const auto plot = MakePlot(static_cast<double>(state.range(0)));
+    const auto& responses = Responses();
+    plot->PaintBackground(responses[0].Design, OneTrace, Placement);
+    QImage image = plot->Image().copy();
+    const auto points = std::make_unique<TracePoints>();
+    for (auto _ : state) {
+        QPainter painter(&image);
+        for (int run = 0; run < Runs; ++run) {
+            const ButterworthResponse& response =
+                responses[static_cast<std::size_t>(run % Variants)];
+            MapTrace(response.MagnitudeDb, TraceKind::Mag10dB, false, plot->Layout(),
+                     plot->Scales(), *points);
+            PaintTrace(painter, *points, TraceColour(TraceKind::Mag10dB, false));
+        }
+    }
+}
+
+void MapOnly(benchmark::State& state) {
+    const auto& responses = Responses();
+    const PlotLayout layout = ComputePlotLayout({1280, 800, 150, 700}, {});
+    const auto points = std::make_unique<TracePoints>();
+    for (auto _ : state) {
+        for (int run = 0; run < Runs; ++run) {
+            MapTrace(responses[static_cast<std::size_t>(run % Variants)].MagnitudeDb,
+                     TraceKind::Mag10dB, false, layout, {}, *points);
+            benchmark::DoNotOptimize(points->NumRuns);
+        }
+    }
+}
+
+void RunZero(benchmark::State& state) {
+    const auto plot = MakePlot(static_cast<double>(state.range(0)));
+    const ButterworthResponse& response = Responses()[0];
+    for (auto _ : state) {
+        plot->PlotRun(0, response.Design, AllTraces, Placement, response.Traces());
+    }
+}
+
+// The argument is the device pixel ratio.
+BENCHMARK(OverlayOneTrace)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(OverlayAllTraces)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(OverlayWithToolkit)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(MapOnly)->Unit(benchmark::kMillisecond);
+BENCHMARK(RunZero)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace ladderwise

@@ -1,0 +1,156 @@
+// JSON by hand: the format asks for 17 significant digits, which common writers do not give.
+#include "cli/JsonOutput.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <span>
+
+#include "app/pipeline/NamedSettings.h"
+#include "app/pipeline/Notes.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int SignificantDigits = 17;  ///< any double survives the way to text and back
+
+std::string Number(double x) {
+    if (!std::isfinite(x)) return "null";
+    std::array<char, 40> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), x,
+                                   std::chars_format::general, SignificantDigits)
+                         .ptr;
+    return {buffer.data(), end};
+}
+
+std::string Quoted(std::string_view text) {
+    std::string quoted = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\') {
+            quoted += '\\';
+            quoted += c;
+        } else if (c == '\n') {
+            quoted += "\\n";
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            constexpr std::string_view hex = "0123456789abcdef";
+            quoted += "\\u00";
+            quoted += hex[static_cast<unsigned char>(c) >> 4];
+            quoted += hex[static_cast<unsigned char>(c) & 15];
+        } else {
+            quoted += c;
+        }
+    }
+    return quoted + '"';
+}
+
+/// A list of `count` items, each made by `item(index)`.
+template <typename Item>
+std::string List(std::size_t count, Item item) {
+    std::string list = "[";
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i > 0) list += ", ";
+        list += item(i);
+    }
+    return list + "]";
+}
+
+std::string Numbers(std::span<const double> values) {
+    return List(values.size(), [&](std::size_t i) { return Number(values[i]); });
+}
+
+std::string BlankableNumbers(std::span<const double> values) {
+    return List(values.size(), [&](std::size_t i) {
+        return values[i] == BlankMarker ? std::string("null") : Number(values[i]);
+    });
+}
+
+std::string ValueText(const SettingValue& value) {
+    if (const double* number = std::get_if<double>(&value)) return Number(*number);
+    if (const std::string* word = std::get_if<std::string>(&value)) return Quoted(*word);
+    return "null";
+}
+
+std::string InputsText(const Calculation& calculation) {
+    const std::vector<SettingInUse> inUse = SettingsInUse(calculation);
+    std::string list = List(inUse.size(), [&](std::size_t i) {
+        return Quoted(inUse[i].Name) + ": " + ValueText(inUse[i].Value);
+    });
+    list.front() = '{';
+    list.back() = '}';
+    return list;
+}
+
+std::string ElementText(const CircuitElement& element, std::size_t slot) {
+    const ElementInfo& info = InfoOf(element.Type);
+    std::string text = "{\"slot\": " + std::to_string(slot) +
+                       ", \"code\": " + std::to_string(static_cast<int>(element.Type)) +
+                       ", \"type\": " + Quoted(info.Name);
+    for (int row = 0; row < 4; ++row) {
+        const double value = element.Value(row);
+        const bool shown = info.Values[row] != ValueKind::Unused && !(value > NotUsedLimit);
+        text += ", \"V" + std::to_string(row + 1) + "\": " + (shown ? Number(value) : "null");
+    }
+    return text + "}";
+}
+
+std::string NoteText(const Note& note) {
+    std::string text = "{\"kind\": " + Quoted(NameOf(note.Kind)) +
+                       ", \"name\": " + Quoted(note.Name) + ", \"text\": " + Quoted(note.Text);
+    if (note.Kind == NoteKind::Replaced)
+        text += ", \"typed\": " + Quoted(note.Typed) + ", \"in_use\": " + Quoted(note.InUse) +
+                ", \"colour\": \"silver\"";
+    if (note.Kind == NoteKind::LoadMoved)
+        text += ", \"in_use\": " + Quoted(note.InUse) + ", \"colour\": \"yellow\"";
+    return text + "}";
+}
+
+std::string WorstCaseObject(const WorstCaseResult& result) {
+    return "{\"runs\": " + std::to_string(result.Runs) +
+           ", \"seed\": " + std::to_string(result.Seed) +
+           ", \"pass_band_loss_db\": " + Number(result.PassBandLossDb) +
+           ", \"spread_at_f0_db\": " + Number(result.SpreadAtF0Db) +
+           ",\n    \"low_db\": " + Numbers(result.LowDb) +
+           ",\n    \"high_db\": " + Numbers(result.HighDb) + "}";
+}
+
+}  // namespace
+
+std::string JsonText(const Calculation& calculation, const DisplayQuantities& quantities,
+                     const std::vector<RecordedMessage>& messages) {
+    const FilterDesign& design = calculation.Design;
+    const SweepResponse& response = design.Response;
+    const std::vector<Note> notes = CollectNotes(calculation);
+    std::string text = "{\n";
+    const auto member = [&text](const char* name, const std::string& value) {
+        text += "  " + Quoted(name) + ": " + value + ",\n";
+    };
+    member("inputs", InputsText(calculation));
+    member("r_load", Number(design.RLoad));
+    member("form", Quoted(design.FormCLC ? "clc" : "lcl"));
+    member("elements", List(design.NumElements, [&](std::size_t i) {
+               return ElementText(design.Elements[i + 1], i + 1);
+           }));
+    member("sweep_hz", Numbers(design.SweepFreqs));
+    member("transfer", List(NumSweepPoints, [&](std::size_t i) {
+               return "[" + Number(response.TransferRe[i]) + ", " + Number(response.TransferIm[i]) +
+                      "]";
+           }));
+    member("reflection_db", Numbers(response.ReflectionDb));
+    member("magnitude_db", Numbers(quantities.MagnitudeDb));
+    member("phase_deg", BlankableNumbers(quantities.PhaseDeg));
+    member("group_delay_s", BlankableNumbers(quantities.GroupDelay));
+    member("group_delay_full_scale_s", Number(design.GDFullScale));
+    if (calculation.WorstCase.Runs > 0)
+        member("worst_case", WorstCaseObject(calculation.WorstCase));
+    member("messages", List(messages.size(), [&](std::size_t i) {
+               return "{\"caption\": " + Quoted(messages[i].Caption) +
+                      ", \"text\": " + Quoted(messages[i].Text) + "}";
+           }));
+    text +=
+        "  \"notes\": " + List(notes.size(), [&](std::size_t i) { return NoteText(notes[i]); }) +
+        "\n}\n";
+    return text;
+}
+
+}  // namespace ladderwise

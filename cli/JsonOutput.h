@@ -1,0 +1,23 @@
+// The calculation as one JSON object; docs/json.md describes it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "analysis/Magphasefunctions.h"
+#include "app/pipeline/Calculation.h"
+
+namespace ladderwise {
+
+/// A message that the window would show in a box.
+struct RecordedMessage {
+    std::string Caption;
+    std::string Text;
+};
+
+/// Numbers have 17 significant digits and a point whatever the locale; NaN, infinities, blank
+/// points and values that are not in use are null.
+std::string JsonText(const Calculation& calculation, const DisplayQuantities& quantities,
+                     const std::vector<RecordedMessage>& messages);
+
+}  // namespace ladderwise

@@ -1,0 +1,67 @@
+// The part table as text.
+#include "cli/TableOutput.h"
+
+#include "app/pipeline/Notes.h"
+#include "display/PlotFrame.h"
+#include "files/Formatfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int PartDigits = 4;  ///< decimals of the shown mantissa: five significant digits
+
+const char* PartsText(PartChoice choice) {
+    switch (choice) {
+        case PartChoice::IdealParts:
+            return "ideal parts";
+        case PartChoice::RealParts:
+            return "real parts";
+        case PartChoice::DeEmbed:
+            return "real parts, values adjusted for parasitics";
+    }
+    return "";
+}
+
+std::string Padded(std::string text, std::size_t width) {
+    if (text.size() < width) text.resize(width, ' ');
+    return text;
+}
+
+std::string SlotLine(const CircuitElement& element, int slot) {
+    const ElementInfo& info = InfoOf(element.Type);
+    const std::string number = std::to_string(slot);
+    std::string line = std::string(4 - number.size(), ' ') + number + "  " + Padded(info.Name, 20);
+    for (int row = 0; row < 4; ++row) {
+        const ValueKind kind = info.Values[row];
+        if (kind == ValueKind::Unused) continue;
+        line += Padded(std::string(SymbolOf(kind)) + " = " +
+                           FormatWithPrefix(element.Value(row), PartDigits, UnitOf(kind)),
+                       20);
+    }
+    return line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
+}
+
+}  // namespace
+
+std::string TableText(const Calculation& calculation) {
+    const FilterDesign& design = calculation.Design;
+    const auto shown = [](double value, const char* unit) {
+        return FormatWithPrefix(value, PartDigits, unit);
+    };
+    std::string text = PlotTitle(design) + "\nFo " + shown(design.F0, "Hz");
+    if (design.PassType != PassType::LowPass && design.PassType != PassType::HighPass)
+        text += ", bandwidth " + shown(design.BandWidth, "Hz");
+    text += ", R source " + shown(design.RSource, "ohm") + ", R load " +
+            shown(design.RLoad, "ohm") + ", " + PartsText(design.PartModel.Choice) +
+            (design.StdLCValues ? ", standard values" : "") + "\n";
+    if (design.NumElements > 0) text += "Slot  Type                Values, source to load\n";
+    for (int slot = 1; slot <= design.NumElements; ++slot)
+        text += SlotLine(design.Elements[slot], slot);
+    for (const Note& note : CollectNotes(calculation))
+        text += note.Text + "\n";
+    const std::string worstCase = WorstCaseText(calculation.WorstCase);
+    return worstCase.empty() ? text : text + worstCase + "\n";
+}
+
+}  // namespace ladderwise

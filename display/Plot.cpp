@@ -1,0 +1,75 @@
+// The plot's off-screen image.
+#include "display/Plot.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "display/TraceRaster.h"
+
+namespace ladderwise {
+
+Plot::Plot() {
+    Resize(1, 1);
+}
+
+void Plot::Resize(int clientWidth, int clientHeight, double devicePixelRatio) {
+    const double ratio = devicePixelRatio > 1.0 ? devicePixelRatio : 1.0;
+    const auto pixels = [ratio](int logical) {
+        return static_cast<int>(std::ceil(std::max(logical, 1) * ratio));
+    };
+    image = QImage(pixels(clientWidth), pixels(clientHeight), QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(ToQColor(BackgroundColour));
+    layout = ComputePlotLayout({clientWidth, clientHeight, 0, clientHeight}, choices);
+}
+
+void Plot::SetFont(const QFont& labelFont) {
+    font = labelFont;
+}
+
+void Plot::PlotRun(int run, const FilterDesign& design, const TraceChoices& runChoices,
+                   const PlotPlacement& runPlacement, const PlotTraces& traces) {
+    if (run < 1) PaintBackground(design, runChoices, runPlacement);
+    PaintTraces(traces, false);
+}
+
+void Plot::PaintBackground(const FilterDesign& design, const TraceChoices& newChoices,
+                           const PlotPlacement& newPlacement) {
+    choices = newChoices;
+    placement = newPlacement;
+    const QSize size = image.deviceIndependentSize().toSize();
+    layout = ComputePlotLayout(
+        {size.width(), size.height(), placement.PanelHeight, placement.GridTop}, choices);
+    scales = ScalesOf(design);
+    QPainter painter(&image);
+    painter.setFont(font);
+    PaintFrame(painter, BuildPlotFrame(design, choices, layout, MetricsOf(painter)), size);
+    PaintStrip(painter, design, placement.GridTop, placement.StripScroll, Doubled(), pictures);
+}
+
+void Plot::PaintTraces(const PlotTraces& traces, bool reference) {
+    PixelTarget target;
+    target.Pixels = reinterpret_cast<std::uint32_t*>(image.bits());
+    target.Width = image.width();
+    target.Height = image.height();
+    target.Stride = static_cast<int>(image.bytesPerLine() / sizeof(std::uint32_t));
+    target.PixelRatio = image.devicePixelRatio();
+    for (TraceKind kind : TraceDrawOrder) {
+        if (!IsChosen(choices, kind)) continue;
+        MapTrace(ValuesOf(traces, kind), kind, reference, layout, scales, points);
+        DrawRuns(points, TraceColour(kind, reference), target);
+    }
+}
+
+void Plot::ScrollStrip(const FilterDesign& design, int scroll) {
+    placement.StripScroll = scroll;
+    const QSize size = image.deviceIndependentSize().toSize();
+    const QRect band(0, placement.GridTop - SchematicHeight, size.width(), SchematicHeight);
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.setClipRect(band);
+    painter.fillRect(band, ToQColor(BackgroundColour));
+    PaintStrip(painter, design, placement.GridTop, scroll, Doubled(), pictures);
+}
+
+}  // namespace ladderwise

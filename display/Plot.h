@@ -1,0 +1,68 @@
+// The response plot on its off-screen image. Run 0 repaints everything; worst-case runs draw their
+// traces over it, so that the spread builds up.
+#pragma once
+
+#include <QFont>
+#include <QImage>
+
+#include "display/PlotPainter.h"
+#include "display/TraceChoices.h"
+
+namespace ladderwise {
+
+/// Where the plot stands among its neighbours in the window, in logical pixels.
+struct PlotPlacement {
+    int PanelHeight = 0;  ///< of the input panel above the plot
+    int GridTop = 0;      ///< y of the value grid
+    int StripScroll = 0;  ///< how far strip and grid are scrolled to the left
+};
+
+class Plot {
+public:
+    Plot();
+
+    /// Makes the image as large as the client area (logical pixels, at least 1 x 1) at a density
+    /// (device pixels per logical pixel; below 1 or NaN counts as 1). The image is blank until the
+    /// next run 0.
+    void Resize(int clientWidth, int clientHeight, double devicePixelRatio = 1.0);
+
+    /// Font of labels, marks and title from the next run 0 on.
+    void SetFont(const QFont& labelFont);
+
+    /// Run 0 (or below) repaints frame and strip and fixes layout and scales; then, in any run,
+    /// the chosen traces are drawn. Runs from 1 on use layout, scales and choices of the last run
+    /// 0, take no notice of the other arguments and allocate nothing.
+    void PlotRun(int run, const FilterDesign& design, const TraceChoices& choices,
+                 const PlotPlacement& placement, const PlotTraces& traces);
+
+    /// Repaints background, frame and schematic strip without traces.
+    void PaintBackground(const FilterDesign& design, const TraceChoices& choices,
+                         const PlotPlacement& placement);
+
+    /// Draws the chosen traces over what is there: solid for the current design, dashed in their
+    /// own colours for the reference design.
+    void PaintTraces(const PlotTraces& traces, bool reference);
+
+    /// Repaints the strip alone at another scroll position; traces and overlays stay.
+    void ScrollStrip(const FilterDesign& design, int scroll);
+
+    /// The picture. Keeping a copy of it makes the next run copy all pixels once.
+    const QImage& Image() const { return image; }
+    /// Layout and scales of the last run 0.
+    const PlotLayout& Layout() const { return layout; }
+    const PlotScales& Scales() const { return scales; }
+
+private:
+    bool Doubled() const { return image.devicePixelRatio() > 1.0; }
+
+    QImage image;
+    QFont font;
+    PlotLayout layout;
+    PlotScales scales;
+    TraceChoices choices;
+    PlotPlacement placement;
+    TracePoints points;
+    SchematicPictures pictures;
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,118 @@
+// Writing the plot as PNG, SVG or PDF.
+#include "display/PlotExport.h"
+
+#include <QFileInfo>
+#include <QImage>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <QSvgGenerator>
+#include <algorithm>
+#include <memory>
+
+#include "display/PlotPainter.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int dotsPerInch = 96;
+constexpr int dotsPerMeter = 3780;  // 96 / 0.0254
+constexpr double pointsPerInch = 72.0;
+constexpr int bottomMargin = 10;  // below the table of values
+constexpr const char* programName = "Ladderwise";
+
+bool WritePng(QIODevice& file, QSize size, const PlotContent& content) {
+    QImage image(size, QImage::Format_RGB32);
+    if (image.isNull()) return false;
+    image.setDotsPerMeterX(dotsPerMeter);
+    image.setDotsPerMeterY(dotsPerMeter);
+    QPainter painter(&image);
+    PaintPlot(painter, size, content);
+    painter.end();
+    return image.save(&file, "PNG");
+}
+
+bool PaintOnto(QPaintDevice& device, QSize size, const PlotContent& content) {
+    QPainter painter;
+    if (!painter.begin(&device)) return false;
+    PaintPlot(painter, size, content);
+    return painter.end();
+}
+
+bool WriteSvg(QIODevice& file, QSize size, const PlotContent& content) {
+    QSvgGenerator svg;
+    svg.setOutputDevice(&file);
+    svg.setResolution(dotsPerInch);
+    svg.setSize(size);
+    svg.setViewBox(QRect(QPoint(0, 0), size));
+    svg.setTitle(QString::fromStdString(PlotTitle(content.Design)));
+    return PaintOnto(svg, size, content);
+}
+
+bool WritePdf(QIODevice& file, QSize size, const PlotContent& content) {
+    QPdfWriter pdf(&file);
+    pdf.setCreator(QString::fromLatin1(programName));
+    pdf.setTitle(QString::fromStdString(PlotTitle(content.Design)));
+    pdf.setResolution(dotsPerInch);
+    pdf.setPageSize(QPageSize(QSizeF(size) * pointsPerInch / dotsPerInch, QPageSize::Point,
+                              QString(), QPageSize::ExactMatch));
+    pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
+    return PaintOnto(pdf, size, content);
+}
+
+void PaintTraceSet(QPainter& painter, const PlotContent& content, const PlotTraces& traces,
+                   bool reference, const PlotLayout& layout) {
+    const PlotScales scales = ScalesOf(content.Design);
+    const auto points = std::make_unique<TracePoints>();
+    for (TraceKind kind : TraceDrawOrder) {
+        if (!IsChosen(content.Choices, kind)) continue;
+        MapTrace(ValuesOf(traces, kind), kind, reference, layout, scales, *points);
+        PaintTrace(painter, *points, TraceColour(kind, reference));
+    }
+}
+
+}  // namespace
+
+void PaintPlot(QPainter& painter, QSize size, const PlotContent& content) {
+    const int gridTop = size.height() - ValueGridRows * TableRowHeight - bottomMargin;
+    const PlotLayout layout =
+        ComputePlotLayout({size.width(), size.height(), 0, gridTop}, content.Choices);
+    painter.setFont(content.Font);
+    PaintFrame(painter, BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter)),
+               size);
+    PaintTraceSet(painter, content, content.Current, false, layout);
+    for (const PlotTraces& run : content.Overlays)
+        PaintTraceSet(painter, content, run, false, layout);
+    PaintTraceSet(painter, content, content.Reference, true, layout);
+
+    const std::vector<GridColumn> columns = BuildValueGrid(content.Design);
+    const int needed = 2 * ValueGridLeft + (static_cast<int>(columns.size()) + 1) * TablePitch;
+    const double shrink = std::min(1.0, static_cast<double>(size.width()) / needed);
+    SchematicPictures pictures;
+    painter.save();
+    // About the line between strip and table, so that the strip stays below the plot's labels.
+    painter.translate(0, gridTop);
+    painter.scale(shrink, shrink);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, shrink < 1.0);
+    PaintStrip(painter, content.Design, 0, 0, true, pictures);
+    PaintValueTable(painter, columns, 0);
+    painter.restore();
+}
+
+bool WritePlotFile(const QString& path, QSize size, const PlotContent& content) {
+    if (size.isEmpty()) return false;
+    const QString ending = QFileInfo(path).suffix().toLower();
+    const auto write = ending == QLatin1String("png")   ? WritePng
+                       : ending == QLatin1String("svg") ? WriteSvg
+                       : ending == QLatin1String("pdf") ? WritePdf
+                                                        : nullptr;
+    if (!write) return false;
+    // An old file of the name is replaced only once the new one is whole.
+    QSaveFile file(path);
+    file.setDirectWriteFallback(true);
+    return file.open(QIODevice::WriteOnly) && write(file, size, content) && file.commit();
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,182 @@
+// Grid, labels, marks and title of the plot.
+#include "display/PlotFrame.h"
+
+#include <cmath>
+
+#include "display/TraceMap.h"
+#include "files/Formatfunctions.h"
+#include "files/UtilityFunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int middlePoint = NumSweepPoints / 2;  // its frequency stands below the plot's middle
+constexpr int labelGap = 5;                      // between the plot and a frequency label
+constexpr int markDrop = 5;                      // a mark's bottom lies this far below its line
+constexpr int groupDelayMarkGap = 8;             // right end of the marks to the plot
+constexpr int groupDelayMarkGapBesideMag = 30;
+constexpr int magMarkOffset = 22;
+constexpr int phaseMarkOffset = 6;
+
+// Major vertical divisions; a decade sweep spans two or four decades, an octave sweep two, four
+// or six octaves.
+int MajorDivisions(SweepType sweep) {
+    switch (sweep) {
+        case SweepType::Linear:
+            return 10;
+        case SweepType::OneOctave:
+        case SweepType::OneDecade:
+            return 2;
+        case SweepType::TwoOctaves:
+        case SweepType::TwoDecades:
+            return 4;
+        case SweepType::ThreeOctaves:
+            return 6;
+    }
+    return 2;
+}
+
+int LineY(const PlotLayout& layout, int i) {
+    return layout.PlotTop + i * layout.PlotHeight / PlotDivisions;
+}
+
+void AddHorizontalLines(const FilterDesign& design, const TraceChoices& choices,
+                        const PlotLayout& layout, PlotFrame& frame) {
+    for (int i = 1; i < PlotDivisions; ++i) {
+        const bool zeroDb = choices.Mag10dB && design.MagTopRef - 10.0 * i == 0.0;
+        const int y = LineY(layout, i);
+        frame.Lines.push_back(
+            {layout.PlotLeft, y, layout.PlotRight, y, zeroDb ? Black : GridColour});
+    }
+}
+
+void AddVerticalLines(SweepType sweep, const PlotLayout& layout, PlotFrame& frame) {
+    const int divisions = MajorDivisions(sweep);
+    const bool linear = sweep == SweepType::Linear;
+    const bool decades = sweep == SweepType::OneDecade || sweep == SweepType::TwoDecades;
+    const auto add = [&](int x) {
+        frame.Lines.push_back({x, layout.PlotBottom, x, layout.PlotTop, GridColour});
+    };
+    for (int j = linear ? 1 : 0; j < divisions; ++j) {
+        const int x0 = layout.PlotLeft + j * layout.PlotWidth / divisions;
+        add(x0);
+        for (int k = 2; decades && k <= 9; ++k) {
+            add(x0 + NearestInt(std::log10(k) * layout.PlotWidth / divisions));
+        }
+    }
+}
+
+void AddFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
+                        const TextMetrics& metrics, PlotFrame& frame) {
+    const int y = layout.PlotBottom + labelGap;
+    const auto add = [&](double frequency, double shareLeft) {
+        const std::string text = FormatWithPrefix(frequency, 2, "Hz");
+        // The label's own share of its width lies left of the same share of the plot's width.
+        const double x = shareLeft * (layout.PlotWidth - metrics.Width(text));
+        frame.FrequencyLabels.push_back({layout.PlotLeft + NearestInt(x), y, text, Black});
+    };
+    add(design.SweepF1, 0.0);
+    add(design.SweepFreqs[middlePoint], 0.5);
+    add(design.SweepF2, 1.0);
+}
+
+void AddScaleMarks(const FilterDesign& design, const TraceChoices& choices,
+                   const PlotLayout& layout, const TextMetrics& metrics, PlotFrame& frame) {
+    const double fullScale = ScalesOf(design).GDFullScale;
+    const int gap = choices.Mag10dB ? groupDelayMarkGapBesideMag : groupDelayMarkGap;
+    for (int i = 0; i <= PlotDivisions; ++i) {
+        const int y = LineY(layout, i) - metrics.Height + markDrop;
+        if (choices.GroupDelay) {
+            const std::string text = FormatWithPrefix(fullScale * 0.1 * (10 - i), 1, "s");
+            frame.GroupDelayMarks.push_back({layout.PlotLeft - gap - metrics.Width(text), y, text,
+                                             TraceColour(TraceKind::GroupDelay, false)});
+        }
+        if (choices.Mag10dB) {
+            frame.MagnitudeMarks.push_back({layout.PlotLeft - magMarkOffset, y,
+                                            FormatNumber(design.MagTopRef - 10.0 * i, 0),
+                                            TraceColour(TraceKind::Mag10dB, false)});
+        }
+        if (choices.Phase) {
+            frame.PhaseMarks.push_back({layout.PlotRight + phaseMarkOffset, y,
+                                        FormatNumber(180.0 - 36.0 * i, 0),
+                                        TraceColour(TraceKind::Phase, false)});
+        }
+    }
+}
+
+const char* FamilyText(ResponseType response) {
+    switch (response) {
+        case ResponseType::Butterworth:
+            return " Pole Butterworth";
+        case ResponseType::Chebyshev:
+            return " Pole Chebyshev";
+        case ResponseType::BesselFreq:
+            return " Pole Bessel Freq";
+        case ResponseType::BesselDelay:
+            return " Pole Bessel Delay";
+        case ResponseType::Papoulis:
+            return " Pole Papoulis";
+        case ResponseType::Gauss:
+            return " Pole Gauss";
+        case ResponseType::LinearChebyshev:
+            return " Pole Linear Cheby";
+        case ResponseType::EllipticA:
+            return " Pole Elliptic A";
+        case ResponseType::EllipticB:
+            return " Pole Elliptic B";
+        case ResponseType::EllipticC:
+            return " Pole Elliptic C";
+        case ResponseType::EllipticD:
+            return " Pole Elliptic D";
+        case ResponseType::EllipticE:
+            return " Pole Elliptic E";
+        case ResponseType::CoefficientsFile:
+            return " Pole Coefficients File";
+    }
+    return " Pole Butterworth";
+}
+
+const char* PassText(PassType pass) {
+    switch (pass) {
+        case PassType::LowPass:
+            return " LPF";
+        case PassType::HighPass:
+            return " HPF";
+        case PassType::BandPassCanonical:
+            return " BPF";
+        case PassType::Notch:
+            return " NOTCH";
+        case PassType::DirectCoupled:
+            return " Direct BPF";
+        case PassType::Norton:
+            return " Norton BPF";
+    }
+    return "";
+}
+
+}  // namespace
+
+std::string PlotTitle(const FilterDesign& design) {
+    return std::to_string(design.NumPoles) + FamilyText(design.ResponseType) +
+           PassText(design.PassType);
+}
+
+PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices,
+                         const PlotLayout& layout, const TextMetrics& metrics) {
+    PlotFrame frame;
+    AddHorizontalLines(design, choices, layout, frame);
+    AddVerticalLines(design.SweepType, layout, frame);
+    AddFrequencyLabels(design, layout, metrics, frame);
+    // One pixel below the plot, so that a trace lying on the bottom edge stays visible.
+    frame.Border = {layout.PlotLeft, layout.PlotTop, layout.PlotWidth, layout.PlotHeight + 1};
+    AddScaleMarks(design, choices, layout, metrics, frame);
+    frame.Title.Text = PlotTitle(design);
+    frame.Title.X = layout.PlotLeft + (layout.PlotWidth - metrics.Width(frame.Title.Text)) / 2;
+    const int panel = layout.Area.PanelHeight;
+    frame.Title.Y = panel + (layout.PlotTop - panel - metrics.Height) / 2;
+    frame.Title.Colour = Black;
+    return frame;
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,55 @@
+// The frame of the plot as positions, texts and colours: grid, border, frequency labels, scale
+// marks and title. What measures a text comes from the caller, so no Qt is needed.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/design/FilterDesign.h"
+#include "display/PlotLayout.h"
+
+namespace ladderwise {
+
+/// Extents of texts in the plot's font, in pixels.
+struct TextMetrics {
+    std::function<int(const std::string&)> Width;  ///< advance of a UTF-8 text
+    int Height = 0;                                ///< of any line of text
+};
+
+/// A line of width 1; both end points are drawn.
+struct PlotLine {
+    int X1 = 0;
+    int Y1 = 0;
+    int X2 = 0;
+    int Y2 = 0;
+    PlotColour Colour;
+};
+
+/// A text whose left top corner is at X, Y.
+struct PlotText {
+    int X = 0;
+    int Y = 0;
+    std::string Text;  ///< UTF-8
+    PlotColour Colour;
+};
+
+struct PlotFrame {
+    std::vector<PlotLine> Lines;  ///< in drawing order: horizontal, then vertical
+    PlotRect Border;              ///< its right and bottom lines lie at Left + Width, Top + Height
+    std::vector<PlotText> FrequencyLabels;  ///< start, middle, stop
+    std::vector<PlotText> GroupDelayMarks;  ///< top to bottom, 11 or none
+    std::vector<PlotText> MagnitudeMarks;   ///< top to bottom, 11 or none
+    std::vector<PlotText> PhaseMarks;       ///< top to bottom, 11 or none
+    PlotText Title;
+};
+
+/// "3 Pole Butterworth LPF": poles (or traps), response family, pass type. Families that no
+/// prototype knows read as Butterworth, which is what they are designed as.
+std::string PlotTitle(const FilterDesign& design);
+
+/// Builds the frame of a design for the chosen traces.
+PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices,
+                         const PlotLayout& layout, const TextMetrics& metrics);
+
+}  // namespace ladderwise

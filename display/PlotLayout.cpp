@@ -1,0 +1,46 @@
+// The plot's margins and the rounding of its height to whole divisions.
+#include "display/PlotLayout.h"
+
+#include <algorithm>
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int leftMargin = 60;
+constexpr int leftMarginTwoScales = 85;
+constexpr int rightMargin = 60;
+constexpr int topMargin = 35;    // between the panel and the plot: the title
+constexpr int labelMargin = 30;  // between the plot and the strip: the frequency labels
+constexpr int gridBorder = 67;   // the label column and the grid's own border
+
+}  // namespace
+
+PlotLayout ComputePlotLayout(const PlotArea& area, const TraceChoices& choices) {
+    PlotLayout layout;
+    layout.Area = area;
+    layout.PlotLeft = choices.GroupDelay && choices.Mag10dB ? leftMarginTwoScales : leftMargin;
+    layout.PlotRight =
+        std::max(area.ClientWidth - rightMargin, layout.PlotLeft + SmallestPlotWidth);
+    layout.PlotTop = area.PanelHeight + topMargin;
+    layout.PlotBottom = std::max(area.GridTop - SchematicHeight - labelMargin, layout.PlotTop);
+    layout.PlotWidth = layout.PlotRight - layout.PlotLeft;
+    layout.PlotHeight = layout.PlotBottom - layout.PlotTop;
+    layout.PlotBottom += PlotDivisions - layout.PlotHeight % PlotDivisions;
+    layout.PlotHeight = layout.PlotBottom - layout.PlotTop;
+    return layout;
+}
+
+PlotRect ScaleBoxRect(const PlotLayout& layout, int boxHeight) {
+    return {1, layout.PlotTop - boxHeight / 2, layout.PlotLeft - 2, boxHeight};
+}
+
+int ValueGridWidth(int numElements) {
+    return ValueGridPitch * numElements + gridBorder;
+}
+
+bool ValueGridNeedsScrollBar(int numElements, int clientWidth) {
+    return ValueGridLeft + ValueGridWidth(numElements) > clientWidth;
+}
+
+}  // namespace ladderwise

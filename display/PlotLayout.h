@@ -1,0 +1,60 @@
+// Where the plot, the schematic strip and the value grid lie in the window: whole pixels from the
+// top left of the client area. Plain structs, no Qt.
+#pragma once
+
+#include "display/TraceChoices.h"
+
+namespace ladderwise {
+
+inline constexpr int SchematicWidth = 64;    ///< pixels of one schematic picture
+inline constexpr int SchematicHeight = 96;   ///< pixels of one schematic picture
+inline constexpr int ValueGridLeft = 50;     ///< x of the value grid's left edge, unscrolled
+inline constexpr int ValueGridPitch = 65;    ///< pixels per grid column, its line included
+inline constexpr int ValueGridRows = 4;      ///< one row per element value
+inline constexpr int PlotDivisions = 10;     ///< horizontal divisions of the plot
+inline constexpr int SmallestPlotWidth = 8;  ///< a client too narrow still gets this, in pixels
+
+struct PlotRect {
+    int Left = 0;
+    int Top = 0;
+    int Width = 0;
+    int Height = 0;
+
+    bool operator==(const PlotRect&) const = default;
+};
+
+/// What the plot is laid out in, all in logical pixels.
+struct PlotArea {
+    int ClientWidth = 0;
+    int ClientHeight = 0;
+    int PanelHeight = 0;  ///< input panel above the plot; 0 in exported files
+    int GridTop = 0;      ///< y of the value grid's top edge
+};
+
+/// The plot's rectangle. A trace maps into PlotLeft .. PlotRight, PlotTop .. PlotBottom, edges
+/// included. PlotHeight is always a multiple of PlotDivisions and at least PlotDivisions.
+struct PlotLayout {
+    PlotArea Area;
+    int PlotLeft = 0;
+    int PlotRight = 0;
+    int PlotTop = 0;
+    int PlotBottom = 0;
+    int PlotWidth = 0;
+    int PlotHeight = 0;
+};
+
+/// Lays out the plot. The left margin widens when group delay and the 10 dB magnitude both need a
+/// column of scale marks. The bottom moves down to whole divisions, by a full division even when
+/// the height already was whole. A client too small gives the smallest plot, partly off the client.
+PlotLayout ComputePlotLayout(const PlotArea& area, const TraceChoices& choices);
+
+/// The group-delay scale box: left of the plot, vertically centred on its top edge.
+PlotRect ScaleBoxRect(const PlotLayout& layout, int boxHeight);
+
+/// Width in pixels of the value grid of a ladder: a label column and one column per element.
+int ValueGridWidth(int numElements);
+
+/// True if the grid's right edge passes the client's, so that grid and strip need a scroll bar.
+bool ValueGridNeedsScrollBar(int numElements, int clientWidth);
+
+}  // namespace ladderwise

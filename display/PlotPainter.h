@@ -1,0 +1,60 @@
+// Paints frame, traces, schematic strip and value grid with a QPainter onto any device: the
+// off-screen image of the window or an exported picture.
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QPainter>
+#include <QSize>
+#include <array>
+#include <vector>
+
+#include "display/PlotFrame.h"
+#include "display/SchematicStrip.h"
+#include "display/TraceMap.h"
+#include "display/ValueGridContent.h"
+
+namespace ladderwise {
+
+/// Logical pixels of one row of the value grid drawn as a table.
+inline constexpr int TableRowHeight = 20;
+/// Columns of that table lie exactly below the schematic pictures.
+inline constexpr int TablePitch = SchematicWidth;
+
+/// The schematic pictures, each read once, at single and at double density.
+class SchematicPictures {
+public:
+    /// The picture of a type (0 .. 26); a null image if there is none. `doubled` asks for the
+    /// picture of twice the pixels, for dense screens and for printing.
+    const QImage& Of(ElementType type, bool doubled);
+
+private:
+    struct Entry {
+        bool Read = false;
+        QImage Picture;
+    };
+    std::array<std::array<Entry, NumElementTypes>, 2> entries;
+};
+
+QColor ToQColor(PlotColour colour);
+
+/// Extents of texts in the painter's current font.
+TextMetrics MetricsOf(const QPainter& painter);
+
+/// Background over the whole size, then grid, border, labels, marks and title, in the painter's
+/// font.
+void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size);
+
+/// The runs of a mapped trace as polylines of width 1, not antialiased. For vector devices and
+/// exported images; the window's image is drawn by DrawRuns, which is faster.
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour);
+
+/// The schematic strip, or the notice that the ladder is empty. A picture that is missing is
+/// replaced by a box with the type's name.
+void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
+                bool doubled, SchematicPictures& pictures);
+
+/// The value grid as a table with its left top corner at ValueGridLeft, gridTop.
+void PaintValueTable(QPainter& painter, const std::vector<GridColumn>& columns, int gridTop);
+
+}  // namespace ladderwise

@@ -1,0 +1,28 @@
+// Where the schematic picture of each ladder element stands, and the notice that takes their place
+// when the ladder is empty. No Qt.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/design/FilterDesign.h"
+#include "display/PlotLayout.h"
+
+namespace ladderwise {
+
+/// One picture of SchematicWidth x SchematicHeight pixels with its left top corner at X, Y.
+struct StripPicture {
+    ElementType Type = ElementType::errorBitMap;  ///< always one of the catalogue's
+    int X = 0;
+    int Y = 0;
+};
+
+/// The pictures of slots 1 .. NumElements, right above the value grid: slot i stands 64 i pixels
+/// right of the grid's left edge. A code that is no element shows as errorBitMap. `scroll` pixels
+/// move the strip left, as the scroll bar moves the grid.
+std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTop, int scroll);
+
+/// Why the ladder is empty: "The ladder is empty: ..."; an empty text when no stage is missing.
+std::string EmptyLadderNotice(MissingStage missing);
+
+}  // namespace ladderwise

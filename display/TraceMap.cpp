@@ -1,0 +1,131 @@
+// The mapping of traces. The clamp comes before the rounding, so that any magnitude fits an int.
+#include "display/TraceMap.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "files/UtilityFunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int longStepSquared = 36;   // steps of 6 pixels and more carry a dash pattern
+constexpr int pointsPerDash = 4;      // points in a run of a finely stepped dashed trace
+constexpr double degreesShown = 360;  // over the plot height
+constexpr double topPhase = 180;      // degrees at the top of the plot
+
+// Pixels from `origin` towards the inside of the plot, 0 .. height. The comparisons let NaN fall
+// to 0; adding a half and cutting rounds half away from zero because the number is not negative.
+inline int PixelsInside(double pixels, double height) {
+    const double inside = pixels > 0.0 ? (pixels < height ? pixels : height) : 0.0;
+    return static_cast<int>(inside + 0.5);
+}
+
+// The same for downward (+1, from the top) and upward (-1, from the bottom) kinds.
+inline int MapInto(double value, const TraceScale& scale, int direction, double height) {
+    const double up = (value - scale.Reference) * scale.Factor;
+    return scale.Origin + direction * PixelsInside(-direction * up, height);
+}
+
+int DirectionOf(const TraceScale& scale, const PlotLayout& layout) {
+    return scale.Origin == layout.PlotTop ? 1 : -1;
+}
+
+void MapPoints(std::span<const double> values, const TraceScale& scale, const PlotLayout& layout,
+               TracePoints& points) {
+    const int count = points.NumPoints;
+    const int direction = DirectionOf(scale, layout);
+    const double height = layout.PlotHeight;
+    const double step = static_cast<double>(layout.PlotWidth) / count;
+    for (int n = 0; n < count; ++n) {
+        const double v = values[static_cast<std::size_t>(n)];
+        points.X[n] = layout.PlotLeft + static_cast<int>(n * step + 0.5);
+        points.Y[n] = MapInto(v, scale, direction, height);
+        points.Shown[n] = !std::isnan(v);
+    }
+}
+
+// Appends the step n - 1 .. n, lengthening the last run when it ends there in the same style.
+inline void AddStep(TracePoints& points, int n, RunStyle style) {
+    if (points.NumRuns > 0) {
+        TraceRun& last = points.Runs[points.NumRuns - 1];
+        if (last.Last == n - 1 && last.Style == style) {
+            last.Last = n;
+            return;
+        }
+    }
+    points.Runs[points.NumRuns++] = {n - 1, n, style};
+}
+
+bool IsLongStep(const TracePoints& points, int n) {
+    const int dx = points.X[n] - points.X[n - 1];
+    const int dy = points.Y[n] - points.Y[n - 1];
+    return dx * dx + dy * dy >= longStepSquared;
+}
+
+void FindRuns(TracePoints& points, bool dashed) {
+    points.NumRuns = 0;
+    for (int n = 1; n < points.NumPoints; ++n) {
+        if (!points.Shown[n] || !points.Shown[n - 1]) continue;
+        if (!dashed) {
+            AddStep(points, n, RunStyle::Solid);
+        } else if (IsLongStep(points, n)) {
+            AddStep(points, n, RunStyle::Dashed);
+        } else if ((n / pointsPerDash) % 2 == 1) {
+            AddStep(points, n, RunStyle::Solid);
+        }
+    }
+}
+
+}  // namespace
+
+PlotScales ScalesOf(const FilterDesign& design) {
+    PlotScales scales;
+    scales.MagTopRef = design.MagTopRef;
+    if (design.GDFullScale > 0.0 && std::isfinite(design.GDFullScale)) {
+        scales.GDFullScale = design.GDFullScale;
+    }
+    return scales;
+}
+
+TraceScale ScaleOf(TraceKind kind, const PlotLayout& layout, const PlotScales& scales) {
+    const double height = layout.PlotHeight;
+    switch (kind) {
+        case TraceKind::Mag1dB:
+            return {height * 0.1, 0.1 * scales.MagTopRef, layout.PlotTop};
+        case TraceKind::Mag10dB:
+        case TraceKind::ReturnLoss:
+            return {height * 0.01, scales.MagTopRef, layout.PlotTop};
+        case TraceKind::Phase:
+            return {height / degreesShown, topPhase, layout.PlotTop};
+        case TraceKind::GroupDelay:
+            return {height / scales.GDFullScale, 0.0, layout.PlotBottom};
+        case TraceKind::Pulse:
+        case TraceKind::Normalised:
+            return {height, 0.0, layout.PlotBottom};
+    }
+    return {height, 0.0, layout.PlotBottom};
+}
+
+int MapValue(double value, const TraceScale& scale, const PlotLayout& layout) {
+    return MapInto(value, scale, DirectionOf(scale, layout), layout.PlotHeight);
+}
+
+int MapIndex(int n, int count, const PlotLayout& layout) {
+    return layout.PlotLeft + NearestInt(n * (static_cast<double>(layout.PlotWidth) / count));
+}
+
+void MapTrace(std::span<const double> values, TraceKind kind, bool dashed, const PlotLayout& layout,
+              const PlotScales& scales, TracePoints& points) {
+    points.NumPoints = static_cast<int>(std::min<std::size_t>(values.size(), NumSweepPoints));
+    MapPoints(values, ScaleOf(kind, layout, scales), layout, points);
+    if (kind == TraceKind::Phase || kind == TraceKind::GroupDelay) {
+        for (int n = 0; n < points.NumPoints; ++n) {
+            if (values[static_cast<std::size_t>(n)] == BlankMarker) points.Shown[n] = false;
+        }
+    }
+    FindRuns(points, dashed);
+}
+
+}  // namespace ladderwise

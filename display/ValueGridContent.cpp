@@ -1,0 +1,45 @@
+// Formats the ladder's values for the value grid.
+#include "display/ValueGridContent.h"
+
+#include <algorithm>
+
+#include "files/Formatfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int cellDigits = 2;
+constexpr int toolTipDigits = 5;
+
+}  // namespace
+
+int ShownElements(const FilterDesign& design) {
+    return std::clamp(design.NumElements, 0, NumSlots - 1);
+}
+
+GridCell CellOf(const CircuitElement& element, int row) {
+    const ValueKind kind = InfoOf(element.Type).Values[static_cast<std::size_t>(row)];
+    if (kind == ValueKind::Unused) return {};
+    const double value = element.Value(row);
+    // Parts have powers of ten to be typed over; a line's unit tells what the number means.
+    const bool part = kind == ValueKind::Inductance || kind == ValueKind::Capacitance;
+    GridCell cell;
+    cell.Text = part && !(value > NotUsedLimit) ? FormatEngineering(value, cellDigits)
+                                                : FormatWithPrefix(value, cellDigits, UnitOf(kind));
+    cell.ToolTip =
+        std::string(SymbolOf(kind)) + " = " + FormatWithPrefix(value, toolTipDigits, UnitOf(kind));
+    return cell;
+}
+
+std::vector<GridColumn> BuildValueGrid(const FilterDesign& design) {
+    std::vector<GridColumn> columns(static_cast<std::size_t>(ShownElements(design)));
+    for (std::size_t k = 0; k < columns.size(); ++k) {
+        for (int row = 0; row < ValueGridRows; ++row) {
+            columns[k][static_cast<std::size_t>(row)] = CellOf(design.Elements[k + 1], row);
+        }
+    }
+    return columns;
+}
+
+}  // namespace ladderwise

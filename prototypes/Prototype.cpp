@@ -1,0 +1,74 @@
+// Dispatch over the response families, and the ladder slots made of the g-values.
+#include "prototypes/Prototype.h"
+
+#include <algorithm>
+
+#include "prototypes/Coefficients.h"
+#include "prototypes/Mathfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+void CopyFileCoefficients(FilterDesign& design, int n) {
+    if (n > MaxPoles) return;
+    std::copy_n(design.CoefficientTable[n].begin(), n, design.G.begin() + 1);
+}
+
+// The prototype of a family that cannot be built.
+void FallBackToButterworth(FilterDesign& design, int n) {
+    ButterworthPrototype(design, n);
+    design.ResponseType = ResponseType::Butterworth;
+}
+
+void ComputeGValues(FilterDesign& design, int n, const MessageCallback& report) {
+    switch (design.ResponseType) {
+        case ResponseType::Butterworth:
+            return ButterworthPrototype(design, n);
+        case ResponseType::Chebyshev:
+            return ChebyshevPrototype(design, n);
+        case ResponseType::BesselFreq:
+        case ResponseType::BesselDelay:
+        case ResponseType::Papoulis:
+        case ResponseType::Gauss:
+        case ResponseType::LinearChebyshev:
+            return CopyCoefficients(design.ResponseType, n, design.G);
+        case ResponseType::EllipticA:
+        case ResponseType::EllipticB:
+        case ResponseType::EllipticC:
+        case ResponseType::EllipticD:
+        case ResponseType::EllipticE:
+            return;
+        case ResponseType::CoefficientsFile:
+            if (design.CoefFileRead) return CopyFileCoefficients(design, n);
+            FallBackToButterworth(design, n);
+            if (report) report("Error", "The file read failed. \n Defaulted to Butterworth");
+            return;
+    }
+    FallBackToButterworth(design, n);  // a code that stands for no family
+}
+
+void FillSlots(FilterDesign& design, int n) {
+    design.NumElements = n;
+    for (int k = 1; k <= n; ++k) {
+        CircuitElement& slot = design.Elements[k];
+        const bool capacitor = (k % 2 != 0) == design.FormCLC;
+        slot.Type = capacitor ? ElementType::ShuntCap : ElementType::SeriesInd;
+        (capacitor ? slot.V2 : slot.V1) = design.G[k];
+    }
+}
+
+}  // namespace
+
+void BuildPrototype(FilterDesign& design, int n, const MessageCallback& report) {
+    design.NumElements = 0;
+    if (IsElliptic(design.ResponseType)) {
+        design.Flags.Missing = MissingStage::EllipticPrototype;
+        return;
+    }
+    if (n < 1 || n >= NumSlots) return;
+    ComputeGValues(design, n, report);
+    FillSlots(design, n);
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,163 @@
+// The low-pass to band-pass and low-pass to band-stop transforms and the four trap forms.
+#include "scaling/BandScaler.h"
+
+#include <cmath>
+
+namespace ladderwise {
+
+namespace {
+
+// The numbers of one transform: W = 2 pi BandWidth (rad/s), R = RSource (ohm), W02 = the square of
+// the resonance (rad^2/s^2).
+struct BandTransform {
+    double W;
+    double R;
+    double W02;
+};
+
+struct Resonator {
+    double L;
+    double C;
+};
+
+// The trap section: a series resonator L1, C1 with a parallel one L2, C2. The two stand in parallel
+// in a series arm and in series in a shunt arm.
+struct TrapSection {
+    double L1;
+    double C1;
+    double L2;
+    double C2;
+};
+
+// What the inductor gL and the capacitor gC become.
+Resonator BandPassOfInductor(const BandTransform& b, double gL) {
+    return {gL / b.W * b.R, b.W / b.R / gL / b.W02};
+}
+Resonator BandPassOfCapacitor(const BandTransform& b, double gC) {
+    return {b.W * b.R / gC / b.W02, gC / b.W / b.R};
+}
+Resonator NotchOfInductor(const BandTransform& b, double gL) {
+    return {gL * b.W * b.R / b.W02, 1 / b.W / b.R / gL};
+}
+Resonator NotchOfCapacitor(const BandTransform& b, double gC) {
+    return {b.R / b.W / gC, gC * b.W / b.R / b.W02};
+}
+
+// Partial fractions of the section's immittance: its two resonances are the roots of
+// x^2 - S x + P = 0 in x = 1 / w^2, the larger of which is X.
+struct TwoResonances {
+    double P;
+    double X;
+    double Y;
+};
+
+TwoResonances ResonancesOf(const TrapSection& t) {
+    const double s = t.L2 * t.C2 + t.L1 * t.C1 + t.L2 * t.C1;
+    const double p = t.L1 * t.L2 * t.C1 * t.C2;
+    const double x = s / 2 + std::sqrt(s * s - 4 * p) / 2;
+    return {p, x, p - x * x};
+}
+
+// Each form has the same impedance as the section itself at every frequency.
+CircuitElement SeriesTrap(const TrapSection& t, int trapType) {
+    const double l1 = t.L1, c1 = t.C1, l2 = t.L2, c2 = t.C2;
+    if (trapType == 2) {
+        const double sum = l1 + l2;
+        const double ratio = sum / l2;
+        return {ElementType::SeriesElliptic2, l2 * l2 / sum, c1 * (ratio * ratio), l1 * l2 / sum,
+                c2};
+    }
+    if (trapType == 3) {
+        const double sum = c1 + c2;
+        return {ElementType::SeriesElliptic3, l1 * (c1 * c1) / (sum * sum), sum, l2,
+                (c2 / c1 + 1) * c2};
+    }
+    if (trapType == 4) {
+        const auto [p, x, y] = ResonancesOf(t);
+        const double z = l1 * l2 * c1;
+        const double first = p * l2 - x * z;
+        const double second = z - x * l2;
+        return {ElementType::DualSeriesLC, first / y, y * p / x / first, second * x / y,
+                y / second};
+    }
+    return {ElementType::SerSerParLC, l1, c1, l2, c2};
+}
+
+CircuitElement ShuntTrap(const TrapSection& t, int trapType) {
+    const double l1 = t.L1, c1 = t.C1, l2 = t.L2, c2 = t.C2;
+    if (trapType == 2) {
+        const double ratio = c2 / c1 + 1;
+        return {ElementType::ShuntElliptic2, l1, c1 * c2 / (c1 + c2), l2 * (ratio * ratio),
+                c1 / ratio};
+    }
+    if (trapType == 3) {
+        const double ratio = l2 / (l1 + l2);
+        return {ElementType::ShuntElliptic3, l1 + l2, c1, (l1 / l2 + 1) * l1, c2 * (ratio * ratio)};
+    }
+    if (trapType == 4) {
+        const auto [p, x, y] = ResonancesOf(t);
+        const double z = l2 * c2 * c1;
+        const double first = p * c1 - x * z;
+        const double second = z - x * c1;
+        return {ElementType::DualShuntLC, y * p / x / first, first / y, y / second, second * x / y};
+    }
+    return {ElementType::ShuntSerParLC, l1, c1, l2, c2};
+}
+
+void Put(CircuitElement& slot, ElementType type, const Resonator& resonator) {
+    slot.Type = type;
+    slot.V1 = resonator.L;
+    slot.V2 = resonator.C;
+}
+
+// Makes a prototype resonator a trap. seriesResonator is the one with its L and C in series,
+// parallelTank the other: in a band pass they come from gL and gC, in a notch from gC and gL.
+void PutTrap(CircuitElement& slot, const Resonator& seriesResonator, const Resonator& parallelTank,
+             int trapType) {
+    const TrapSection trap{seriesResonator.L, seriesResonator.C, parallelTank.L, parallelTank.C};
+    if (slot.Type == ElementType::SeriesLC) {
+        slot = SeriesTrap(trap, trapType);
+    } else if (slot.Type == ElementType::ShuntLC) {
+        slot = ShuntTrap(trap, trapType);
+    }
+}
+
+}  // namespace
+
+void ScaleBandPass(FilterDesign& design) {
+    const double f0 = design.F0;
+    const double halfBand = design.BandWidth / 2;
+    const BandTransform b{TwoPi * design.BandWidth, design.RSource,
+                          TwoPiSquared * (f0 - halfBand) * (f0 + halfBand)};
+    for (int k = 1; k <= design.NumElements; ++k) {
+        CircuitElement& slot = design.Elements[k];
+        const Resonator ofL = BandPassOfInductor(b, slot.V1);
+        const Resonator ofC = BandPassOfCapacitor(b, slot.V2);
+        if (slot.Type == ElementType::SeriesInd) {
+            Put(slot, ElementType::SeriesSerLC, ofL);
+        } else if (slot.Type == ElementType::ShuntCap) {
+            Put(slot, ElementType::ShuntParLC, ofC);
+        } else {
+            PutTrap(slot, ofL, ofC, design.TrapType);
+        }
+    }
+}
+
+void ScaleNotch(FilterDesign& design) {
+    const BandTransform b{TwoPi * design.BandWidth, design.RSource,
+                          TwoPiSquared * (design.F0 * design.F0)};
+    for (int k = 1; k <= design.NumElements; ++k) {
+        CircuitElement& slot = design.Elements[k];
+        const Resonator ofL = NotchOfInductor(b, slot.V1);
+        const Resonator ofC = NotchOfCapacitor(b, slot.V2);
+        if (slot.Type == ElementType::SeriesInd) {
+            Put(slot, ElementType::SeriesLC, ofL);
+        } else if (slot.Type == ElementType::ShuntCap) {
+            Put(slot, ElementType::ShuntLC, ofC);
+        } else {
+            PutTrap(slot, ofC, ofL, design.TrapType);
+        }
+    }
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,19 @@
+// Canonical band-pass and notch scaling: every prototype element becomes a resonator, every
+// resonator a section of two, in one of the four trap forms.
+#pragma once
+
+#include "app/design/FilterDesign.h"
+
+namespace ladderwise {
+
+/// Slots 1 .. NumElements to a band pass of source RSource (ohm) with the edges F0 -+ BandWidth / 2
+/// (Hz), so that every resonance lies at the edges' geometric mean, slightly below F0. SeriesInd
+/// becomes SeriesSerLC, ShuntCap ShuntParLC; SeriesLC and ShuntLC become the section of TrapType
+/// (1 .. 4; any other number counts as 1). Other types stay as they are.
+void ScaleBandPass(FilterDesign& design);
+
+/// As ScaleBandPass for a notch, whose resonances lie at F0 itself: SeriesInd becomes SeriesLC and
+/// ShuntCap becomes ShuntLC. Sections of two resonators and trap forms are those of the band pass.
+void ScaleNotch(FilterDesign& design);
+
+}  // namespace ladderwise

@@ -1,0 +1,207 @@
+// The painted plot: pixels of the frame and traces, overlays, sizes, and the exported files.
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QSvgRenderer>
+#include <QTemporaryDir>
+#include <memory>
+
+#include "display/Plot.h"
+#include "display/PlotExport.h"
+#include "tests/display/ButterworthResponse.h"
+
+namespace ladderwise {
+namespace {
+
+constexpr int Width = 1280;
+constexpr int Height = 800;
+constexpr PlotPlacement Placement{150, 701, 0};
+
+QRgb Pixel(PlotColour colour) {
+    return qRgb(colour.Red, colour.Green, colour.Blue);
+}
+
+std::unique_ptr<Plot> Painted(const ButterworthResponse& made, const TraceChoices& choices,
+                              double ratio = 1.0) {
+    auto plot = std::make_unique<Plot>();
+    plot->Resize(Width, Height, ratio);
+    plot->PlotRun(0, made.Design, choices, Placement, made.Traces());
+    return plot;
+}
+
+int CountPixels(const QImage& image, QRgb colour) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixel(x, y) == colour;
+    }
+    return count;
+}
+
+TEST(Plot, FrameAndTracePixels) {
+    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
+    TraceChoices choices;
+    auto plot = Painted(made, choices);
+    const QImage& image = plot->Image();
+    // Right of the last grid line the trace is far below 0 dB.
+    EXPECT_EQ(image.pixel(1210, 225), Pixel(Black));
+    EXPECT_EQ(image.pixel(1210, 265), Pixel(GridColour));
+    EXPECT_EQ(image.pixel(1210, 245), Pixel(BackgroundColour));
+    EXPECT_EQ(image.pixel(60, 300), Pixel(Black));
+    EXPECT_EQ(image.pixel(1220, 300), Pixel(Black));
+    EXPECT_EQ(image.pixel(700, 586), Pixel(Black));
+    const PlotColour red = TraceColour(TraceKind::Mag10dB, false);
+    EXPECT_EQ(image.pixel(640, 237), Pixel(red));  // -3.01 dB at the corner frequency
+
+    choices.Mag10dB = false;
+    choices.Phase = true;
+    plot = Painted(made, choices);
+    EXPECT_EQ(plot->Image().pixel(1210, 225), Pixel(GridColour));
+    EXPECT_EQ(CountPixels(plot->Image(), Pixel(red)), 0);
+    // -135 degrees at the corner frequency
+    EXPECT_EQ(plot->Image().pixel(640, 535), Pixel(TraceColour(TraceKind::Phase, false)));
+}
+
+TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
+    const TraceChoices choices{false, true, false, true, false, false};
+    const ButterworthResponse nominal = MakeButterworth(SweepType::OneDecade);
+    auto plot = Painted(nominal, choices);
+    const QImage before = plot->Image().copy();
+    const double scale = plot->Scales().GDFullScale;
+    const uchar* bits = plot->Image().constBits();
+
+    ButterworthResponse other = MakeButterworth(SweepType::OneDecade, 1.3);
+    other.Design.GDFullScale = 1.0;
+    other.Design.NumElements = 0;
+    TraceChoices ignored;
+    ignored.ReturnLoss = true;
+    plot->PlotRun(1, other.Design, ignored, {}, other.Traces());
+    EXPECT_EQ(plot->Scales().GDFullScale, scale);
+    EXPECT_EQ(plot->Image().constBits(), bits);
+
+    int changed = 0;
+    for (int y = 0; y < Height; ++y) {
+        for (int x = 0; x < Width; ++x) {
+            const QRgb now = plot->Image().pixel(x, y);
+            if (now == before.pixel(x, y)) continue;
+            ++changed;
+            ASSERT_TRUE(now == Pixel(TraceColour(TraceKind::Mag10dB, false)) ||
+                        now == Pixel(TraceColour(TraceKind::GroupDelay, false)));
+        }
+    }
+    EXPECT_GT(changed, 500);
+
+    plot->PlotRun(0, nominal.Design, choices, Placement, nominal.Traces());
+    EXPECT_EQ(plot->Image(), before);
+}
+
+TEST(Plot, DenseScreenDrawsTheSamePlotFiner) {
+    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
+    const auto plot = Painted(made, {}, 2.0);
+    const QImage& image = plot->Image();
+    EXPECT_EQ(image.size(), QSize(2 * Width, 2 * Height));
+    EXPECT_EQ(plot->Layout().PlotRight, 1220);
+    for (int k = 0; k < 4; ++k) {
+        EXPECT_EQ(image.pixel(2 * 1210 - k % 2, 2 * 225 - k / 2), Pixel(Black));
+        EXPECT_EQ(image.pixel(2 * 640 - k % 2, 2 * 237 - k / 2),
+                  Pixel(TraceColour(TraceKind::Mag10dB, false)));
+    }
+}
+
+TEST(Plot, ReferenceIsDrawnInItsOwnColours) {
+    const auto plot = Painted(MakeButterworth(SweepType::OneDecade), {});
+    const QRgb colour = Pixel(TraceColour(TraceKind::Mag10dB, true));
+    EXPECT_EQ(CountPixels(plot->Image(), colour), 0);
+    const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
+    plot->PaintTraces(reference.Traces(), true);
+    EXPECT_GT(CountPixels(plot->Image(), colour), 300);
+}
+
+TEST(Plot, StripScrollsWithoutTouchingTheTraces) {
+    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
+    const auto plot = Painted(made, {});
+    const QImage before = plot->Image().copy();
+    const QRect strip(114, 605, 3 * SchematicWidth, SchematicHeight);
+    plot->ScrollStrip(made.Design, 40);
+    EXPECT_EQ(plot->Image().copy(strip.translated(-40, 0)), before.copy(strip));
+    EXPECT_EQ(plot->Image().copy(0, 0, Width, 605), before.copy(0, 0, Width, 605));
+    plot->ScrollStrip(made.Design, 0);
+    EXPECT_EQ(plot->Image(), before);
+}
+
+TEST(Plot, EmptyLadderSaysWhy) {
+    ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
+    made.Design.NumElements = 0;
+    const QRect strip(0, 605, Width, SchematicHeight);
+    const auto inked = [&] {
+        const QImage band = Painted(made, {})->Image().copy(strip);
+        return CountPixels(band, Pixel(BackgroundColour)) < band.width() * band.height();
+    };
+    EXPECT_FALSE(inked());
+    for (MissingStage stage :
+         {MissingStage::EllipticPrototype, MissingStage::DirectCoupledSynthesis,
+          MissingStage::NortonTransform}) {
+        made.Design.Flags.Missing = stage;
+        EXPECT_TRUE(EmptyLadderNotice(stage).starts_with("The ladder is empty: "));
+        EXPECT_TRUE(inked());
+    }
+}
+
+TEST(Plot, NoSizeAndNoValueIsTooOdd) {
+    ButterworthResponse made = MakeButterworth(SweepType::Linear);
+    made.MagnitudeDb[100] = std::nan("");
+    made.GroupDelay.assign(made.GroupDelay.size(), std::nan(""));
+    made.Design.GDFullScale = std::nan("");
+    made.Design.SweepFreqs[512] = std::nan("");
+    const TraceChoices all{true, true, true, true, true, true};
+    Plot plot;
+    for (const QSize size : {QSize(0, 0), QSize(-5, 3), QSize(3, 2), QSize(90, 40)}) {
+        for (double ratio : {1.0, 1.5, 2.0, 0.0, std::nan("")}) {
+            plot.Resize(size.width(), size.height(), ratio);
+            plot.PlotRun(1, made.Design, all, {}, made.Traces());
+            plot.PlotRun(0, made.Design, all, {150, size.height() - 100, 500}, made.Traces());
+            plot.PaintTraces(made.Traces(), true);
+            plot.PaintTraces({}, false);
+            plot.ScrollStrip(made.Design, -10000);
+            EXPECT_FALSE(plot.Image().isNull());
+        }
+    }
+}
+
+TEST(PlotExport, FilesAreValidAndOfTheSizeAskedFor) {
+    const QTemporaryDir folder;
+    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
+    const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
+    const PlotContent content{made.Design, {}, made.Traces(), reference.Traces(), QFont(), {}};
+    const QSize size(1000, 700);
+    const auto path = [&](const char* name) { return folder.filePath(QLatin1String(name)); };
+
+    ASSERT_TRUE(WritePlotFile(path("plot.png"), size, content));
+    const QImage png(path("plot.png"));
+    EXPECT_EQ(png.size(), size);
+    for (bool ofReference : {false, true}) {
+        EXPECT_GT(CountPixels(png, Pixel(TraceColour(TraceKind::Mag10dB, ofReference))), 100);
+    }
+
+    ASSERT_TRUE(WritePlotFile(path("plot.SVG"), size, content));
+    QSvgRenderer svg(path("plot.SVG"));
+    EXPECT_TRUE(svg.isValid());
+    EXPECT_EQ(svg.viewBox(), QRect(QPoint(0, 0), size));
+
+    ASSERT_TRUE(WritePlotFile(path("plot.pdf"), size, content));
+    QFile pdf(path("plot.pdf"));
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    const QByteArray bytes = pdf.readAll();
+    EXPECT_TRUE(bytes.startsWith("%PDF-"));
+    EXPECT_TRUE(bytes.trimmed().endsWith("%%EOF"));
+    EXPECT_TRUE(bytes.contains("/MediaBox [0 0 750"));  // 1000 / 96 inch in points
+
+    EXPECT_FALSE(WritePlotFile(path("plot.bmp"), size, content));
+    EXPECT_FALSE(WritePlotFile(path("plot.png"), QSize(0, 700), content));
+    for (const char* name : {"no/plot.png", "no/plot.svg", "no/plot.pdf"}) {
+        EXPECT_FALSE(WritePlotFile(path(name), size, content)) << name;
+    }
+}
+
+}  // namespace
+}  // namespace ladderwise

@@ -1,0 +1,208 @@
+// The mapping of traces to points and runs, and the lines drawn through them.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPainter>
+#include <limits>
+#include <memory>
+#include <numeric>
+#include <vector>
+
+#include "display/PlotPainter.h"
+#include "display/TraceRaster.h"
+#include "tests/display/ButterworthResponse.h"
+
+namespace ladderwise {
+namespace {
+
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double Inf = std::numeric_limits<double>::infinity();
+
+// PlotLeft 60, PlotWidth 1160, PlotTop 185, PlotBottom 585.
+const PlotLayout layout = ComputePlotLayout({1280, 800, 150, 701}, {});
+const PlotScales scales{10.0, 4e-9};
+
+std::unique_ptr<TracePoints> Mapped(const std::vector<double>& values, TraceKind kind,
+                                    bool dashed = false) {
+    auto points = std::make_unique<TracePoints>();
+    MapTrace(values, kind, dashed, layout, scales, *points);
+    return points;
+}
+
+std::vector<std::pair<int, int>> RunsOf(const TracePoints& points) {
+    std::vector<std::pair<int, int>> runs;
+    for (int r = 0; r < points.NumRuns; ++r) {
+        runs.emplace_back(points.Runs[r].First, points.Runs[r].Last);
+    }
+    return runs;
+}
+
+TEST(TraceMap, KnownValuesOfEachKind) {
+    const struct {
+        TraceKind Kind;
+        double Value;
+        int Y;
+    } cases[] = {
+        {TraceKind::Mag10dB, 10, 185},       {TraceKind::Mag10dB, 0, 225},
+        {TraceKind::Mag10dB, -3.0103, 237},  {TraceKind::Mag10dB, -90, 585},
+        {TraceKind::Mag10dB, 9.875, 186},  // half a pixel rounds away from zero
+        {TraceKind::Mag10dB, -1000, 585},    {TraceKind::Mag10dB, 1e300, 185},
+        {TraceKind::ReturnLoss, -20, 305},   {TraceKind::ReturnLoss, -Inf, 585},
+        {TraceKind::Mag1dB, 1, 185},         {TraceKind::Mag1dB, 0, 225},
+        {TraceKind::Mag1dB, -0.5, 245},      {TraceKind::Mag1dB, -9, 585},
+        {TraceKind::Phase, 180, 185},        {TraceKind::Phase, 0, 385},
+        {TraceKind::Phase, -45, 435},        {TraceKind::Phase, -180, 585},
+        {TraceKind::GroupDelay, 0, 585},     {TraceKind::GroupDelay, 1e-9, 485},
+        {TraceKind::GroupDelay, 4e-9, 185},  {TraceKind::GroupDelay, 1, 185},
+        {TraceKind::GroupDelay, -1e-9, 585}, {TraceKind::GroupDelay, Inf, 185},
+        {TraceKind::Pulse, 0.25, 485},       {TraceKind::Pulse, 1.2, 185},
+        {TraceKind::Normalised, 0.5, 385},   {TraceKind::Pulse, -0.1, 585},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(MapValue(c.Value, ScaleOf(c.Kind, layout, scales), layout), c.Y)
+            << static_cast<int>(c.Kind) << ": " << c.Value;
+        EXPECT_EQ(Mapped({c.Value, c.Value}, c.Kind)->Y[1], c.Y);
+    }
+}
+
+TEST(TraceMap, PointsSpreadOverThePlotWidth) {
+    const auto points = Mapped(std::vector<double>(NumSweepPoints, 0.0), TraceKind::Mag10dB);
+    EXPECT_EQ(points->X[0], 60);
+    EXPECT_EQ(points->X[512], 640);
+    EXPECT_EQ(points->X[1023], 1219);  // 60 + 1023 / 1024 1160 = 1218.87
+    for (int n = 0; n < NumSweepPoints; ++n) {
+        ASSERT_EQ(points->X[n], MapIndex(n, NumSweepPoints, layout)) << n;
+    }
+}
+
+TEST(TraceMap, FullScaleIsAlwaysUsable) {
+    FilterDesign design;
+    for (double bad : {0.0, -1e-9, NaN, Inf}) {
+        design.GDFullScale = bad;
+        EXPECT_EQ(ScalesOf(design).GDFullScale, FallbackGDFullScale);
+    }
+    design.GDFullScale = 5e-7;
+    EXPECT_EQ(ScalesOf(design).GDFullScale, 5e-7);
+}
+
+TEST(TraceMap, NotANumberAndBlankPointsLeaveGaps) {
+    using Runs = std::vector<std::pair<int, int>>;
+    const double b = BlankMarker;
+    const struct {
+        TraceKind Kind;
+        std::vector<double> Values;
+        Runs Expected;
+    } cases[] = {
+        {TraceKind::Mag10dB, {0, -1, NaN, -2, -3}, {{0, 1}, {3, 4}}},
+        {TraceKind::Mag10dB, {NaN, -1, -2, -3, NaN}, {{1, 3}}},
+        {TraceKind::Mag10dB, {NaN, 1, NaN, 2, NaN}, {}},
+        {TraceKind::Mag10dB, {0, b, 0, b}, {{0, 3}}},  // a level like any other
+        {TraceKind::Phase, {9, 8, b, b, 5, 4}, {{0, 1}, {4, 5}}},
+        {TraceKind::GroupDelay, {b, b, 1e-9, 2e-9, b, NaN, 1e-9, 1e-9}, {{2, 3}, {6, 7}}},
+        {TraceKind::GroupDelay, {b, b, b}, {}},
+        {TraceKind::Pulse, {}, {}},
+        {TraceKind::Pulse, {0.5}, {}},
+        {TraceKind::Pulse, std::vector<double>(3000, 0.5), {{0, NumSweepPoints - 1}}},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(RunsOf(*Mapped(c.Values, c.Kind)), c.Expected) << static_cast<int>(c.Kind);
+    }
+}
+
+TEST(TraceMap, DashesOfTheReference) {
+    const auto flat = Mapped(std::vector<double>(NumSweepPoints, 0.0), TraceKind::Mag10dB, true);
+    ASSERT_EQ(flat->NumRuns, 128);  // 1024 points, every other four
+    EXPECT_EQ(RunsOf(*flat)[1], (std::pair<int, int>{11, 15}));
+    EXPECT_EQ(flat->Runs[1].Style, RunStyle::Solid);
+
+    // Few points lie far apart: every step is long, and the trace one dashed line.
+    const auto sparse = Mapped({0, 0, 0, 0, 0, -10, -10, -10}, TraceKind::Mag10dB, true);
+    EXPECT_EQ(RunsOf(*sparse), (std::vector<std::pair<int, int>>{{0, 7}}));
+
+    // Step 5 alone is long (40 pixels); its neighbours are in the drawn group 4 .. 7.
+    std::vector<double> dense(NumSweepPoints, 0.0);
+    std::fill(dense.begin() + 5, dense.end(), -10.0);
+    const auto edge = Mapped(dense, TraceKind::Mag10dB, true);
+    const auto runs = RunsOf(*edge);
+    EXPECT_EQ(runs[0], (std::pair<int, int>{3, 4}));
+    EXPECT_EQ(runs[1], (std::pair<int, int>{4, 5}));
+    EXPECT_EQ(runs[2], (std::pair<int, int>{5, 7}));
+    EXPECT_EQ(edge->Runs[1].Style, RunStyle::Dashed);
+}
+
+constexpr QRgb Empty = 0xff000000;
+constexpr QRgb Drawn = 0xffff0000;
+constexpr PlotColour Red{255, 0, 0};
+
+PixelTarget TargetOf(QImage& image, double ratio) {
+    return {reinterpret_cast<std::uint32_t*>(image.bits()), image.width(), image.height(),
+            static_cast<int>(image.bytesPerLine() / 4), ratio};
+}
+
+int CountDrawn(const QImage& image) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixel(x, y) == Drawn;
+    }
+    return count;
+}
+
+// True if every drawn pixel of `a` has one of `b` at most a pixel away.
+bool LiesOn(const QImage& a, const QImage& b) {
+    for (int y = 1; y + 1 < a.height(); ++y) {
+        for (int x = 1; x + 1 < a.width(); ++x) {
+            if (a.pixel(x, y) != Drawn) continue;
+            bool near = false;
+            for (int k = 0; k < 9; ++k)
+                near |= b.pixel(x - 1 + k % 3, y - 1 + k / 3) == Drawn;
+            if (!near) return false;
+        }
+    }
+    return true;
+}
+
+TEST(TraceRaster, DrawsWhereTheToolkitDraws) {
+    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
+    for (TraceKind kind : TraceDrawOrder) {
+        const auto values = ValuesOf(made.Traces(), kind);
+        const auto points = Mapped({values.begin(), values.end()}, kind);
+        QImage own(1280, 800, QImage::Format_RGB32);
+        own.fill(Empty);
+        QImage toolkit = own.copy();
+        DrawRuns(*points, Red, TargetOf(own, 1.0));
+        QPainter painter(&toolkit);
+        PaintTrace(painter, *points, Red);
+        painter.end();
+        EXPECT_GT(CountDrawn(own), 100);
+        EXPECT_TRUE(LiesOn(own, toolkit)) << static_cast<int>(kind);
+        EXPECT_TRUE(LiesOn(toolkit, own)) << static_cast<int>(kind);
+    }
+}
+
+TEST(TraceRaster, BrushDashesAndEdges) {
+    auto points = std::make_unique<TracePoints>();
+    points->NumPoints = 2;
+    points->NumRuns = 1;
+    points->X = {2, 19};
+    points->Y = {3, 3};
+    points->Runs[0] = {0, 1, RunStyle::Solid};
+    QImage image(64, 64, QImage::Format_RGB32);
+    const auto drawn = [&](double ratio) {
+        image.fill(Empty);
+        DrawRuns(*points, Red, TargetOf(image, ratio));
+        return CountDrawn(image);
+    };
+    EXPECT_EQ(drawn(1.0), 18);
+    EXPECT_EQ(drawn(2.0), 36 * 2);  // a brush two pixels square put at 3 .. 37
+    points->Runs[0].Style = RunStyle::Dashed;
+    EXPECT_EQ(drawn(1.0), 12);  // 18 pixels: 6 on, 3 off, twice
+    points->Runs[0].Style = RunStyle::Solid;
+    points->X = {-500, 5000};  // beyond both edges
+    points->Y = {-70, 900};
+    EXPECT_EQ(drawn(1.0), 64);  // the diagonal
+    EXPECT_GT(drawn(1.5), 64);
+}
+
+}  // namespace
+}  // namespace ladderwise

@@ -8,6 +8,7 @@
 #include <QPen>
 #include <QPolygon>
 
+#include "app/pipeline/Notes.h"
 #include "resources/Resources.h"
 
 namespace ladderwise {
@@ -105,7 +106,7 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
 
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
                 bool doubled, SchematicPictures& pictures) {
-    const std::string notice = EmptyLadderNotice(design.Flags.Missing);
+    const std::string notice = MissingStageText(design.Flags.Missing);
     if (!notice.empty()) {
         painter.setPen(ToQColor(Black));
         painter.drawText(ValueGridLeft, gridTop - SchematicHeight / 2,

@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <memory>
 
+#include "app/pipeline/Notes.h"
 #include "display/Plot.h"
 #include "display/PlotExport.h"
 #include "tests/display/ButterworthResponse.h"

@@ -21,7 +21,8 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int GridRowHeight = 22;  ///< pixels of a row of the value grid
+constexpr int GridRowHeight = 22;      ///< pixels of a row of the value grid
+constexpr double GridFontScale = 0.9;  ///< of the normal font: "-15.9E-12" fits its cell
 constexpr int ProgressWidth = 200;
 constexpr QSize StartSize(1240, 760);
 constexpr int SmallestHeight = 600;
@@ -77,6 +78,9 @@ void MainWindow::BuildClient() {
     valueGrid->setFrameShape(QFrame::NoFrame);
     valueGrid->setSelectionMode(QAbstractItemView::SingleSelection);
     valueGrid->setTabKeyNavigation(false);
+    QFont cellFont = valueGrid->font();
+    cellFont.setPointSizeF(cellFont.pointSizeF() * GridFontScale);
+    valueGrid->setFont(cellFont);
     QPalette beyondCells = valueGrid->viewport()->palette();
     beyondCells.setColor(QPalette::Base, ToQColor(BackgroundColour));
     valueGrid->viewport()->setPalette(beyondCells);

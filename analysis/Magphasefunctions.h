@@ -43,8 +43,8 @@ void GroupDelayArray(std::span<const double> re, std::span<const double> im, std
                      std::span<const double> freqs, double threshold);
 
 /// The delay (s) that the full height of a plot stands for, rounded to 2 digits: 5 times the
-/// smallest delay within 3 dB of the peak level, or 1.25 times the largest within 20 dB if that is
-/// more. Blank points take part with the value of their marker.
+/// smallest delay within 3 dB of the peak level; but if the largest delay within 20 dB itself
+/// exceeds that, 1.25 times the largest. Blank points take part with the value of their marker.
 double GroupDelayFullScale(std::span<const double> re, std::span<const double> im,
                            std::span<const double> groupDelay);
 

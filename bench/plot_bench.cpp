@@ -1,4 +1,4 @@
-// Cost of the plot: a worst-case overlay of 1001 runs, with the toolkit's polyline for comparison,
+// Cost of the plot: a worst-case overlay of 1001 runs,
 // and the repaint of run 0. The budget is 50 ms for the overlay of one trace at 1280 x 800.
 #include <benchmark/benchmark.h>
 
@@ -56,25 +56,6 @@ void OverlayAllTraces(benchmark::State& state) {
     Overlay(state, AllTraces);
 }
 
-// The same overlay of one trace through QPainter::drawPolyline.
-void OverlayWithToolkit(benchmark::State& state) {
-    const auto plot = MakePlot(static_cast<double>(state.range(0)));
-    const auto& responses = Responses();
-    plot->PaintBackground(responses[0].Design, OneTrace, Placement);
-    QImage image = plot->Image().copy();
-    const auto points = std::make_unique<TracePoints>();
-    for (auto _ : state) {
-        QPainter painter(&image);
-        for (int run = 0; run < Runs; ++run) {
-            const ButterworthResponse& response =
-                responses[static_cast<std::size_t>(run % Variants)];
-            MapTrace(response.MagnitudeDb, TraceKind::Mag10dB, false, plot->Layout(),
-                     plot->Scales(), *points);
-            PaintTrace(painter, *points, TraceColour(TraceKind::Mag10dB, false));
-        }
-    }
-}
-
 void MapOnly(benchmark::State& state) {
     const auto& responses = Responses();
     const PlotLayout layout = ComputePlotLayout({1280, 800, 150, 700}, {});
@@ -99,7 +80,6 @@ void RunZero(benchmark::State& state) {
 // The argument is the device pixel ratio.
 BENCHMARK(OverlayOneTrace)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(OverlayAllTraces)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
-BENCHMARK(OverlayWithToolkit)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(MapOnly)->Unit(benchmark::kMillisecond);
 BENCHMARK(RunZero)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 

@@ -1,6 +1,7 @@
 // JSON by hand: the format asks for 17 significant digits, which common writers do not give.
 #include "cli/JsonOutput.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -24,9 +25,39 @@ std::string Number(double x) {
     return {buffer.data(), end};
 }
 
+/// Length of the UTF-8 sequence at the start of `text`; 0 if it is none. Overlong forms, surrogates
+/// and codes beyond U+10FFFF count as none (RFC 3629).
+std::size_t SequenceLength(std::string_view text) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned lead = byte(0);
+    const std::size_t length = lead < 0x80                    ? 1
+                               : lead >= 0xc2 && lead <= 0xdf ? 2
+                               : lead >= 0xe0 && lead <= 0xef ? 3
+                               : lead >= 0xf0 && lead <= 0xf4 ? 4
+                                                              : 0;
+    if (length == 0 || length > text.size()) return 0;
+    for (std::size_t i = 1; i < length; ++i)
+        if ((byte(i) & 0xc0) != 0x80) return 0;
+    const unsigned second = length > 1 ? byte(1) : 0;
+    const bool unfit = (lead == 0xe0 && second < 0xa0) || (lead == 0xed && second > 0x9f) ||
+                       (lead == 0xf0 && second < 0x90) || (lead == 0xf4 && second > 0x8f);
+    return unfit ? 0 : length;
+}
+
+/// A text as typed, with U+FFFD for every byte that is no UTF-8: JSON must stay readable.
+std::string CleanUtf8(std::string_view text) {
+    std::string clean;
+    while (!text.empty()) {
+        const std::size_t length = SequenceLength(text);
+        clean += length > 0 ? std::string(text.substr(0, length)) : std::string("\xef\xbf\xbd");
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return clean;
+}
+
 std::string Quoted(std::string_view text) {
     std::string quoted = "\"";
-    for (const char c : text) {
+    for (const char c : CleanUtf8(text)) {
         if (c == '"' || c == '\\') {
             quoted += '\\';
             quoted += c;
@@ -141,6 +172,7 @@ std::string JsonText(const Calculation& calculation, const DisplayQuantities& qu
     member("phase_deg", BlankableNumbers(quantities.PhaseDeg));
     member("group_delay_s", BlankableNumbers(quantities.GroupDelay));
     member("group_delay_full_scale_s", Number(design.GDFullScale));
+    if (calculation.Inputs.Traces.Pulse) member("pulse", "null");  // no stage computes it yet
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     member("messages", List(messages.size(), [&](std::size_t i) {

@@ -59,7 +59,7 @@ std::string TableText(const Calculation& calculation) {
     for (int slot = 1; slot <= design.NumElements; ++slot)
         text += SlotLine(design.Elements[slot], slot);
     for (const Note& note : CollectNotes(calculation))
-        text += note.Text + "\n";
+        if (!note.Idle) text += note.Text + "\n";
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     return worstCase.empty() ? text : text + worstCase + "\n";
 }

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QLocale>
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -67,8 +68,16 @@ void Design(Session& session, bool keepOverlay) {
         DerivePlotQuantities(calculation, run, quantities, report);
         if (run >= 1) session.Overlay.push_back({quantities, calculation.Design.Response});
     });
-    for (const Note& note : CollectNotes(calculation))
-        PrintError(note.Text);
+}
+
+/// Reports the notes on standard error; of an idle box only if the user has set it.
+void PrintNotes(const Session& session, const Arguments& arguments) {
+    for (const Note& note : CollectNotes(session.Calc)) {
+        const bool set =
+            std::any_of(arguments.Settings.begin(), arguments.Settings.end(),
+                        [&](const auto& setting) { return setting.first == note.Name; });
+        if (!note.Idle || set) PrintError(note.Text);
+    }
 }
 
 /// Writes a text to a file or to standard output ("-").
@@ -109,6 +118,7 @@ int main(int argc, char** argv) {
     SeedFromClock(session.Calc);
     if (!ApplySettings(session, arguments)) return ExitUsage;
     Design(session, !arguments.PlotFile.empty());
+    PrintNotes(session, arguments);
     bool written = true;
     if (arguments.Table) written = WriteText("-", TableText(session.Calc)) && written;
     if (!arguments.JsonFile.empty())

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "display/TraceRaster.h"
-
 namespace ladderwise {
 
 Plot::Plot() {
@@ -48,16 +46,14 @@ void Plot::PaintBackground(const FilterDesign& design, const TraceChoices& newCh
 }
 
 void Plot::PaintTraces(const PlotTraces& traces, bool reference) {
-    PixelTarget target;
-    target.Pixels = reinterpret_cast<std::uint32_t*>(image.bits());
-    target.Width = image.width();
-    target.Height = image.height();
-    target.Stride = static_cast<int>(image.bytesPerLine() / sizeof(std::uint32_t));
-    target.PixelRatio = image.devicePixelRatio();
+    // The same pixels without a device pixel ratio, so that the pen is one pixel wide.
+    QImage pixels(image.bits(), image.width(), image.height(), image.bytesPerLine(),
+                  image.format());
+    QPainter painter(&pixels);
     for (TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
         MapTrace(ValuesOf(traces, kind), kind, reference, layout, scales, points);
-        DrawRuns(points, TraceColour(kind, reference), target);
+        PaintTrace(painter, points, TraceColour(kind, reference), image.devicePixelRatio());
     }
 }
 

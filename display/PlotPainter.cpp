@@ -1,10 +1,14 @@
 // Painting with the toolkit; every position comes from the plain structs.
 #include "display/PlotPainter.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <QFontMetrics>
 #include <QPen>
 #include <QPolygon>
 
+#include "app/pipeline/Notes.h"
 #include "resources/Resources.h"
 
 namespace ladderwise {
@@ -78,25 +82,31 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size) {
     DrawTextAt(painter, frame.Title);
 }
 
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour) {
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
+                double pixelRatio) {
+    const int penSize = std::max(1, static_cast<int>(std::lround(pixelRatio)));
     painter.setRenderHint(QPainter::Antialiasing, false);
     QPen solid(ToQColor(colour), 1, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
     QPen dashed = solid;
-    dashed.setDashPattern({DashPixels, DashGapPixels});
+    dashed.setDashPattern({qreal(DashPixels * penSize), qreal(DashGapPixels * penSize)});
+    std::array<QPoint, NumSweepPoints> polyline;
     for (int r = 0; r < points.NumRuns; ++r) {
         const TraceRun& run = points.Runs[static_cast<std::size_t>(r)];
-        QPolygon polyline;
-        polyline.reserve(run.Last - run.First + 1);
-        for (int n = run.First; n <= run.Last; ++n)
-            polyline << QPoint(points.X[n], points.Y[n]);
         painter.setPen(run.Style == RunStyle::Dashed ? dashed : solid);
-        painter.drawPolyline(polyline);
+        for (int pixel = 0; pixel < penSize * penSize; ++pixel) {
+            const QPoint offset(pixel % penSize - penSize / 2, pixel / penSize - penSize / 2);
+            for (int n = run.First; n <= run.Last; ++n)
+                polyline[static_cast<std::size_t>(n)] =
+                    QPoint(points.X[n], points.Y[n]) * pixelRatio + offset;
+            painter.drawPolyline(&polyline[static_cast<std::size_t>(run.First)],
+                                 run.Last - run.First + 1);
+        }
     }
 }
 
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
                 bool doubled, SchematicPictures& pictures) {
-    const std::string notice = EmptyLadderNotice(design.Flags.Missing);
+    const std::string notice = MissingStageText(design.Flags.Missing);
     if (!notice.empty()) {
         painter.setPen(ToQColor(Black));
         painter.drawText(ValueGridLeft, gridTop - SchematicHeight / 2,

@@ -45,9 +45,12 @@ TextMetrics MetricsOf(const QPainter& painter);
 /// font.
 void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size);
 
-/// The runs of a mapped trace as polylines of width 1, not antialiased. For vector devices and
-/// exported images; the window's image is drawn by DrawRuns, which is faster.
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour);
+/// The runs of a mapped trace as polylines of width 1, not antialiased. `pixelRatio` above 1 is for
+/// a painter on the bare pixels of a dense image: the points are scaled, and the polyline of width
+/// 1 is drawn once for each pixel of a square pen, because a wider pen makes the toolkit stroke
+/// outlines, which takes sixty times as long.
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
+                double pixelRatio = 1.0);
 
 /// The schematic strip, or the notice that the ladder is empty. A picture that is missing is
 /// replaced by a box with the type's name.

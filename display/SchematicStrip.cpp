@@ -16,18 +16,4 @@ std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTo
     return pictures;
 }
 
-std::string EmptyLadderNotice(MissingStage missing) {
-    switch (missing) {
-        case MissingStage::None:
-            return "";
-        case MissingStage::EllipticPrototype:
-            return "The ladder is empty: this version builds no elliptic prototypes yet.";
-        case MissingStage::DirectCoupledSynthesis:
-            return "The ladder is empty: this version builds no direct-coupled filters yet.";
-        case MissingStage::NortonTransform:
-            return "The ladder is empty: this version builds no Norton-transformed filters yet.";
-    }
-    return "";
-}
-
 }  // namespace ladderwise

@@ -1,8 +1,6 @@
-// Where the schematic picture of each ladder element stands, and the notice that takes their place
-// when the ladder is empty. No Qt.
+// Where the schematic picture of each ladder element stands. No Qt.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "app/design/FilterDesign.h"
@@ -21,8 +19,5 @@ struct StripPicture {
 /// right of the grid's left edge. A code that is no element shows as errorBitMap. `scroll` pixels
 /// move the strip left, as the scroll bar moves the grid.
 std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTop, int scroll);
-
-/// Why the ladder is empty: "The ladder is empty: ..."; an empty text when no stage is missing.
-std::string EmptyLadderNotice(MissingStage missing);
 
 }  // namespace ladderwise

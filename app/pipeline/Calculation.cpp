@@ -124,8 +124,9 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
     std::vector<double> low(NumSweepPoints);
     std::vector<double> high(NumSweepPoints);
     ResetExtremes(low, high);
-    AccumulateExtremes(design.Response.TransferRe, design.Response.TransferIm, low, high);
+    AccumulateExtremes(nominal.TransferRe, nominal.TransferIm, low, high);
     const std::vector<double> nominalDb = LevelsDb(high);
+    ResetExtremes(low, high);
     for (int run = 1; run <= result.Runs; ++run) {
         RandomiseParts(design, generator);
         AnalyseLadder(design, calculation.Tables, report);

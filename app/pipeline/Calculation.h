@@ -19,7 +19,7 @@ using PlotRunCallback = std::function<void(int run)>;
 struct WorstCaseResult {
     int Runs = 0;
     std::uint32_t Seed = 0;      ///< repeats the runs
-    std::vector<double> LowDb;   ///< lowest magnitude of all runs at each sweep point, dB
+    std::vector<double> LowDb;   ///< lowest magnitude of the randomised runs at each point, dB
     std::vector<double> HighDb;  ///< highest magnitude, dB
     double PassBandLossDb =
         0.0;  ///< worst loss where the nominal response is within 3 dB of its peak

@@ -2,6 +2,7 @@
 #include "app/pipeline/Notes.h"
 
 #include <cmath>
+#include <map>
 
 #include "app/pipeline/Choices.h"
 #include "app/pipeline/NamedSettings.h"
@@ -44,32 +45,43 @@ void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
     }
 }
 
-std::string MissingText(MissingStage missing) {
-    switch (missing) {
-        case MissingStage::None:
-            return {};
-        case MissingStage::EllipticPrototype:
-            return "The elliptic prototypes are not built yet: the ladder is empty.";
-        case MissingStage::DirectCoupledSynthesis:
-            return "Direct-coupled band-passes are not built yet: the ladder is empty.";
-        case MissingStage::NortonTransform:
-            return "Norton band-passes are not built yet: the ladder is empty.";
-    }
-    return {};
-}
-
-void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
+void AddReplacedBoxes(const Calculation& calculation, std::vector<Note>& notes) {
+    const DesignInputs& inputs = calculation.Inputs;
+    const ControlStates states = StatesFor(inputs, calculation.Design, false);
+    const std::map<const NumberBox*, bool> enabled = {
+        {&inputs.BandWidthBox, states.BandWidthEnabled},
+        {&inputs.RippleBox, states.RippleEnabled},
+        {&inputs.EllipticAttenBox, states.AttenEnabled},
+        {&inputs.TrapTypeBox, states.TrapPanelVisible},
+        {&inputs.ScaleBox, inputs.Traces.GroupDelay}};
     for (const NamedBox& named : NamedBoxes(inputs)) {
         if (!named.Box->ReplacedText) continue;
         const std::string& typed = *named.Box->ReplacedText;
-        notes.push_back({NoteKind::Replaced, named.Name,
-                         std::string(named.Label) + ": \"" + typed + "\" was replaced by " +
-                             named.Box->Text + ".",
-                         typed, named.Box->Text});
+        Note note{NoteKind::Replaced, named.Name,
+                  std::string(named.Label) + ": \"" + typed + "\" was replaced by " +
+                      named.Box->Text + ".",
+                  typed, named.Box->Text};
+        const auto state = enabled.find(named.Box);
+        note.Idle = state != enabled.end() && !state->second;
+        notes.push_back(note);
     }
 }
 
 }  // namespace
+
+std::string MissingStageText(MissingStage missing) {
+    switch (missing) {
+        case MissingStage::None:
+            return "";
+        case MissingStage::EllipticPrototype:
+            return "The ladder is empty: this version builds no elliptic prototypes yet.";
+        case MissingStage::DirectCoupledSynthesis:
+            return "The ladder is empty: this version builds no direct-coupled filters yet.";
+        case MissingStage::NortonTransform:
+            return "The ladder is empty: this version builds no Norton-transformed filters yet.";
+    }
+    return "";
+}
 
 const char* NameOf(NoteKind kind) {
     switch (kind) {
@@ -91,7 +103,13 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     const FilterDesign& design = calculation.Design;
     std::vector<Note> notes;
     if (design.Flags.Missing != MissingStage::None)
-        notes.push_back({NoteKind::Missing, "pass", MissingText(design.Flags.Missing)});
+        notes.push_back(
+            {NoteKind::Missing,
+             design.Flags.Missing == MissingStage::EllipticPrototype ? "response" : "pass",
+             MissingStageText(design.Flags.Missing)});
+    if (calculation.Inputs.Traces.Pulse)
+        notes.push_back(
+            {NoteKind::Missing, "traces", "This version draws no square-pulse response yet."});
     AddUnrealisable(design, notes);
     if (design.Flags.LoadMoved)
         notes.push_back({NoteKind::LoadMoved, "r-load",
@@ -102,18 +120,14 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
         notes.push_back({NoteKind::FormForced, "form",
                          std::string("The terminations ask for the form ") +
                              (design.FormCLC ? "CLC" : "LCL") + "."});
-    AddReplacedBoxes(calculation.Inputs, notes);
+    AddReplacedBoxes(calculation, notes);
     return notes;
 }
 
 StatusLine DescribeStatus(const Calculation& calculation) {
-    const ControlStates states = StatesFor(calculation.Inputs, calculation.Design, false);
     StatusLine status;
     for (const Note& note : CollectNotes(calculation)) {
-        const bool replaced = note.Kind == NoteKind::Replaced;
-        if (replaced && note.Name.rfind("bw", 0) == 0 && !states.BandWidthEnabled) continue;
-        if (replaced && note.Name == "ripple" && !states.RippleEnabled) continue;
-        if (replaced && note.Name == "atten" && !states.AttenEnabled) continue;
+        if (note.Idle) continue;
         status.Text += (status.Text.empty() ? "" : "  ") + note.Text;
         status.Warning = true;
     }

@@ -18,16 +18,20 @@ struct Note {
     std::string Text;     ///< one sentence for people
     std::string Typed{};  ///< of a replaced box: what stood in it
     std::string InUse{};  ///< of a replaced or moved box: what stands in it now
+    bool Idle = false;    ///< of a replaced box: disabled, it plays no part in the present design
 };
 
 /// "replaced", "load-moved", "form-forced", "unrealisable", "missing".
 const char* NameOf(NoteKind kind);
 
+/// Why the ladder is empty: "The ladder is empty: ..."; an empty text when no stage is missing.
+std::string MissingStageText(MissingStage missing);
+
 /// The notes of the last calculation, the ones that matter most first.
 std::vector<Note> CollectNotes(const Calculation& calculation);
 
-/// What the status line says: the notes and the worst case. A box that is disabled for the present
-/// choices is passed over. Empty text: nothing out of the ordinary.
+/// What the status line says: the notes and the worst case. Idle boxes are passed over. Empty text:
+/// nothing out of the ordinary.
 struct StatusLine {
     std::string Text;
     bool Warning = false;  ///< something was replaced, moved or cannot be built

@@ -142,7 +142,7 @@ TEST(Plot, EmptyLadderSaysWhy) {
          {MissingStage::EllipticPrototype, MissingStage::DirectCoupledSynthesis,
           MissingStage::NortonTransform}) {
         made.Design.Flags.Missing = stage;
-        EXPECT_TRUE(EmptyLadderNotice(stage).starts_with("The ladder is empty: "));
+        EXPECT_TRUE(MissingStageText(stage).starts_with("The ladder is empty: "));
         EXPECT_TRUE(inked());
     }
 }

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "display/PlotPainter.h"
-#include "display/TraceRaster.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -128,80 +127,6 @@ TEST(TraceMap, DashesOfTheReference) {
     EXPECT_EQ(runs[1], (std::pair<int, int>{4, 5}));
     EXPECT_EQ(runs[2], (std::pair<int, int>{5, 7}));
     EXPECT_EQ(edge->Runs[1].Style, RunStyle::Dashed);
-}
-
-constexpr QRgb Empty = 0xff000000;
-constexpr QRgb Drawn = 0xffff0000;
-constexpr PlotColour Red{255, 0, 0};
-
-PixelTarget TargetOf(QImage& image, double ratio) {
-    return {reinterpret_cast<std::uint32_t*>(image.bits()), image.width(), image.height(),
-            static_cast<int>(image.bytesPerLine() / 4), ratio};
-}
-
-int CountDrawn(const QImage& image) {
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += image.pixel(x, y) == Drawn;
-    }
-    return count;
-}
-
-// True if every drawn pixel of `a` has one of `b` at most a pixel away.
-bool LiesOn(const QImage& a, const QImage& b) {
-    for (int y = 1; y + 1 < a.height(); ++y) {
-        for (int x = 1; x + 1 < a.width(); ++x) {
-            if (a.pixel(x, y) != Drawn) continue;
-            bool near = false;
-            for (int k = 0; k < 9; ++k)
-                near |= b.pixel(x - 1 + k % 3, y - 1 + k / 3) == Drawn;
-            if (!near) return false;
-        }
-    }
-    return true;
-}
-
-TEST(TraceRaster, DrawsWhereTheToolkitDraws) {
-    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
-    for (TraceKind kind : TraceDrawOrder) {
-        const auto values = ValuesOf(made.Traces(), kind);
-        const auto points = Mapped({values.begin(), values.end()}, kind);
-        QImage own(1280, 800, QImage::Format_RGB32);
-        own.fill(Empty);
-        QImage toolkit = own.copy();
-        DrawRuns(*points, Red, TargetOf(own, 1.0));
-        QPainter painter(&toolkit);
-        PaintTrace(painter, *points, Red);
-        painter.end();
-        EXPECT_GT(CountDrawn(own), 100);
-        EXPECT_TRUE(LiesOn(own, toolkit)) << static_cast<int>(kind);
-        EXPECT_TRUE(LiesOn(toolkit, own)) << static_cast<int>(kind);
-    }
-}
-
-TEST(TraceRaster, BrushDashesAndEdges) {
-    auto points = std::make_unique<TracePoints>();
-    points->NumPoints = 2;
-    points->NumRuns = 1;
-    points->X = {2, 19};
-    points->Y = {3, 3};
-    points->Runs[0] = {0, 1, RunStyle::Solid};
-    QImage image(64, 64, QImage::Format_RGB32);
-    const auto drawn = [&](double ratio) {
-        image.fill(Empty);
-        DrawRuns(*points, Red, TargetOf(image, ratio));
-        return CountDrawn(image);
-    };
-    EXPECT_EQ(drawn(1.0), 18);
-    EXPECT_EQ(drawn(2.0), 36 * 2);  // a brush two pixels square put at 3 .. 37
-    points->Runs[0].Style = RunStyle::Dashed;
-    EXPECT_EQ(drawn(1.0), 12);  // 18 pixels: 6 on, 3 off, twice
-    points->Runs[0].Style = RunStyle::Solid;
-    points->X = {-500, 5000};  // beyond both edges
-    points->Y = {-70, 900};
-    EXPECT_EQ(drawn(1.0), 64);  // the diagonal
-    EXPECT_GT(drawn(1.5), 64);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 """Holds the independent model to closed forms, before anything is compared with it.
 
-Run: `python3 check_model.py`. Butterworth |H|^2 = K / (1 + w^2n); Chebyshev |H|^2 = K / (1 + eps^2
-Tn^2(c w)), c the ratio of 3 dB and ripple frequency; K = 4 t / (1 + t)^2 for the load ratio t, times
-1 + eps^2 for an even Chebyshev; |H|^2 + |Gamma|^2 = 1; 3 dB at 1 rad/s for the tabulated families.
+Run: `python3 check_model.py`. Butterworth |H|^2 = K / (1 + w^2n); Chebyshev |H|^2 =
+K / (1 + eps^2 Tn^2(c w)), c the ratio of 3 dB and ripple frequency; K = 4 t / (1 + t)^2 for the
+load ratio t, times 1 + eps^2 for an even Chebyshev; |H|^2 + |Gamma|^2 = 1; 3 dB at 1 rad/s for the tabulated families.
 """
 import math
 

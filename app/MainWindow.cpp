@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableWidget>
@@ -25,7 +26,7 @@ constexpr int GridRowHeight = 22;      ///< pixels of a row of the value grid
 constexpr double GridFontScale = 0.9;  ///< of the normal font: "-15.9E-12" fits its cell
 constexpr int ProgressWidth = 200;
 constexpr QSize StartSize(1240, 760);
-constexpr int SmallestHeight = 600;
+constexpr QSize SmallestSize(640, 560);
 
 }  // namespace
 
@@ -48,8 +49,8 @@ MainWindow::MainWindow() {
     ConnectMenus();
     qApp->installEventFilter(this);
     ShowInputs();
-    setMinimumSize(panel->minimumSizeHint().width(), SmallestHeight);
-    resize(StartSize.expandedTo(minimumSize()));
+    setMinimumSize(SmallestSize);
+    resize(StartSize);
 }
 
 void MainWindow::SetMessageCallback(MessageCallback newReport) {
@@ -65,6 +66,13 @@ void MainWindow::BuildClient() {
     connect(bitMap, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& at) { markerMenu->popup(bitMap->mapToGlobal(at)); });
     panel = new MainPanel(client);
+    panelView = new QScrollArea(client);
+    panelView->setObjectName("PanelView");
+    panelView->setFrameShape(QFrame::NoFrame);
+    panelView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    panelView->setWidgetResizable(true);
+    panelView->setFocusPolicy(Qt::NoFocus);
+    panelView->setWidget(panel);
     valueGrid = new QTableWidget(ValueGridRows, 1, client);
     valueGrid->setObjectName("ValueGrid");
     valueGrid->horizontalHeader()->hide();

@@ -3,8 +3,8 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
@@ -106,18 +106,19 @@ void MainWindow::BuildEllipticPanel() {
     ellipticPanel = new QWidget(client);
     ellipticPanel->setObjectName("EllipticPanel");
     ellipticPanel->setAutoFillBackground(true);
-    auto* const row = new QHBoxLayout(ellipticPanel);
-    row->setContentsMargins(4, 1, 4, 1);
-    row->setSpacing(4);
+    auto* const grid = new QGridLayout(ellipticPanel);
+    grid->setContentsMargins(2, 1, 0, 1);
+    grid->setSpacing(1);
     auto* const label = new QLabel("Trap T&ype", ellipticPanel);
+    label->setFont(valueGrid->font());
     trapTypeBox = new NumberEdit("TrapTypeBox", ellipticPanel);
-    trapTypeBox->setFixedWidth(trapTypeBox->fontMetrics().horizontalAdvance('0') * 5);
     label->setBuddy(trapTypeBox);
     ellipticFormUpDown = new UpDownButton("EllipticFormUpDown", ellipticPanel);
     ellipticFormUpDown->setFixedHeight(trapTypeBox->sizeHint().height());
-    row->addWidget(label);
-    row->addWidget(trapTypeBox);
-    row->addWidget(ellipticFormUpDown);
+    grid->addWidget(label, 0, 0, 1, 2);
+    grid->addWidget(trapTypeBox, 1, 0);
+    grid->addWidget(ellipticFormUpDown, 1, 1);
+    ellipticPanel->setFixedWidth(SchematicWidth);  // left of the first schematic picture
     ellipticPanel->adjustSize();
     ellipticPanel->hide();
 }

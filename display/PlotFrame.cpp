@@ -76,7 +76,7 @@ void AddFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
         const double x = shareLeft * (layout.PlotWidth - metrics.Width(text));
         frame.FrequencyLabels.push_back({layout.PlotLeft + NearestInt(x), y, text, Black});
     };
-    add(design.SweepF1, 0.0);
+    add(design.SweepFreqs[0], 0.0);
     add(design.SweepFreqs[middlePoint], 0.5);
     add(design.SweepF2, 1.0);
 }

@@ -32,10 +32,9 @@ std::unique_ptr<Plot> Painted(const ButterworthResponse& made, const TraceChoice
 
 int CountPixels(const QImage& image, QRgb colour) {
     int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             count += image.pixel(x, y) == colour;
-    }
     return count;
 }
 
@@ -48,8 +47,6 @@ TEST(Plot, FrameAndTracePixels) {
     EXPECT_EQ(image.pixel(1210, 225), Pixel(Black));
     EXPECT_EQ(image.pixel(1210, 265), Pixel(GridColour));
     EXPECT_EQ(image.pixel(1210, 245), Pixel(BackgroundColour));
-    EXPECT_EQ(image.pixel(60, 300), Pixel(Black));
-    EXPECT_EQ(image.pixel(1220, 300), Pixel(Black));
     EXPECT_EQ(image.pixel(700, 586), Pixel(Black));
     const PlotColour red = TraceColour(TraceKind::Mag10dB, false);
     EXPECT_EQ(image.pixel(640, 237), Pixel(red));  // -3.01 dB at the corner frequency
@@ -80,23 +77,19 @@ TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
     EXPECT_EQ(plot->Scales().GDFullScale, scale);
     EXPECT_EQ(plot->Image().constBits(), bits);
 
-    int changed = 0;
-    for (int y = 0; y < Height; ++y) {
-        for (int x = 0; x < Width; ++x) {
-            const QRgb now = plot->Image().pixel(x, y);
-            if (now == before.pixel(x, y)) continue;
-            ++changed;
-            ASSERT_TRUE(now == Pixel(TraceColour(TraceKind::Mag10dB, false)) ||
-                        now == Pixel(TraceColour(TraceKind::GroupDelay, false)));
-        }
+    const QImage& after = plot->Image();
+    for (const TraceKind kind : {TraceKind::Mag10dB, TraceKind::GroupDelay}) {
+        const QRgb colour = Pixel(TraceColour(kind, false));
+        EXPECT_GT(CountPixels(after, colour), CountPixels(before, colour) + 200);
     }
-    EXPECT_GT(changed, 500);
+    EXPECT_EQ(CountPixels(after, Pixel(TraceColour(TraceKind::ReturnLoss, false))), 0);
+    EXPECT_EQ(after.copy(0, 605, Width, 195), before.copy(0, 605, Width, 195));
 
     plot->PlotRun(0, nominal.Design, choices, Placement, nominal.Traces());
     EXPECT_EQ(plot->Image(), before);
 }
 
-TEST(Plot, DenseScreenDrawsTheSamePlotFiner) {
+TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const auto plot = Painted(made, {}, 2.0);
     const QImage& image = plot->Image();
@@ -107,15 +100,10 @@ TEST(Plot, DenseScreenDrawsTheSamePlotFiner) {
         EXPECT_EQ(image.pixel(2 * 640 - k % 2, 2 * 237 - k / 2),
                   Pixel(TraceColour(TraceKind::Mag10dB, false)));
     }
-}
-
-TEST(Plot, ReferenceIsDrawnInItsOwnColours) {
-    const auto plot = Painted(MakeButterworth(SweepType::OneDecade), {});
     const QRgb colour = Pixel(TraceColour(TraceKind::Mag10dB, true));
-    EXPECT_EQ(CountPixels(plot->Image(), colour), 0);
-    const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
-    plot->PaintTraces(reference.Traces(), true);
-    EXPECT_GT(CountPixels(plot->Image(), colour), 300);
+    EXPECT_EQ(CountPixels(image, colour), 0);
+    plot->PaintTraces(MakeButterworth(SweepType::OneDecade, 0.5).Traces(), true);
+    EXPECT_GT(CountPixels(image, colour), 300);
 }
 
 TEST(Plot, StripScrollsWithoutTouchingTheTraces) {
@@ -192,16 +180,11 @@ TEST(PlotExport, FilesAreValidAndOfTheSizeAskedFor) {
     ASSERT_TRUE(WritePlotFile(path("plot.pdf"), size, content));
     QFile pdf(path("plot.pdf"));
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
-    const QByteArray bytes = pdf.readAll();
-    EXPECT_TRUE(bytes.startsWith("%PDF-"));
-    EXPECT_TRUE(bytes.trimmed().endsWith("%%EOF"));
-    EXPECT_TRUE(bytes.contains("/MediaBox [0 0 750"));  // 1000 / 96 inch in points
+    EXPECT_TRUE(pdf.readAll().contains("/MediaBox [0 0 750"));  // 1000 / 96 inch in points
 
-    EXPECT_FALSE(WritePlotFile(path("plot.bmp"), size, content));
     EXPECT_FALSE(WritePlotFile(path("plot.png"), QSize(0, 700), content));
-    for (const char* name : {"no/plot.png", "no/plot.svg", "no/plot.pdf"}) {
+    for (const char* name : {"plot.bmp", "no/plot.png", "no/plot.svg", "no/plot.pdf"})
         EXPECT_FALSE(WritePlotFile(path(name), size, content)) << name;
-    }
 }
 
 }  // namespace

@@ -1,14 +1,10 @@
 // The mapping of traces to points and runs, and the lines drawn through them.
 #include <gtest/gtest.h>
 
-#include <QImage>
-#include <QPainter>
 #include <limits>
 #include <memory>
-#include <numeric>
-#include <vector>
 
-#include "display/PlotPainter.h"
+#include "display/TraceMap.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -37,26 +33,18 @@ std::vector<std::pair<int, int>> RunsOf(const TracePoints& points) {
 }
 
 TEST(TraceMap, KnownValuesOfEachKind) {
-    const struct {
-        TraceKind Kind;
-        double Value;
-        int Y;
-    } cases[] = {
-        {TraceKind::Mag10dB, 10, 185},       {TraceKind::Mag10dB, 0, 225},
-        {TraceKind::Mag10dB, -3.0103, 237},  {TraceKind::Mag10dB, -90, 585},
-        {TraceKind::Mag10dB, 9.875, 186},  // half a pixel rounds away from zero
-        {TraceKind::Mag10dB, -1000, 585},    {TraceKind::Mag10dB, 1e300, 185},
-        {TraceKind::ReturnLoss, -20, 305},   {TraceKind::ReturnLoss, -Inf, 585},
-        {TraceKind::Mag1dB, 1, 185},         {TraceKind::Mag1dB, 0, 225},
-        {TraceKind::Mag1dB, -0.5, 245},      {TraceKind::Mag1dB, -9, 585},
-        {TraceKind::Phase, 180, 185},        {TraceKind::Phase, 0, 385},
-        {TraceKind::Phase, -45, 435},        {TraceKind::Phase, -180, 585},
-        {TraceKind::GroupDelay, 0, 585},     {TraceKind::GroupDelay, 1e-9, 485},
-        {TraceKind::GroupDelay, 4e-9, 185},  {TraceKind::GroupDelay, 1, 185},
-        {TraceKind::GroupDelay, -1e-9, 585}, {TraceKind::GroupDelay, Inf, 185},
-        {TraceKind::Pulse, 0.25, 485},       {TraceKind::Pulse, 1.2, 185},
-        {TraceKind::Normalised, 0.5, 385},   {TraceKind::Pulse, -0.1, 585},
-    };
+    using enum TraceKind;
+    // clang-format off
+    const struct { TraceKind Kind; double Value; int Y; } cases[] = {
+        {Mag10dB, 10, 185}, {Mag10dB, 0, 225}, {Mag10dB, -3.0103, 237}, {Mag10dB, -90, 585},
+        {Mag10dB, 9.875, 186},  // half a pixel rounds away from zero
+        {Mag10dB, -1000, 585}, {Mag10dB, 1e300, 185}, {ReturnLoss, -20, 305},
+        {ReturnLoss, -Inf, 585}, {Mag1dB, 1, 185}, {Mag1dB, -0.5, 245}, {Mag1dB, -9, 585},
+        {Phase, 180, 185}, {Phase, -45, 435}, {Phase, -180, 585}, {GroupDelay, 0, 585},
+        {GroupDelay, 1e-9, 485}, {GroupDelay, 1, 185}, {GroupDelay, -1e-9, 585},
+        {GroupDelay, Inf, 185}, {Pulse, 0.25, 485}, {Pulse, 1.2, 185}, {Normalised, 0.5, 385},
+        {Pulse, -0.1, 585}};
+    // clang-format on
     for (const auto& c : cases) {
         EXPECT_EQ(MapValue(c.Value, ScaleOf(c.Kind, layout, scales), layout), c.Y)
             << static_cast<int>(c.Kind) << ": " << c.Value;
@@ -66,11 +54,10 @@ TEST(TraceMap, KnownValuesOfEachKind) {
 
 TEST(TraceMap, PointsSpreadOverThePlotWidth) {
     const auto points = Mapped(std::vector<double>(NumSweepPoints, 0.0), TraceKind::Mag10dB);
-    EXPECT_EQ(points->X[0], 60);
-    EXPECT_EQ(points->X[512], 640);
-    EXPECT_EQ(points->X[1023], 1219);  // 60 + 1023 / 1024 1160 = 1218.87
-    for (int n = 0; n < NumSweepPoints; ++n) {
-        ASSERT_EQ(points->X[n], MapIndex(n, NumSweepPoints, layout)) << n;
+    // 60 + n / 1024 1160
+    for (const auto& [n, x] : {std::pair{0, 60}, {512, 640}, {1023, 1219}}) {
+        EXPECT_EQ(points->X[n], x);
+        EXPECT_EQ(MapIndex(n, NumSweepPoints, layout), x);
     }
 }
 
@@ -87,22 +74,18 @@ TEST(TraceMap, FullScaleIsAlwaysUsable) {
 TEST(TraceMap, NotANumberAndBlankPointsLeaveGaps) {
     using Runs = std::vector<std::pair<int, int>>;
     const double b = BlankMarker;
-    const struct {
-        TraceKind Kind;
-        std::vector<double> Values;
-        Runs Expected;
-    } cases[] = {
+    // clang-format off
+    const struct { TraceKind Kind; std::vector<double> Values; Runs Expected; } cases[] = {
         {TraceKind::Mag10dB, {0, -1, NaN, -2, -3}, {{0, 1}, {3, 4}}},
         {TraceKind::Mag10dB, {NaN, -1, -2, -3, NaN}, {{1, 3}}},
         {TraceKind::Mag10dB, {NaN, 1, NaN, 2, NaN}, {}},
         {TraceKind::Mag10dB, {0, b, 0, b}, {{0, 3}}},  // a level like any other
         {TraceKind::Phase, {9, 8, b, b, 5, 4}, {{0, 1}, {4, 5}}},
         {TraceKind::GroupDelay, {b, b, 1e-9, 2e-9, b, NaN, 1e-9, 1e-9}, {{2, 3}, {6, 7}}},
-        {TraceKind::GroupDelay, {b, b, b}, {}},
-        {TraceKind::Pulse, {}, {}},
+        {TraceKind::GroupDelay, {b, b, b}, {}}, {TraceKind::Pulse, {}, {}},
         {TraceKind::Pulse, {0.5}, {}},
-        {TraceKind::Pulse, std::vector<double>(3000, 0.5), {{0, NumSweepPoints - 1}}},
-    };
+        {TraceKind::Pulse, std::vector<double>(3000, 0.5), {{0, NumSweepPoints - 1}}}};
+    // clang-format on
     for (const auto& c : cases) {
         EXPECT_EQ(RunsOf(*Mapped(c.Values, c.Kind)), c.Expected) << static_cast<int>(c.Kind);
     }

@@ -2,25 +2,18 @@
 // ngspice, whose origin and line formats are told at the head of that file.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cmath>
-#include <complex>
-#include <cstdlib>
 #include <fstream>
 #include <locale>
 #include <map>
 #include <memory>
 #include <set>
 #include <sstream>
-#include <string>
-#include <vector>
 
-#include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "app/pipeline/NamedSettings.h"
 #include "app/pipeline/PlotQuantities.h"
-#include "files/Formatfunctions.h"
 #include "scaling/BandScaler.h"
+#include "tests/numeric/support.h"
 
 namespace ladderwise {
 namespace {
@@ -31,15 +24,20 @@ using Row = std::vector<std::string>;
 struct Record {
     Row Head;
     std::map<std::string, std::vector<Row>> Rows;
+
+    const std::vector<Row>& operator[](const std::string& tag) const {
+        static const std::vector<Row> none;
+        const auto found = Rows.find(tag);
+        return found == Rows.end() ? none : found->second;
+    }
 };
 
 /// The fields of a line; an empty last field counts.
 Row SplitAtTabs(const std::string& line) {
     Row fields;
-    std::size_t start = 0;
-    for (std::size_t tab; (tab = line.find('\t', start)) != std::string::npos; start = tab + 1)
-        fields.push_back(line.substr(start, tab - start));
-    fields.push_back(line.substr(start));
+    std::istringstream stream(line + '\t');
+    for (std::string field; std::getline(stream, field, '\t');)
+        fields.push_back(field);
     return fields;
 }
 
@@ -87,86 +85,52 @@ double Amplitude(double db) {
     return std::pow(10.0, db / 20.0);
 }
 
-const ElementInfo& InfoOfRow(const Row& row) {
-    return InfoOf(static_cast<ElementType>(Whole(row[2])));
-}
-
 /// Compares a slot with an "el" row: type and the values that the type uses.
 void ExpectElement(const CircuitElement& element, const Row& row) {
     SCOPED_TRACE("slot " + row[1]);
     ASSERT_EQ(static_cast<int>(element.Type), Whole(row[2]));
     for (int k = 0; k < 4; ++k) {
-        const std::string& text = row[3 + k];
-        ASSERT_EQ(InfoOfRow(row).Values[k] == ValueKind::Unused, text == "-") << "V" << k + 1;
-        if (text == "-") continue;
-        const double wanted = Number(text);
+        const bool used = row[3 + k] != "-";
+        ASSERT_EQ(InfoOf(element.Type).Values[k] != ValueKind::Unused, used) << "V" << k + 1;
+        const double wanted = used ? Number(row[3 + k]) : element.Value(k);
         EXPECT_NEAR(element.Value(k), wanted, ValueLimit * std::abs(wanted)) << "V" << k + 1;
     }
 }
 
-/// Compares one point of a sweep with a "pt" or "sp" row.
-void ExpectPoint(const SweepResponse& response, const Row& row) {
-    SCOPED_TRACE(row[0] + " at point " + row[1]);
-    const double limit = row[0] == "sp" ? SpiceLimit : TransferLimit;
-    const int i = Whole(row[1]);
-    const Complex got(response.TransferRe[i], response.TransferIm[i]);
-    EXPECT_LE(std::abs(got - Complex(Number(row[3]), Number(row[4]))), limit);
-    EXPECT_NEAR(Amplitude(response.ReflectionDb[i]), Amplitude(Number(row[5])), limit);
-}
-
-/// Fills the slots of a design from "el" rows.
-void PutElements(FilterDesign& design, const std::vector<Row>& rows) {
-    design.NumElements = static_cast<int>(rows.size());
-    for (const Row& row : rows) {
-        CircuitElement& element = design.Elements[Whole(row[1])];
-        element.Type = static_cast<ElementType>(Whole(row[2]));
-        for (int k = 0; k < 4; ++k)
-            if (row[3 + k] != "-") element.Value(k) = Number(row[3 + k]);
-    }
-}
-
-/// Sets the inputs of a filter record and runs the whole calculation.
-void CalculateRecord(Calculation& calculation, const Record& record,
-                     const MessageCallback& report) {
-    if (const auto sets = record.Rows.find("set"); sets != record.Rows.end()) {
-        for (const Row& row : sets->second) {
-            const auto fault = ApplySetting(calculation, row[1], row[2], report);
-            EXPECT_FALSE(fault) << fault.value_or("");
+/// Compares a sweep with the "pt" and "sp" rows.
+void ExpectPoints(const SweepResponse& response, const Record& record) {
+    for (const char* const tag : {"pt", "sp"})
+        for (const Row& row : record[tag]) {
+            SCOPED_TRACE(row[0] + " at point " + row[1]);
+            const double limit = row[0] == "sp" ? SpiceLimit : TransferLimit;
+            const int i = Whole(row[1]);
+            const Complex got(response.TransferRe[i], response.TransferIm[i]);
+            EXPECT_LE(std::abs(got - Complex(Number(row[3]), Number(row[4]))), limit);
+            EXPECT_NEAR(Amplitude(response.ReflectionDb[i]), Amplitude(Number(row[5])), limit);
         }
-    }
-    ReadInputs(calculation.Inputs, calculation.Design, report);
-    Calculate(calculation, report, {});
 }
 
 TEST(Reference, FiltersFromTypedInputs) {
-    const MessageCallback ignore = [](const std::string&, const std::string&) {};
     for (const Record& record : ReadRecords("filter")) {
         SCOPED_TRACE(record.Head[1]);
         const auto calculation = std::make_unique<Calculation>();
-        const auto quantities = std::make_unique<DisplayQuantities>();
-        CalculateRecord(*calculation, record, ignore);
         const FilterDesign& design = calculation->Design;
-
-        const Row& out = record.Rows.at("out")[0];
+        for (const Row& row : record["set"])
+            EXPECT_EQ(ApplySetting(*calculation, row[1], row[2], {}), std::nullopt);
+        ReadInputs(calculation->Inputs, calculation->Design, {});
+        Calculate(*calculation, {}, {});
+        const Row& out = record["out"].at(0);
         EXPECT_NEAR(design.RLoad, Number(out[1]), ValueLimit * design.RLoad);
         EXPECT_EQ(design.FormCLC ? "clc" : "lcl", out[2]);
-        const std::vector<Row>& elements = record.Rows.at("el");
-        ASSERT_EQ(design.NumElements, static_cast<int>(elements.size()));
-        for (const Row& row : elements)
+        ASSERT_EQ(design.NumElements, static_cast<int>(record["el"].size()));
+        for (const Row& row : record["el"])
             ExpectElement(design.Elements[Whole(row[1])], row);
-        for (const char* tag : {"pt", "sp"}) {
-            if (record.Rows.count(tag) == 0) continue;
-            for (const Row& row : record.Rows.at(tag)) {
-                const double f = Number(row[2]);
-                EXPECT_NEAR(design.SweepFreqs[Whole(row[1])], f, 1e-12 * f);
-                ExpectPoint(design.Response, row);
-            }
-        }
-        DerivePlotQuantities(*calculation, 0, *quantities, ignore);
-        if (const auto scale = record.Rows.find("gd"); scale != record.Rows.end()) {
-            const double wanted = Number(scale->second[0][1]);
-            EXPECT_NEAR(design.GDFullScale, wanted, ValueLimit * std::abs(wanted));
-        }
+        for (const Row& row : record["pt"])
+            EXPECT_NEAR(design.SweepFreqs[Whole(row[1])], Number(row[2]), 1e-12 * Number(row[2]));
+        ExpectPoints(design.Response, record);
+        DerivePlotQuantities(*calculation, 0, *std::make_unique<DisplayQuantities>(), {});
+        for (const Row& row : record["gd"])
+            EXPECT_NEAR(design.GDFullScale, Number(row[1]), ValueLimit * std::abs(Number(row[1])));
     }
 }
 
@@ -174,33 +138,36 @@ TEST(Reference, EveryElementTypeBetweenNeighbours) {
     for (const Record& record : ReadRecords("ladder")) {
         const Row& head = record.Head;
         SCOPED_TRACE(head[1]);
-        const auto design = std::make_unique<FilterDesign>();
-        design->F0 = Number(head[2]);
-        design->RSource = Number(head[3]);
-        design->RLoad = Number(head[4]);
-        PartModel& model = design->PartModel;
-        model.Choice = head[5] == "ideal" ? PartChoice::IdealParts : PartChoice::RealParts;
-        model.IndQ = Number(head[6]);
-        model.IndC = Number(head[7]);
-        model.CapR = Number(head[8]);
-        model.CapL = Number(head[9]);
-        PutElements(*design, record.Rows.at("el"));
-        design->SweepFreqs.fill(design->F0);
-        for (const Row& row : record.Rows.at("pt"))
-            design->SweepFreqs[Whole(row[1])] = Number(row[2]);
-
+        FilterDesign design;
+        double* const numbers[] = {&design.F0,
+                                   &design.RSource,
+                                   &design.RLoad,
+                                   nullptr,
+                                   &design.PartModel.IndQ,
+                                   &design.PartModel.IndC,
+                                   &design.PartModel.CapR,
+                                   &design.PartModel.CapL};
+        for (std::size_t k = 0; k < std::size(numbers); ++k)
+            if (numbers[k]) *numbers[k] = Number(head[2 + k]);
+        design.PartModel.Choice =
+            head[5] == "ideal" ? PartChoice::IdealParts : PartChoice::RealParts;
+        for (const Row& row : record["el"]) {
+            CircuitElement& element = design.Elements[++design.NumElements];
+            element.Type = static_cast<ElementType>(Whole(row[2]));
+            for (int k = 0; k < 4; ++k)
+                if (row[3 + k] != "-") element.Value(k) = Number(row[3 + k]);
+        }
+        design.SweepFreqs.fill(design.F0);
+        for (const Row& row : record["pt"])
+            design.SweepFreqs[Whole(row[1])] = Number(row[2]);
         SweepTables tables;
-        BuildSweepTables(tables, design->SweepFreqs, design->F0);
-        SweepResponse& response = design->Response;
-        for (const KernelChoice choice :
-             {KernelChoice::Reference, KernelChoice::Baseline, KernelChoice::V3}) {
-            if (!KernelAvailable(choice)) continue;
+        BuildSweepTables(tables, design.SweepFreqs, design.F0);
+        SweepResponse& response = design.Response;
+        for (const KernelChoice choice : AvailableKernels()) {
             SCOPED_TRACE("kernel " + std::to_string(static_cast<int>(choice)));
-            AnalyseLadder(*design, tables, {}, response.TransferRe, response.TransferIm,
+            AnalyseLadder(design, tables, {}, response.TransferRe, response.TransferIm,
                           response.ReflectionDb, choice);
-            for (const char* tag : {"pt", "sp"})
-                for (const Row& row : record.Rows.at(tag))
-                    ExpectPoint(response, row);
+            ExpectPoints(response, record);
         }
     }
 }
@@ -209,18 +176,18 @@ TEST(Reference, TrapSectionsOfBothArms) {
     for (const Record& record : ReadRecords("trap")) {
         const Row& head = record.Head;
         SCOPED_TRACE(head[1]);
-        const auto design = std::make_unique<FilterDesign>();
-        design->TrapType = Whole(head[4]);
-        design->RSource = Number(head[5]);
-        design->F0 = Number(head[6]);
-        design->BandWidth = Number(head[7]);
-        design->NumElements = 1;
-        CircuitElement& slot = design->Elements[1];
+        FilterDesign design;
+        design.TrapType = Whole(head[4]);
+        design.RSource = Number(head[5]);
+        design.F0 = Number(head[6]);
+        design.BandWidth = Number(head[7]);
+        design.NumElements = 1;
+        CircuitElement& slot = design.Elements[1];
         slot.Type = head[3] == "series" ? ElementType::SeriesLC : ElementType::ShuntLC;
         slot.V1 = Number(head[8]);
         slot.V2 = Number(head[9]);
-        head[2] == "band-pass" ? ScaleBandPass(*design) : ScaleNotch(*design);
-        ExpectElement(slot, record.Rows.at("el")[0]);
+        head[2] == "band-pass" ? ScaleBandPass(design) : ScaleNotch(design);
+        ExpectElement(slot, record["el"].at(0));
     }
 }
 

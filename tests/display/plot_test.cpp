@@ -1,7 +1,6 @@
 // The painted plot: pixels of the frame and traces, overlays, sizes, and the exported files.
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <memory>
@@ -157,34 +156,21 @@ TEST(Plot, NoSizeAndNoValueIsTooOdd) {
     }
 }
 
-TEST(PlotExport, FilesAreValidAndOfTheSizeAskedFor) {
+// Formats and failing folders are tested with the console program.
+TEST(PlotExport, HasTheSizeAskedForAndBothTraces) {
     const QTemporaryDir folder;
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
     const PlotContent content{made.Design, {}, made.Traces(), reference.Traces(), QFont(), {}};
     const QSize size(1000, 700);
-    const auto path = [&](const char* name) { return folder.filePath(QLatin1String(name)); };
-
-    ASSERT_TRUE(WritePlotFile(path("plot.png"), size, content));
-    const QImage png(path("plot.png"));
+    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.png"), size, content));
+    const QImage png(folder.filePath("plot.png"));
     EXPECT_EQ(png.size(), size);
-    for (bool ofReference : {false, true}) {
+    for (const bool ofReference : {false, true})
         EXPECT_GT(CountPixels(png, Pixel(TraceColour(TraceKind::Mag10dB, ofReference))), 100);
-    }
-
-    ASSERT_TRUE(WritePlotFile(path("plot.SVG"), size, content));
-    QSvgRenderer svg(path("plot.SVG"));
-    EXPECT_TRUE(svg.isValid());
-    EXPECT_EQ(svg.viewBox(), QRect(QPoint(0, 0), size));
-
-    ASSERT_TRUE(WritePlotFile(path("plot.pdf"), size, content));
-    QFile pdf(path("plot.pdf"));
-    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(pdf.readAll().contains("/MediaBox [0 0 750"));  // 1000 / 96 inch in points
-
-    EXPECT_FALSE(WritePlotFile(path("plot.png"), QSize(0, 700), content));
-    for (const char* name : {"plot.bmp", "no/plot.png", "no/plot.svg", "no/plot.pdf"})
-        EXPECT_FALSE(WritePlotFile(path(name), size, content)) << name;
+    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.svg"), size, content));
+    EXPECT_EQ(QSvgRenderer(folder.filePath("plot.svg")).viewBox().size(), size);
+    EXPECT_FALSE(WritePlotFile(folder.filePath("plot.png"), QSize(0, 700), content));
 }
 
 }  // namespace

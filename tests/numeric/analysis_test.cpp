@@ -1,9 +1,12 @@
-// The ladder analysis: the kernels against the reference form and the C library, at any number of
-// points and at every point left to the reference form; closed forms, power and guards.
+// The ladder analysis: the kernels against the reference form, at any number of points and at every
+// point left to the reference form; closed forms, power and guards. Then magnitude, phase, group
+// delay, full scale and extremes: blanks, wraps, and the fast derivation against plain functions.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 
+#include "analysis/Magphasefunctions.h"
 #include "tests/numeric/support.h"
 
 namespace ladderwise {
@@ -75,7 +78,7 @@ TEST(LadderKernel, LongLinesAndNearResonancesAgree) {
     using enum ElementType;
     for (const double degrees :
          {0.0, 1e-4, 1.0, 89.999999, 90.0, 180.0, 12345.6, -720.5, 3e7, 1e12})
-        for (const ElementType type : {SeriesTLIN, ShuntTLOC, ShuntTLSC, ShuntTLSCTLOC})
+        for (const ElementType type : {SeriesTLIN, ShuntTLOC, ShuntTLSC, ShuntLTLOC})
             ExpectAgreement(MakeDesign({{type, degrees, 33.0, degrees, 20.0}}), LogGrid(400), 1e-12,
                             std::to_string(degrees) + " degrees");
     std::vector<double> freqs;
@@ -105,39 +108,6 @@ TEST(LadderKernel, ExactResonances) {
         } else if (is(ShuntParLC) || is(SeriesSerLC)) {
             EXPECT_EQ(swept.H(1), Complex(1.0, 0.0));
             EXPECT_EQ(Analyse(design, freqs).ReflectionDb[1], ZeroPowerDb);
-        }
-    }
-}
-
-// Of the level in dB where the power is one rounded square, and of the angle; in units of 1e-16.
-TEST(LadderKernel, LevelsAndAnglesAreExactToAFewUlp) {
-    std::mt19937 random(6);
-    std::uniform_real_distribution<double> exponent(-12.0, 9.0);
-    std::vector<double> re = {1.0, -1.0, 0.0, 0.0, -0.0, 1.0, -1.0},
-                        im = {0.0, 0.0, 1.0, -1.0, 1.0, -0.0, -0.0};
-    const auto add = [&](double x, double y) {
-        re.push_back(x);
-        im.push_back(y);
-    };
-    for (double x = 1e-149; x < 1e9; x *= 1.0137)
-        add(x, 0.0);
-    for (int k = 1; k <= 51; ++k)  // near 0 dB the relative error must hold as well
-        for (const int sign : {-1, 1})
-            add(1.0 + sign * std::ldexp(1.0, -k), 0.0);
-    for (int i = 0; i < 20000; ++i)
-        add(std::pow(10.0, exponent(random)) * (random() % 2 ? 1.0 : -1.0),
-            std::pow(10.0, exponent(random)) * (random() % 2 ? 1.0 : -1.0));
-    std::vector<double> db(re.size()), angle(re.size());
-    const auto error = [](double got, long double wanted) {
-        return double(std::fabs(got - wanted) / (wanted == 0 ? 1e-99L : std::fabs(wanted))) * 1e16;
-    };
-    for (const KernelChoice kernel : CompiledKernels()) {
-        EXPECT_FALSE(ReadyKernel(kernel).LevelsAndAngles(re.data(), im.data(), int(re.size()),
-                                                         db.data(), angle.data()));
-        for (std::size_t i = 0; i < re.size(); ++i) {
-            ASSERT_LT(error(angle[i], std::atan2((long double)im[i], (long double)re[i])), 5.0);
-            if (im[i] != 0.0) continue;
-            ASSERT_LT(error(db[i], 10.0L * std::log10((long double)(re[i] * re[i]))), 8.0);
         }
     }
 }
@@ -182,18 +152,6 @@ TEST(LadderAnalysis, SmallLaddersInClosedForm) {
     }
 }
 
-TEST(LadderAnalysis, ReflectionIsOptional) {
-    const FilterDesign design = MakeDesign({{ElementType::ShuntCap, UnusedValue, TestC}});
-    const std::vector<double> freqs = LogGrid(300);
-    const Swept full = Analyse(design, freqs);
-    SweepTables tables;
-    BuildSweepTables(tables, freqs, design.F0);
-    std::vector<double> re(freqs.size()), im(freqs.size());
-    AnalyseLadder(design, tables, {}, re, im, {});
-    EXPECT_EQ(re, full.Re);
-    EXPECT_EQ(im, full.Im);
-}
-
 TEST(LadderAnalysis, UnknownCodeIsReportedOnceAndChangesNothing) {
     for (const int code : {26, 27, -1, 1 << 30}) {
         Recorder recorder;
@@ -220,6 +178,182 @@ TEST(LadderAnalysis, GuardedDivisionAndLevels) {
     EXPECT_DOUBLE_EQ(ComplexToDb({-1e99, 0.0}), 200.0);
     EXPECT_DOUBLE_EQ(ComplexToDb({0.0, 1e99}), 200.0);
     EXPECT_TRUE(std::isnan(ComplexToDb({NaN, 1.0})));
+}
+
+using std::numbers::pi;
+
+/// Polar transfers at 1 Hz steps from 1 Hz, with their phases (degrees) and delays (s).
+struct Transfer {
+    std::vector<double> Re{}, Im{}, Freqs{}, Phase{}, Delay{};
+
+    void Add(double magnitude, double phase) {
+        Re.push_back(magnitude * std::cos(phase));
+        Im.push_back(magnitude * std::sin(phase));
+        Freqs.push_back(1.0 + double(Freqs.size()));
+    }
+    void Derive(double threshold) {
+        Phase.assign(Re.size(), 7.0);
+        Delay = Phase;
+        PhaseArray(Re, Im, Phase, threshold);
+        GroupDelayArray(Re, Im, Delay, Freqs, threshold);
+    }
+};
+
+/// The delays of magnitude 1 and the given phases (rad).
+std::vector<double> DelaysOf(const std::vector<double>& phases) {
+    Transfer t;
+    for (const double phase : phases)
+        t.Add(1.0, phase);
+    t.Derive(-1e9);
+    return t.Delay;
+}
+
+TEST(ResponseQuantities, LevelsAndPhasesOfSinglePoints) {
+    EXPECT_EQ(PhaseDeg({0.0, 0.0}), 0.0);
+    EXPECT_EQ(PhaseRad({-0.0, -0.0}), 0.0);
+    const std::vector<double> re = {0.0, 1.0, 0.0, NaN}, im = {0.0, 0.0, 10.0, 0.0};
+    std::vector<double> out(4);
+    MagnitudeArray(re, im, out, MagnitudeMode::Decibels);
+    EXPECT_TRUE(std::isnan(out[3]));
+    out.pop_back();
+    EXPECT_EQ(out, (std::vector<double>{ZeroPowerDb, 0.0, 20.0}));
+    MagnitudeArray(re, im, out, MagnitudeMode::Linear);
+    EXPECT_EQ(out, (std::vector<double>{-9.0, 0.0, 81.0}));
+}
+
+// The principal value turns a fall across -pi into a rise of nearly 2 pi, which comes back in steps
+// of pi / 4: exactly for falls below pi / 4, to the next step below zero for others.
+TEST(ResponseQuantities, PhaseSteps) {
+    // clang-format off
+    const struct { double From, Step, Expected; } cases[] = {  // rad; NaN: blank
+        {0.3, 0.0, 0.0}, {0.0, -0.5, -0.5}, {1.5, -3.0, -3.0}, {0.0, 0.01, NaN},
+        {-0.5, 0.78, NaN}, {3.1, -3.2, NaN}, {-3.0, TwoPi - 0.3, -0.3},
+        {-2.5, TwoPi - 1.0, TwoPi - 1.0 - 7.0 * pi / 4.0}, {0.0, 0.8, 0.8 - 2.0 * pi / 4.0}};
+    // clang-format on
+    for (const auto& c : cases) {
+        const std::vector<double> delay = DelaysOf({c.From, c.From + c.Step});
+        const double wanted = std::isnan(c.Expected) ? BlankMarker : -c.Expected / TwoPi;
+        EXPECT_NEAR(delay[1], wanted, wanted == BlankMarker ? 0.0 : 1e-15) << c.Step;
+        EXPECT_EQ(delay[0], delay[1]);
+    }
+    EXPECT_EQ(DelaysOf({0.3, 0.3, 0.3}), std::vector<double>(3, 0.0));
+    EXPECT_EQ(DelaysOf({0.5}), std::vector<double>{BlankMarker});
+    EXPECT_TRUE(DelaysOf({}).empty());
+    // H = exp(-j 2 pi f tau): the phase falls by 0.1 of a turn per step and wraps often.
+    std::vector<double> phases;
+    for (int i = 0; i < 700; ++i)
+        phases.push_back(-TwoPi * 0.1 * i);
+    for (const double delay : DelaysOf(phases))
+        ASSERT_NEAR(delay, 0.1, 1e-12);
+}
+
+TEST(ResponseQuantities, BlanksBelowTheThresholdAndGapsAtNaN) {
+    Transfer t;
+    for (int i = 0; i < 300; ++i)
+        t.Add(i % 3 == 0 ? 0.09 : 0.11, -0.01 * i);
+    t.Derive(-20.0);
+    for (std::size_t i = 1; i < t.Re.size(); ++i) {
+        ASSERT_EQ(t.Phase[i] == BlankMarker, i % 3 == 0) << i;
+        ASSERT_EQ(t.Delay[i] == BlankMarker, i % 3 == 0) << i;
+    }
+    t.Re[100] = t.Im[100] = NaN;
+    t.Derive(-60.0);
+    for (std::size_t i = 0; i < t.Re.size(); ++i) {
+        EXPECT_EQ(std::isnan(t.Phase[i]), i == 100) << i;
+        EXPECT_EQ(std::isnan(t.Delay[i]), i == 100 || i == 101) << i;
+    }
+    t.Derive(0.0);
+    t.Phase[100] = t.Delay[100] = t.Delay[101] = BlankMarker;
+    EXPECT_EQ(t.Phase, std::vector<double>(300, BlankMarker));
+    EXPECT_EQ(t.Delay, std::vector<double>(300, BlankMarker));
+}
+
+TEST(ResponseQuantities, FullScale) {
+    // A flat delay of 1.6 us counts with 10 / 2 of its height, a larger one that is less than 20 dB
+    // down with 10 / 8, once that is more; point 0 and anything deeper do not count.
+    // clang-format off
+    const struct { int Point; double Level, Delay, Scale; } cases[] = {
+        {30, 0.0, 1.6e-6, 8e-6}, {30, -10.0, 6.3e-6, 8e-6}, {30, -10.0, 8.16e-6, 1e-5},
+        {30, -21.0, 12e-6, 8e-6}, {0, 0.0, 1e-9, 8e-6}, {30, 0.0, 1e-7, 2e-6},
+        {39, 10.0, 2e-6, 1e-5},           // the last point is the peak, the only one within 3 dB
+        {20, 0.0, BlankMarker, 2e-6}};    // a blank takes part with its marker
+    // clang-format on
+    for (const auto& c : cases) {
+        std::vector<double> re(40, 1.0), im(40, 0.0), delay(40, 1.6e-6);
+        re[c.Point] = std::pow(10.0, c.Level / 20.0);
+        delay[c.Point] = c.Delay;
+        EXPECT_DOUBLE_EQ(GroupDelayFullScale(re, im, delay), c.Scale) << c.Point << " " << c.Delay;
+    }
+}
+
+void ExpectSame(double a, double b, double tolerance, const char* what, std::size_t i) {
+    if (std::isnan(b) || b == BlankMarker || b == ZeroPowerDb)
+        ASSERT_TRUE(a == b || (std::isnan(a) && std::isnan(b))) << what << " " << i;
+    else
+        ASSERT_NEAR(a, b, tolerance) << what << " " << i;
+}
+
+TEST(ResponseQuantities, DerivationAgreesWithThePlainFunctions) {
+    std::mt19937 random(7);
+    std::vector<CircuitElement> slots;
+    for (int k = 0; k < 9; ++k)
+        slots.push_back(RandomSlot(k % 2 ? ElementType::ShuntCap : ElementType::SeriesInd, random));
+    const std::vector<double> freqs = LogGrid(NumSweepPoints);
+    const Swept sweep = Analyse(MakeDesign(slots), freqs);
+    SweepResponse response;
+    auto& re = response.TransferRe;
+    auto& im = response.TransferIm;
+    std::copy(sweep.Re.begin(), sweep.Re.end(), re.begin());
+    std::copy(sweep.Im.begin(), sweep.Im.end(), im.begin());
+    std::size_t at = 100;
+    for (const Complex odd :
+         {Complex(NaN, NaN), {0, 0}, {1e-200, 0}, {3e11, 1}, {-0.0, -0.0}, {NaN, 0.2}}) {
+        re[at] = odd.real();
+        im[at] = odd.imag();
+        at += 3;
+    }
+    std::vector<double> level(NumSweepPoints), phase(level), delay(level);
+    MagnitudeArray(re, im, level, MagnitudeMode::Decibels);
+    PhaseArray(re, im, phase, -30.0);
+    GroupDelayArray(re, im, delay, freqs, -30.0);
+    for (const KernelChoice kernel : AvailableKernels())
+        for (const NeededQuantities needed :
+             {NeededQuantities{}, {false, false, true}, {true, false, false}}) {
+            const auto out = std::make_unique<DisplayQuantities>();
+            out->PhaseDeg.fill(7.0);
+            out->GroupDelay.fill(7.0);
+            DeriveDisplayQuantities(response, freqs, -30.0, needed, *out, kernel);
+            for (std::size_t i = 0; i < NumSweepPoints; ++i) {
+                ExpectSame(out->MagnitudeDb[i], level[i], 1e-12, "level", i);
+                ExpectSame(out->PhaseDeg[i], needed.Phase ? phase[i] : 7.0, 1e-12, "phase", i);
+                ExpectSame(out->GroupDelay[i], needed.GroupDelay ? delay[i] : 7.0, 1e-17, "delay",
+                           i);
+            }
+            EXPECT_DOUBLE_EQ(out->GDFullScale,
+                             needed.GroupDelay ? GroupDelayFullScale(re, im, delay) : 0.0);
+        }
+    DeriveDisplayQuantities({}, {}, -20.0, {}, *std::make_unique<DisplayQuantities>());
+}
+
+TEST(ResponseQuantities, ExtremesOfManyRuns) {
+    const std::size_t n = 37;
+    std::vector<double> low(n), high(n), re(n), im(n);
+    for (const KernelChoice kernel : AvailableKernels()) {
+        ResetExtremes(low, high);
+        for (const double magnitude : {0.5, NaN, 0.1, 1.0, 0.25}) {
+            re.assign(n, 0.6 * magnitude);
+            im.assign(n, -0.8 * magnitude);
+            re[9] = NaN;
+            re[10] = im[10] = 0.0;
+            AccumulateExtremes(re, im, low, high, kernel);
+        }
+        ExtremesToDb(low, low);
+        ExtremesToDb(high, high);
+        EXPECT_NEAR(low[0], -20.0, 1e-12);
+        EXPECT_NEAR(high[36], 0.0, 1e-12);
+        EXPECT_TRUE(std::isnan(low[9]) && std::isnan(high[9]));
+        EXPECT_EQ(high[10], ZeroPowerDb);
+    }
 }
 
 }  // namespace

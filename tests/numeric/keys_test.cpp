@@ -12,10 +12,7 @@ namespace {
 
 // E12 for inductors, E24 for capacitors. 32 nH snaps to 33 nH, 4.6 pF to 4.7 pF; the partners that
 // keep 32 nH x 4.6 pF are 4.4606 pF, between 4.3 and 4.7, and 31.319 nH, between 27 and 33.
-constexpr double inductance = 32e-9, standardInductance = 33e-9;
-constexpr double capacitance = 4.6e-12, standardCapacitance = 4.7e-12;
-constexpr double standardBesideInductance = 4.3e-12, standardBesideCapacitance = 33e-9;
-constexpr double line = 60.0;  // degrees and ohms
+constexpr double inductance = 32e-9, capacitance = 4.6e-12, line = 60.0;  // degrees and ohms
 constexpr int numTypes = 26;
 
 /// One slot of every type, code k in slot k + 1, whose used values are the ones above.
@@ -33,15 +30,14 @@ std::unique_ptr<Calculation> EveryType() {
 
 // Of a resonator, of a pair across resonators, of a lone part beside a line, and of a line.
 TEST(FunctionKeys, OnValuesOfAllKindsAndOutside) {
-    constexpr double L = inductance, C = capacitance, snapL = standardInductance,
-                     snapC = standardCapacitance;
+    constexpr double L = inductance, C = capacitance, snapL = 33e-9, snapC = 4.7e-12;
     using enum FormKey;
     // clang-format off
     const struct { int Slot, Row; FormKey Key; double Value, Partner; } cases[] = {
         {3, 0, F1, L / 1.05, C}, {3, 1, F2, C * 1.05, L}, {3, 0, F3, snapL, C},
         {3, 1, F3, snapC, L}, {3, 0, F5, snapL, L * C / snapL}, {3, 1, F5, snapC, L * C / snapC},
-        {3, 0, F6, snapL, standardBesideInductance}, {3, 1, F6, snapC, standardBesideCapacitance},
-        {8, 2, F5, snapL, L * C / snapL}, {8, 3, F6, snapC, standardBesideCapacitance},
+        {3, 0, F6, snapL, 4.3e-12}, {3, 1, F6, snapC, 33e-9},
+        {8, 2, F5, snapL, L * C / snapL}, {8, 3, F6, snapC, 33e-9},
         {11, 1, F1, line / 1.05, line}, {11, 0, F2, line * 1.05, line},
         {12, 3, F6, snapC, UnusedValue}, {26, 1, F2, line * 1.05, line}};
     // clang-format on
@@ -69,8 +65,8 @@ TEST(FunctionKeys, OnValuesOfAllKindsAndOutside) {
     for (const FormKey key : {F1, F2, F3, F5, F6, F8})
         for (const CellPosition cell : idle)
             expectAfter(key, cell, nominal, KeyOutcome::Nothing);
-    for (const FormKey key : {F3, F5, F6})
-        expectAfter(key, {26, 0}, nominal, KeyOutcome::Nothing);
+    expectAfter(F3, {26, 0}, nominal, KeyOutcome::Nothing);
+    expectAfter(F6, {26, 0}, nominal, KeyOutcome::Nothing);
     for (const double value : {0.0, -32e-9}) {  // have no standard value: the partner stays
         const auto calculation = EveryType();
         CircuitElement& tank = calculation->Design.Elements[3];
@@ -98,22 +94,13 @@ TEST(FunctionKeys, CyclesOfResponseAndSweep) {
 }
 
 TEST(FunctionKeys, PercentChangeIsBounded) {
-    const struct {
-        const char* Typed;
-        double Percent;
-        bool Replaced;
-    } cases[] = {{"0.01", 0.01, false},
-                 {"100", 100.0, false},
-                 {"0", 0.01, true},
-                 {"100.1", 100.0, true},
-                 {"much", 5.0, true}};
-    for (const auto& c : cases) {
+    const std::pair<const char*, double> cases[] = {
+        {"7.5", 7.5}, {"0", 0.01}, {"100.1", 100.0}, {"much", 5.0}};
+    for (const auto& [typed, percent] : cases) {
         const auto calculation = EveryType();
-        NumberBox& box = calculation->Inputs.PercentChangeBox;
-        box.Type(c.Typed);
+        calculation->Inputs.PercentChangeBox.Type(typed);
         ApplyFormKey(*calculation, FormKey::F2, {1, 0}, {});
-        EXPECT_NEAR(calculation->Design.Elements[1].V1, inductance * (1 + c.Percent / 100), 1e-22);
-        EXPECT_EQ(box.Colour, c.Replaced ? BoxColour::Silver : BoxColour::Normal) << c.Typed;
+        EXPECT_NEAR(calculation->Design.Elements[1].V1, inductance * (1 + percent / 100), 1e-22);
     }
 }
 

@@ -103,13 +103,4 @@ TEST(Program, PlotsInThreeFormats) {
     }
 }
 
-TEST(Program, ASeedRepeatsAWorstCase) {
-    const QStringList run = {"--set", "worst-case=on", "--set", "runs=3", "--json", "-"};
-    const Outcome first = Launch(run);
-    const QJsonObject json = QJsonDocument::fromJson(first.Out).object();
-    const double seed = json["worst_case"]["seed"].toDouble();
-    EXPECT_EQ(Launch(run + QStringList{"--set", "seed=" + QString::number(seed, 'f', 0)}).Out,
-              first.Out);
-}
-
 }  // namespace

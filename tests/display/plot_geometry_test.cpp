@@ -226,12 +226,10 @@ TEST(TraceMap, PointsSpreadOverThePlotWidth) {
 
 TEST(TraceMap, FullScaleIsAlwaysUsable) {
     FilterDesign design;
-    for (double bad : {0.0, -1e-9, NaN, Inf}) {
-        design.GDFullScale = bad;
-        EXPECT_EQ(ScalesOf(design).GDFullScale, FallbackGDFullScale);
+    for (const double given : {0.0, -1e-9, NaN, Inf, 5e-7}) {
+        design.GDFullScale = given;
+        EXPECT_EQ(ScalesOf(design).GDFullScale, given == 5e-7 ? given : FallbackGDFullScale);
     }
-    design.GDFullScale = 5e-7;
-    EXPECT_EQ(ScalesOf(design).GDFullScale, 5e-7);
 }
 
 TEST(TraceMap, NotANumberAndBlankPointsLeaveGaps) {

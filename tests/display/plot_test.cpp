@@ -5,7 +5,6 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "app/pipeline/Notes.h"
 #include "display/Plot.h"
 #include "display/PlotExport.h"
 #include "tests/display/ButterworthResponse.h"
@@ -65,17 +64,12 @@ TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
     auto plot = Painted(nominal, choices);
     const QImage before = plot->Image().copy();
     const double scale = plot->Scales().GDFullScale;
-    const uchar* bits = plot->Image().constBits();
 
     ButterworthResponse other = MakeButterworth(SweepType::OneDecade, 1.3);
     other.Design.GDFullScale = 1.0;
     other.Design.NumElements = 0;
-    TraceChoices ignored;
-    ignored.ReturnLoss = true;
-    plot->PlotRun(1, other.Design, ignored, {}, other.Traces());
+    plot->PlotRun(1, other.Design, {true, true, true, true, true, true}, {}, other.Traces());
     EXPECT_EQ(plot->Scales().GDFullScale, scale);
-    EXPECT_EQ(plot->Image().constBits(), bits);
-
     const QImage& after = plot->Image();
     for (const TraceKind kind : {TraceKind::Mag10dB, TraceKind::GroupDelay}) {
         const QRgb colour = Pixel(TraceColour(kind, false));
@@ -120,18 +114,11 @@ TEST(Plot, StripScrollsWithoutTouchingTheTraces) {
 TEST(Plot, EmptyLadderSaysWhy) {
     ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     made.Design.NumElements = 0;
-    const QRect strip(0, 605, Width, SchematicHeight);
-    const auto inked = [&] {
-        const QImage band = Painted(made, {})->Image().copy(strip);
-        return CountPixels(band, Pixel(BackgroundColour)) < band.width() * band.height();
-    };
-    EXPECT_FALSE(inked());
-    for (MissingStage stage :
-         {MissingStage::EllipticPrototype, MissingStage::DirectCoupledSynthesis,
-          MissingStage::NortonTransform}) {
-        made.Design.Flags.Missing = stage;
-        EXPECT_TRUE(MissingStageText(stage).starts_with("The ladder is empty: "));
-        EXPECT_TRUE(inked());
+    for (int stage = 0; stage <= static_cast<int>(MissingStage::NortonTransform); ++stage) {
+        made.Design.Flags.Missing = static_cast<MissingStage>(stage);
+        const QImage band = Painted(made, {})->Image().copy(0, 605, Width, SchematicHeight);
+        const bool blank = CountPixels(band, Pixel(BackgroundColour)) == Width * SchematicHeight;
+        EXPECT_EQ(blank, stage == 0);
     }
 }
 

@@ -2,7 +2,9 @@
 // form of the analysis, and a decimal separator for the length of a test.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <random>
 #include <string>

@@ -105,7 +105,7 @@ TEST(Json, MembersTypesAndCounts) {
     const Settings settings = {
         {"response", "coefficients"}, {"pass", "band-pass"}, {"poles", "4"},
         {"worst-case", "on"},         {"runs", "3"},         {"seed", "4294967295"},
-        {"traces", "gd,pulse"}};
+        {"traces", "gd,pulse"},       {"gd-scale", "2e-9"}};
     const QJsonObject json = ParsedJson(JsonOf(calculation, settings));
     EXPECT_EQ(json["messages"][0]["caption"].toString(), "Error");
     EXPECT_TRUE(json["messages"][0]["text"].toString().contains("read failed. \n Default"));
@@ -116,6 +116,7 @@ TEST(Json, MembersTypesAndCounts) {
     }
     for (const auto& [name, word] : {settings[1], settings[3]})
         EXPECT_EQ(inputs[QString::fromStdString(name)].toString().toStdString(), word);
+    EXPECT_TRUE(inputs["gd-scale"].isDouble());  // no longer "auto"
     EXPECT_EQ(inputs["seed"].toDouble(), 4294967295.0);
     EXPECT_EQ(inputs["traces"].toString(), "gd,pulse");
     for (const char* const list :

@@ -67,6 +67,7 @@ TEST(Program, TheTableIsTheDefault) {
     // 1 / (2 pi 200 MHz 50 ohm) and 2 x 50 ohm / (2 pi 200 MHz).
     EXPECT_TRUE(table.Out.contains("C = 15.915 pF"));
     EXPECT_TRUE(table.Out.contains("L = 79.577 nH"));
+    EXPECT_FALSE(table.Out.contains("bandwidth"));
     EXPECT_EQ(Launch({}).Out, table.Out);
     EXPECT_TRUE(Launch({"--set", "r-load=25"}).Out.contains("ask for the form"));
     EXPECT_FALSE(Launch({"--json", "-"}).Out.contains("Pole"));

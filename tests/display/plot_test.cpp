@@ -49,13 +49,16 @@ TEST(Plot, FrameAndTracePixels) {
     const PlotColour red = TraceColour(TraceKind::Mag10dB, false);
     EXPECT_EQ(image.pixel(640, 237), Pixel(red));  // -3.01 dB at the corner frequency
 
+    const QRgb blue = Pixel(TraceColour(TraceKind::Phase, false));
+    EXPECT_EQ(CountPixels(image, blue), 0);
+
     choices.Mag10dB = false;
     choices.Phase = true;
     plot = Painted(made, choices);
     EXPECT_EQ(plot->Image().pixel(1210, 225), Pixel(GridColour));
     EXPECT_EQ(CountPixels(plot->Image(), Pixel(red)), 0);
     // -135 degrees at the corner frequency
-    EXPECT_EQ(plot->Image().pixel(640, 535), Pixel(TraceColour(TraceKind::Phase, false)));
+    EXPECT_EQ(plot->Image().pixel(640, 535), blue);
 }
 
 TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {

@@ -16,6 +16,7 @@ void SettleGroupDelayScale(DesignInputs& inputs, FilterDesign& design, double co
     if (inputs.AutoScale) {
         inputs.ScaleBox.WriteText(text, computed);
         inputs.ScaleBox.Colour = BoxColour::Normal;
+        inputs.ScaleBox.ReplacedText.reset();
         design.GDFullScale = computed;
         return;
     }

@@ -29,6 +29,7 @@ class MainWindow : public QMainWindow {
 
 public:
     MainWindow();
+    ~MainWindow() override;
 
     /// Replaces the modal message boxes, for tests: every message then goes to `report`.
     void SetMessageCallback(MessageCallback report);
@@ -97,6 +98,7 @@ private:
     void PlaceGroupDelayControls();
     void ShowValueGrid();
     void ScrollStrip(int position);
+    void RevealColumn(int column);
     PlotPlacement Placement() const;
     int GridTop() const;
 

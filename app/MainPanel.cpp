@@ -6,6 +6,8 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 
+#include "display/PlotPainter.h"
+
 namespace ladderwise {
 
 namespace {
@@ -173,6 +175,14 @@ QWidget* MainPanel::BuildTracesGroup() {
         grid->addWidget(box, row, column);
         return box;
     };
+    const auto paint = [](QCheckBox* box, TraceKind kind) {
+        QPalette colours = box->palette();
+        colours.setColor(QPalette::Active, QPalette::WindowText,
+                         ToQColor(TraceColour(kind, false)));
+        colours.setColor(QPalette::Inactive, QPalette::WindowText,
+                         ToQColor(TraceColour(kind, false)));
+        box->setPalette(colours);
+    };
     PlotMagBox = trace("PlotMagBox", "Mag 10 dB", "Magnitude, 10 dB per division", 0, 0);
     PlotMag1dBBox =
         trace("PlotMag1dBBox", "Mag   1 dB",
@@ -196,6 +206,11 @@ QWidget* MainPanel::BuildTracesGroup() {
                                "Will exchange this design and the reference (not built yet)");
     grid->addWidget(SetRefButton, 0, 2);
     grid->addWidget(ExchangeRefButton, 1, 2);
+    paint(PlotMagBox, TraceKind::Mag10dB);
+    paint(PlotMag1dBBox, TraceKind::Mag1dB);
+    paint(PlotReturnLossBox, TraceKind::ReturnLoss);
+    paint(PlotPhaseBox, TraceKind::Phase);
+    paint(PlotGDBox, TraceKind::GroupDelay);
     QSizePolicy keepsPlace = AutoScaleCheckBox->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true);
     AutoScaleCheckBox->setSizePolicy(keepsPlace);

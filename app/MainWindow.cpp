@@ -3,13 +3,14 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableWidget>
@@ -21,10 +22,11 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int GridRowHeight = 22;  ///< pixels of a row of the value grid
+constexpr int GridRowHeight = 22;      ///< pixels of a row of the value grid
+constexpr double GridFontScale = 0.9;  ///< of the normal font: "-15.9E-12" fits its cell
 constexpr int ProgressWidth = 200;
 constexpr QSize StartSize(1240, 760);
-constexpr int SmallestHeight = 600;
+constexpr QSize SmallestSize(640, 560);
 
 }  // namespace
 
@@ -47,8 +49,8 @@ MainWindow::MainWindow() {
     ConnectMenus();
     qApp->installEventFilter(this);
     ShowInputs();
-    setMinimumSize(panel->minimumSizeHint().width(), SmallestHeight);
-    resize(StartSize.expandedTo(minimumSize()));
+    setMinimumSize(SmallestSize);
+    resize(StartSize);
 }
 
 MainWindow::~MainWindow() {
@@ -70,6 +72,13 @@ void MainWindow::BuildClient() {
     connect(bitMap, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& at) { markerMenu->popup(bitMap->mapToGlobal(at)); });
     panel = new MainPanel(client);
+    panelView = new QScrollArea(client);
+    panelView->setObjectName("PanelView");
+    panelView->setFrameShape(QFrame::NoFrame);
+    panelView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    panelView->setWidgetResizable(true);
+    panelView->setFocusPolicy(Qt::NoFocus);
+    panelView->setWidget(panel);
     valueGrid = new QTableWidget(ValueGridRows, 1, client);
     valueGrid->setObjectName("ValueGrid");
     valueGrid->horizontalHeader()->hide();
@@ -83,6 +92,9 @@ void MainWindow::BuildClient() {
     valueGrid->setFrameShape(QFrame::NoFrame);
     valueGrid->setSelectionMode(QAbstractItemView::SingleSelection);
     valueGrid->setTabKeyNavigation(false);
+    QFont cellFont = valueGrid->font();
+    cellFont.setPointSizeF(cellFont.pointSizeF() * GridFontScale);
+    valueGrid->setFont(cellFont);
     QPalette beyondCells = valueGrid->viewport()->palette();
     beyondCells.setColor(QPalette::Base, ToQColor(BackgroundColour));
     valueGrid->viewport()->setPalette(beyondCells);
@@ -102,18 +114,19 @@ void MainWindow::BuildEllipticPanel() {
     ellipticPanel = new QWidget(client);
     ellipticPanel->setObjectName("EllipticPanel");
     ellipticPanel->setAutoFillBackground(true);
-    auto* const row = new QHBoxLayout(ellipticPanel);
-    row->setContentsMargins(4, 1, 4, 1);
-    row->setSpacing(4);
+    auto* const grid = new QGridLayout(ellipticPanel);
+    grid->setContentsMargins(2, 1, 0, 1);
+    grid->setSpacing(1);
     auto* const label = new QLabel("Trap T&ype", ellipticPanel);
+    label->setFont(valueGrid->font());
     trapTypeBox = new NumberEdit("TrapTypeBox", ellipticPanel);
-    trapTypeBox->setFixedWidth(trapTypeBox->fontMetrics().horizontalAdvance('0') * 5);
     label->setBuddy(trapTypeBox);
     ellipticFormUpDown = new UpDownButton("EllipticFormUpDown", ellipticPanel);
     ellipticFormUpDown->setFixedHeight(trapTypeBox->sizeHint().height());
-    row->addWidget(label);
-    row->addWidget(trapTypeBox);
-    row->addWidget(ellipticFormUpDown);
+    grid->addWidget(label, 0, 0, 1, 2);
+    grid->addWidget(trapTypeBox, 1, 0);
+    grid->addWidget(ellipticFormUpDown, 1, 1);
+    ellipticPanel->setFixedWidth(SchematicWidth);  // left of the first schematic picture
     ellipticPanel->adjustSize();
     ellipticPanel->hide();
 }

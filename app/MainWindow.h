@@ -16,6 +16,7 @@
 
 class QMenu;
 class QProgressBar;
+class QScrollArea;
 class QScrollBar;
 class QTableWidget;
 
@@ -120,6 +121,7 @@ private:
     QWidget* client;
     QWidget* bitMap;
     MainPanel* panel;
+    QScrollArea* panelView;  ///< scrolls the panel where the window is too narrow for it
     QTableWidget* valueGrid;
     QScrollBar* stripBar;
     QWidget* ellipticPanel;

@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QProgressBar>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableWidget>
@@ -27,7 +28,7 @@ QTableWidgetItem* ItemAt(QTableWidget* grid, int row, int column) {
 }  // namespace
 
 PlotPlacement MainWindow::Placement() const {
-    return {panel->height(), GridTop(), stripBar->isVisibleTo(client) ? stripBar->value() : 0};
+    return {panelView->height(), GridTop(), stripBar->isVisibleTo(client) ? stripBar->value() : 0};
 }
 
 int MainWindow::GridTop() const {
@@ -79,7 +80,10 @@ void MainWindow::ResizePlot() {
 void MainWindow::LayOutClient() {
     const int width = client->width();
     const int elements = ShownElements(calculation.Design);
-    panel->setGeometry(0, 0, width, panel->sizeHint().height());
+    const QSize panelSize = panel->minimumSizeHint();
+    const int panelBar =
+        width < panelSize.width() ? panelView->horizontalScrollBar()->sizeHint().height() : 0;
+    panelView->setGeometry(0, 0, width, panelSize.height() + panelBar);
     const bool scrolled = ValueGridNeedsScrollBar(elements, width);
     const int barHeight = scrolled ? stripBar->sizeHint().height() : 0;
     const int gridHeight = ValueGridRows * valueGrid->verticalHeader()->defaultSectionSize();

@@ -76,16 +76,27 @@ void AddFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
         const double x = shareLeft * (layout.PlotWidth - metrics.Width(text));
         frame.FrequencyLabels.push_back({layout.PlotLeft + NearestInt(x), y, text, Black});
     };
-    add(design.SweepF1, 0.0);
+    add(design.SweepFreqs[0], 0.0);
     add(design.SweepFreqs[middlePoint], 0.5);
     add(design.SweepF2, 1.0);
+}
+
+// Every mark where there is room, else every second, fifth or tenth: in a very low plot the marks
+// would overlap. Digits take about three quarters of a line's height.
+int MarkStride(const PlotLayout& layout, const TextMetrics& metrics) {
+    const int division = layout.PlotHeight / PlotDivisions;
+    for (int stride : {1, 2, 5}) {
+        if (4 * division * stride >= 3 * metrics.Height) return stride;
+    }
+    return PlotDivisions;
 }
 
 void AddScaleMarks(const FilterDesign& design, const TraceChoices& choices,
                    const PlotLayout& layout, const TextMetrics& metrics, PlotFrame& frame) {
     const double fullScale = ScalesOf(design).GDFullScale;
     const int gap = choices.Mag10dB ? groupDelayMarkGapBesideMag : groupDelayMarkGap;
-    for (int i = 0; i <= PlotDivisions; ++i) {
+    const int stride = MarkStride(layout, metrics);
+    for (int i = 0; i <= PlotDivisions; i += stride) {
         const int y = LineY(layout, i) - metrics.Height + markDrop;
         if (choices.GroupDelay) {
             const std::string text = FormatWithPrefix(fullScale * 0.1 * (10 - i), 1, "s");

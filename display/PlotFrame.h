@@ -38,9 +38,10 @@ struct PlotFrame {
     std::vector<PlotLine> Lines;  ///< in drawing order: horizontal, then vertical
     PlotRect Border;              ///< its right and bottom lines lie at Left + Width, Top + Height
     std::vector<PlotText> FrequencyLabels;  ///< start, middle, stop
-    std::vector<PlotText> GroupDelayMarks;  ///< top to bottom, 11 or none
-    std::vector<PlotText> MagnitudeMarks;   ///< top to bottom, 11 or none
-    std::vector<PlotText> PhaseMarks;       ///< top to bottom, 11 or none
+    std::vector<PlotText>
+        GroupDelayMarks;                   ///< top to bottom: 11, fewer in a very low plot, or none
+    std::vector<PlotText> MagnitudeMarks;  ///< top to bottom: 11, fewer in a very low plot, or none
+    std::vector<PlotText> PhaseMarks;      ///< top to bottom: 11, fewer in a very low plot, or none
     PlotText Title;
 };
 

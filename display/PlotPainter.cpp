@@ -109,7 +109,7 @@ void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int 
     const std::string notice = MissingStageText(design.Flags.Missing);
     if (!notice.empty()) {
         painter.setPen(ToQColor(Black));
-        painter.drawText(ValueGridLeft, gridTop - SchematicHeight / 2,
+        painter.drawText(ValueGridLeft + SchematicWidth, gridTop - SchematicHeight / 2,
                          QString::fromStdString(notice));
         return;
     }

@@ -2,6 +2,8 @@
 #include "app/pipeline/Keystrokes.h"
 
 #include <array>
+#include <cmath>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -45,7 +47,8 @@ KeyOutcome SnapResonator(FilterDesign& design, CellPosition cell, bool snapPartn
     const ValueKind partnerKind = KindAt(design, partnerCell);
     if (IsPart(partnerKind)) {
         double& partner = design.Elements[cell.Slot].Value(partnerCell.Row);
-        partner = old * partner / selected;
+        const bool moved = std::isfinite(old) && selected != old;  // zero has no standard value
+        if (moved) partner = old * partner / selected;
         if (snapPartner) partner = Snapped(design, partnerKind, partner);
     }
     return KeyOutcome::Analyse;
@@ -96,6 +99,14 @@ std::string_view WithoutUnit(std::string_view text) {
     return text;
 }
 
+/// Beyond the prefixes the grid itself writes a blank and an exponent: "2.34 E-18F".
+bool TryParseSpacedExponent(std::string_view text, double& value) {
+    std::string joined(text);
+    const auto blank = joined.find(" E");
+    if (blank != std::string::npos) joined.erase(blank, 1);
+    return TryParseDouble(joined, value);
+}
+
 }  // namespace
 
 KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell,
@@ -131,15 +142,14 @@ bool TryParsePartValue(std::string_view text, double& value) {
         text.remove_suffix(1);
     if (TryParseDouble(text, value)) return true;
     text = WithoutUnit(text);
-    constexpr std::array<std::pair<char, double>, 9> prefixes = {{{'f', 1e-15},
+    constexpr std::array<std::pair<char, double>, 8> prefixes = {{{'f', 1e-15},
                                                                   {'p', 1e-12},
                                                                   {'n', 1e-9},
                                                                   {'u', 1e-6},
                                                                   {'m', 1e-3},
                                                                   {'k', 1e3},
                                                                   {'M', 1e6},
-                                                                  {'G', 1e9},
-                                                                  {' ', 1.0}}};
+                                                                  {'G', 1e9}}};
     for (const auto& [prefix, scale] : prefixes)
         if (!text.empty() && text.back() == prefix) {
             double number = 0.0;
@@ -147,7 +157,7 @@ bool TryParsePartValue(std::string_view text, double& value) {
             value = number * scale;
             return true;
         }
-    return TryParseDouble(text, value);
+    return TryParseSpacedExponent(text, value);
 }
 
 }  // namespace ladderwise

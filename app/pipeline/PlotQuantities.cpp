@@ -6,8 +6,9 @@
 namespace ladderwise {
 
 namespace {
-constexpr int ScaleDigits = 1;              ///< decimals of the texts of ScaleBox
-constexpr double ScaleBoundFactor = 100.0;  ///< ScaleBox may leave the computed scale by this much
+constexpr int ScaleDigits = 1;          ///< decimals of the texts of ScaleBox
+constexpr double LeastScale = 0.01;     ///< of ScaleBox, in computed scales
+constexpr double LargestScale = 100.0;  ///< of ScaleBox, in computed scales
 }  // namespace
 
 void SettleGroupDelayScale(DesignInputs& inputs, FilterDesign& design, double computed,
@@ -20,9 +21,9 @@ void SettleGroupDelayScale(DesignInputs& inputs, FilterDesign& design, double co
         design.GDFullScale = computed;
         return;
     }
-    design.GDFullScale = EditBoxToDouble(
-        inputs.ScaleBox, FormatEngineering(computed / ScaleBoundFactor, ScaleDigits), text,
-        FormatEngineering(computed * ScaleBoundFactor, ScaleDigits), report);
+    design.GDFullScale =
+        EditBoxToDouble(inputs.ScaleBox, FormatEngineering(LeastScale * computed, ScaleDigits),
+                        text, FormatEngineering(LargestScale * computed, ScaleDigits), report);
 }
 
 void DerivePlotQuantities(Calculation& calculation, int run, DisplayQuantities& quantities,

@@ -1,0 +1,119 @@
+// The console program as its users run it: exit codes, standard error, locale and files.
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <cmath>
+
+namespace {
+
+struct Outcome {
+    int ExitCode = -1;
+    QByteArray Out, Error;
+};
+
+/// Runs the program to its end; `locale` is LC_ALL.
+Outcome Launch(const QStringList& arguments, const QString& locale = "C") {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LC_ALL", locale);
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    // Fonts and the toolkit keep what they have loaded; only errors of memory count here.
+    environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(LADDERWISE_CLI, arguments);
+    EXPECT_TRUE(process.waitForFinished(60000)) << arguments.join(' ').toStdString();
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+TEST(Program, ExitCodesAndStandardError) {
+    const QTemporaryDir folder;
+    const QString nowhere = folder.filePath("no/such/folder/file");
+    const struct {
+        QStringList Arguments;
+        int ExitCode;
+        QByteArray Error;  ///< stands on standard error; empty: nothing does
+    } cases[] = {
+        {{}, 0, ""},
+        {{"--help"}, 0, ""},
+        {{"--set", "f0=1", "--set", "bw=0.5", "--json", "-"}, 0, ""},
+        {{"--set", "f0=x"}, 0, "ladderwise-cli: Fo MHz: \"x\" was replaced by 1.\n"},
+        {{"--set", "ripple=9"}, 0, "ladderwise-cli: Ripple dB: \"9\" was replaced by 1.\n"},
+        {{"--set", "response=coefficients"}, 0, "ladderwise-cli: Error: The file read failed."},
+        {{"--set", "pass=norton", "--set", "response=elliptic-a"},
+         0,
+         "ladderwise-cli: Program Info: Direct Coupled and Norton Transform filters can't use"},
+        {{"--set", "response=chebyshev", "--set", "poles=4"}, 0, "R Load was moved to "},
+        {{"--json", nowhere}, 1, "cannot write " + nowhere.toLocal8Bit()},
+        {{"--plot", nowhere + ".png"}, 1, "cannot write " + nowhere.toLocal8Bit()},
+        {{"--plot", folder.filePath("plot.gif")}, 1, "a plot is a .png, .svg or .pdf file"},
+        {{"--frob"}, 2, "unknown option \"--frob\""},
+        {{"--set", "f1=3"}, 2, "the nearest valid one is \"f0\""},
+        {{"--set", "pass=lowpas"}, 2, "the nearest valid one is \"low-pass\""},
+        {{"--size", "0x0"}, 2, "--size takes"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.Arguments.join(' ').toStdString());
+        const Outcome outcome = Launch(c.Arguments);
+        EXPECT_EQ(outcome.ExitCode, c.ExitCode);
+        EXPECT_TRUE(c.Error.isEmpty() ? outcome.Error.isEmpty() : outcome.Error.contains(c.Error))
+            << outcome.Error.toStdString();
+        EXPECT_EQ(outcome.Out.isEmpty(), c.ExitCode != 0);
+    }
+}
+
+TEST(Program, TheTableIsTheDefault) {
+    const Outcome table = Launch({"--table"});
+    EXPECT_TRUE(table.Out.startsWith("3 Pole Butterworth LPF\nFo 200.00 MHz, "));
+    // 1 / (2 pi 200 MHz 50 ohm) and 2 x 50 ohm / (2 pi 200 MHz).
+    EXPECT_TRUE(table.Out.contains("C = 15.915 pF"));
+    EXPECT_TRUE(table.Out.contains("L = 79.577 nH"));
+    EXPECT_EQ(Launch({}).Out, table.Out);
+    EXPECT_FALSE(Launch({"--json", "-"}).Out.contains("Pole"));
+}
+
+TEST(Program, JsonKeepsItsPointInACommaLocale) {
+    const QStringList design = {"--set", "f0=145.825", "--json", "-"};
+    const Outcome point = Launch(design), comma = Launch(design, "de_DE.UTF-8");
+    EXPECT_EQ(point.Out, comma.Out);
+    const QJsonObject json = QJsonDocument::fromJson(comma.Out).object();
+    EXPECT_NEAR(json["inputs"]["f0"].toDouble(), 145.825e6, 1e-6);
+    // What is typed and what people read does follow the locale.
+    const Outcome typed = Launch({"--set", "f0=145,834"}, "de_DE.UTF-8");
+    EXPECT_TRUE(typed.Out.contains("Fo 145,83 MHz")) << typed.Out.toStdString();
+    EXPECT_TRUE(typed.Error.isEmpty());
+}
+
+TEST(Program, PlotsInThreeFormats) {
+    const QTemporaryDir folder;
+    const struct {
+        const char *Name, *Start;
+    } cases[] = {{"plot.png", "\x89PNG"}, {"plot.SVG", "<?xml"}, {"plot.pdf", "%PDF"}};
+    for (const auto& c : cases) {
+        const QString path = folder.filePath(c.Name);
+        const Outcome outcome =
+            Launch({"--plot", path, "--size", "640x480", "--set", "worst-case=on", "--set",
+                    "runs=2", "--set", "traces=mag10,gd,rl"});
+        EXPECT_EQ(outcome.ExitCode, 0) << outcome.Error.toStdString();
+        EXPECT_TRUE(outcome.Out.isEmpty());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << c.Name;
+        EXPECT_TRUE(file.read(8).startsWith(c.Start)) << c.Name;
+        EXPECT_GT(file.size(), 1000);
+    }
+}
+
+TEST(Program, ASeedRepeatsAWorstCase) {
+    const QStringList run = {"--set", "worst-case=on", "--set", "runs=3", "--json", "-"};
+    const Outcome first = Launch(run);
+    const QJsonObject json = QJsonDocument::fromJson(first.Out).object();
+    const double seed = json["worst_case"]["seed"].toDouble();
+    EXPECT_EQ(Launch(run + QStringList{"--set", "seed=" + QString::number(seed, 'f', 0)}).Out,
+              first.Out);
+}
+
+}  // namespace

@@ -48,7 +48,7 @@ bool Near(double a, double b) {
 /// The first black pixel from the left in the middle of the plot: its frame.
 int LeftEdgeOfFrame(const WindowFixture& f) {
     const QImage image = f.Find("BitMap")->grab().toImage();
-    const int y = f.Find("MainPanel")->height() + 60;
+    const int y = f.Find("PanelView")->height() + 60;
     for (int x = 0; x < image.width(); ++x)
         if (image.pixelColor(x, y) == QColor(Qt::black)) return x;
     return -1;
@@ -441,7 +441,7 @@ private slots:
         f.Check("AutoScaleCheckBox");
         const QWidget* const box = f.Find("ScaleBox");
         QVERIFY(box->isVisible());
-        const int plotTop = f.Find("MainPanel")->height() + 35;
+        const int plotTop = f.Find("PanelView")->height() + 35;
         QCOMPARE(box->geometry(),
                  QRect(1, plotTop - box->height() / 2, 83, box->sizeHint().height()));
         f.Check("PlotMagBox");

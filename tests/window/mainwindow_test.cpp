@@ -228,6 +228,8 @@ private slots:
                      {plain, "RSBox", "75", "75", 75, false, Source},
                      {plain, "RSBox", "-5", "0.001", 1e-3, true, Source},
                      {plain, "RLBox", "1e12", "1000000", 1e6, true, Load},
+                     {plain, "PercentChangeBox", "rubbish", "5.0", 200, true, F0},
+                     {plain, "PercentChangeBox", "2.55", "2.55", 200, false, F0},
                      {plain, "RLBox", "nan", "50", 50, true, Load},
                      {elliptic, "RippleBox", "2", "1", 1, true, Ripple},
                      {elliptic, "RippleBox", "?", "0.2", 0.2, true, Ripple},

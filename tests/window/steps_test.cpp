@@ -270,10 +270,13 @@ private slots:
         QTest::keyClick(f.Grid, Qt::Key_F2);
         QCOMPARE(f.Grid->currentColumn(), 1);
         QVERIFY(Near(f.Design().Elements[1].V2, 1.5 * c));
-        f.Enter("PercentChangeBox", "many", Qt::Key_unknown);
-        QTest::keyClick(f.Find("PercentChangeBox"), Qt::Key_F1);
-        QVERIFY(Near(f.Design().Elements[1].V2, 1.5 * c / 1.05));
-        QCOMPARE(f.Colour("PercentChangeBox"), SilverColour);
+        for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F4, Qt::Key_F7, Qt::Key_F8}) {
+            f.Enter("PercentChangeBox", "many", Qt::Key_unknown);
+            QTest::keyClick(f.Find("PercentChangeBox"), key);
+            if (key == Qt::Key_F1) QVERIFY(Near(f.Design().Elements[1].V2, 1.5 * c / 1.05));
+            QCOMPARE(f.Colour("PercentChangeBox"), SilverColour);
+            QVERIFY(f.Status().contains("\"many\" was replaced by 5.0"));
+        }
     }
 
     void TypedCellsAreSimulated() {

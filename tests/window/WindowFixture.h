@@ -23,6 +23,41 @@ namespace ladderwise {
 inline const QColor SilverColour(192, 192, 192);
 inline const QColor YellowColour(255, 255, 0);
 
+/// Equal to within the last bits.
+inline bool Near(double a, double b) {
+    return std::abs(a - b) <= 1e-12 * std::abs(b);
+}
+
+/// The value behind a box, in the box's unit.
+using Getter = double (*)(const FilterDesign&);
+inline double F0(const FilterDesign& d) {
+    return d.F0 * 1e-6;
+}
+inline double Poles(const FilterDesign& d) {
+    return d.NumPoles;
+}
+inline double Ripple(const FilterDesign& d) {
+    return d.RippleDb;
+}
+inline double BandWidth(const FilterDesign& d) {
+    return d.BandWidth * 1e-6;
+}
+inline double Percent(const FilterDesign& d) {
+    return d.BandWidth / d.F0 * 100;
+}
+inline double Atten(const FilterDesign& d) {
+    return d.EllipticAtten;
+}
+inline double Trap(const FilterDesign& d) {
+    return d.TrapType;
+}
+inline double Source(const FilterDesign& d) {
+    return d.RSource;
+}
+inline double Load(const FilterDesign& d) {
+    return d.RLoad;
+}
+
 /// A main window on screen. Messages that no test took, and modal windows that nobody expected,
 /// fail the test when the fixture ends.
 class WindowFixture {

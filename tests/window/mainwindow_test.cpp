@@ -14,37 +14,6 @@ using namespace ladderwise;
 
 namespace {
 
-using Getter = double (*)(const FilterDesign&);
-
-double F0(const FilterDesign& d) {
-    return d.F0 * 1e-6;
-}
-double Poles(const FilterDesign& d) {
-    return d.NumPoles;
-}
-double Ripple(const FilterDesign& d) {
-    return d.RippleDb;
-}
-double BandWidth(const FilterDesign& d) {
-    return d.BandWidth * 1e-6;
-}
-double Atten(const FilterDesign& d) {
-    return d.EllipticAtten;
-}
-double Trap(const FilterDesign& d) {
-    return d.TrapType;
-}
-double Source(const FilterDesign& d) {
-    return d.RSource;
-}
-double Load(const FilterDesign& d) {
-    return d.RLoad;
-}
-
-bool Near(double a, double b) {
-    return std::abs(a - b) <= 1e-12 * std::abs(b);
-}
-
 /// The first black pixel from the left in the middle of the plot: its frame.
 int LeftEdgeOfFrame(const WindowFixture& f) {
     const QImage image = f.Find("BitMap")->grab().toImage();
@@ -83,69 +52,22 @@ private slots:
 
     void EveryControlHasItsName() {
         WindowFixture f;
-        for (const char* const name : {"F0Box",
-                                       "F0UpDown",
-                                       "BandWidthBox",
-                                       "BandWidthUpDown",
-                                       "BWMHzButton",
-                                       "BWPercentButton",
-                                       "NumPolesBox",
-                                       "NumPolesUpDown",
-                                       "PolesLabel",
-                                       "RippleBox",
-                                       "RippleUpDown",
-                                       "RippleLabel",
-                                       "EllipticAttenBox",
-                                       "EllipticAttenUpDown",
-                                       "EllipticAttenLabel",
-                                       "RSBox",
-                                       "RLBox",
-                                       "PercentChangeBox",
-                                       "TrapTypeBox",
-                                       "EllipticFormUpDown",
-                                       "EllipticPanel",
-                                       "ScaleBox",
-                                       "CalcButton",
-                                       "IdealPartsButton",
-                                       "RealPartsButton",
-                                       "DeEmbedButton",
-                                       "StdValuesBox",
-                                       "WorstCaseBox",
-                                       "ToleranceLabel",
-                                       "IndQLabel",
-                                       "IndCLabel",
-                                       "CapRLabel",
-                                       "CapLLabel",
-                                       "PlotMag1dBBox",
-                                       "PlotMagBox",
-                                       "PlotPhaseBox",
-                                       "PlotGDBox",
-                                       "PlotPulseBox",
-                                       "PlotReturnLossBox",
-                                       "PlotReferenceBox",
-                                       "AutoScaleCheckBox",
-                                       "SetRefButton",
-                                       "ExchangeRefButton",
-                                       "BitMap",
-                                       "MainPanel",
-                                       "ValueGrid",
-                                       "FontLabel",
-                                       "ReminderLabel",
-                                       "SamplingFrequencyBox",
-                                       "IndQBox",
-                                       "IndCBox",
-                                       "CapRBox",
-                                       "CapLBox",
-                                       "WorstCaseSimsBox",
-                                       "TenPercentCap",
-                                       "FivePercentCap",
-                                       "TwoPercentCap",
-                                       "OnePercentCap",
-                                       "TenPercentInd",
-                                       "FivePercentInd",
-                                       "TwoPercentInd",
-                                       "OnePercentInd"})
-            QVERIFY2(f.Window->findChild<QWidget*>(name), name);
+        const QString names =
+            "F0Box F0UpDown BandWidthBox BandWidthUpDown BWMHzButton BWPercentButton "
+            "NumPolesBox NumPolesUpDown PolesLabel RippleBox RippleUpDown "
+            "RippleLabel EllipticAttenBox EllipticAttenUpDown EllipticAttenLabel "
+            "RSBox RLBox PercentChangeBox TrapTypeBox EllipticFormUpDown "
+            "EllipticPanel ScaleBox CalcButton IdealPartsButton RealPartsButton "
+            "DeEmbedButton StdValuesBox WorstCaseBox ToleranceLabel IndQLabel "
+            "IndCLabel CapRLabel CapLLabel PlotMag1dBBox PlotMagBox PlotPhaseBox "
+            "PlotGDBox PlotPulseBox PlotReturnLossBox PlotReferenceBox "
+            "AutoScaleCheckBox SetRefButton ExchangeRefButton BitMap MainPanel "
+            "ValueGrid FontLabel ReminderLabel SamplingFrequencyBox IndQBox IndCBox "
+            "CapRBox CapLBox WorstCaseSimsBox TenPercentCap FivePercentCap "
+            "TwoPercentCap OnePercentCap TenPercentInd FivePercentInd TwoPercentInd "
+            "OnePercentInd";
+        for (const QString& name : names.split(' '))
+            QVERIFY2(f.Window->findChild<QWidget*>(name), qPrintable(name));
         const std::pair<const char*, const char*> entries[] = {
             {"LowPassMenu", "Low Pass"},
             {"HighPassMenu", "High Pass"},

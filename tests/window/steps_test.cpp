@@ -9,10 +9,6 @@ using namespace ladderwise;
 
 namespace {
 
-bool Near(double a, double b) {
-    return std::abs(a - b) <= 1e-12 * std::abs(b);
-}
-
 /// A way to step a box.
 struct Means {
     const char* Name;
@@ -68,7 +64,6 @@ private slots:
     void init() { FailOnToolkitWarnings(); }
 
     void EveryBoxSteps() {
-        using Getter = double (*)(const FilterDesign&);
         const struct {
             const char* Box;
             const char* Start;
@@ -76,59 +71,15 @@ private slots:
             const char* Shown[3];  ///< after one step up, and with Ctrl up and down
             Getter Get;
             const char* Before = nullptr;  ///< a button to check first
-        } cases[] = {{"RippleBox",
-                      "0.2",
-                      0.01,
-                      0.1,
-                      0.2,
-                      {"0.21", "0.3", "0.1"},
-                      [](const FilterDesign& d) { return d.RippleDb; }},
-                     {"F0Box",
-                      "200",
-                      1,
-                      10,
-                      200,
-                      {"201", "210", "190"},
-                      [](const FilterDesign& d) { return d.F0 * 1e-6; }},
-                     {"F0Box",
-                      "1234.5",
-                      1,
-                      10,
-                      1234.5,
-                      {"1240", "1240", "1220"},
-                      [](const FilterDesign& d) { return d.F0 * 1e-6; }},
-                     {"BandWidthBox",
-                      "40",
-                      0.1,
-                      1,
-                      40,
-                      {"40.1", "41", "39"},
-                      [](const FilterDesign& d) { return d.BandWidth * 1e-6; }},
-                     {"BandWidthBox",
-                      "20",
-                      0.1,
-                      1,
-                      20,
-                      {"20.1", "21", "19"},
-                      [](const FilterDesign& d) { return d.BandWidth / d.F0 * 100; },
-                      "BWPercentButton"},
-                     {"EllipticAttenBox",
-                      "50",
-                      1,
-                      10,
-                      50,
-                      {"51", "60", "40"},
-                      [](const FilterDesign& d) { return d.EllipticAtten; }},
-                     {"NumPolesBox",
-                      "5",
-                      1,
-                      1,
-                      5,
-                      {"6", "6", "4"},
-                      [](const FilterDesign& d) { return double(d.NumPoles); }},
-                     {"TrapTypeBox", "2", 1, 1, 2, {"3", "3", "1"}, [](const FilterDesign& d) {
-                          return double(d.TrapType);
-                      }}};
+        } cases[] = {
+            {"RippleBox", "0.2", 0.01, 0.1, 0.2, {"0.21", "0.3", "0.1"}, Ripple},
+            {"F0Box", "200", 1, 10, 200, {"201", "210", "190"}, F0},
+            {"F0Box", "1234.5", 1, 10, 1234.5, {"1240", "1240", "1220"}, F0},
+            {"BandWidthBox", "40", 0.1, 1, 40, {"40.1", "41", "39"}, BandWidth},
+            {"BandWidthBox", "20", 0.1, 1, 20, {"20.1", "21", "19"}, Percent, "BWPercentButton"},
+            {"EllipticAttenBox", "50", 1, 10, 50, {"51", "60", "40"}, Atten},
+            {"NumPolesBox", "5", 1, 1, 5, {"6", "6", "4"}, Poles},
+            {"TrapTypeBox", "2", 1, 1, 2, {"3", "3", "1"}, Trap}};
         WindowFixture f;
         f.Trigger("BandPassMenu");
         f.Trigger("EllipticDMenu");  // every box is enabled

@@ -51,9 +51,9 @@ private:
 };
 
 QString BoundsTip(const BoxLimits& limits, const char* what, const char* unit) {
-    return QString("%1: %2 to %3 %4")
-        .arg(QString::fromLatin1(what), QString::fromStdString(limits.Minimum),
-             QString::fromStdString(limits.Maximum), QString::fromLatin1(unit))
+    return QString("%1: %2 %3")
+        .arg(QString::fromLatin1(what), QString::fromStdString(RangeText(limits)),
+             QString::fromLatin1(unit))
         .trimmed();
 }
 

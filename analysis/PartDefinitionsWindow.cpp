@@ -51,9 +51,9 @@ private:
 };
 
 QString BoundsTip(const BoxLimits& limits, const char* what, const char* unit) {
-    return QString("%1: %2 to %3 %4")
-        .arg(QString::fromLatin1(what), QString::fromStdString(limits.Minimum),
-             QString::fromStdString(limits.Maximum), QString::fromLatin1(unit))
+    return QString("%1: %2 %3")
+        .arg(QString::fromLatin1(what), QString::fromStdString(RangeText(limits)),
+             QString::fromLatin1(unit))
         .trimmed();
 }
 
@@ -77,6 +77,9 @@ PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs,
     column->addWidget(BuildCapacitorGroup());
     column->addWidget(BuildToleranceGroup());
     column->addWidget(BuildButtons());
+    // As in the main window: a click must not have a box read twice.
+    for (auto* const button : findChildren<QAbstractButton*>())
+        button->setFocusPolicy(Qt::TabFocus);
     ShowInputs();
 }
 
@@ -231,13 +234,15 @@ void PartDefinitionsWindow::ShowInputs() {
 
 void PartDefinitionsWindow::ShowBesideOwner() {
     adjustSize();
-    const QRect owner = parentWidget()->window()->frameGeometry();
+    const QWidget* const window = parentWidget()->window();
+    const QRect owner = window->frameGeometry();
     const QRect screen = parentWidget()->screen()->availableGeometry();
-    const int x =
-        std::clamp(owner.left(), screen.left(), std::max(screen.left(), screen.right() - width()));
-    const int y = std::clamp(owner.top() + OffsetBelowOwner, screen.top(),
-                             std::max(screen.top(), screen.bottom() - height()));
-    move(x, y);
+    // A window not yet shown does not know its frame; its owner's is as thick at least.
+    const QSize outer = size() + owner.size() - window->size();
+    const int rightmost = std::max(screen.left(), screen.right() + 1 - outer.width());
+    const int lowest = std::max(screen.top(), screen.bottom() + 1 - outer.height());
+    move(std::clamp(owner.left(), screen.left(), rightmost),
+         std::clamp(owner.top() + OffsetBelowOwner, screen.top(), lowest));
     show();
     raise();
     activateWindow();

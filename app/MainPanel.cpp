@@ -15,11 +15,14 @@ namespace {
 constexpr int BoxWidthInDigits = 8;  ///< of an edit box, in widths of the digit 0
 constexpr int Gap = 6;               ///< pixels between controls
 
+/// A click leaves the focus where it is: a box that lost it would be read once for the focus and
+/// once more for the click, and the second reading would take the mark off a replaced entry.
 template <typename Button>
 Button* AddButton(QWidget* parent, const char* name, const char* caption, const char* tip) {
     auto* const button = new Button(QString::fromLatin1(caption), parent);
     button->setObjectName(QString::fromLatin1(name));
     button->setToolTip(QString::fromLatin1(tip));
+    button->setFocusPolicy(Qt::TabFocus);
     return button;
 }
 

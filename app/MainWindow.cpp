@@ -53,6 +53,12 @@ MainWindow::MainWindow() {
     resize(StartSize);
 }
 
+MainWindow::~MainWindow() {
+    // Hiding takes the focus from a box with an unread text, which asks for a calculation: that
+    // must happen while there is something to calculate with.
+    hide();
+}
+
 void MainWindow::SetMessageCallback(MessageCallback newReport) {
     report = std::move(newReport);
 }
@@ -95,6 +101,8 @@ void MainWindow::BuildClient() {
     connect(valueGrid, &QTableWidget::itemChanged, this, [this] {
         if (!showingGrid) SimulateGrid();
     });
+    connect(valueGrid, &QTableWidget::currentCellChanged, this,
+            [this](int, int column) { RevealColumn(column); });
     stripBar = new QScrollBar(Qt::Horizontal, client);
     stripBar->setObjectName("StripScrollBar");
     connect(stripBar, &QScrollBar::valueChanged, this, &MainWindow::ScrollStrip);

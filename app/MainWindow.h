@@ -30,6 +30,7 @@ class MainWindow : public QMainWindow {
 
 public:
     MainWindow();
+    ~MainWindow() override;
 
     /// Replaces the modal message boxes, for tests: every message then goes to `report`.
     void SetMessageCallback(MessageCallback report);
@@ -98,6 +99,7 @@ private:
     void PlaceGroupDelayControls();
     void ShowValueGrid();
     void ScrollStrip(int position);
+    void RevealColumn(int column);
     PlotPlacement Placement() const;
     int GridTop() const;
 

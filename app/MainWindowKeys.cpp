@@ -49,7 +49,10 @@ bool MainWindow::HandleKey(QObject* target, int key) {
         return true;
     }
     const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (enter && (target == valueGrid || target == valueGrid->viewport())) {
+    // An open cell editor lets Enter through to the grid before it hands its text over; simulating
+    // now would write the old text into it. The text that it hands over is simulated by itself.
+    const bool editing = valueGrid->isAncestorOf(QApplication::focusWidget());
+    if (enter && !editing && (target == valueGrid || target == valueGrid->viewport())) {
         SimulateGrid();
         return true;
     }
@@ -73,8 +76,8 @@ void MainWindow::FormKeyDown(FormKey key) {
         case KeyOutcome::Analyse:
             return AnalyseAsItStands();
         case KeyOutcome::FullCalculate:
+            ShowInputs();  // first: a box that is disabled with an unread text would ask to be read
             SetControlStates();
-            ShowInputs();
             return CalcButtonClick();
     }
 }

@@ -106,6 +106,15 @@ void MainWindow::ScrollStrip(int position) {
     bitMap->update();
 }
 
+void MainWindow::RevealColumn(int column) {
+    if (column < 0 || !stripBar->isVisibleTo(client)) return;
+    // The first element brings the label column with it.
+    const int left = column <= 1 ? 0 : ValueGridLeft + valueGrid->columnViewportPosition(column);
+    const int right =
+        ValueGridLeft + valueGrid->columnViewportPosition(column) + valueGrid->columnWidth(column);
+    stripBar->setValue(std::min(left, std::max(stripBar->value(), right - client->width())));
+}
+
 void MainWindow::PlaceGroupDelayControls() {
     const bool delay = calculation.Inputs.Traces.GroupDelay;
     panel->AutoScaleCheckBox->setVisible(delay);

@@ -14,15 +14,14 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int ToolTipDigits = 11;  ///< decimals of the value in use: more than any part needs
+constexpr int ToolTipDigits = 11;  ///< significant digits of the value in use
 constexpr int LabelDigits = 3;     ///< significant digits of the part-model labels
 
-/// "Fo: 0.001 to 100000 MHz. In use: 200.0 MHz".
+/// "Bandwidth: 1 to 398 MHz. In use: 40 MHz".
 QString BoxTip(const char* what, const BoxLimits& limits, const char* unit, double inUse) {
     const std::string value = FormatPlain(inUse, ToolTipDigits);
-    return QString("%1: %2 to %3%4. In use: %5%4")
-        .arg(QString::fromLatin1(what), QString::fromStdString(limits.Minimum),
-             QString::fromStdString(limits.Maximum),
+    return QString("%1: %2%3. In use: %4%3")
+        .arg(QString::fromLatin1(what), QString::fromStdString(RangeText(limits)),
              *unit ? " " + QString::fromLatin1(unit) : QString(), QString::fromStdString(value));
 }
 
@@ -122,11 +121,10 @@ void MainWindow::ShowToolTips() {
     panel->RLBox->setToolTip(BoxTip("Load resistance", ResistanceLimits(), "ohm", design.RLoad));
     trapTypeBox->setToolTip(
         BoxTip("Form of the elliptic traps", TrapTypeLimits(), "", design.TrapType));
-    const BoxLimits change = PercentChangeLimits();
     panel->PercentChangeBox->setToolTip(
-        QString("Step of F1 and F2 on a part value: %1 to %2 %. F1, F2: smaller, larger; F3: "
-                "standard value; F5, F6: standard value, resonance kept")
-            .arg(QString::fromStdString(change.Minimum), QString::fromStdString(change.Maximum)));
+        QString("Step of F1 and F2 on a part value: %1 %. F1, F2: smaller, larger; F3: standard "
+                "value; F5, F6: standard value, resonance kept")
+            .arg(QString::fromStdString(RangeText(PercentChangeLimits()))));
     scaleBox->setToolTip(
         QString("Full scale of the group delay in seconds, a hundredth to a hundred times the "
                 "automatic one. In use: %1")

@@ -53,6 +53,9 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
         emit StepRequested(event->key() == Qt::Key_Up);
     else
         QLineEdit::keyPressEvent(event);
+    // Enter has asked for a calculation; a dialog's default button must not ask for a second one,
+    // which would take the mark off a replaced entry.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) event->accept();
 }
 
 void NumberEdit::wheelEvent(QWheelEvent* event) {
@@ -72,7 +75,10 @@ void NumberEdit::wheelEvent(QWheelEvent* event) {
 
 void NumberEdit::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
-    if (isModified() && event->reason() != Qt::PopupFocusReason) emit CalculationRequested();
+    // Menus take the focus for a moment only, and their entries calculate by themselves.
+    const Qt::FocusReason reason = event->reason();
+    const bool menu = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
+    if (isModified() && !menu) emit CalculationRequested();
 }
 
 UpDownButton::UpDownButton(const QString& name, QWidget* parent) : QWidget(parent) {

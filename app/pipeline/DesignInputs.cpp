@@ -66,6 +66,11 @@ void ReadPartModel(DesignInputs& inputs, FilterDesign& design, const MessageCall
 
 }  // namespace
 
+double ReadPercentChange(DesignInputs& inputs, const MessageCallback& report) {
+    constexpr double FractionPerPercent = 0.01;
+    return ReadBox(inputs.PercentChangeBox, PercentChangeLimits(), report) * FractionPerPercent;
+}
+
 void ReadInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
     NumPolesUpDownClick(inputs, design, {}, report);
     RippleUpDownClick(inputs, design, {}, report);
@@ -77,6 +82,7 @@ void ReadInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallbac
     ReadPartModel(inputs, design, report);
     const double threshold = ReadBox(inputs.GDPhaseThresholdBox, ThresholdLimits(), report);
     design.PhaseGDThreshold = threshold > 0.0 ? -threshold : threshold;
+    ReadPercentChange(inputs, report);  // only the keys use it, but no box keeps a bad text
     design.StdLCValues = inputs.StdLCValues;
     design.WorstCase = inputs.WorstCase;
 }

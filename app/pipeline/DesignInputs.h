@@ -42,6 +42,9 @@ struct DesignInputs {
     TraceChoices Traces{};
 };
 
+/// Reads "% Change" and returns it as a fraction: the step of the keys F1 and F2.
+double ReadPercentChange(DesignInputs& inputs, const MessageCallback& report);
+
 /// Reads every box into the design, cleaning the boxes as it goes, and forces the load from the
 /// source where the response asks for it: equal for the tabulated families, Elliptic C to E and a
 /// coefficients file, twice the source for Elliptic A, half of it for Elliptic B.

@@ -9,7 +9,6 @@
 
 #include "analysis/PartValues.h"
 #include "app/pipeline/Choices.h"
-#include "app/pipeline/Updownfunctions.h"
 #include "files/Formatfunctions.h"
 
 namespace ladderwise {
@@ -111,10 +110,9 @@ bool TryParseSpacedExponent(std::string_view text, double& value) {
 
 KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell,
                         const MessageCallback& report) {
-    const BoxLimits limits = PercentChangeLimits();
-    const double fraction = EditBoxToDouble(calculation.Inputs.PercentChangeBox, limits.Minimum,
-                                            limits.Default, limits.Maximum, report) *
-                            0.01;
+    // F4 and F7 end in a full calculation, which reads the box along with all others.
+    const bool calculates = key == FormKey::F4 || key == FormKey::F7;
+    const double fraction = calculates ? 0.0 : ReadPercentChange(calculation.Inputs, report);
     FilterDesign& design = calculation.Design;
     switch (key) {
         case FormKey::F1:

@@ -35,6 +35,14 @@ int DirectionSign(SpinStep spin) {
 
 }  // namespace
 
+std::string RangeText(const BoxLimits& limits) {
+    constexpr int Digits = 11;  // significant: more than any limit has
+    double minimum = 0.0, maximum = 0.0;
+    TryParseDouble(limits.Minimum, minimum);
+    TryParseDouble(limits.Maximum, maximum);
+    return FormatPlain(minimum, Digits) + " to " + FormatPlain(maximum, Digits);
+}
+
 BoxLimits NumPolesLimits() {
     return {"1", "3", "10"};
 }

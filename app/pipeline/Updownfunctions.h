@@ -22,6 +22,9 @@ struct BoxLimits {
     std::string Maximum;
 };
 
+/// The range of a box for people: "0.001 to 100000".
+std::string RangeText(const BoxLimits& limits);
+
 /// F0 of a low-pass prototype in MHz: 1 rad/s.
 inline constexpr const char* PrototypeF0Text = "159.15e-9";
 

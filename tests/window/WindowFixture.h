@@ -78,8 +78,9 @@ inline QString DifferenceFromFresh(const Calculation& state) {
     return found.join(", ");
 }
 
-/// A main window on screen. Warnings of the toolkit fail the test at once; messages that no test
-/// took, and modal windows that nobody expected, fail it when the fixture ends.
+/// A main window on screen, in a folder of its own. Warnings of the toolkit fail the test at once;
+/// messages that no test took, and modal windows that nobody expected, fail it when the fixture
+/// ends.
 class WindowFixture {
 public:
     WindowFixture() {
@@ -88,10 +89,17 @@ public:
         QTest::failOnWarning(
             QRegularExpression("^(?!\\s*(Keyboard event not accepted|Mouse event occurs outside|"
                                "OpenType support missing|This plugin does not support))"));
+        InitResources();
+        QDir::setCurrent(folder.path());
+        Window = std::make_unique<MainWindow>();
         Window->SetMessageCallback([this](const std::string& caption, const std::string& text) {
             messages << QString::fromStdString(caption + ": " + text);
         });
-        QObject::connect(&watchdog, &QTimer::timeout, [this] { CloseModalWindow(); });
+        QObject::connect(&watchdog, &QTimer::timeout, [this] {
+            QWidget* const modal = QApplication::activeModalWidget();
+            if (modal && modal->windowTitle() != expectedModal) modals << modal->windowTitle();
+            if (modal) modal->close();
+        });
         watchdog.start(20);
         Window->show();
         Window->activateWindow();
@@ -145,14 +153,16 @@ public:
         QTest::mouseClick(target, Qt::LeftButton, {}, {8, target->height() / 2});
     }
 
-    /// Types over what stands in a box.
-    void Enter(const QString& box, const QString& text, Qt::Key end = Qt::Key_Return) {
-        auto* const edit = Find<QLineEdit>(box);
-        edit->setFocus();
+    /// Types over what stands in an edit, and presses a key to end it.
+    static void TypeOver(QLineEdit* edit, const QString& text, Qt::Key end) {
         edit->selectAll();
         QTest::keyClick(edit, Qt::Key_Delete);
         QTest::keyClicks(edit, text);
         if (end != Qt::Key_unknown) QTest::keyClick(edit, end);
+    }
+    void Enter(const QString& box, const QString& text, Qt::Key end = Qt::Key_Return) {
+        Find(box)->setFocus();
+        TypeOver(Find<QLineEdit>(box), text, end);
     }
 
     QString Text(const QString& box) const { return Find<QLineEdit>(box)->text(); }
@@ -175,10 +185,7 @@ public:
     void EnterCell(int row, int column, const QString& text, Qt::Key end = Qt::Key_Return) {
         QLineEdit* const editor = OpenCell(row, column);
         if (!editor) return Fail("the cell opened no editor");
-        editor->selectAll();
-        QTest::keyClick(editor, Qt::Key_Delete);
-        QTest::keyClicks(editor, text);
-        QTest::keyClick(editor, end);
+        TypeOver(editor, text, end);
         Settle();
     }
 
@@ -201,36 +208,17 @@ public:
     QStringList TakeMessages() { return std::exchange(messages, {}); }
     void ExpectModal(const QString& title) { expectedModal = title; }
 
-    std::unique_ptr<MainWindow> Window = std::make_unique<MainWindow>();
+    std::unique_ptr<MainWindow> Window;
     QTableWidget* Grid = nullptr;
 
 private:
     static void Fail(const QString& reason) { QTest::qFail(qPrintable(reason), __FILE__, 0); }
 
-    void CloseModalWindow() {
-        QWidget* const modal = QApplication::activeModalWidget();
-        if (!modal) return;
-        if (modal->windowTitle() != expectedModal) modals << modal->windowTitle();
-        modal->close();
-    }
-
+    QTemporaryDir folder;
     QTimer watchdog;
     QStringList messages;
     QStringList modals;
     QString expectedModal;
 };
-
-/// The main program of a window test: screenless unless told otherwise, in a folder of its own.
-template <typename Test>
-int RunWindowTest(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    InitResources();
-    QTemporaryDir folder;
-    QDir::setCurrent(folder.path());
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}
 
 }  // namespace ladderwise

@@ -12,8 +12,8 @@ using namespace ladderwise;
 
 namespace {
 
-constexpr int DefaultEvents = 2000;
-constexpr int EventsBetweenChecks = 50;
+constexpr unsigned DefaultEvents = 2000;
+constexpr unsigned EventsBetweenChecks = 50;
 
 // clang-format off
 const char* const texts[] = {
@@ -32,11 +32,9 @@ constexpr Qt::Key ends[] = {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Tab, Qt::Key_
 class Monkey {
 public:
     Monkey(WindowFixture& fixture, std::uint32_t seed) : f(fixture), random(seed) {
-        for (auto* const action : f.Window->findChildren<QAction*>())
-            if (!action->objectName().isEmpty() && action->objectName() != "AboutMenu")
-                actions << action;
-        for (auto* const button : f.Window->findChildren<QAbstractButton*>())
-            if (!button->objectName().isEmpty()) buttons << button;
+        const QRegularExpression named("^(?!qt_|AboutMenu).");
+        actions = f.Window->findChildren<QAction*>(named);
+        buttons = f.Window->findChildren<QAbstractButton*>(named);
     }
 
     /// Does something and tells what, for the log of a failed run.
@@ -44,9 +42,8 @@ public:
         const int choice = Below(13);
         if (choice < 2) return ClickMenu();
         if (choice < 5) return ClickButton();
-        if (choice < 7) return TypeIntoBox();
-        if (choice < 9) return PressKey();
-        if (choice < 10) return TurnWheel();
+        if (choice < 8) return UseBox();
+        if (choice < 10) return PressKey();
         if (choice < 12) return UseGrid();
         return ChangeWindow();
     }
@@ -57,6 +54,7 @@ private:
     auto OneOf(const List& list) {
         return list[Below(static_cast<int>(std::size(list)))];
     }
+    Qt::KeyboardModifier Modifier() { return Below(4) ? Qt::NoModifier : Qt::ControlModifier; }
 
     QString RandomText() {
         if (Below(4)) return QString::fromLatin1(OneOf(texts));
@@ -69,14 +67,7 @@ private:
     /// As QTest::keyClicks, which knows no characters beyond ASCII.
     static void Type(QWidget* target, const QString& text) {
         for (const QChar letter : text)
-            if (letter.unicode() < 0x80)
-                QTest::keyClick(target, letter.toLatin1());
-            else
-                QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(letter), {});
-    }
-
-    Qt::KeyboardModifiers RandomModifiers() {
-        return Below(4) ? Qt::NoModifier : Qt::ControlModifier;
+            QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(letter), {});
     }
 
     QString ClickMenu() {
@@ -91,11 +82,11 @@ private:
     QString ClickButton() {
         QAbstractButton* const button = OneOf(buttons);  // disabled ones too: they must keep quiet
         if (button->isVisible())
-            QTest::mouseClick(button, Qt::LeftButton, RandomModifiers(), {8, button->height() / 2});
+            QTest::mouseClick(button, Qt::LeftButton, Modifier(), {8, button->height() / 2});
         return button->objectName();
     }
 
-    QString TypeIntoBox() {
+    QString UseBox() {
         NumberEdit* const box = OneOf(boxes);
         if (!box->isVisible() || !box->isEnabled()) return "hidden box";
         const bool runs = box->objectName() == "WorstCaseSimsBox";
@@ -104,7 +95,11 @@ private:
             box->window()->activateWindow();
             QTest::mouseClick(box, Qt::LeftButton);
         }
-        box->setFocus();
+        if (Below(4)) box->setFocus();
+        if (!Below(3)) {
+            WindowFixture::Wheel(box, Below(7) - 3, Modifier());
+            return box->objectName() + " wheel";
+        }
         if (Below(3)) box->selectAll();
         Type(box, text);
         const Qt::Key end = OneOf(ends);
@@ -114,18 +109,9 @@ private:
 
     QString PressKey() {
         const Qt::Key key = OneOf(keys);
-        QWidget* target = QApplication::focusWidget();
-        if (!target) target = f.Window.get();
-        const QString name = target->objectName();
-        QTest::keyClick(target, key, RandomModifiers());
-        return name + " key " + QKeySequence(key).toString();
-    }
-
-    QString TurnWheel() {
-        NumberEdit* const box = OneOf(boxes);
-        if (Below(2)) box->setFocus();
-        if (box->isVisible()) WindowFixture::Wheel(box, Below(7) - 3, RandomModifiers());
-        return box->objectName() + " wheel";
+        QWidget* const focus = QApplication::focusWidget();
+        QTest::keyClick(focus ? focus : f.Window.get(), key, Modifier());
+        return "key " + QKeySequence(key).toString();
     }
 
     QString UseGrid() {
@@ -158,10 +144,6 @@ private:
     QList<QAbstractButton*> buttons;
 };
 
-int Setting(const char* name, int fallback) {
-    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariableIntValue(name) : fallback;
-}
-
 }  // namespace
 
 class MonkeyTest : public QObject {
@@ -169,14 +151,16 @@ class MonkeyTest : public QObject {
 
 private slots:
     void SurvivesAndStaysConsistent() {
-        const int events = Setting("LADDERWISE_MONKEY_EVENTS", DefaultEvents);
-        const int seed =
-            Setting("LADDERWISE_MONKEY_SEED", static_cast<int>(std::random_device{}()));
-        qInfo("LADDERWISE_MONKEY_EVENTS=%d LADDERWISE_MONKEY_SEED=%d", events, seed);
+        const auto setting = [](const char* name, unsigned fallback) {
+            return qEnvironmentVariable(name, QString::number(fallback)).toUInt();
+        };
+        const unsigned events = setting("LADDERWISE_MONKEY_EVENTS", DefaultEvents);
+        const unsigned seed = setting("LADDERWISE_MONKEY_SEED", std::random_device{}());
+        qInfo("LADDERWISE_MONKEY_EVENTS=%u LADDERWISE_MONKEY_SEED=%u", events, seed);
         WindowFixture f;
-        Monkey monkey(f, static_cast<std::uint32_t>(seed));
+        Monkey monkey(f, seed);
         QStringList log;
-        for (int i = 1; i <= events && !QTest::currentTestFailed(); ++i) {
+        for (unsigned i = 1; i <= events && !QTest::currentTestFailed(); ++i) {
             log << monkey.Act();
             WindowFixture::Settle();
             f.TakeMessages();
@@ -200,7 +184,5 @@ private:
     }
 };
 
-int main(int argc, char** argv) {
-    return RunWindowTest<MonkeyTest>(argc, argv);
-}
+QTEST_MAIN(MonkeyTest)
 #include "monkey_test.moc"

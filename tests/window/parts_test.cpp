@@ -51,10 +51,14 @@ private slots:
     void BoxesAreReadAndCleaned() {
         // clang-format off
         const struct { const char *Box, *Typed, *Label, *Shown; bool Replaced; } cases[] = {
-            {"IndQBox", "100", "IndQLabel", "Ind Qo =  100", false}, {"IndQBox", "good", "IndQLabel", "Ind Qo =  35", true},
-            {"IndCBox", "1.5", "IndCLabel", "Ind C  =   1.5 pF", false}, {"IndCBox", "", "IndCLabel", "Ind C  =   0.25 pF", true},
-            {"CapRBox", "0", "CapRLabel", "Cap Ro = 0 ohm", false}, {"CapRBox", "1e9", "CapRLabel", "Cap Ro = 1000000 ohm", true},
-            {"CapLBox", ".75", "CapLLabel", "Cap L  =  0.75 nH", false}, {"CapLBox", "-2", "CapLLabel", "Cap L  =  0 nH", true},
+            {"IndQBox", "100", "IndQLabel", "Ind Qo =  100", false},
+            {"IndQBox", "good", "IndQLabel", "Ind Qo =  35", true},
+            {"IndCBox", "1.5", "IndCLabel", "Ind C  =   1.5 pF", false},
+            {"IndCBox", "", "IndCLabel", "Ind C  =   0.25 pF", true},
+            {"CapRBox", "0", "CapRLabel", "Cap Ro = 0 ohm", false},
+            {"CapRBox", "1e9", "CapRLabel", "Cap Ro = 1000000 ohm", true},
+            {"CapLBox", ".75", "CapLLabel", "Cap L  =  0.75 nH", false},
+            {"CapLBox", "-2", "CapLLabel", "Cap L  =  0 nH", true},
             {"WorstCaseSimsBox", "0", "CapLLabel", "Cap L  =  1 nH", true}};
         // clang-format on
         PartsFixture f;
@@ -140,7 +144,5 @@ private slots:
     }
 };
 
-int main(int argc, char** argv) {
-    return RunWindowTest<PartsTest>(argc, argv);
-}
+QTEST_MAIN(PartsTest)
 #include "parts_test.moc"

@@ -31,8 +31,7 @@ private slots:
             {"F0Box", "f0", "145.825", "146825000", "147", "145825000", "155825000"},
             {"BandWidthBox", "bw", "12.345", "12445000", "12.4", "12345000", "13345000"},
             {"EllipticAttenBox", "atten", "50", "51", "51", "50", "60"},
-            {"NumPolesBox", "poles", "5", "6", "6", "5", "6"},
-            {"TrapTypeBox", "trap", "2", "3", "3", "2", "3"},
+            {"NumPolesBox", "poles", "5", "6", "6", "5", "6"}, {"TrapTypeBox", "trap", "2", "3", "3", "2", "3"},
             {"BandWidthBox", "bw-percent", "20", "20.1", "20.1", "20", "21"}};
         // clang-format on
         WindowFixture f;
@@ -57,6 +56,7 @@ private slots:
         f.Find("RSBox")->setFocus();
         f.Wheel(f.Find("F0Box"), 3);  // without the focus
         QCOMPARE(f.InUse("f0"), "145825000");
+        QVERIFY(f.Find("F0Box")->toolTip().contains("In use: 145.825 MHz"));
         for (const char* const box : {"RSBox", "PercentChangeBox"}) {  // no arrows: nothing to step
             const QString text = f.Text(box);
             f.Find(box)->setFocus();
@@ -100,11 +100,9 @@ private slots:
             QCOMPARE(f.Difference(), QString());
             QTest::keyClick(targets[i % 4], Qt::Key_F4);
         }
+        QTest::keyClick(f.Grid, Qt::Key_F7);
         QVERIFY(f.Checked("ChebyshevMenu") && !f.Checked("ButterworthMenu"));
-        QTest::keyClick(f.Grid, Qt::Key_F7);
         QVERIFY(f.Checked("TwoDecadesMenu") && !f.Checked("OneDecadeMenu"));
-        QTest::keyClick(f.Grid, Qt::Key_F7);
-        QVERIFY(f.Checked("LinearMenu"));
         f.Trigger("NortonMenu");
         f.Trigger("LinearChebyshevMenu");
         QTest::keyClick(f.Grid, Qt::Key_F4);  // to Elliptic A, which a Norton band-pass cannot be
@@ -185,7 +183,5 @@ private:
     }
 };
 
-int main(int argc, char** argv) {
-    return RunWindowTest<StepsTest>(argc, argv);
-}
+QTEST_MAIN(StepsTest)
 #include "steps_test.moc"

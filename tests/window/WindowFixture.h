@@ -102,8 +102,7 @@ public:
         });
         watchdog.start(20);
         Window->show();
-        Window->activateWindow();
-        if (!QTest::qWaitForWindowActive(Window.get())) Fail("the window did not become active");
+        Activate(Window.get());
         Grid = Find<QTableWidget>("ValueGrid");
     }
     ~WindowFixture() {
@@ -140,6 +139,11 @@ public:
     bool Checked(const QString& name) const {
         return Find<QObject>(name)->property("checked").toBool();
     }
+    static void Activate(QWidget* window) {
+        window->activateWindow();
+        const auto active = [window] { return QApplication::activeWindow() == window; };
+        if (!QTest::qWaitFor(active)) Fail("the window did not become active");
+    }
     void Trigger(const QString& action) { Find<QAction>(action)->trigger(); }
 
     /// A real click in the middle of a button.
@@ -161,8 +165,10 @@ public:
         if (end != Qt::Key_unknown) QTest::keyClick(edit, end);
     }
     void Enter(const QString& box, const QString& text, Qt::Key end = Qt::Key_Return) {
-        Find(box)->setFocus();
-        TypeOver(Find<QLineEdit>(box), text, end);
+        auto* const edit = Find<QLineEdit>(box);
+        Activate(edit->window());
+        edit->setFocus();
+        TypeOver(edit, text, end);
     }
 
     QString Text(const QString& box) const { return Find<QLineEdit>(box)->text(); }

@@ -11,66 +11,91 @@
 #include <QWheelEvent>
 #include <QtTest>
 #include <cmath>
-#include <cstring>
 #include <memory>
 
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
+#include "app/pipeline/NamedSettings.h"
 #include "resources/Resources.h"
 
 namespace ladderwise {
 
 inline const QColor SilverColour(192, 192, 192);
-inline const QColor YellowColour(255, 255, 0);
 
-/// Equal to within the last bits.
-inline bool Near(double a, double b) {
-    return std::abs(a - b) <= 1e-12 * std::abs(b);
-}
-
-/// The value behind a box, in the box's unit.
-using Getter = double (*)(const FilterDesign&);
-inline double F0(const FilterDesign& d) {
-    return d.F0 * 1e-6;
-}
-inline double Poles(const FilterDesign& d) {
-    return d.NumPoles;
-}
-inline double Ripple(const FilterDesign& d) {
-    return d.RippleDb;
-}
-inline double BandWidth(const FilterDesign& d) {
-    return d.BandWidth * 1e-6;
-}
-inline double Percent(const FilterDesign& d) {
-    return d.BandWidth / d.F0 * 100;
-}
-inline double Atten(const FilterDesign& d) {
-    return d.EllipticAtten;
-}
-inline double Trap(const FilterDesign& d) {
-    return d.TrapType;
-}
-inline double Source(const FilterDesign& d) {
-    return d.RSource;
-}
-inline double Load(const FilterDesign& d) {
-    return d.RLoad;
+/// Equal to the last bit, or both not a number.
+inline bool SameNumber(double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
 }
 
-/// A main window on screen. Messages that no test took, and modal windows that nobody expected,
-/// fail the test when the fixture ends.
+template <typename Numbers>
+bool SameNumbers(const Numbers& a, const Numbers& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameNumber);
+}
+
+inline bool SameLadder(const ElementList& a, const ElementList& b) {
+    bool same = true;
+    for (int slot = 0; slot < NumSlots; ++slot)
+        for (int row = 0; row < 4; ++row)
+            same = same && a[slot].Type == b[slot].Type &&
+                   SameNumber(a[slot].Value(row), b[slot].Value(row));
+    return same;
+}
+
+inline bool SameResponse(const SweepResponse& a, const SweepResponse& b) {
+    return SameNumbers(a.TransferRe, b.TransferRe) && SameNumbers(a.TransferIm, b.TransferIm) &&
+           SameNumbers(a.ReflectionDb, b.ReflectionDb);
+}
+
+/// Where a state just calculated differs from what a fresh calculation makes of the same boxes and
+/// choices; empty if nowhere.
+inline QString DifferenceFromFresh(const Calculation& state) {
+    const auto fresh = std::make_unique<Calculation>();
+    fresh->Inputs = state.Inputs;
+    fresh->Design.PassType = state.Design.PassType;
+    fresh->Design.ResponseType = state.Design.ResponseType;
+    fresh->Design.FormCLC = state.Design.FormCLC;
+    fresh->Design.SweepType = state.Design.SweepType;
+    fresh->FixedSeed = state.WorstCase.Seed;
+    ReadInputs(fresh->Inputs, fresh->Design, nullptr);
+    Calculate(*fresh, nullptr, nullptr);
+    const FilterDesign &a = state.Design, &b = fresh->Design;
+    const std::pair<const char*, bool> same[] = {
+        {"sweep", SameNumbers(a.SweepFreqs, b.SweepFreqs)},
+        {"ladder", a.NumElements == b.NumElements && SameLadder(a.Elements, b.Elements)},
+        {"response", SameResponse(a.Response, b.Response)},
+        {"worst-case runs", state.WorstCase.Runs == fresh->WorstCase.Runs},
+        {"worst-case extremes", SameNumbers(state.WorstCase.LowDb, fresh->WorstCase.LowDb)}};
+    QStringList found;
+    for (const auto& [what, is] : same)
+        if (!is) found << what;
+    return found.join(", ");
+}
+
+/// A main window on screen, in a folder of its own. Warnings of the toolkit fail the test at once;
+/// messages that no test took, and modal windows that nobody expected, fail it when the fixture
+/// ends.
 class WindowFixture {
 public:
     WindowFixture() {
+        // All but QtTest's own about keys that nobody wanted, and what the screenless platform and
+        // its few fonts cannot do.
+        QTest::failOnWarning(
+            QRegularExpression("^(?!\\s*(Keyboard event not accepted|Mouse event occurs outside|"
+                               "OpenType support missing|This plugin does not support))"));
+        InitResources();
+        QDir::setCurrent(folder.path());
+        Window = std::make_unique<MainWindow>();
         Window->SetMessageCallback([this](const std::string& caption, const std::string& text) {
             messages << QString::fromStdString(caption + ": " + text);
         });
-        QObject::connect(&watchdog, &QTimer::timeout, [this] { CloseModalWindow(); });
+        QObject::connect(&watchdog, &QTimer::timeout, [this] {
+            QWidget* const modal = QApplication::activeModalWidget();
+            if (modal && modal->windowTitle() != expectedModal) modals << modal->windowTitle();
+            if (modal) modal->close();
+        });
         watchdog.start(20);
         Window->show();
-        Window->activateWindow();
-        if (!QTest::qWaitForWindowActive(Window.get())) Fail("the window did not become active");
+        Activate(Window.get());
         Grid = Find<QTableWidget>("ValueGrid");
     }
     ~WindowFixture() {
@@ -82,6 +107,20 @@ public:
     const Calculation& State() const { return Window->State(); }
     const FilterDesign& Design() const { return State().Design; }
 
+    /// What the last calculation used of an input: numbers in SI units to 12 digits, or a word.
+    QString InUse(const char* name) const {
+        for (const SettingInUse& setting : SettingsInUse(State())) {
+            if (setting.Name != name) continue;
+            const auto* const number = std::get_if<double>(&setting.Value);
+            if (number) return QString::number(*number, 'g', 12);
+            return QString::fromStdString(std::get<std::string>(setting.Value));
+        }
+        qFatal("no input named %s", name);
+    }
+
+    /// Why the state differs from a fresh calculation of the same inputs; empty if it does not.
+    QString Difference() const { return DifferenceFromFresh(State()); }
+
     /// A control by its object name; a missing one ends the program, as no test can go on.
     template <typename T = QWidget>
     T* Find(const QString& name) const {
@@ -90,7 +129,15 @@ public:
         return found;
     }
 
-    void Trigger(const char* action) { Find<QAction>(action)->trigger(); }
+    bool Checked(const QString& name) const {
+        return Find<QObject>(name)->property("checked").toBool();
+    }
+    static void Activate(QWidget* window) {
+        window->activateWindow();
+        const auto active = [window] { return QApplication::activeWindow() == window; };
+        if (!QTest::qWaitFor(active)) Fail("the window did not become active");
+    }
+    void Trigger(const QString& action) { Find<QAction>(action)->trigger(); }
 
     /// A real click in the middle of a button.
     void Click(const QString& button, Qt::KeyboardModifiers modifiers = {}) {
@@ -103,14 +150,18 @@ public:
         QTest::mouseClick(target, Qt::LeftButton, {}, {8, target->height() / 2});
     }
 
-    /// Types over what stands in a box.
-    void Enter(const QString& box, const QString& text, Qt::Key end = Qt::Key_Return) {
-        auto* const edit = Find<QLineEdit>(box);
-        edit->setFocus();
+    /// Types over what stands in an edit, and presses a key to end it.
+    static void TypeOver(QLineEdit* edit, const QString& text, Qt::Key end) {
         edit->selectAll();
         QTest::keyClick(edit, Qt::Key_Delete);
         QTest::keyClicks(edit, text);
         if (end != Qt::Key_unknown) QTest::keyClick(edit, end);
+    }
+    void Enter(const QString& box, const QString& text, Qt::Key end = Qt::Key_Return) {
+        auto* const edit = Find<QLineEdit>(box);
+        Activate(edit->window());
+        edit->setFocus();
+        TypeOver(edit, text, end);
     }
 
     QString Text(const QString& box) const { return Find<QLineEdit>(box)->text(); }
@@ -121,17 +172,19 @@ public:
     QString Status() const { return Find<ElidedLabel>("StatusLabel")->Text(); }
     QString Cell(int row, int column) const { return Grid->item(row, column)->text(); }
 
-    /// Types into a cell of the value grid after a double click on it, and presses Enter.
-    void EnterCell(int row, int column, const QString& text) {
+    /// Double-clicks a cell and gives the editor that opens, or null.
+    QLineEdit* OpenCell(int row, int column) {
         const QPoint at = Grid->visualItemRect(Grid->item(row, column)).center();
         QTest::mouseClick(Grid->viewport(), Qt::LeftButton, {}, at);
         QTest::mouseDClick(Grid->viewport(), Qt::LeftButton, {}, at);
-        auto* const editor = Grid->viewport()->findChild<QLineEdit*>();
+        return Grid->viewport()->findChild<QLineEdit*>();
+    }
+
+    /// Types into a cell of the value grid.
+    void EnterCell(int row, int column, const QString& text, Qt::Key end = Qt::Key_Return) {
+        QLineEdit* const editor = OpenCell(row, column);
         if (!editor) return Fail("the cell opened no editor");
-        editor->selectAll();
-        QTest::keyClick(editor, Qt::Key_Delete);
-        QTest::keyClicks(editor, text);
-        QTest::keyClick(editor, Qt::Key_Return);
+        TypeOver(editor, text, end);
         Settle();
     }
 
@@ -154,104 +207,17 @@ public:
     QStringList TakeMessages() { return std::exchange(messages, {}); }
     void ExpectModal(const QString& title) { expectedModal = title; }
 
-    std::unique_ptr<MainWindow> Window = std::make_unique<MainWindow>();
+    std::unique_ptr<MainWindow> Window;
     QTableWidget* Grid = nullptr;
 
 private:
     static void Fail(const QString& reason) { QTest::qFail(qPrintable(reason), __FILE__, 0); }
 
-    void CloseModalWindow() {
-        QWidget* const modal = QApplication::activeModalWidget();
-        if (!modal) return;
-        if (modal->windowTitle() != expectedModal) modals << modal->windowTitle();
-        modal->close();
-    }
-
+    QTemporaryDir folder;
     QTimer watchdog;
     QStringList messages;
     QStringList modals;
     QString expectedModal;
 };
-
-/// Equal to the last bit, or both not a number.
-inline bool SameNumber(double a, double b) {
-    return a == b || (std::isnan(a) && std::isnan(b));
-}
-
-inline bool SameElement(const CircuitElement& a, const CircuitElement& b) {
-    bool same = a.Type == b.Type;
-    for (int row = 0; row < 4; ++row)
-        same = same && SameNumber(a.Value(row), b.Value(row));
-    return same;
-}
-
-template <typename Numbers>
-bool SameNumbers(const Numbers& a, const Numbers& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameNumber);
-}
-
-inline bool SameResponse(const SweepResponse& a, const SweepResponse& b) {
-    return SameNumbers(a.TransferRe, b.TransferRe) && SameNumbers(a.TransferIm, b.TransferIm) &&
-           SameNumbers(a.ReflectionDb, b.ReflectionDb);
-}
-
-/// What a fresh calculation makes of the same boxes and choices.
-inline std::unique_ptr<Calculation> FreshFrom(const Calculation& state) {
-    auto fresh = std::make_unique<Calculation>();
-    fresh->Inputs = state.Inputs;
-    fresh->Design.PassType = state.Design.PassType;
-    fresh->Design.ResponseType = state.Design.ResponseType;
-    fresh->Design.FormCLC = state.Design.FormCLC;
-    fresh->Design.SweepType = state.Design.SweepType;
-    fresh->FixedSeed = state.WorstCase.Seed;
-    ReadInputs(fresh->Inputs, fresh->Design, nullptr);
-    Calculate(*fresh, nullptr, nullptr);
-    return fresh;
-}
-
-/// Where a state just calculated differs from a fresh calculation; empty if nowhere.
-inline QString DifferenceFromFresh(const Calculation& state) {
-    const auto fresh = FreshFrom(state);
-    const FilterDesign& a = state.Design;
-    const FilterDesign& b = fresh->Design;
-    QStringList found;
-    const auto require = [&](bool same, const char* what) {
-        if (!same) found << what;
-    };
-    require(a.NumElements == b.NumElements, "element count");
-    require(a.FormCLC == b.FormCLC && a.ResponseType == b.ResponseType, "form or response");
-    require(a.F0 == b.F0 && a.BandWidth == b.BandWidth, "F0 or bandwidth");
-    require(a.RSource == b.RSource && a.RLoad == b.RLoad, "terminations");
-    require(a.NumPoles == b.NumPoles && a.RippleDb == b.RippleDb, "poles or ripple");
-    require(a.EllipticAtten == b.EllipticAtten && a.TrapType == b.TrapType, "elliptic inputs");
-    require(SameNumbers(a.SweepFreqs, b.SweepFreqs), "sweep");
-    for (int slot = 0; slot < NumSlots; ++slot)
-        if (!SameElement(a.Elements[slot], b.Elements[slot])) found << QString("slot %1").arg(slot);
-    require(SameResponse(a.Response, b.Response), "response");
-    require(state.WorstCase.Runs == fresh->WorstCase.Runs, "worst-case runs");
-    require(SameNumbers(state.WorstCase.LowDb, fresh->WorstCase.LowDb), "worst-case extremes");
-    return found.join(", ");
-}
-
-/// Any warning of the toolkit fails the test, except QtTest's own about keys that nobody wanted and
-/// what the screenless platform and its few fonts cannot do.
-inline void FailOnToolkitWarnings() {
-    QTest::failOnWarning(
-        QRegularExpression("^(?!\\s*(Keyboard event not accepted|Mouse event occurs outside|"
-                           "OpenType support missing|This plugin does not support))"));
-}
-
-/// The main program of a window test: screenless unless told otherwise, in a folder of its own.
-template <typename Test>
-int RunWindowTest(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    InitResources();
-    QTemporaryDir folder;
-    QDir::setCurrent(folder.path());
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}
 
 }  // namespace ladderwise

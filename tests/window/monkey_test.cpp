@@ -2,7 +2,6 @@
 // end the design that a fresh calculation makes of the same boxes.
 //
 // LADDERWISE_MONKEY_EVENTS sets the number of events, LADDERWISE_MONKEY_SEED repeats a run.
-#include <QHeaderView>
 #include <QScrollBar>
 #include <random>
 
@@ -13,47 +12,34 @@ using namespace ladderwise;
 
 namespace {
 
-constexpr int DefaultEvents = 2000;
-constexpr int EventsBetweenChecks = 50;
+constexpr unsigned DefaultEvents = 2000;
+constexpr unsigned EventsBetweenChecks = 50;
+
+// clang-format off
+const char* const texts[] = {
+    "", "1", "50", "200", "0.5", "-3", "1e3", "1E-9", "1e308", "-1e308", "1e999", "nan", "inf", "abc", "1,5",
+    "1.5", " 7 ", "0x10", "1e", "+", "10", "3", "4", "9", "2", "25", "100", "33.3", "145.825", "0", "22p",
+    "4.7n", "1.0 uH", "1e-30", "1e47", "1e50", "50.0", "12E-12"};
+// clang-format on
 
 /// Does one random thing after another to a window.
 class Monkey {
 public:
     Monkey(WindowFixture& fixture, std::uint32_t seed) : f(fixture), random(seed) {
-        parts = f.Find<PartDefinitionsWindow>("PartDefinitionsWindow");
-        for (auto* const action : f.Window->findChildren<QAction*>())
-            if (!action->objectName().isEmpty() && action->objectName() != "AboutMenu")
-                actions << action;
-        boxes = f.Window->findChildren<NumberEdit*>();
-        for (auto* const button : f.Window->findChildren<QAbstractButton*>())
-            if (!button->objectName().isEmpty()) buttons << button;
+        const QRegularExpression named("^(?!qt_|AboutMenu).");
+        actions = f.Window->findChildren<QAction*>(named);
+        buttons = f.Window->findChildren<QAbstractButton*>(named);
     }
 
     /// Does something and tells what, for the log of a failed run.
     QString Act() {
-        switch (Below(13)) {
-            case 0:
-            case 1:
-                return ClickMenu();
-            case 2:
-            case 3:
-            case 4:
-                return ClickButton();
-            case 5:
-            case 6:
-                return TypeIntoBox();
-            case 7:
-            case 8:
-                return PressKey();
-            case 9:
-                return TurnWheel();
-            case 10:
-                return EditGrid();
-            case 11:
-                return UseGrid();
-            default:
-                return ChangeWindow();
-        }
+        const int choice = Below(13);
+        if (choice < 2) return ClickMenu();
+        if (choice < 5) return ClickButton();
+        if (choice < 8) return UseBox();
+        if (choice < 10) return PressKey();
+        if (choice < 12) return UseGrid();
+        return ChangeWindow();
     }
 
 private:
@@ -62,14 +48,9 @@ private:
     auto OneOf(const List& list) {
         return list[Below(static_cast<int>(std::size(list)))];
     }
+    Qt::KeyboardModifier Modifier() { return Below(4) ? Qt::NoModifier : Qt::ControlModifier; }
 
     QString RandomText() {
-        static const char* const texts[] = {
-            "",       "1",      "50",    "200",  "0.5",     "-3",    "1e3", "1E-9",
-            "1e308",  "-1e308", "1e999", "nan",  "inf",     "abc",   "1,5", "1.5",
-            " 7 ",    "0x10",   "1e",    "+",    "10",      "3",     "4",   "9",
-            "2",      "25",     "100",   "33.3", "145.825", "0",     "22p", "4.7n",
-            "1.0 uH", "1e-30",  "1e47",  "1e50", "50.0",    "12E-12"};
         if (Below(4)) return QString::fromLatin1(OneOf(texts));
         QString text;
         for (int length = Below(12); length > 0; --length)
@@ -80,35 +61,26 @@ private:
     /// As QTest::keyClicks, which knows no characters beyond ASCII.
     static void Type(QWidget* target, const QString& text) {
         for (const QChar letter : text)
-            if (letter.unicode() < 0x80)
-                QTest::keyClick(target, letter.toLatin1());
-            else
-                QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(letter), {});
-    }
-
-    Qt::KeyboardModifiers RandomModifiers() {
-        return Below(4) ? Qt::NoModifier : Qt::ControlModifier;
+            QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(letter), {});
     }
 
     QString ClickMenu() {
         QAction* const action = OneOf(actions);
-        if (!action->isEnabled() || !action->isVisible()) return "disabled entry";
         const bool exit = action->objectName() == "ExitMenu";
-        if (exit && Below(4)) return "no exit";
+        if (!action->isEnabled() || !action->isVisible() || (exit && Below(4))) return "no entry";
         action->trigger();
         if (exit) f.Window->show();
         return action->objectName();
     }
 
     QString ClickButton() {
-        QAbstractButton* const button = OneOf(buttons);
-        // Disabled and hidden ones too: the toolkit must keep them quiet.
+        QAbstractButton* const button = OneOf(buttons);  // disabled ones too: they must keep quiet
         if (button->isVisible())
-            QTest::mouseClick(button, Qt::LeftButton, RandomModifiers(), {8, button->height() / 2});
+            QTest::mouseClick(button, Qt::LeftButton, Modifier(), {8, button->height() / 2});
         return button->objectName();
     }
 
-    QString TypeIntoBox() {
+    QString UseBox() {
         NumberEdit* const box = OneOf(boxes);
         if (!box->isVisible() || !box->isEnabled()) return "hidden box";
         const bool runs = box->objectName() == "WorstCaseSimsBox";
@@ -117,51 +89,34 @@ private:
             box->window()->activateWindow();
             QTest::mouseClick(box, Qt::LeftButton);
         }
-        box->setFocus();
+        if (Below(4)) box->setFocus();
+        if (!Below(3)) {
+            f.Wheel(box, Below(7) - 3, Modifier());
+            return box->objectName() + " wheel";
+        }
         if (Below(3)) box->selectAll();
         Type(box, text);
-        static constexpr Qt::Key ends[] = {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Tab,
-                                           Qt::Key_Backtab, Qt::Key_unknown};
-        const Qt::Key end = OneOf(ends);
-        if (end != Qt::Key_unknown) QTest::keyClick(box, end);
-        return box->objectName() + " \"" + text + "\" " + QKeySequence(end).toString();
+        const int end = Below(5);  // none, Tab, Backtab, Return, Enter
+        const Qt::Key keys[] = {{}, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Return, Qt::Key_Enter};
+        if (end > 0) QTest::keyClick(box, keys[end]);
+        return QString("%1 \"%2\" end %3").arg(box->objectName(), text).arg(end);
     }
 
     QString PressKey() {
-        static constexpr Qt::Key keys[] = {
-            Qt::Key_F1,     Qt::Key_F2,    Qt::Key_F3,   Qt::Key_F4,        Qt::Key_F5,
-            Qt::Key_F6,     Qt::Key_F7,    Qt::Key_F8,   Qt::Key_Return,    Qt::Key_Tab,
-            Qt::Key_Up,     Qt::Key_Down,  Qt::Key_Left, Qt::Key_Right,     Qt::Key_Space,
-            Qt::Key_Escape, Qt::Key_Home,  Qt::Key_End,  Qt::Key_Backspace, Qt::Key_5,
-            Qt::Key_Delete, Qt::Key_Enter, Qt::Key_F9,   Qt::Key_Backtab};
-        const Qt::Key key = OneOf(keys);
-        QWidget* target = QApplication::focusWidget();
-        if (!target) target = f.Window.get();
-        const QString name = target->objectName();
-        QTest::keyClick(target, key, RandomModifiers());
-        return name + " key " + QKeySequence(key).toString();
+        // Escape to Delete, Home to Page Down, F1 to F9
+        const int codes[] = {Qt::Key_Escape + Below(8), Qt::Key_Home + Below(8),
+                             Qt::Key_F1 + Below(9), Below(2) ? Qt::Key_5 : Qt::Key_Space};
+        const auto key = static_cast<Qt::Key>(OneOf(codes));
+        QWidget* const focus = QApplication::focusWidget();
+        QTest::keyClick(focus ? focus : f.Window.get(), key, Modifier());
+        return "key " + QKeySequence(key).toString();
     }
 
-    QString TurnWheel() {
-        NumberEdit* const box = OneOf(boxes);
-        if (Below(2)) box->setFocus();
-        const int notches = Below(7) - 3;
-        if (box->isVisible()) WindowFixture::Wheel(box, notches, RandomModifiers());
-        return QString("%1 wheel %2").arg(box->objectName()).arg(notches);
-    }
-
-    QPoint RandomCell() {
-        const int row = Below(f.Grid->rowCount());
-        const int column = Below(f.Grid->columnCount());
-        return f.Grid->visualItemRect(f.Grid->item(row, column)).center();
-    }
-
-    QString EditGrid() {
-        const QPoint at = RandomCell();
-        QTest::mouseClick(f.Grid->viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(f.Grid->viewport(), Qt::LeftButton, {}, at);
-        auto* const editor = f.Grid->viewport()->findChild<QLineEdit*>();
-        if (!editor) return "cell without editor";
+    QString UseGrid() {
+        auto* const bar = f.Find<QScrollBar>("StripScrollBar");
+        if (!Below(4)) bar->setValue(Below(bar->maximum() + 1));
+        QLineEdit* const editor = f.OpenCell(Below(4), Below(f.Grid->columnCount()));
+        if (!editor || !Below(4)) return "cell";
         const QString text = RandomText();
         editor->selectAll();
         Type(editor, text);
@@ -169,45 +124,23 @@ private:
         return "cell \"" + text + "\"";
     }
 
-    QString UseGrid() {
-        if (Below(2)) {
-            QTest::mouseClick(f.Grid->viewport(), Qt::LeftButton, {}, RandomCell());
-            return "cell click";
-        }
-        auto* const bar = f.Find<QScrollBar>("StripScrollBar");
-        bar->setValue(Below(bar->maximum() + 1));
-        return "scroll";
-    }
-
     QString ChangeWindow() {
-        switch (Below(4)) {
-            case 0:
-                f.Window->resize(1 + Below(2000), 1 + Below(1400));
-                return "resize";
-            case 1:
-                (Below(2) ? static_cast<QWidget*>(parts) : f.Window.get())->activateWindow();
-                return "activate";
-            case 2:
-                parts->close();
-                return "close the parts window";
-            default:
-                QTest::mouseClick(f.Find("BitMap"), Qt::LeftButton, {},
-                                  {Below(f.Find("BitMap")->width()), 400});
-                return "click on the plot";
-        }
+        const int choice = Below(4);
+        if (choice == 0) f.Window->resize(1 + Below(2000), 1 + Below(1400));
+        if (choice == 1) OneOf(QList<QWidget*>{parts, f.Window.get()})->activateWindow();
+        if (choice == 2) parts->close();
+        const QPoint at(Below(f.Find("BitMap")->width()), 400);
+        if (choice == 3) QTest::mouseClick(f.Find("BitMap"), Qt::LeftButton, {}, at);
+        return QStringList{"resize", "activate", "close the parts window", "plot"}[choice];
     }
 
     WindowFixture& f;
     std::mt19937 random;
-    PartDefinitionsWindow* parts;
+    PartDefinitionsWindow* parts = f.Find<PartDefinitionsWindow>("PartDefinitionsWindow");
+    QList<NumberEdit*> boxes = f.Window->findChildren<NumberEdit*>();
     QList<QAction*> actions;
-    QList<NumberEdit*> boxes;
     QList<QAbstractButton*> buttons;
 };
-
-int Setting(const char* name, int fallback) {
-    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariableIntValue(name) : fallback;
-}
 
 }  // namespace
 
@@ -215,49 +148,39 @@ class MonkeyTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { FailOnToolkitWarnings(); }
-
     void SurvivesAndStaysConsistent() {
-        const int events = Setting("LADDERWISE_MONKEY_EVENTS", DefaultEvents);
-        const int seed =
-            Setting("LADDERWISE_MONKEY_SEED", static_cast<int>(std::random_device{}()));
-        qInfo("LADDERWISE_MONKEY_EVENTS=%d LADDERWISE_MONKEY_SEED=%d", events, seed);
+        const auto setting = [](const char* name, unsigned fallback) {
+            return qEnvironmentVariable(name, QString::number(fallback)).toUInt();
+        };
+        const unsigned events = setting("LADDERWISE_MONKEY_EVENTS", DefaultEvents);
+        const unsigned seed = setting("LADDERWISE_MONKEY_SEED", std::random_device{}());
+        qInfo("LADDERWISE_MONKEY_EVENTS=%u LADDERWISE_MONKEY_SEED=%u", events, seed);
         WindowFixture f;
-        Monkey monkey(f, static_cast<std::uint32_t>(seed));
-        for (int i = 1; i <= events; ++i) {
-            const QString did = monkey.Act();
-            log << did;
-            if (log.size() > 20) log.removeFirst();
-            if (qEnvironmentVariableIsSet("LADDERWISE_MONKEY_LOG")) qInfo("%s", qPrintable(did));
+        Monkey monkey(f, seed);
+        QStringList log;
+        for (unsigned i = 1; i <= events && !QTest::currentTestFailed(); ++i) {
+            log << monkey.Act();
             WindowFixture::Settle();
             f.TakeMessages();
-            QVERIFY(!QTest::currentTestFailed());
             if (i % EventsBetweenChecks == 0 || i == events) CheckState(f);
-            if (QTest::currentTestFailed()) return Tell(i);
         }
+        if (QTest::currentTestFailed())
+            qInfo("failed at event %d: %s", int(log.size()),
+                  qPrintable(log.mid(log.size() - 20).join("; ")));
     }
 
 private:
-    void CheckState(WindowFixture& f) {
+    static void CheckState(WindowFixture& f) {
         f.Window->CalcButtonClick();
         f.TakeMessages();
-        QCOMPARE(DifferenceFromFresh(f.State()), QString());
+        QCOMPARE(f.Difference(), QString());
         for (const auto* const box : f.Window->findChildren<NumberEdit*>())
             QVERIFY2(!box->text().isEmpty(), qPrintable(box->objectName()));
-        const QImage picture = f.Find("BitMap")->grab().toImage();
-        QVERIFY(!picture.isNull() && picture.size() == f.Find("BitMap")->size());
+        QCOMPARE(f.Find("BitMap")->grab().toImage().size(), f.Find("BitMap")->size());
         QCOMPARE(f.Grid->columnCount(), f.Design().NumElements + 1);
         QVERIFY(!f.Status().isEmpty());
     }
-
-    void Tell(int events) {
-        qInfo("failed at event %d; the last ones:\n  %s", events, qPrintable(log.join("\n  ")));
-    }
-
-    QStringList log;
 };
 
-int main(int argc, char** argv) {
-    return RunWindowTest<MonkeyTest>(argc, argv);
-}
+QTEST_MAIN(MonkeyTest)
 #include "monkey_test.moc"

@@ -4,13 +4,14 @@
 #include <QButtonGroup>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
+
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QSvgRenderer>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
@@ -72,11 +73,13 @@ PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs,
     : QDialog(parent, Qt::Tool), inputs(inputs), recalculate(std::move(recalculate)) {
     setObjectName("PartDefinitionsWindow");
     setWindowTitle("L and C Model Definitions");
-    auto* const column = new QVBoxLayout(this);
-    column->addWidget(BuildInductorGroup());
-    column->addWidget(BuildCapacitorGroup());
-    column->addWidget(BuildToleranceGroup());
-    column->addWidget(BuildButtons());
+    auto* const grid = new QGridLayout(this);
+    grid->addWidget(BuildInductorGroup(), 0, 0);
+    grid->addWidget(BuildCapacitorGroup(), 0, 1);
+    grid->addWidget(BuildToleranceGroup(), 1, 0);
+    grid->addWidget(BuildButtons(), 1, 1, Qt::AlignRight | Qt::AlignBottom);
+    // Exactly as large as its wrapped texts need: adjustSize() stops at two thirds of the screen.
+    grid->setSizeConstraint(QLayout::SetFixedSize);
     // As in the main window: a click must not have a box read twice.
     for (auto* const button : findChildren<QAbstractButton*>())
         button->setFocusPolicy(Qt::TabFocus);
@@ -233,7 +236,7 @@ void PartDefinitionsWindow::ShowInputs() {
 }
 
 void PartDefinitionsWindow::ShowBesideOwner() {
-    adjustSize();
+    layout()->activate();
     const QWidget* const window = parentWidget()->window();
     const QRect owner = window->frameGeometry();
     const QRect screen = parentWidget()->screen()->availableGeometry();

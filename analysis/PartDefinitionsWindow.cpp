@@ -98,8 +98,8 @@ NumberEdit* PartDefinitionsWindow::AddBox(QWidget* parent, const char* name,
 QWidget* PartDefinitionsWindow::BuildInductorGroup() {
     auto* const group = new QGroupBox("Inductors", this);
     auto* const grid = new QGridLayout(group);
-    grid->addWidget(new ModelPicture(":/models/inductor-model.svg", "InductorPicture", group), 0, 3,
-                    3, 1);
+    grid->addWidget(new ModelPicture(":/models/inductor-model.svg", "InductorPicture", group), 2, 0,
+                    1, 4, Qt::AlignHCenter);
     PlaceRow(grid, 0, "&Q at F0",
              AddBox(group, "IndQBox", &DesignInputs::IndQBox,
                     BoundsTip(IndQLimits(), "Unloaded Q at F0", "")),
@@ -119,8 +119,8 @@ QWidget* PartDefinitionsWindow::BuildInductorGroup() {
 QWidget* PartDefinitionsWindow::BuildCapacitorGroup() {
     auto* const group = new QGroupBox("Capacitors", this);
     auto* const grid = new QGridLayout(group);
-    grid->addWidget(new ModelPicture(":/models/capacitor-model.svg", "CapacitorPicture", group), 0,
-                    3, 3, 1);
+    grid->addWidget(new ModelPicture(":/models/capacitor-model.svg", "CapacitorPicture", group), 2,
+                    0, 1, 4, Qt::AlignHCenter);
     PlaceRow(grid, 0, "Series &R",
              AddBox(group, "CapRBox", &DesignInputs::CapRBox,
                     BoundsTip(CapRLimits(), "Series resistance", "ohm")),

@@ -1,6 +1,10 @@
 // De-embedding, preferred numbers and worst-case draws.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cmath>
+#include <random>
+
 #include "analysis/PartValues.h"
 #include "tests/numeric/support.h"
 
@@ -75,6 +79,19 @@ TEST(PartValues, SnappingAtTheEdges) {
                 EXPECT_GE(SnapValue(model, kind, extreme), 0);
         }
     EXPECT_EQ(ToleranceText({}), "C 5%    L 10%");
+}
+
+// Chi-square over the 201 steps: 200 degrees of freedom, so mean 200 and deviation 20.
+TEST(PartValues, DrawsAreUniform) {
+    constexpr int Draws = 100000, Steps = 201;
+    std::mt19937 generator(1);
+    std::array<int, Steps> counts{};
+    for (int draw = 0; draw < Draws; ++draw)
+        ++counts.at(static_cast<std::size_t>(DrawToleranceStep(generator) + 100));
+    double chiSquare = 0.0;
+    for (const int count : counts)
+        chiSquare += std::pow(count - double(Draws) / Steps, 2) / (double(Draws) / Steps);
+    EXPECT_NEAR(chiSquare, 200.0, 5 * 20.0);
 }
 
 // Each draw is one of 201 steps, -100 .. 100 per cent of the tolerance.

@@ -160,7 +160,7 @@ QWidget* PartDefinitionsWindow::BuildToleranceColumn(const char* title, const ch
         button->setToolTip(QString("Tolerance and standard series of %1 %").arg(value));
         group->addButton(button);
         layout->addWidget(button);
-        connect(button, &QRadioButton::clicked, this, &PartDefinitionsWindow::PercentClick);
+        connect(button, &QRadioButton::clicked, this, &PartDefinitionsWindow::Recalculate);
         tolerances.push_back({button, percent, value});
     }
     layout->addStretch(1);
@@ -212,14 +212,9 @@ void PartDefinitionsWindow::Recalculate() {
     recalculate();
 }
 
-void PartDefinitionsWindow::PercentClick() {
-    StoreInputs();
-    recalculate();
-}
-
 void PartDefinitionsWindow::StoreInputs() {
     for (const BoundBox& bound : boxes)
-        (inputs.*bound.Box).Text = bound.Edit->text().toStdString();
+        (inputs.*bound.Box).Text = bound.Edit->TakeText();
     for (const BoundTolerance& bound : tolerances)
         if (bound.Button->isChecked()) inputs.*bound.Percent = bound.Value;
 }

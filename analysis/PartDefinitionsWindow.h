@@ -52,7 +52,6 @@ private:
     NumberEdit* AddBox(QWidget* parent, const char* name, NumberBox DesignInputs::*box,
                        const QString& tip);
     void Recalculate();
-    void PercentClick();
 
     DesignInputs& inputs;
     std::function<void()> recalculate;

@@ -201,12 +201,15 @@ void MainWindow::StepBox(const BoundBox& bound, bool up) {
     const bool ctrl = QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
     const SpinStep step{up ? SpinDirection::Up : SpinDirection::Down, ctrl};
     bound.Handler(calculation.Inputs, calculation.Design, step, report);
-    ShowInputs();
-    CalcButtonClick();
+    Recalculate();
 }
 
 void MainWindow::CalcButtonClick() {
     StoreInputs();
+    Recalculate();
+}
+
+void MainWindow::Recalculate() {
     ReadInputs(calculation.Inputs, calculation.Design, report);
     Calculate(calculation, report, [this](int run) { PlotRun(run); });
     ShowInputs();
@@ -216,9 +219,8 @@ void MainWindow::CalcButtonClick() {
 void MainWindow::FilterMenuClick(const QObject* sender) {
     StoreInputs();
     if (sender) ApplySender(sender);
-    ShowInputs();
     SetControlStates();
-    CalcButtonClick();
+    Recalculate();
 }
 
 void MainWindow::ApplySender(const QObject* sender) {

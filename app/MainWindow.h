@@ -37,7 +37,7 @@ public:
 
     const Calculation& State() const { return calculation; }
 
-    /// The whole pipeline: every user action ends here.
+    /// Takes what stands in the controls and recalculates.
     void CalcButtonClick();
 
     /// One handler for all menu entries, radio buttons and check boxes. No sender: control states
@@ -74,6 +74,7 @@ private:
     void BuildStatusLine();
     void ConnectPanel();
     void ConnectMenus();
+    void Recalculate();  ///< the whole pipeline: every user action ends here
     void StepBox(const BoundBox& bound, bool up);
     void ApplySender(const QObject* sender);
     void ApplyMenuEntry(const MenuEntry& entry);
@@ -95,6 +96,7 @@ private:
     void PlotRun(int run);
     void ShowProgress(int run);
     void LayOutClient();
+    void SizePlot();
     void ResizePlot();
     void PlaceGroupDelayControls();
     void ShowValueGrid();

@@ -39,7 +39,7 @@ void MainWindow::showEvent(QShowEvent* event) {
     started = true;
     // A screen of another density needs a picture of another density.
     connect(windowHandle(), &QWindow::screenChanged, this, [this] { ResizePlot(); });
-    ResizePlot();
+    SizePlot();
     FilterMenuClick(nullptr);
 }
 
@@ -76,9 +76,8 @@ void MainWindow::FormKeyDown(FormKey key) {
         case KeyOutcome::Analyse:
             return AnalyseAsItStands();
         case KeyOutcome::FullCalculate:
-            ShowInputs();  // first: a box that is disabled with an unread text would ask to be read
             SetControlStates();
-            return CalcButtonClick();
+            return Recalculate();
     }
 }
 

@@ -70,10 +70,14 @@ void MainWindow::ShowProgress(int run) {
     }
 }
 
-void MainWindow::ResizePlot() {
+void MainWindow::SizePlot() {
     plot.SetFont(panel->findChild<QLabel*>("FontLabel")->font());
     plot.Resize(client->width(), client->height(), devicePixelRatioF());
     bitMap->setGeometry(0, 0, client->width(), client->height());
+}
+
+void MainWindow::ResizePlot() {
+    SizePlot();
     RepeatAnalysis(calculation, report, [this](int run) { PlotRun(run); });
 }
 

@@ -54,7 +54,7 @@ bool IsChecked(const MenuEntry& entry, const Calculation& calculation) {
 void MainWindow::StoreInputs() {
     DesignInputs& inputs = calculation.Inputs;
     for (const BoundBox& bound : boxes)
-        (inputs.*bound.Box).Text = bound.Edit->text().toStdString();
+        (inputs.*bound.Box).Text = bound.Edit->TakeText();
     for (const BoundSwitch& bound : switches)
         *bound.Value = bound.Button->isChecked();
     inputs.Parts = panel->IdealPartsButton->isChecked()  ? PartChoice::IdealParts

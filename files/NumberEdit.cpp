@@ -34,6 +34,11 @@ NumberEdit::NumberEdit(const QString& name, QWidget* parent) : QLineEdit(parent)
     connect(this, &QLineEdit::returnPressed, this, &NumberEdit::CalculationRequested);
 }
 
+std::string NumberEdit::TakeText() {
+    setModified(false);
+    return text().toStdString();
+}
+
 void NumberEdit::Show(const NumberBox& box) {
     const QSignalBlocker blocker(this);
     const QString shown = QString::fromStdString(box.Text);

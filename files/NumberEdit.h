@@ -3,6 +3,7 @@
 
 #include <QLineEdit>
 #include <QWidget>
+#include <string>
 
 #include "files/NumberBox.h"
 
@@ -15,6 +16,10 @@ class NumberEdit : public QLineEdit {
 
 public:
     explicit NumberEdit(const QString& name, QWidget* parent = nullptr);
+
+    /// The text, which counts as read from now on: losing the focus asks for nothing until the user
+    /// changes it again.
+    std::string TakeText();
 
     /// Shows a box's text and colour without any signal. A text that is the same is left alone, so
     /// that the cursor stays where the user put it.

@@ -99,7 +99,7 @@ private:
         const int end = Below(5);  // none, Tab, Backtab, Return, Enter
         const Qt::Key keys[] = {{}, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Return, Qt::Key_Enter};
         if (end > 0) QTest::keyClick(box, keys[end]);
-        return QString("%1 \"%2\" end %3").arg(box->objectName(), text).arg(end);
+        return QString("%1 \"%2\" end %3").arg(box->objectName(), text, QString::number(end));
     }
 
     QString PressKey() {

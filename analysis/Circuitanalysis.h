@@ -8,8 +8,8 @@
 
 #include "analysis/LadderKernel.h"
 #include "analysis/SweepTables.h"
-#include "app/design/FilterDesign.h"
-#include "app/design/Messages.h"
+#include "design/FilterDesign.h"
+#include "design/Messages.h"
 
 namespace ladderwise {
 

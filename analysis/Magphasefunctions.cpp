@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-#include "files/Formatfunctions.h"
+#include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 namespace {

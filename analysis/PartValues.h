@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 
 namespace ladderwise {
 

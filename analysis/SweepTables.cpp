@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "analysis/LadderKernel.h"
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 
 namespace ladderwise {
 namespace {

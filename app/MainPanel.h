@@ -8,7 +8,7 @@
 #include <QRadioButton>
 #include <QWidget>
 
-#include "files/NumberEdit.h"
+#include "windows/NumberEdit.h"
 
 class QGridLayout;
 class QLayout;

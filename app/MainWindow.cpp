@@ -15,8 +15,9 @@
 #include <QStatusBar>
 #include <QTableWidget>
 
-#include "analysis/PartDefinitionsWindow.h"
 #include "app/BitMapView.h"
+#include "windows/ElidedLabel.h"
+#include "windows/PartDefinitionsWindow.h"
 
 namespace ladderwise {
 

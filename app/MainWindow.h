@@ -8,11 +8,11 @@
 
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
-#include "app/pipeline/Choices.h"
-#include "app/pipeline/Keystrokes.h"
-#include "app/pipeline/PlotQuantities.h"
-#include "app/pipeline/Updownfunctions.h"
 #include "display/Plot.h"
+#include "pipeline/Choices.h"
+#include "pipeline/Keystrokes.h"
+#include "pipeline/PlotQuantities.h"
+#include "pipeline/Updownfunctions.h"
 
 class QMenu;
 class QProgressBar;

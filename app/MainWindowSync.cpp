@@ -1,14 +1,15 @@
 // The main window: from its controls to the inputs and back, control states, tool tips, status.
 #include <QTableWidget>
 
-#include "analysis/PartDefinitionsWindow.h"
 #include "analysis/PartValues.h"
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
-#include "app/pipeline/Notes.h"
 #include "display/PlotFrame.h"
-#include "files/CheckedNames.h"
-#include "files/Formatfunctions.h"
+#include "numbers/Formatfunctions.h"
+#include "pipeline/Notes.h"
+#include "windows/CheckedNames.h"
+#include "windows/ElidedLabel.h"
+#include "windows/PartDefinitionsWindow.h"
 
 namespace ladderwise {
 

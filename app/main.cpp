@@ -4,7 +4,7 @@
 #include <QLocale>
 
 #include "app/MainWindow.h"
-#include "files/Formatfunctions.h"
+#include "numbers/Formatfunctions.h"
 #include "resources/Resources.h"
 
 int main(int argc, char** argv) {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "app/pipeline/NamedSettings.h"
+#include "pipeline/NamedSettings.h"
 
 namespace ladderwise {
 

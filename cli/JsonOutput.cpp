@@ -7,8 +7,8 @@
 #include <cmath>
 #include <span>
 
-#include "app/pipeline/NamedSettings.h"
-#include "app/pipeline/Notes.h"
+#include "pipeline/NamedSettings.h"
+#include "pipeline/Notes.h"
 
 namespace ladderwise {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "analysis/Magphasefunctions.h"
-#include "app/pipeline/Calculation.h"
+#include "pipeline/Calculation.h"
 
 namespace ladderwise {
 

@@ -1,9 +1,9 @@
 // The part table as text.
 #include "cli/TableOutput.h"
 
-#include "app/pipeline/Notes.h"
 #include "display/PlotFrame.h"
-#include "files/Formatfunctions.h"
+#include "numbers/Formatfunctions.h"
+#include "pipeline/Notes.h"
 
 namespace ladderwise {
 

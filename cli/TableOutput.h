@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "app/pipeline/Calculation.h"
+#include "pipeline/Calculation.h"
 
 namespace ladderwise {
 

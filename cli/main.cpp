@@ -8,15 +8,15 @@
 #include <string>
 #include <vector>
 
-#include "app/pipeline/NamedSettings.h"
-#include "app/pipeline/Notes.h"
-#include "app/pipeline/PlotQuantities.h"
 #include "cli/Arguments.h"
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
 #include "display/PlotExport.h"
 #include "display/TraceSource.h"
-#include "files/Formatfunctions.h"
+#include "numbers/Formatfunctions.h"
+#include "pipeline/NamedSettings.h"
+#include "pipeline/Notes.h"
+#include "pipeline/PlotQuantities.h"
 #include "resources/Resources.h"
 
 using namespace ladderwise;

@@ -6,7 +6,7 @@
 #include <QImage>
 
 #include "display/PlotPainter.h"
-#include "display/TraceChoices.h"
+#include "display/TraceKinds.h"
 
 namespace ladderwise {
 

@@ -7,8 +7,8 @@
 #include <QString>
 #include <vector>
 
-#include "app/design/FilterDesign.h"
-#include "display/TraceChoices.h"
+#include "design/FilterDesign.h"
+#include "display/TraceKinds.h"
 
 class QPainter;
 

@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "display/TraceMap.h"
-#include "files/Formatfunctions.h"
-#include "files/UtilityFunctions.h"
+#include "numbers/Formatfunctions.h"
+#include "numbers/UtilityFunctions.h"
 
 namespace ladderwise {
 

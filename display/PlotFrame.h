@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 #include "display/PlotLayout.h"
 
 namespace ladderwise {

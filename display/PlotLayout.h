@@ -2,7 +2,7 @@
 // top left of the client area. Plain structs, no Qt.
 #pragma once
 
-#include "display/TraceChoices.h"
+#include "display/TraceKinds.h"
 
 namespace ladderwise {
 

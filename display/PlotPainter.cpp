@@ -8,7 +8,7 @@
 #include <QPen>
 #include <QPolygon>
 
-#include "app/pipeline/Notes.h"
+#include "design/ChoiceNames.h"
 #include "resources/Resources.h"
 
 namespace ladderwise {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 #include "display/PlotLayout.h"
 
 namespace ladderwise {

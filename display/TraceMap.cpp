@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "files/UtilityFunctions.h"
+#include "numbers/UtilityFunctions.h"
 
 namespace ladderwise {
 

@@ -5,7 +5,7 @@
 #include <array>
 #include <span>
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 #include "display/PlotLayout.h"
 
 namespace ladderwise {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "analysis/Magphasefunctions.h"
-#include "display/TraceChoices.h"
+#include "display/TraceKinds.h"
 
 namespace ladderwise {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "files/Formatfunctions.h"
+#include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 
 namespace ladderwise {
 

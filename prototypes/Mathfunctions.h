@@ -3,7 +3,7 @@
 // McGraw-Hill 1962.
 #pragma once
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 
 namespace ladderwise {
 

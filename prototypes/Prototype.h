@@ -1,8 +1,8 @@
 // From the response family to the normalised ladder: picks the prototype and fills the slots.
 #pragma once
 
-#include "app/design/FilterDesign.h"
-#include "app/design/Messages.h"
+#include "design/FilterDesign.h"
+#include "design/Messages.h"
 
 namespace ladderwise {
 

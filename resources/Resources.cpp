@@ -3,8 +3,6 @@
 
 #include <QtGlobal>
 
-#include "resources/schematics/SchematicPainter.h"
-
 // Q_INIT_RESOURCE declares a global function, so it has to stand outside the namespace.
 static void InitCompiledResources() {
     Q_INIT_RESOURCE(resources);
@@ -17,7 +15,8 @@ void InitResources() {
 }
 
 QString SchematicPath(ElementType type) {
-    return QStringLiteral(":/schematics/") + SchematicName(type) + QStringLiteral(".bmp");
+    return QStringLiteral(":/schematics/") + QString::fromStdString(PictureName(type)) +
+           QStringLiteral(".bmp");
 }
 
 }  // namespace ladderwise

@@ -4,7 +4,7 @@
 
 #include <QString>
 
-#include "app/design/ElementCatalogue.h"
+#include "design/ElementCatalogue.h"
 
 namespace ladderwise {
 

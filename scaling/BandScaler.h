@@ -2,7 +2,7 @@
 // resonator a section of two, in one of the four trap forms.
 #pragma once
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 
 namespace ladderwise {
 

@@ -1,7 +1,7 @@
 // Low-pass and high-pass scaling: the normalised ladder becomes henries and farads in place.
 #pragma once
 
-#include "app/design/FilterDesign.h"
+#include "design/FilterDesign.h"
 
 namespace ladderwise {
 

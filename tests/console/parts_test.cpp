@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "app/pipeline/NamedSettings.h"
-#include "app/pipeline/PlotQuantities.h"
 #include "cli/Arguments.h"
 #include "cli/JsonOutput.h"
+#include "pipeline/NamedSettings.h"
+#include "pipeline/PlotQuantities.h"
 
 namespace ladderwise {
 namespace {

@@ -6,8 +6,8 @@
 #include <complex>
 #include <vector>
 
-#include "app/pipeline/Calculation.h"
-#include "display/TraceChoices.h"
+#include "display/TraceKinds.h"
+#include "pipeline/Calculation.h"
 
 namespace ladderwise {
 

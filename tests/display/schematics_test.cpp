@@ -8,9 +8,9 @@
 #include <cstdlib>
 
 #include "analysis/Circuitanalysis.h"
+#include "display/SchematicNetworks.h"
+#include "display/SchematicPainter.h"
 #include "resources/Resources.h"
-#include "resources/schematics/SchematicNetworks.h"
-#include "resources/schematics/SchematicPainter.h"
 
 namespace ladderwise {
 namespace {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <optional>
 
-#include "app/pipeline/Keystrokes.h"
+#include "pipeline/Keystrokes.h"
 #include "tests/numeric/support.h"
 
 namespace ladderwise {

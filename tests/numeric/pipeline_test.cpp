@@ -7,11 +7,11 @@
 #include <set>
 
 #include "analysis/Magphasefunctions.h"
-#include "app/pipeline/Choices.h"
-#include "app/pipeline/NamedSettings.h"
-#include "app/pipeline/Notes.h"
-#include "app/pipeline/PlotQuantities.h"
-#include "app/pipeline/Updownfunctions.h"
+#include "pipeline/Choices.h"
+#include "pipeline/NamedSettings.h"
+#include "pipeline/Notes.h"
+#include "pipeline/PlotQuantities.h"
+#include "pipeline/Updownfunctions.h"
 #include "tests/numeric/support.h"
 
 namespace ladderwise {

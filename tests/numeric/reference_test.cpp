@@ -10,8 +10,8 @@
 #include <sstream>
 
 #include "analysis/PartValues.h"
-#include "app/pipeline/NamedSettings.h"
-#include "app/pipeline/PlotQuantities.h"
+#include "pipeline/NamedSettings.h"
+#include "pipeline/PlotQuantities.h"
 #include "scaling/BandScaler.h"
 #include "tests/numeric/support.h"
 

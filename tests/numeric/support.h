@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "analysis/Circuitanalysis.h"
-#include "files/Formatfunctions.h"
+#include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 

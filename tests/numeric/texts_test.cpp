@@ -5,8 +5,8 @@
 #include <bit>
 #include <optional>
 
-#include "files/NumberBox.h"
-#include "files/UtilityFunctions.h"
+#include "numbers/NumberBox.h"
+#include "numbers/UtilityFunctions.h"
 #include "tests/numeric/support.h"
 
 namespace ladderwise {

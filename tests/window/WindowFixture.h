@@ -15,8 +15,9 @@
 
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
-#include "app/pipeline/NamedSettings.h"
+#include "pipeline/NamedSettings.h"
 #include "resources/Resources.h"
+#include "windows/ElidedLabel.h"
 
 namespace ladderwise {
 

@@ -5,8 +5,8 @@
 #include <QScrollBar>
 #include <random>
 
-#include "analysis/PartDefinitionsWindow.h"
 #include "tests/window/WindowFixture.h"
+#include "windows/PartDefinitionsWindow.h"
 
 using namespace ladderwise;
 

@@ -1,0 +1,169 @@
+// The design state: every choice and number that defines the filter, the ladder computed from it
+// and the sweep of that ladder. Ground floor, no Qt. Every computation is a plain function over it.
+//
+// Units inside are SI: hertz, henries, farads, ohms, seconds. Levels and attenuations are in dB,
+// line lengths in degrees at F0. Ladder slots, g-values and poles count from 1; sweep points from
+// 0.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "design/ElementCatalogue.h"
+
+namespace ladderwise {
+
+/// What kind of filter is designed. The numbers stand in design files.
+enum class PassType : int {
+    LowPass = 0,
+    HighPass = 1,
+    BandPassCanonical = 2,
+    Notch = 3,
+    DirectCoupled = 4,
+    Norton = 5,
+};
+
+/// Response family. The numbers stand in design files; 12 is not in use and falls back to
+/// Butterworth.
+enum class ResponseType : int {
+    Butterworth = 0,
+    Chebyshev = 1,
+    BesselFreq = 2,
+    BesselDelay = 3,
+    Papoulis = 4,
+    Gauss = 5,
+    LinearChebyshev = 6,
+    EllipticA = 7,
+    EllipticB = 8,
+    EllipticC = 9,
+    EllipticD = 10,
+    EllipticE = 11,
+    CoefficientsFile = 13,
+};
+
+/// True for the families that are built of traps (codes 7 to 11).
+constexpr bool IsElliptic(ResponseType response) {
+    return response >= ResponseType::EllipticA && response <= ResponseType::EllipticE;
+}
+
+/// How the sweep spans F0. The numbers stand in design files.
+enum class SweepType : int {
+    Linear = 0,
+    OneOctave = 1,
+    TwoOctaves = 2,
+    ThreeOctaves = 3,
+    OneDecade = 4,
+    TwoDecades = 5,
+};
+
+/// Which part models the analysis uses.
+enum class PartChoice : int { IdealParts = 0, RealParts = 1, DeEmbed = 2 };
+
+inline constexpr double TwoPi = 6.283185307179586;
+inline constexpr double TwoPiSquared = 39.47841760435743;    ///< (2 pi)^2
+inline constexpr double OneOverTwoPi = 0.15915494309189535;  ///< 1 / (2 pi)
+
+/// Value of a slot position that no stage has written. Large enough to be no part.
+inline constexpr double UnusedValue = 1e50;
+/// Any value above this is not in use: it shows as "Not Used" and is exported as nothing.
+inline constexpr double NotUsedLimit = 1e47;
+/// Part values below this (or NaN) are raised to it before use, so that no zero is divided by.
+inline constexpr double SmallestPartValue = 1e-18;
+/// The level of zero power, dB.
+inline constexpr double ZeroPowerDb = -1000.0;
+/// A phase or group-delay point that is not to be drawn; compared for exact equality.
+inline constexpr double BlankMarker = -1.123456e-9;
+
+inline constexpr int NumSlots = 32;          ///< ElementList slots; slot 0 is never used
+inline constexpr int NumGValues = 33;        ///< G[0 .. 32]
+inline constexpr int NumSweepPoints = 1024;  ///< points of the SweepGrid
+inline constexpr int MaxPoles = 10;
+inline constexpr int MaxCoefficients = 12;  ///< values in one row of a coefficients file
+
+/// One ladder slot: a type and four values, whose meaning InfoOf(Type).Values tells.
+struct CircuitElement {
+    ElementType Type = ElementType::errorBitMap;
+    double V1 = UnusedValue;  ///< inductance (H) or line length (degrees at F0)
+    double V2 = UnusedValue;  ///< capacitance (F) or line impedance (ohm)
+    double V3 = UnusedValue;  ///< second inductance or second line length
+    double V4 = UnusedValue;  ///< second capacitance or second line impedance
+
+    /// Value by row, 0 .. 3 for V1 .. V4, as the value grid counts its rows.
+    double& Value(int row) { return row == 0 ? V1 : row == 1 ? V2 : row == 2 ? V3 : V4; }
+    double Value(int row) const { return row == 0 ? V1 : row == 1 ? V2 : row == 2 ? V3 : V4; }
+};
+
+using ElementList = std::array<CircuitElement, NumSlots>;
+
+/// Parasitics, tolerances and Monte Carlo settings; the same for every inductor and every
+/// capacitor.
+struct PartModel {
+    double IndQ = 30.0;     ///< unloaded Q of every inductor at F0
+    double IndC = 0.5e-12;  ///< capacitance in parallel with every inductor, F
+    double CapR = 0.1;      ///< resistance in series with every capacitor, ohm
+    double CapL = 0.5e-9;   ///< inductance in series with every capacitor, H
+    PartChoice Choice = PartChoice::IdealParts;
+    double CapTolerance = 0.05;  ///< fraction
+    double IndTolerance = 0.1;   ///< fraction
+    int CapSeriesStep = 4;       ///< stride through the standard-value table for capacitors
+    int IndSeriesStep = 8;       ///< stride through the standard-value table for inductors
+    int MonteCarloRuns = 100;    ///< 1 .. 1000
+};
+
+/// The sweep of the ladder: one entry per sweep point, overwritten by every analysis.
+struct SweepResponse {
+    std::array<double, NumSweepPoints> TransferRe{};    ///< Re H, H = 1 for a lossless match
+    std::array<double, NumSweepPoints> TransferIm{};    ///< Im H
+    std::array<double, NumSweepPoints> ReflectionDb{};  ///< 10 log10 |Gamma|^2 at the input, dB
+};
+
+/// Why a ladder is empty although the inputs are in order: the stage that would fill it.
+enum class MissingStage { None, EllipticPrototype, DirectCoupledSynthesis, NortonTransform };
+
+/// What a calculation did beyond what was asked, for the looks of boxes and the status line.
+struct CalcFlags {
+    bool LoadMoved = false;   ///< RLoad moved to the limit of an even Chebyshev (a yellow box)
+    bool FormForced = false;  ///< FormCLC changed by the terminations
+    MissingStage Missing = MissingStage::None;
+};
+
+/// The design state. Initial values are those of a fresh program.
+struct FilterDesign {
+    ladderwise::ResponseType ResponseType = ladderwise::ResponseType::Butterworth;
+    ladderwise::PassType PassType = ladderwise::PassType::LowPass;
+    bool FormCLC = true;      ///< true: a shunt capacitor first; false: a series inductor first
+    int NumPoles = 3;         ///< poles, or traps for an elliptic response
+    int NumElements = 0;      ///< slots 1 .. NumElements are in use
+    double F0 = 200e6;        ///< corner or centre, Hz
+    double BandWidth = 40e6;  ///< Hz
+    double RippleDb = 1.0;
+    double RSource = 50.0;
+    double RLoad = 50.0;
+    double EllipticAtten = 50.0;    ///< stop-band attenuation, dB
+    double EllipticStopFreq = 1.0;  ///< Hz
+    int TrapType = 1;               ///< 1 .. 4
+    bool CoefFileRead = false;
+    /// CoefficientTable[n][k - 1]: k-th g-value of order n, from a coefficients file.
+    std::array<std::array<double, MaxCoefficients>, MaxPoles + 1> CoefficientTable{};
+
+    ladderwise::SweepType SweepType = ladderwise::SweepType::OneDecade;
+    double SweepF1 = 0.0;  ///< Hz
+    double SweepF2 = 0.0;  ///< Hz; the grid stops one step short of it
+    std::array<double, NumSweepPoints> SweepFreqs{};
+
+    std::array<double, NumGValues> G{};  ///< G[k], k = 1 .. n from the source: 1 ohm, 1 rad/s
+    ElementList Elements{};
+    ElementList NominalElements{};  ///< Elements at the start of the last worst-case run
+    ladderwise::PartModel PartModel{};
+    bool StdLCValues = false;  ///< snap every value to its standard series
+    bool WorstCase = false;    ///< repeat the analysis with randomised values
+
+    SweepResponse Response{};
+    double MagTopRef = 10.0;          ///< level of the top grid line of the 10 dB scale, dB
+    double GDFullScale = 0.0;         ///< group delay that the full plot height stands for, s
+    double PhaseGDThreshold = -20.0;  ///< below this level phase and delay are blank, dB, <= 0
+
+    CalcFlags Flags{};
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,88 @@
+// The networks of the 27 schematic pictures, one line for each.
+#include "display/SchematicNetworks.h"
+
+#include <utility>
+
+namespace ladderwise {
+
+namespace {
+
+Network Ind(int value) {
+    return {NetworkKind::Inductor, value - 1, {}};
+}
+Network Cap(int value) {
+    return {NetworkKind::Capacitor, value - 1, {}};
+}
+Network ShortedStub(int value) {
+    return {NetworkKind::ShortedStub, value - 1, {}};
+}
+Network OpenStub(int value) {
+    return {NetworkKind::OpenStub, value - 1, {}};
+}
+Network Series(std::vector<Network> members) {
+    return {NetworkKind::InSeries, 0, std::move(members)};
+}
+Network Parallel(std::vector<Network> members) {
+    return {NetworkKind::InParallel, 0, std::move(members)};
+}
+
+}  // namespace
+
+// Ind(1) is the inductor whose value is V1, Cap(2) the capacitor whose value is V2, and so on.
+std::vector<Network> NetworksOf(ElementType type) {
+    switch (type) {
+        case ElementType::SeriesInd:
+        case ElementType::ShuntInd:
+            return {Ind(1)};
+        case ElementType::SeriesCap:
+        case ElementType::ShuntCap:
+            return {Cap(2)};
+        case ElementType::SeriesLC:
+        case ElementType::ShuntParLC:
+            return {Parallel({Ind(1), Cap(2)})};
+        case ElementType::ShuntLC:
+        case ElementType::SeriesSerLC:
+            return {Series({Ind(1), Cap(2)})};
+        case ElementType::ShuntSerParLC:
+            return {Series({Ind(1), Cap(2), Parallel({Ind(3), Cap(4)})})};
+        case ElementType::SerSerParLC:
+            return {Parallel({Ind(3), Series({Ind(1), Cap(2)}), Cap(4)})};
+        case ElementType::SeriesTLIN:
+            return {{NetworkKind::Line, 0, {}}};
+        case ElementType::ShuntTLSCC:
+            return {ShortedStub(1), Cap(4)};
+        case ElementType::ShuntLTLOC:
+            return {Ind(1), OpenStub(3)};
+        case ElementType::ShuntTLSCTLOC:
+            return {ShortedStub(1), OpenStub(3)};
+        case ElementType::ShuntTLOC:
+            return {OpenStub(1)};
+        case ElementType::DualShuntLC:
+            return {Series({Ind(1), Cap(2)}), Series({Ind(3), Cap(4)})};
+        case ElementType::DualSeriesLC:
+            return {Series({Parallel({Ind(1), Cap(2)}), Parallel({Ind(3), Cap(4)})})};
+        case ElementType::SeriesElliptic2:
+            return {Parallel({Cap(4), Series({Ind(3), Parallel({Ind(1), Cap(2)})})})};
+        case ElementType::SeriesElliptic3:
+            return {Parallel({Ind(3), Series({Cap(2), Parallel({Ind(1), Cap(4)})})})};
+        case ElementType::ShuntElliptic2:
+            return {Series({Ind(1), Parallel({Series({Ind(3), Cap(4)}), Cap(2)})})};
+        case ElementType::ShuntElliptic3:
+            return {Series({Cap(2), Parallel({Series({Ind(3), Cap(4)}), Ind(1)})})};
+        case ElementType::ThreeShuntCapSerLC:
+            return {Parallel({Series({Ind(1), Cap(4)}), Cap(2)})};
+        case ElementType::ThreeShuntIndSerLC:
+            return {Parallel({Series({Ind(3), Cap(2)}), Ind(1)})};
+        case ElementType::ThreeShuntTappedC:
+            return {Series({Cap(4), Parallel({Ind(1), Cap(2)})})};
+        case ElementType::ThreeShuntTappedL:
+            return {Series({Ind(3), Parallel({Ind(1), Cap(2)})})};
+        case ElementType::ShuntTLSC:
+            return {ShortedStub(1)};
+        case ElementType::errorBitMap:
+            return {};
+    }
+    return {};
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,28 @@
+// What the schematic picture of each ladder element shows, as nested series and parallel networks.
+// The pictures are laid out from this description, so a picture cannot differ from its network.
+// No Qt.
+#pragma once
+
+#include <vector>
+
+#include "design/ElementCatalogue.h"
+
+namespace ladderwise {
+
+/// What a network is: one of the drawn symbols, or several networks joined.
+enum class NetworkKind { Inductor, Capacitor, Line, ShortedStub, OpenStub, InSeries, InParallel };
+
+/// A symbol, or several networks in series or in parallel.
+struct Network {
+    NetworkKind Kind = NetworkKind::InSeries;
+    int Row =
+        0;  ///< value row of a symbol, 0 .. 3 for V1 .. V4; lines and stubs: row of the length
+    std::vector<Network> Members;  ///< of InSeries and InParallel; in parallel the uppermost first
+};
+
+/// The networks of an element's picture, from the source side. A series or line element has one,
+/// placed in the through line. A shunt element has one for each arm that leaves the through line;
+/// its arms are in parallel. errorBitMap, and a code outside 0 .. 26, has none.
+std::vector<Network> NetworksOf(ElementType type);
+
+}  // namespace ladderwise

@@ -1,0 +1,75 @@
+// The bounded readers: bad input is never refused, it is replaced and shown as replaced.
+#include "numbers/NumberBox.h"
+
+#include <utility>
+
+#include "numbers/Formatfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+/// The steps that both readers share; T is double or int and `parse` reads a text as T.
+template <typename T, typename Parse>
+T ReadBounded(NumberBox& box, const std::string& minText, const std::string& defaultText,
+              const std::string& maxText, const char* readerName, Parse parse,
+              const MessageCallback& report) {
+    T minimum = 1, fallback = 1, maximum = 1;  // a limit that cannot be read stays 1
+    const bool limitsRead =
+        parse(minText, minimum) & parse(defaultText, fallback) & parse(maxText, maximum);
+    if (!limitsRead && report)
+        report("Error", std::string("Invalid String Argument in ") + readerName + " function.");
+
+    box.Colour = BoxColour::Normal;
+    box.ReplacedText.reset();
+    const auto replace = [&box](const std::string& text) {
+        if (!box.ReplacedText) box.ReplacedText = box.Text;
+        box.Text = text;
+        box.Colour = BoxColour::Silver;
+    };
+    T value = fallback;
+    if (box.HoldsExactValue())
+        value = static_cast<T>(*box.ExactValue);
+    else if (!parse(box.Text, value))
+        replace(defaultText);
+    if (value < minimum) {
+        value = minimum;
+        replace(minText);
+    }
+    if (value > maximum) {
+        value = maximum;
+        replace(maxText);
+    }
+    return value;
+}
+
+}  // namespace
+
+void NumberBox::Type(std::string text) {
+    Text = std::move(text);
+    ExactValue.reset();
+}
+
+void NumberBox::WriteValue(double value) {
+    WriteText(FormatPlain(value, BoxDigits), value);
+}
+
+void NumberBox::WriteText(std::string text, double value) {
+    Text = std::move(text);
+    WrittenText = Text;
+    ExactValue = value;
+}
+
+double EditBoxToDouble(NumberBox& box, const std::string& minText, const std::string& defaultText,
+                       const std::string& maxText, const MessageCallback& report) {
+    return ReadBounded<double>(box, minText, defaultText, maxText, "EditBoxToDouble",
+                               TryParseDouble, report);
+}
+
+int EditBoxToInt(NumberBox& box, const std::string& minText, const std::string& defaultText,
+                 const std::string& maxText, const MessageCallback& report) {
+    return ReadBounded<int>(box, minText, defaultText, maxText, "EditBoxToInt", TryParseInt,
+                            report);
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,52 @@
+// An input box without a screen: its text, its colour and the exact value behind what the program
+// wrote into it. Windows show these boxes, the console program fills them from its arguments, and
+// the bounded readers below clean what stands in them. No Qt.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "design/Messages.h"
+
+namespace ladderwise {
+
+/// Background of a box: silver tells that the entry was replaced, yellow that a stage moved it.
+enum class BoxColour { Normal, Silver, Yellow };
+
+/// Significant digits of a number that the program writes into a box.
+inline constexpr int BoxDigits = 3;
+
+/// One input box. As long as Text is what the program wrote, ExactValue stands behind it, so that
+/// showing 145.825 as "146" loses nothing.
+struct NumberBox {
+    std::string Text;
+    BoxColour Colour = BoxColour::Normal;
+    std::string WrittenText{};                  ///< what the program wrote last
+    std::optional<double> ExactValue{};         ///< the value that WrittenText stands for
+    std::optional<std::string> ReplacedText{};  ///< what the last read found unfit and replaced
+
+    /// Puts a text into the box as a user types it: no exact value stands behind it.
+    void Type(std::string text);
+
+    /// Puts a value into the box with BoxDigits significant digits and keeps it exactly behind.
+    void WriteValue(double value);
+
+    /// Puts a text into the box that stands for exactly `value`.
+    void WriteText(std::string text, double value);
+
+    /// True while the text in the box is the program's own and an exact value stands behind it.
+    bool HoldsExactValue() const { return ExactValue && Text == WrittenText; }
+};
+
+/// Reads a box through its three limit texts. Unreadable text is replaced by the default, a value
+/// outside [minimum, maximum] by the bound; the box then holds that limit's text, turns silver and
+/// keeps what was typed in ReplacedText. Otherwise the box turns to the normal colour.
+/// A limit text that is no number is a programming error: it is reported and counts as 1.0.
+double EditBoxToDouble(NumberBox& box, const std::string& minText, const std::string& defaultText,
+                       const std::string& maxText, const MessageCallback& report);
+
+/// As EditBoxToDouble for whole numbers.
+int EditBoxToInt(NumberBox& box, const std::string& minText, const std::string& defaultText,
+                 const std::string& maxText, const MessageCallback& report);
+
+}  // namespace ladderwise

@@ -1,0 +1,41 @@
+// What a builder must know after a calculation: values that cannot be built, a load that was moved,
+// a form that was forced, boxes that were replaced, a stage that is missing. No Qt.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pipeline/Calculation.h"
+
+namespace ladderwise {
+
+enum class NoteKind { Replaced, LoadMoved, FormForced, Unrealisable, Missing };
+
+/// One note. Name is the console program's name of the input, or "slot 3" for an element.
+struct Note {
+    NoteKind Kind;
+    std::string Name;
+    std::string Text;     ///< one sentence for people
+    std::string Typed{};  ///< of a replaced box: what stood in it
+    std::string InUse{};  ///< of a replaced or moved box: what stands in it now
+    bool Idle = false;    ///< of a replaced box: disabled, it plays no part in the present design
+};
+
+/// "replaced", "load-moved", "form-forced", "unrealisable", "missing".
+const char* NameOf(NoteKind kind);
+
+/// The notes of the last calculation, the ones that matter most first.
+std::vector<Note> CollectNotes(const Calculation& calculation);
+
+/// What the status line says: the notes and the worst case. Idle boxes are passed over. Empty text:
+/// nothing out of the ordinary.
+struct StatusLine {
+    std::string Text;
+    bool Warning = false;  ///< something was replaced, moved or cannot be built
+};
+StatusLine DescribeStatus(const Calculation& calculation);
+
+/// The two figures of a worst-case calculation in one sentence; empty if there was none.
+std::string WorstCaseText(const WorstCaseResult& result);
+
+}  // namespace ladderwise

@@ -1,0 +1,28 @@
+// A label that elides its text.
+#pragma once
+
+#include <QWidget>
+
+namespace ladderwise {
+
+/// A label whose text ends in "..." where it does not fit; the tool tip has it whole.
+class ElidedLabel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget* parent = nullptr);
+
+    /// `warning` paints the text in a colour that asks for attention.
+    void SetText(const QString& text, bool warning);
+    const QString& Text() const { return text; }
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString text;
+    bool warning = false;
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,107 @@
+// Edit box and arrows of a stepped input.
+#include "windows/NumberEdit.h"
+
+#include <QKeyEvent>
+#include <QPalette>
+#include <QSignalBlocker>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int WheelNotch = 120;  ///< eighths of a degree of one notch of a mouse wheel
+constexpr int ArrowWidth = 18;   ///< pixels
+
+QColor ColourOf(BoxColour colour, const QPalette& normal) {
+    switch (colour) {
+        case BoxColour::Normal:
+            return normal.color(QPalette::Base);
+        case BoxColour::Silver:
+            return {192, 192, 192};
+        case BoxColour::Yellow:
+            return {255, 255, 0};
+    }
+    return normal.color(QPalette::Base);
+}
+
+}  // namespace
+
+NumberEdit::NumberEdit(const QString& name, QWidget* parent) : QLineEdit(parent) {
+    setObjectName(name);
+    connect(this, &QLineEdit::returnPressed, this, &NumberEdit::CalculationRequested);
+}
+
+std::string NumberEdit::TakeText() {
+    setModified(false);
+    return text().toStdString();
+}
+
+void NumberEdit::Show(const NumberBox& box) {
+    const QSignalBlocker blocker(this);
+    const QString shown = QString::fromStdString(box.Text);
+    if (text() != shown) {
+        setText(shown);
+        setCursorPosition(0);  // the leading digits count when a text is longer than the box
+    }
+    setModified(false);
+    QPalette colours;
+    colours.setColor(QPalette::Base, ColourOf(box.Colour, colours));
+    if (box.Colour != BoxColour::Normal) colours.setColor(QPalette::Text, Qt::black);
+    setPalette(colours);
+}
+
+void NumberEdit::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
+        emit StepRequested(event->key() == Qt::Key_Up);
+    else
+        QLineEdit::keyPressEvent(event);
+    // Enter has asked for a calculation; a dialog's default button must not ask for a second one,
+    // which would take the mark off a replaced entry.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) event->accept();
+}
+
+void NumberEdit::wheelEvent(QWheelEvent* event) {
+    if (!hasFocus()) {
+        event->ignore();
+        return;
+    }
+    // A held Ctrl or Alt turns a vertical wheel into a horizontal one on some systems.
+    const QPoint angle = event->angleDelta();
+    wheelRest += angle.y() != 0 ? angle.y() : angle.x();
+    for (; wheelRest >= WheelNotch; wheelRest -= WheelNotch)
+        emit StepRequested(true);
+    for (; wheelRest <= -WheelNotch; wheelRest += WheelNotch)
+        emit StepRequested(false);
+    event->accept();
+}
+
+void NumberEdit::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    // Menus take the focus for a moment only, and their entries calculate by themselves.
+    const Qt::FocusReason reason = event->reason();
+    const bool menu = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
+    if (isModified() && !menu) emit CalculationRequested();
+}
+
+UpDownButton::UpDownButton(const QString& name, QWidget* parent) : QWidget(parent) {
+    setObjectName(name);
+    setFixedWidth(ArrowWidth);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    for (const bool up : {true, false}) {
+        auto* const arrow = new QToolButton(this);
+        arrow->setObjectName(name + (up ? "Up" : "Down"));
+        arrow->setArrowType(up ? Qt::UpArrow : Qt::DownArrow);
+        arrow->setAutoRepeat(true);
+        arrow->setFocusPolicy(Qt::NoFocus);
+        arrow->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+        column->addWidget(arrow);
+        connect(arrow, &QToolButton::clicked, this, [this, up] { emit StepRequested(up); });
+    }
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,52 @@
+// The edit box and the pair of arrows of a stepped input.
+#pragma once
+
+#include <QLineEdit>
+#include <QWidget>
+#include <string>
+
+#include "numbers/NumberBox.h"
+
+namespace ladderwise {
+
+/// An edit box that shows a NumberBox. The Up and Down keys and the mouse wheel step it while it
+/// has the focus; Enter, and leaving it with a changed text, ask for a calculation.
+class NumberEdit : public QLineEdit {
+    Q_OBJECT
+
+public:
+    explicit NumberEdit(const QString& name, QWidget* parent = nullptr);
+
+    /// The text, which counts as read from now on: losing the focus asks for nothing until the user
+    /// changes it again.
+    std::string TakeText();
+
+    /// Shows a box's text and colour without any signal. A text that is the same is left alone, so
+    /// that the cursor stays where the user put it.
+    void Show(const NumberBox& box);
+
+signals:
+    void StepRequested(bool up);
+    void CalculationRequested();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    int wheelRest = 0;  ///< eighths of a degree not yet turned into a step
+};
+
+/// Two small arrows beside an edit box. They take no focus: the keyboard steps in the box itself.
+class UpDownButton : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit UpDownButton(const QString& name, QWidget* parent = nullptr);
+
+signals:
+    void StepRequested(bool up);
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,249 @@
+// The part-definitions window.
+#include "windows/PartDefinitionsWindow.h"
+
+#include <QButtonGroup>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QSvgRenderer>
+#include <algorithm>
+#include <utility>
+
+#include "pipeline/Updownfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int OffsetBelowOwner = 250;  ///< pixels from the owner's top
+constexpr int TextWidth = 330;         ///< pixels of the explaining texts
+
+QLabel* Explanation(QWidget* parent, const char* text) {
+    auto* const label = new QLabel(QString::fromLatin1(text), parent);
+    label->setWordWrap(true);
+    label->setMinimumWidth(TextWidth);
+    return label;
+}
+
+/// A drawing from the resources at its own size.
+class ModelPicture : public QWidget {
+public:
+    ModelPicture(const char* path, const char* name, QWidget* parent)
+        : QWidget(parent), drawing(QString::fromLatin1(path)) {
+        setObjectName(QString::fromLatin1(name));
+        setFixedSize(drawing.defaultSize());
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        drawing.render(&painter, rect());
+    }
+
+private:
+    QSvgRenderer drawing;
+};
+
+QString BoundsTip(const BoxLimits& limits, const char* what, const char* unit) {
+    return QString("%1: %2 %3")
+        .arg(QString::fromLatin1(what), QString::fromStdString(RangeText(limits)),
+             QString::fromLatin1(unit))
+        .trimmed();
+}
+
+void PlaceRow(QGridLayout* grid, int row, const char* caption, QWidget* box, const char* unit) {
+    auto* const label = new QLabel(QString::fromLatin1(caption));
+    label->setBuddy(box);
+    grid->addWidget(label, row, 0);
+    grid->addWidget(box, row, 1);
+    grid->addWidget(new QLabel(QString::fromLatin1(unit)), row, 2);
+}
+
+}  // namespace
+
+PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs,
+                                             std::function<void()> recalculate, QWidget* parent)
+    : QDialog(parent, Qt::Tool), inputs(inputs), recalculate(std::move(recalculate)) {
+    setObjectName("PartDefinitionsWindow");
+    setWindowTitle("L and C Model Definitions");
+    auto* const grid = new QGridLayout(this);
+    grid->addWidget(BuildInductorGroup(), 0, 0);
+    grid->addWidget(BuildCapacitorGroup(), 0, 1);
+    grid->addWidget(BuildToleranceGroup(), 1, 0);
+    grid->addWidget(BuildButtons(), 1, 1, Qt::AlignRight | Qt::AlignBottom);
+    // Exactly as large as its wrapped texts need: adjustSize() stops at two thirds of the screen.
+    grid->setSizeConstraint(QLayout::SetFixedSize);
+    // As in the main window: a click must not have a box read twice.
+    for (auto* const button : findChildren<QAbstractButton*>())
+        button->setFocusPolicy(Qt::TabFocus);
+    ShowInputs();
+}
+
+NumberEdit* PartDefinitionsWindow::AddBox(QWidget* parent, const char* name,
+                                          NumberBox DesignInputs::*box, const QString& tip) {
+    auto* const edit = new NumberEdit(QString::fromLatin1(name), parent);
+    edit->setFixedWidth(edit->fontMetrics().horizontalAdvance('0') * 10);
+    connect(edit, &NumberEdit::CalculationRequested, this, &PartDefinitionsWindow::Recalculate);
+    boxes.push_back({edit, box, tip});
+    return edit;
+}
+
+QWidget* PartDefinitionsWindow::BuildInductorGroup() {
+    auto* const group = new QGroupBox("Inductors", this);
+    auto* const grid = new QGridLayout(group);
+    grid->addWidget(new ModelPicture(":/models/inductor-model.svg", "InductorPicture", group), 2, 0,
+                    1, 4, Qt::AlignHCenter);
+    PlaceRow(grid, 0, "&Q at F0",
+             AddBox(group, "IndQBox", &DesignInputs::IndQBox,
+                    BoundsTip(IndQLimits(), "Unloaded Q at F0", "")),
+             "");
+    PlaceRow(grid, 1, "&Parallel C",
+             AddBox(group, "IndCBox", &DesignInputs::IndCBox,
+                    BoundsTip(IndCLimits(), "Parallel capacitance", "pF")),
+             "pF");
+    grid->addWidget(
+        Explanation(group,
+                    "The simulator uses the same Q for all the inductors and calculates R as "
+                    "shown.  f is the simulation frequency. Specify Q at F0."),
+        3, 0, 1, 4);
+    return group;
+}
+
+QWidget* PartDefinitionsWindow::BuildCapacitorGroup() {
+    auto* const group = new QGroupBox("Capacitors", this);
+    auto* const grid = new QGridLayout(group);
+    grid->addWidget(new ModelPicture(":/models/capacitor-model.svg", "CapacitorPicture", group), 2,
+                    0, 1, 4, Qt::AlignHCenter);
+    PlaceRow(grid, 0, "Series &R",
+             AddBox(group, "CapRBox", &DesignInputs::CapRBox,
+                    BoundsTip(CapRLimits(), "Series resistance", "ohm")),
+             "ohm");
+    PlaceRow(grid, 1, "Series &L",
+             AddBox(group, "CapLBox", &DesignInputs::CapLBox,
+                    BoundsTip(CapLLimits(), "Series inductance", "nH")),
+             "nH");
+    grid->addWidget(Explanation(group,
+                                "The capacitor parasitics are constant with frequency. 0.2 Ohms "
+                                "and .25 nH are typical values for commercial grade capacitors."),
+                    3, 0, 1, 4);
+    grid->addWidget(
+        Explanation(group,
+                    "If the Adjust For Parasitics option is checked, the program accounts for the "
+                    "parasitic C and L in the calculation of the element values. It has the effect "
+                    "of reducing all component values. The parasitic resistance is not accounted "
+                    "for however."),
+        4, 0, 1, 4);
+    return group;
+}
+
+QWidget* PartDefinitionsWindow::BuildToleranceColumn(const char* title, const char* suffix,
+                                                     int DesignInputs::*percent) {
+    auto* const column = new QWidget(this);
+    auto* const layout = new QHBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* const caption = new QLabel(QString::fromLatin1(title), column);
+    caption->setMinimumWidth(caption->fontMetrics().horizontalAdvance("Capacitors  "));
+    layout->addWidget(caption);
+    auto* const group = new QButtonGroup(column);
+    constexpr std::pair<int, const char*> choices[] = {
+        {10, "TenPercent"}, {5, "FivePercent"}, {2, "TwoPercent"}, {1, "OnePercent"}};
+    for (const auto& [value, name] : choices) {
+        auto* const button = new QRadioButton(QString("%1 %").arg(value), column);
+        button->setObjectName(QString::fromLatin1(name) + QString::fromLatin1(suffix));
+        button->setToolTip(QString("Tolerance and standard series of %1 %").arg(value));
+        group->addButton(button);
+        layout->addWidget(button);
+        connect(button, &QRadioButton::clicked, this, &PartDefinitionsWindow::Recalculate);
+        tolerances.push_back({button, percent, value});
+    }
+    layout->addStretch(1);
+    return column;
+}
+
+QWidget* PartDefinitionsWindow::BuildToleranceGroup() {
+    auto* const group = new QGroupBox("Tolerances", this);
+    auto* const grid = new QGridLayout(group);
+    grid->addWidget(BuildToleranceColumn("Capacitors", "Cap", &DesignInputs::CapTolerancePercent),
+                    0, 0, 1, 2);
+    grid->addWidget(BuildToleranceColumn("Inductors", "Ind", &DesignInputs::IndTolerancePercent), 1,
+                    0, 1, 2);
+    grid->addWidget(
+        Explanation(group,
+                    "The Percent settings are used in the Monte Carlo analysis and also control "
+                    "the part values when the Std Value Box is checked."),
+        2, 0, 1, 2);
+    auto* const runs = AddBox(group, "WorstCaseSimsBox", &DesignInputs::WorstCaseSimsBox,
+                              BoundsTip(WorstCaseSimsLimits(), "Analyses of a worst case", "runs"));
+    auto* const label = new QLabel("Number of Monte Carlo Simulations <= 1000", group);
+    label->setBuddy(runs);
+    grid->addWidget(label, 3, 0);
+    grid->addWidget(runs, 3, 1, Qt::AlignLeft);
+    return group;
+}
+
+QWidget* PartDefinitionsWindow::BuildButtons() {
+    auto* const row = new QWidget(this);
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* const calc = new QPushButton("&Calc", row);
+    calc->setObjectName("PartCalcButton");
+    calc->setDefault(true);
+    calc->setToolTip("Recalculates with these part models");
+    auto* const exit = new QPushButton("E&xit", row);
+    exit->setObjectName("PartExitButton");
+    exit->setAutoDefault(false);
+    exit->setToolTip("Closes this window");
+    layout->addStretch(1);
+    layout->addWidget(calc);
+    layout->addWidget(exit);
+    connect(calc, &QPushButton::clicked, this, &PartDefinitionsWindow::Recalculate);
+    connect(exit, &QPushButton::clicked, this, &QWidget::close);
+    return row;
+}
+
+void PartDefinitionsWindow::Recalculate() {
+    recalculate();
+}
+
+void PartDefinitionsWindow::StoreInputs() {
+    for (const BoundBox& bound : boxes)
+        (inputs.*bound.Box).Text = bound.Edit->TakeText();
+    for (const BoundTolerance& bound : tolerances)
+        if (bound.Button->isChecked()) inputs.*bound.Percent = bound.Value;
+}
+
+void PartDefinitionsWindow::ShowInputs() {
+    for (const BoundBox& bound : boxes) {
+        bound.Edit->Show(inputs.*bound.Box);
+        bound.Edit->setToolTip(bound.Tip);
+    }
+    for (const BoundTolerance& bound : tolerances) {
+        const QSignalBlocker blocker(bound.Button);
+        if (inputs.*bound.Percent == bound.Value) bound.Button->setChecked(true);
+    }
+}
+
+void PartDefinitionsWindow::ShowBesideOwner() {
+    layout()->activate();
+    const QWidget* const window = parentWidget()->window();
+    const QRect owner = window->frameGeometry();
+    const QRect screen = parentWidget()->screen()->availableGeometry();
+    // A window not yet shown does not know its frame; its owner's is as thick at least.
+    const QSize outer = size() + owner.size() - window->size();
+    const int rightmost = std::max(screen.left(), screen.right() + 1 - outer.width());
+    const int lowest = std::max(screen.top(), screen.bottom() + 1 - outer.height());
+    move(std::clamp(owner.left(), screen.left(), rightmost),
+         std::clamp(owner.top() + OffsetBelowOwner, screen.top(), lowest));
+    show();
+    raise();
+    activateWindow();
+}
+
+}  // namespace ladderwise

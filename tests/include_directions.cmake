@@ -1,6 +1,7 @@
 # Walks every #include "..." of the tree and fails on an arrow that the table of floors does not
 # allow: cmake -DROOT=<source folder> -P include_directions.cmake
 set(may_design)
+cmake_minimum_required(VERSION 3.25)
 set(may_numbers design)
 set(may_resources design)
 set(floor2 design numbers resources)

@@ -11,6 +11,8 @@
 #include <limits>
 #include <numbers>
 
+#include "numbers/Matherrmain.h"
+
 namespace ladderwise {
 namespace {
 
@@ -37,7 +39,7 @@ struct SlotAtPoint {
     Complex YL(double L) const { return InductorY(Parts, S, F, L); }
     Complex ZC(double C) const { return CapacitorZ(Parts, S, F, C); }
     Complex YC(double C) const { return CapacitorY(Parts, S, F, C); }
-    double Tan(double lengthDeg) const { return std::tan(LineAngle(Parts.F0, F, lengthDeg)); }
+    double Tan(double lengthDeg) const { return GuardedTan(LineAngle(Parts.F0, F, lengthDeg)); }
     Complex ShortedStubZ(double lengthDeg, double Z0) const { return {0.0, Z0 * Tan(lengthDeg)}; }
     Complex OpenStubZ(double lengthDeg, double Z0) const {
         return GuardedDivide(Complex(0.0, -Z0), Tan(lengthDeg));
@@ -194,7 +196,7 @@ bool SweepByKernel(const FilterDesign& design, const SweepTables& tables, std::s
     sweep.Ideal = model.Choice == PartChoice::IdealParts;
     sweep.RSource = design.RSource;
     sweep.RLoad = design.RLoad;
-    sweep.TwiceRoot = 2.0 * std::sqrt(design.RSource * design.RLoad);
+    sweep.TwiceRoot = 2.0 * GuardedSqrt(design.RSource * design.RLoad);
     sweep.InvIndQ = 1.0 / model.IndQ;
     sweep.IndC = model.IndC;
     sweep.CapR = model.CapR;
@@ -241,14 +243,14 @@ double ComplexToDb(Complex z) {
     const double im = std::clamp(z.imag(), -LargestLevelPart, LargestLevelPart);
     const double power = re * re + im * im;
     if (std::isnan(power)) return power;
-    return power > 0.0 ? 10.0 * std::log10(power) : ZeroPowerDb;
+    return power > 0.0 ? 10.0 * GuardedLog10(power) : ZeroPowerDb;
 }
 
 Complex InductorZ(const PartContext& parts, Complex s, double f, double L) {
     L = GuardedPartValue(L);
     const PartModel& model = parts.Model;
     if (model.Choice == PartChoice::IdealParts) return s * L;
-    const double R = std::sqrt(parts.F0 * f) * TwoPi * L / model.IndQ;
+    const double R = GuardedSqrt(parts.F0 * f) * TwoPi * L / model.IndQ;
     return GuardedDivide(R + s * L, 1.0 + s * (R * model.IndC) + s * s * (L * model.IndC));
 }
 
@@ -282,7 +284,7 @@ double LineAngle(double F0, double f, double lengthDeg) {
 
 ChainMatrix LineSection(double F0, double f, double lengthDeg, double Z0) {
     const double angle = LineAngle(F0, f, lengthDeg);
-    const double c = std::cos(angle), s = std::sin(angle);
+    const double c = GuardedCos(angle), s = GuardedSin(angle);
     return {c, Complex(0.0, Z0 * s), Complex(0.0, s / Z0), c};
 }
 
@@ -294,7 +296,7 @@ LadderPoint AnalysePoint(const FilterDesign& design, double F0, double f) {
     const auto& [A, B, C, D] = chain.Running;
     const double RS = design.RSource, RL = design.RLoad;
     const Complex Zin = GuardedDivide(A * RL + B, C * RL + D);
-    return {GuardedDivide(2.0 * std::sqrt(RS * RL), (A + C * RS) * RL + B + D * RS),
+    return {GuardedDivide(2.0 * GuardedSqrt(RS * RL), (A + C * RS) * RL + B + D * RS),
             GuardedDivide(Zin - RS, Zin + RS)};
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "numbers/Formatfunctions.h"
+#include "numbers/Matherrmain.h"
 
 namespace ladderwise {
 namespace {
@@ -57,11 +58,11 @@ double PhaseDeg(Complex z) {
 
 double PhaseRad(Complex z) {
     if (z.real() == 0.0 && z.imag() == 0.0) return 0.0;
-    return std::atan2(z.imag(), z.real());
+    return GuardedAtan2(z.imag(), z.real());
 }
 
 double Magnitude(Complex z) {
-    return std::sqrt(z.real() * z.real() + z.imag() * z.imag());
+    return GuardedSqrt(z.real() * z.real() + z.imag() * z.imag());
 }
 
 void MagnitudeArray(std::span<const double> re, std::span<const double> im, std::span<double> out,
@@ -148,7 +149,7 @@ void ExtremesToDb(std::span<const double> power, std::span<double> db) {
     for (std::size_t i = 0; i < db.size(); ++i) {
         const double p = power[i];
         if (std::isfinite(p))
-            db[i] = p > 0.0 ? 10.0 * std::log10(p) : ZeroPowerDb;
+            db[i] = p > 0.0 ? 10.0 * GuardedLog10(p) : ZeroPowerDb;
         else
             db[i] = std::numeric_limits<double>::quiet_NaN();
     }

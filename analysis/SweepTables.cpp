@@ -6,6 +6,7 @@
 
 #include "analysis/LadderKernel.h"
 #include "design/FilterDesign.h"
+#include "numbers/Matherrmain.h"
 
 namespace ladderwise {
 namespace {
@@ -34,7 +35,7 @@ void BuildSweepTables(SweepTables& tables, std::span<const double> freqs, double
         tables.Frequency[i] = f;
         tables.Omega[i] = w;
         tables.InvOmega[i] = 1.0 / w;
-        tables.SkinOmega[i] = TwoPi * std::sqrt(F0 * f);
+        tables.SkinOmega[i] = TwoPi * GuardedSqrt(F0 * f);
         tables.RelativeF[i] = f / F0;
         tables.ZeroOrNaN[i] = usable ? 0.0 : std::numeric_limits<double>::quiet_NaN();
     }

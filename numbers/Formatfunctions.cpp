@@ -290,6 +290,21 @@ std::string FormatPlain(double x, int digits) {
     return Localised(text);
 }
 
+std::string FormatGeneral(double x) {
+    if (!std::isfinite(x)) return PointFixed(x, 0);
+    std::array<char, 64> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), x,
+                                   std::chars_format::general, MaxMantissaDigits)
+                         .ptr;
+    std::string text(buffer.data(), end);
+    if (const auto e = text.find('e'); e != std::string::npos) {
+        const bool negative = text[e + 1] == '-';
+        text = text.substr(0, e) + (negative ? "E-" : "E") +
+               text.substr(text.find_first_of("123456789", e));
+    }
+    return Localised(text);
+}
+
 std::string FormatFullPrecision(double x) {
     if (!std::isfinite(x)) return PointFixed(x, 0);
     std::array<char, 400> buffer;  // as in PointFixed; a subnormal has up to 325 decimals

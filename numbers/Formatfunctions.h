@@ -60,6 +60,10 @@ std::string FormatWithPrefix(double x, int digits, std::string_view unit);
 /// "39.8".
 std::string FormatPlain(double x, int digits);
 
+/// Up to 15 significant digits without trailing zeros, with an exponent where the plain text would
+/// be long: "2", "0.1", "1.5707963267949", "-1E99".
+std::string FormatGeneral(double x);
+
 /// The shortest plain text that reads back as exactly x: for limits that are computed.
 std::string FormatFullPrecision(double x);
 

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "numbers/Matherrmain.h"
+
 namespace ladderwise {
 
 namespace {
@@ -35,7 +37,7 @@ void ClampRipple(FilterDesign& design) {
 void MoveEvenLoad(FilterDesign& design, double epsilon) {
     const double e2 = epsilon * epsilon;
     const double b = 4 * (e2 + 1) - 2;
-    const double rho = (2 * e2 + 1) - std::sqrt(b * b - 4) / 2;
+    const double rho = (2 * e2 + 1) - GuardedSqrt(b * b - 4) / 2;
     if (design.FormCLC && design.RLoad / design.RSource >= rho) {
         design.RLoad = design.RSource * rho * loadBelowLimit;
         design.Flags.LoadMoved = true;
@@ -62,7 +64,7 @@ void ButterworthPrototype(FilterDesign& design, int n) {
     auto& g = design.G;
     const double r =
         design.PassType == PassType::DirectCoupled ? 1.0 : design.RSource / design.RLoad;
-    const double alpha = std::pow(r < 1 ? (1 - r) / (1 + r) : (r - 1) / (r + 1), 1.0 / n);
+    const double alpha = GuardedPow(r < 1 ? (1 - r) / (1 + r) : (r - 1) / (r + 1), 1.0 / n);
     const auto sine = [n](int j) { return std::sin(HalfAngle(j, n)); };
     const auto divisor = [n, alpha](int j) {
         return 1 - 2 * alpha * std::cos(HalfAngle(j, n)) + alpha * alpha;
@@ -93,14 +95,14 @@ void ChebyshevPrototype(FilterDesign& design, int n) {
     if (design.RLoad < design.RSource) SetForm(design, true);
     if (design.RLoad > design.RSource) SetForm(design, false);
     ClampRipple(design);
-    const double epsilon = std::sqrt(std::pow(10.0, 0.1 * design.RippleDb) - 1);
+    const double epsilon = GuardedSqrt(GuardedPow(10.0, 0.1 * design.RippleDb) - 1);
     const double e2 = epsilon * epsilon;
     if (n % 2 == 0 && design.PassType != PassType::DirectCoupled) MoveEvenLoad(design, epsilon);
 
     // Rounding may take the factor of a match a last bit above 1.
     const double loss = std::max(0.0, 1 - TransferFactor(design, n, epsilon)) / e2;
-    const double a = std::pow(1 / epsilon + std::sqrt(1 / e2 + 1), 1.0 / n);
-    const double b = std::pow(std::sqrt(loss) + std::sqrt(loss + 1), 1.0 / n);
+    const double a = GuardedPow(1 / epsilon + GuardedSqrt(1 / e2 + 1), 1.0 / n);
+    const double b = GuardedPow(GuardedSqrt(loss) + GuardedSqrt(loss + 1), 1.0 / n);
     const double gamma = a - 1 / a;
     const double delta = b - 1 / b;
     const auto sine = [n](int j) { return std::sin(HalfAngle(j, n)); };
@@ -119,9 +121,9 @@ void ChebyshevPrototype(FilterDesign& design, int n) {
     }
 
     // From the ripple band's edge to the 3 dB point: cosh(acosh(1 / epsilon) / n).
-    const double edge = std::log(std::sqrt(std::max(0.0, 1 / e2 - 1)) + 1 / epsilon) / n;
+    const double edge = GuardedLog(GuardedSqrt(std::max(0.0, 1 / e2 - 1)) + 1 / epsilon) / n;
     for (int k = 1; k <= n; ++k) {
-        g[k] = std::cosh(edge) * g[k];
+        g[k] = GuardedCosh(edge) * g[k];
     }
 }
 

@@ -1,7 +1,7 @@
 // The low-pass to band-pass and low-pass to band-stop transforms and the four trap forms.
 #include "scaling/BandScaler.h"
 
-#include <cmath>
+#include "numbers/Matherrmain.h"
 
 namespace ladderwise {
 
@@ -54,7 +54,7 @@ struct TwoResonances {
 TwoResonances ResonancesOf(const TrapSection& t) {
     const double s = t.L2 * t.C2 + t.L1 * t.C1 + t.L2 * t.C1;
     const double p = t.L1 * t.L2 * t.C1 * t.C2;
-    const double x = s / 2 + std::sqrt(s * s - 4 * p) / 2;
+    const double x = s / 2 + GuardedSqrt(s * s - 4 * p) / 2;
     return {p, x, p - x * x};
 }
 

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 
+#include "design/DirectCoupledSettings.h"
 #include "design/ElementCatalogue.h"
 
 namespace ladderwise {
@@ -162,6 +163,9 @@ struct FilterDesign {
     double MagTopRef = 10.0;          ///< level of the top grid line of the 10 dB scale, dB
     double GDFullScale = 0.0;         ///< group delay that the full plot height stands for, s
     double PhaseGDThreshold = -20.0;  ///< below this level phase and delay are blank, dB, <= 0
+
+    DirectCoupledSettings DirectCoupled{};
+    DirectCoupledResult DirectCoupledLimits{};  ///< of the last direct-coupled synthesis
 
     CalcFlags Flags{};
 };

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include "files/Directories.h"
 #include "files/DiskFile.h"
 
 using namespace ladderwise;
@@ -63,4 +64,37 @@ TEST(DiskFile, DevicesAreWrittenToAndStay) {
     EXPECT_EQ(WriteWholeFile("/dev/null", "x"), "");
     EXPECT_FALSE(QFileInfo(QStringLiteral("/dev/null")).isFile());
     EXPECT_EQ(ReadWholeFile("/dev/zero", limit).Bytes.size(), limit);
+}
+
+TEST(Directories, AreFoundCreatedAndRequired) {
+    const QTemporaryDir root;
+    const std::string home = In(root, "home"), program = In(root, "program");
+    SystemPlaces places;
+    places.Variables[0] = home;
+    places.Executable = program;
+    places.SharedData = In(root, "share");
+    places.Documents = home + "/Documents";
+    QDir(root.path()).mkdir("home");
+    std::string message;
+    const auto report = [&](const std::string&, const std::string& text) { message = text; };
+    EXPECT_FALSE(FindFolders(places, report));
+    EXPECT_EQ(message.rfind("Error. The RunTime Files directory is missing. \nYou must", 0), 0u);
+    QDir(root.path()).mkpath("share/RunTime Files");
+    auto folders = FindFolders(places, report);
+    ASSERT_TRUE(folders);
+    EXPECT_EQ(folders->RunTimeFolder, In(root, "share/RunTime Files"));
+    EXPECT_EQ(folders->DesignFolder, home + "/Documents/Tarnwick/Ladderwise/Files");
+    QDir(root.path()).mkpath("program/RunTime Files");
+    QDir(root.path()).mkpath("home/My Documents");
+    folders = FindFolders(places, report);
+    EXPECT_EQ(folders->RunTimeFolder, program + "/RunTime Files");
+    EXPECT_EQ(folders->SettingsFolder, program);
+    EXPECT_EQ(folders->DesignFolder, home + "/My Documents/Tarnwick/Ladderwise/Files");
+    // A file where a level should be: the documents cannot be used.
+    QDir(home.c_str()).rename("My Documents/Tarnwick/Ladderwise/Files", "old");
+    ASSERT_EQ(WriteWholeFile(folders->DesignFolder, "x"), "");
+    EXPECT_EQ(FindFolders(places, report)->DesignFolder, program + "/Files");
+    places.Variables[1] = std::string(VariableBufferSize, 'x');
+    EXPECT_FALSE(FindFolders(places, report));
+    EXPECT_EQ(message, "Buffer too small to expand  %TEMP% \nThe application will be closed.");
 }

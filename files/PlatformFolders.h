@@ -1,0 +1,40 @@
+// What the operating system says about folders: the one place that differs between systems. QtCore.
+#pragma once
+
+#include <array>
+#include <string>
+
+namespace ladderwise {
+
+/// The variables that name folders, in the order of SystemPlaces::Variables.
+inline constexpr std::array FolderVariables = {
+    "%USERPROFILE%",        "%TEMP%",     "%APPDATA%", "%PROGRAMFILES%", "%ALLUSERSPROFILE%",
+    "%COMMONPROGRAMFILES%", "%HOMEDRIVE%"};
+enum class FolderVariable {
+    UserProfile,
+    Temp,
+    AppData,
+    ProgramFiles,
+    AllUsers,
+    CommonFiles,
+    HomeDrive
+};
+
+/// Folders as UTF-8 texts with slashes, without one at the end.
+struct SystemPlaces {
+    /// The expansions of FolderVariables; on systems without them their counterparts: home folder,
+    /// temporary folder, the user's configuration folder, the folders of programs and shared data.
+    std::array<std::string, FolderVariables.size()> Variables;
+    std::string Executable;  ///< folder of the program's executable
+    std::string SharedData;  ///< where an installed program's data lie
+    std::string Documents;   ///< the user's documents where the profile has no "My Documents"
+
+    const std::string& Of(FolderVariable variable) const {
+        return Variables[static_cast<std::size_t>(variable)];
+    }
+};
+
+/// Asks the system. A QCoreApplication must exist.
+SystemPlaces AskSystem();
+
+}  // namespace ladderwise

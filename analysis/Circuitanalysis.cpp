@@ -300,21 +300,23 @@ LadderPoint AnalysePoint(const FilterDesign& design, double F0, double f) {
             GuardedDivide(Zin - RS, Zin + RS)};
 }
 
-void AnalyseLadder(const FilterDesign& design, const SweepTables& tables,
+bool AnalyseLadder(const FilterDesign& design, const SweepTables& tables,
                    const MessageCallback& report, std::span<double> re, std::span<double> im,
                    std::span<double> reflectionDb, KernelChoice choice) {
     if (!AllSlotsHoldElements(design)) {
         if (report) report("Error ", " Default case in Circuit Analysis");
-        return;
+        return false;
     }
     std::size_t count = std::min({tables.Count, re.size(), im.size()});
     if (!reflectionDb.empty()) count = std::min(count, reflectionDb.size());
     const bool byKernel = choice != KernelChoice::Reference && KernelFits(design.PartModel);
-    if (byKernel && !SweepByKernel(design, tables, count, re, im, reflectionDb, choice)) return;
+    if (byKernel && !SweepByKernel(design, tables, count, re, im, reflectionDb, choice))
+        return true;
     for (std::size_t i = 0; i < count; ++i) {
         if (!byKernel || std::isnan(re[i]))
             AnalyseByReference(design, tables, i, re, im, reflectionDb);
     }
+    return true;
 }
 
 void AnalyseLadder(FilterDesign& design, const SweepTables& tables, const MessageCallback& report) {

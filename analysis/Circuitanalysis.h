@@ -79,10 +79,11 @@ LadderPoint AnalysePoint(const FilterDesign& design, double F0, double f);
 /// Analyses the ladder of `design` over the grid of `tables`: H into re and im, the input
 /// reflection in dB into reflectionDb. Spans shorter than the grid shorten the sweep; an empty
 /// reflectionDb is not computed. Slots 1 .. NumElements (at most 31) from source to load; F0 is
-/// that of the tables. A code outside 0 .. 25 in a slot is reported once and nothing is changed.
+/// that of the tables. A code outside 0 .. 25 in a slot is reported once and nothing is changed;
+/// the result is then false.
 /// The kernel agrees with the reference form to about 1e-12 of H for lossy parts and 1e-8 at
 /// resonances of ideal ones.
-void AnalyseLadder(const FilterDesign& design, const SweepTables& tables,
+bool AnalyseLadder(const FilterDesign& design, const SweepTables& tables,
                    const MessageCallback& report, std::span<double> re, std::span<double> im,
                    std::span<double> reflectionDb, KernelChoice choice = KernelChoice::Automatic);
 

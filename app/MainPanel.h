@@ -5,73 +5,50 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QWidget>
+#include <vector>
 
-#include "windows/NumberEdit.h"
+#include "windows/InputBinder.h"
 
 class QGridLayout;
-class QLayout;
 
 namespace ladderwise {
 
-/// The panel owns its controls; the main window connects them. Every control carries its component
-/// name as object name.
+/// The panel owns its controls, which `binder` makes and binds; those that are no plain input are
+/// members. Every control carries its component name as object name.
 class MainPanel : public QWidget {
     Q_OBJECT
 
 public:
-    explicit MainPanel(QWidget* parent = nullptr);
+    explicit MainPanel(InputBinder& binder, QWidget* parent = nullptr);
 
-    NumberEdit* F0Box;
-    NumberEdit* BandWidthBox;
-    NumberEdit* NumPolesBox;
-    NumberEdit* RippleBox;
-    NumberEdit* EllipticAttenBox;
-    NumberEdit* RSBox;
-    NumberEdit* RLBox;
-    NumberEdit* PercentChangeBox;
-    UpDownButton* F0UpDown;
-    UpDownButton* BandWidthUpDown;
-    UpDownButton* NumPolesUpDown;
-    UpDownButton* RippleUpDown;
-    UpDownButton* EllipticAttenUpDown;
     QLabel* PolesLabel;
-    QLabel* RippleLabel;
-    QLabel* EllipticAttenLabel;
-    QRadioButton* BWMHzButton;
-    QRadioButton* BWPercentButton;
+    QWidget* BandWidthUnits;  ///< "BW MHz" and "BW %"
     QPushButton* CalcButton;
 
-    QRadioButton* IdealPartsButton;
-    QRadioButton* RealPartsButton;
-    QRadioButton* DeEmbedButton;
-    QCheckBox* StdValuesBox;
-    QCheckBox* WorstCaseBox;
     QLabel* ToleranceLabel;
     QLabel* IndQLabel;
     QLabel* IndCLabel;
     QLabel* CapRLabel;
     QLabel* CapLLabel;
 
-    QCheckBox* PlotMag1dBBox;
-    QCheckBox* PlotMagBox;
-    QCheckBox* PlotPhaseBox;
-    QCheckBox* PlotGDBox;
-    QCheckBox* PlotPulseBox;
-    QCheckBox* PlotReturnLossBox;
+    QAbstractButton* PlotPulseBox;
     QCheckBox* PlotReferenceBox;
-    QCheckBox* AutoScaleCheckBox;
+    QAbstractButton* AutoScaleCheckBox;
     QPushButton* SetRefButton;
     QPushButton* ExchangeRefButton;
 
 private:
     QWidget* BuildDesignGroup();
-    QLayout* BuildBandWidthUnits(QWidget* group);
+    QWidget* BuildBandWidthUnits(QWidget* group);
     QWidget* BuildPartsGroup();
     QWidget* BuildTracesGroup();
+    void AddInput(QGridLayout* grid, int row, int column, InputId id);
     void BuildHiddenControls();
     void SetTabOrder();
+
+    InputBinder& binder;
+    std::vector<QWidget*> tabOrder;  ///< in the order in which an engineer works
 };
 
 }  // namespace ladderwise

@@ -31,7 +31,7 @@ constexpr QSize SmallestSize(640, 560);
 
 }  // namespace
 
-MainWindow::MainWindow() {
+MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     setObjectName("MainForm");
     setWindowTitle("Ladderwise");
     setWindowIcon(QIcon(":/icons/ladderwise.png"));
@@ -39,15 +39,13 @@ MainWindow::MainWindow() {
         ShowMessage(caption, text);
     };
     SeedFromClock(calculation);
-    menuActions = BuildMenus(this);
+    ConnectCommands();
     markerMenu = BuildMarkerMenu(this);
     BuildClient();
     BuildEllipticPanel();
     BuildStatusLine();
-    partDefinitions = new PartDefinitionsWindow(
-        calculation.Inputs, [this] { CalcButtonClick(); }, this);
-    ConnectPanel();
-    ConnectMenus();
+    partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
+    connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
     setMinimumSize(SmallestSize);
@@ -72,7 +70,7 @@ void MainWindow::BuildClient() {
     bitMap->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(bitMap, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& at) { markerMenu->popup(bitMap->mapToGlobal(at)); });
-    panel = new MainPanel(client);
+    panel = new MainPanel(binder, client);
     panelView = new QScrollArea(client);
     panelView->setObjectName("PanelView");
     panelView->setFrameShape(QFrame::NoFrame);
@@ -107,7 +105,7 @@ void MainWindow::BuildClient() {
     stripBar = new QScrollBar(Qt::Horizontal, client);
     stripBar->setObjectName("StripScrollBar");
     connect(stripBar, &QScrollBar::valueChanged, this, &MainWindow::ScrollStrip);
-    scaleBox = new NumberEdit("ScaleBox", client);
+    scaleBox = binder.AddBox(client, InputId::Scale);
     scaleBox->hide();
 }
 
@@ -118,15 +116,16 @@ void MainWindow::BuildEllipticPanel() {
     auto* const grid = new QGridLayout(ellipticPanel);
     grid->setContentsMargins(2, 1, 0, 1);
     grid->setSpacing(1);
-    auto* const label = new QLabel("Trap T&ype", ellipticPanel);
+    NumberEdit* const box = binder.AddBox(ellipticPanel, InputId::TrapType);
+    QLabel* const label = binder.AddLabel(ellipticPanel, InputId::TrapType);
     label->setFont(valueGrid->font());
-    trapTypeBox = new NumberEdit("TrapTypeBox", ellipticPanel);
-    label->setBuddy(trapTypeBox);
-    ellipticFormUpDown = new UpDownButton("EllipticFormUpDown", ellipticPanel);
-    ellipticFormUpDown->setFixedHeight(trapTypeBox->sizeHint().height());
+    UpDownButton* const arrows =
+        binder.AddArrows(ellipticPanel, InputId::TrapType, "EllipticFormUpDown");
+    box->setMinimumWidth(0);
+    box->setMaximumWidth(QWIDGETSIZE_MAX);
     grid->addWidget(label, 0, 0, 1, 2);
-    grid->addWidget(trapTypeBox, 1, 0);
-    grid->addWidget(ellipticFormUpDown, 1, 1);
+    grid->addWidget(box, 1, 0);
+    grid->addWidget(arrows, 1, 1);
     ellipticPanel->setFixedWidth(SchematicWidth);  // left of the first schematic picture
     ellipticPanel->adjustSize();
     ellipticPanel->hide();
@@ -144,52 +143,15 @@ void MainWindow::BuildStatusLine() {
     statusBar()->setSizeGripEnabled(false);
 }
 
-void MainWindow::ConnectPanel() {
-    using Inputs = DesignInputs;
-    boxes = {
-        {panel->F0Box, &Inputs::F0Box, panel->F0UpDown, F0UpDownClick},
-        {panel->BandWidthBox, &Inputs::BandWidthBox, panel->BandWidthUpDown, BandWidthUpDownClick},
-        {panel->NumPolesBox, &Inputs::NumPolesBox, panel->NumPolesUpDown, NumPolesUpDownClick},
-        {panel->RippleBox, &Inputs::RippleBox, panel->RippleUpDown, RippleUpDownClick},
-        {panel->EllipticAttenBox, &Inputs::EllipticAttenBox, panel->EllipticAttenUpDown,
-         EllipticAttenUpDownClick},
-        {trapTypeBox, &Inputs::TrapTypeBox, ellipticFormUpDown, EllipticFormUpDownClick},
-        {panel->RSBox, &Inputs::RSBox, nullptr, nullptr},
-        {panel->RLBox, &Inputs::RLBox, nullptr, nullptr},
-        {panel->PercentChangeBox, &Inputs::PercentChangeBox, nullptr, nullptr},
-        {scaleBox, &Inputs::ScaleBox, nullptr, nullptr},
-    };
-    for (const BoundBox& bound : boxes) {
-        connect(bound.Edit, &NumberEdit::CalculationRequested, this, &MainWindow::CalcButtonClick);
-        if (!bound.Handler) continue;
-        const auto step = [this, bound](bool up) { StepBox(bound, up); };
-        connect(bound.Edit, &NumberEdit::StepRequested, this, step);
-        connect(bound.Arrows, &UpDownButton::StepRequested, this, step);
-    }
-    DesignInputs& inputs = calculation.Inputs;
-    TraceChoices& traces = inputs.Traces;
-    switches = {
-        {panel->StdValuesBox, &inputs.StdLCValues},    {panel->WorstCaseBox, &inputs.WorstCase},
-        {panel->AutoScaleCheckBox, &inputs.AutoScale}, {panel->PlotMag1dBBox, &traces.Mag1dB},
-        {panel->PlotMagBox, &traces.Mag10dB},          {panel->PlotPhaseBox, &traces.Phase},
-        {panel->PlotGDBox, &traces.GroupDelay},        {panel->PlotPulseBox, &traces.Pulse},
-        {panel->PlotReturnLossBox, &traces.ReturnLoss}};
-    connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
-    for (auto* const button : panel->findChildren<QAbstractButton*>())
-        if (qobject_cast<QRadioButton*>(button) || qobject_cast<QCheckBox*>(button))
-            connect(button, &QAbstractButton::clicked, this,
-                    [this, button] { FilterMenuClick(button); });
+InputActions MainWindow::Actions() {
+    return {[this] { CalcButtonClick(); }, [this](InputId id, bool up) { StepBox(id, up); },
+            [this](const QObject* sender) { FilterMenuClick(sender); }};
 }
 
-void MainWindow::ConnectMenus() {
-    for (const MenuAction& item : menuActions) {
-        const QAction* const action = item.Action;
-        if (item.Entry.Choice == MenuChoice::Command)
-            connect(action, &QAction::triggered, this,
-                    [this, action] { RunCommand(action->objectName()); });
-        else
-            connect(action, &QAction::triggered, this, [this, action] { FilterMenuClick(action); });
-    }
+void MainWindow::ConnectCommands() {
+    for (QAction* const action : BuildMenus(this, binder))
+        connect(action, &QAction::triggered, this,
+                [this, action] { RunCommand(action->objectName()); });
     // Shown nowhere: the settings file has a line for its check, and keeps its layout.
     auto* const readOut = new QAction("Here for File Read Save", this);
     readOut->setObjectName("MouseReadOutMenu");
@@ -197,11 +159,11 @@ void MainWindow::ConnectMenus() {
     readOut->setVisible(false);
 }
 
-void MainWindow::StepBox(const BoundBox& bound, bool up) {
+void MainWindow::StepBox(InputId id, bool up) {
     StoreInputs();
     const bool ctrl = QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
     const SpinStep step{up ? SpinDirection::Up : SpinDirection::Down, ctrl};
-    bound.Handler(calculation.Inputs, calculation.Design, step, report);
+    StepInput(id, calculation.Inputs, calculation.Design, step, report);
     Recalculate();
 }
 
@@ -211,47 +173,18 @@ void MainWindow::CalcButtonClick() {
 }
 
 void MainWindow::Recalculate() {
-    ReadInputs(calculation.Inputs, calculation.Design, report);
-    Calculate(calculation, report, [this](int run) { PlotRun(run); });
+    Calculate(calculation, report, Painter());
     ShowInputs();
     ShowStatus();
 }
 
 void MainWindow::FilterMenuClick(const QObject* sender) {
     StoreInputs();
-    if (sender) ApplySender(sender);
+    if (sender)
+        if (const auto chosen = ChosenBy(sender))
+            Choose(calculation.Inputs, calculation.Design, chosen->Id, chosen->Code);
     SetControlStates();
     Recalculate();
-}
-
-void MainWindow::ApplySender(const QObject* sender) {
-    for (const MenuAction& item : menuActions)
-        if (item.Action == sender) ApplyMenuEntry(item.Entry);
-    if (sender == panel->BWMHzButton || sender == panel->BWPercentButton) {
-        const bool percent = sender == panel->BWPercentButton;
-        if (percent != calculation.Inputs.BandWidthInPercent)
-            ChooseBandWidthUnit(calculation.Inputs, calculation.Design, percent);
-    }
-}
-
-void MainWindow::ApplyMenuEntry(const MenuEntry& entry) {
-    FilterDesign& design = calculation.Design;
-    switch (entry.Choice) {
-        case MenuChoice::PassType:
-            return ChoosePassType(calculation.Inputs, design, static_cast<PassType>(entry.Code));
-        case MenuChoice::Prototype:
-            return ChooseLowPassPrototype(calculation.Inputs, design);
-        case MenuChoice::Response:
-            return ChooseResponse(design, static_cast<ResponseType>(entry.Code));
-        case MenuChoice::Form:
-            design.FormCLC = entry.Code != 0;
-            return;
-        case MenuChoice::Sweep:
-            design.SweepType = static_cast<SweepType>(entry.Code);
-            return;
-        case MenuChoice::Command:
-            return;
-    }
 }
 
 void MainWindow::RunCommand(const QString& name) {
@@ -261,7 +194,7 @@ void MainWindow::RunCommand(const QString& name) {
 }
 
 void MainWindow::ShowPartDefinitions() {
-    partDefinitions->ShowInputs();
+    ShowInputs();
     partDefinitions->ShowBesideOwner();
 }
 

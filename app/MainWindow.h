@@ -4,15 +4,12 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
-#include <vector>
 
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "display/Plot.h"
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
-#include "pipeline/PlotQuantities.h"
-#include "pipeline/Updownfunctions.h"
 
 class QMenu;
 class QProgressBar;
@@ -56,28 +53,14 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    /// A box of the inputs, the edit that shows it, its arrows and handler (if it has any).
-    struct BoundBox {
-        NumberEdit* Edit;
-        NumberBox DesignInputs::*Box;
-        UpDownButton* Arrows;
-        SpinHandler Handler;
-    };
-    struct BoundSwitch {
-        QAbstractButton* Button;
-        bool* Value;
-    };
-
     // MainWindow.cpp: building and handlers
     void BuildClient();
     void BuildEllipticPanel();
     void BuildStatusLine();
-    void ConnectPanel();
-    void ConnectMenus();
+    void ConnectCommands();
     void Recalculate();  ///< the whole pipeline: every user action ends here
-    void StepBox(const BoundBox& bound, bool up);
-    void ApplySender(const QObject* sender);
-    void ApplyMenuEntry(const MenuEntry& entry);
+    InputActions Actions();
+    void StepBox(InputId id, bool up);
     void RunCommand(const QString& name);
     void ShowPartDefinitions();
     void ShowAbout();
@@ -87,13 +70,12 @@ private:
     void StoreInputs();
     void ShowInputs();
     void ShowLabels();
-    void ShowMenuChecks();
-    void ShowToolTips();
     void ShowStatus();
     void SetControlStates();
 
     // MainWindowPlot.cpp: picture and value grid
-    void PlotRun(int run);
+    void PlotRun(const AnalysedRun& run);
+    PlotRunCallback Painter();
     void ShowProgress(int run);
     void LayOutClient();
     void SizePlot();
@@ -113,7 +95,7 @@ private:
     void AnalyseAsItStands();
 
     Calculation calculation;
-    DisplayQuantities quantities;
+    InputBinder binder;
     Plot plot;
     MessageCallback report;
     bool started = false;
@@ -127,16 +109,11 @@ private:
     QTableWidget* valueGrid;
     QScrollBar* stripBar;
     QWidget* ellipticPanel;
-    NumberEdit* trapTypeBox;
-    UpDownButton* ellipticFormUpDown;
     NumberEdit* scaleBox;
     QMenu* markerMenu;
     ElidedLabel* statusLabel;
     QProgressBar* progress;
     PartDefinitionsWindow* partDefinitions;
-    std::vector<MenuAction> menuActions;
-    std::vector<BoundBox> boxes;
-    std::vector<BoundSwitch> switches;
 };
 
 }  // namespace ladderwise

@@ -107,7 +107,7 @@ bool MainWindow::ReadCell(int slot, int row) {
 }
 
 void MainWindow::AnalyseAsItStands() {
-    AnalyseAndPlot(calculation, report, [this](int run) { PlotRun(run); });
+    AnalyseAndPlot(calculation, report, Painter());
     ShowInputs();
     ShowStatus();
 }

@@ -9,7 +9,6 @@
 
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
-#include "display/TraceSource.h"
 #include "display/ValueGridContent.h"
 
 namespace ladderwise {
@@ -35,18 +34,22 @@ int MainWindow::GridTop() const {
     return valueGrid->y();
 }
 
-void MainWindow::PlotRun(int run) {
-    DerivePlotQuantities(calculation, run, quantities, report);
-    if (run < 1) LayOutClient();
-    plot.PlotRun(run, calculation.Design, calculation.Inputs.Traces, Placement(),
-                 TracesOf(quantities, calculation.Design.Response));
-    if (run < 1) {
-        PlaceGroupDelayControls();
-        ShowValueGrid();
-        bitMap->update();
-    } else {
-        ShowProgress(run);
+PlotRunCallback MainWindow::Painter() {
+    return [this](const AnalysedRun& run) { PlotRun(run); };
+}
+
+void MainWindow::PlotRun(const AnalysedRun& run) {
+    if (run.Number > 0) {
+        plot.PaintOverlay(TracesOf(run.Quantities, run.Response));
+        return ShowProgress(run.Number);
     }
+    LayOutClient();
+    plot.PaintContent(
+        ContentOf(calculation.Design, calculation.Inputs.Traces(), run.Quantities, {}),
+        Placement());
+    PlaceGroupDelayControls();
+    ShowValueGrid();
+    bitMap->update();
 }
 
 void MainWindow::ShowProgress(int run) {
@@ -78,7 +81,7 @@ void MainWindow::SizePlot() {
 
 void MainWindow::ResizePlot() {
     SizePlot();
-    RepeatAnalysis(calculation, report, [this](int run) { PlotRun(run); });
+    RepeatAnalysis(calculation, report, Painter());
 }
 
 void MainWindow::LayOutClient() {
@@ -120,11 +123,11 @@ void MainWindow::RevealColumn(int column) {
 }
 
 void MainWindow::PlaceGroupDelayControls() {
-    const bool delay = calculation.Inputs.Traces.GroupDelay;
+    const bool delay = calculation.Inputs.IsOn(ChoiceId::TraceGroupDelay);
     panel->AutoScaleCheckBox->setVisible(delay);
     const PlotRect place = ScaleBoxRect(plot.Layout(), scaleBox->sizeHint().height());
     scaleBox->setGeometry(place.Left, place.Top, place.Width, place.Height);
-    scaleBox->setVisible(delay && !calculation.Inputs.AutoScale);
+    scaleBox->setVisible(delay && !calculation.Inputs.IsOn(ChoiceId::AutoScale));
 }
 
 void MainWindow::ShowValueGrid() {

@@ -79,7 +79,7 @@ std::string UsageText() {
         "NAME and its values:\n";
     for (const SettingHelp& setting : SettingsHelp()) {
         std::string name = "  " + setting.Name;
-        name.resize(16, ' ');
+        name.resize(18, ' ');
         text += name + setting.Values + "\n";
     }
     return text;

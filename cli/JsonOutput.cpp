@@ -147,8 +147,8 @@ std::string WorstCaseObject(const WorstCaseResult& result) {
 
 }  // namespace
 
-std::string JsonText(const Calculation& calculation, const DisplayQuantities& quantities,
-                     const std::vector<RecordedMessage>& messages) {
+std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages) {
+    const DisplayQuantities& quantities = calculation.Quantities;
     const FilterDesign& design = calculation.Design;
     const SweepResponse& response = design.Response;
     const std::vector<Note> notes = CollectNotes(calculation);
@@ -172,7 +172,8 @@ std::string JsonText(const Calculation& calculation, const DisplayQuantities& qu
     member("phase_deg", BlankableNumbers(quantities.PhaseDeg));
     member("group_delay_s", BlankableNumbers(quantities.GroupDelay));
     member("group_delay_full_scale_s", Number(design.GDFullScale));
-    if (calculation.Inputs.Traces.Pulse) member("pulse", "null");  // no stage computes it yet
+    if (calculation.Inputs.IsOn(ChoiceId::TracePulse))
+        member("pulse", "null");  // no stage computes it yet
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     member("messages", List(messages.size(), [&](std::size_t i) {

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "analysis/Magphasefunctions.h"
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {
@@ -17,7 +16,6 @@ struct RecordedMessage {
 
 /// Numbers have 17 significant digits and a point whatever the locale; NaN, infinities, blank
 /// points and values that are not in use are null.
-std::string JsonText(const Calculation& calculation, const DisplayQuantities& quantities,
-                     const std::vector<RecordedMessage>& messages);
+std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages);
 
 }  // namespace ladderwise

@@ -1,7 +1,7 @@
 // The part table as text.
 #include "cli/TableOutput.h"
 
-#include "display/PlotFrame.h"
+#include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
 
@@ -49,7 +49,7 @@ std::string TableText(const Calculation& calculation) {
     const auto shown = [](double value, const char* unit) {
         return FormatWithPrefix(value, PartDigits, unit);
     };
-    std::string text = PlotTitle(design) + "\nFo " + shown(design.F0, "Hz");
+    std::string text = DesignTitle(design) + "\nFo " + shown(design.F0, "Hz");
     if (design.PassType != PassType::LowPass && design.PassType != PassType::HighPass)
         text += ", bandwidth " + shown(design.BandWidth, "Hz");
     text += ", R source " + shown(design.RSource, "ohm") + ", R load " +

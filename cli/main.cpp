@@ -12,11 +12,9 @@
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
 #include "display/PlotExport.h"
-#include "display/TraceSource.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
-#include "pipeline/PlotQuantities.h"
 #include "resources/Resources.h"
 
 using namespace ladderwise;
@@ -30,7 +28,6 @@ constexpr int ExitUsage = 2;
 /// One design on its way through the program.
 struct Session {
     Calculation Calc;
-    DisplayQuantities Nominal;              ///< of run 0
     std::vector<RecordedMessage> Messages;  ///< what the window would show in boxes
     std::vector<OverlayRun> Overlay;        ///< the traces of the worst-case runs
 };
@@ -58,15 +55,9 @@ bool ApplySettings(Session& session, const Arguments& arguments) {
 }
 
 void Design(Session& session, bool keepOverlay) {
-    Calculation& calculation = session.Calc;
-    const MessageCallback report = Recorder(session);
-    ReadInputs(calculation.Inputs, calculation.Design, report);
-    DisplayQuantities work;
-    Calculate(calculation, report, [&](int run) {
-        DisplayQuantities& quantities = run < 1 ? session.Nominal : work;
-        if (run >= 1 && !keepOverlay) return;
-        DerivePlotQuantities(calculation, run, quantities, report);
-        if (run >= 1) session.Overlay.push_back({quantities, calculation.Design.Response});
+    Calculate(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
+        if (run.Number > 0 && keepOverlay)
+            session.Overlay.push_back({run.Quantities, run.Response});
     });
 }
 
@@ -92,13 +83,13 @@ bool WriteText(const std::string& name, const std::string& text) {
 }
 
 bool WritePlot(const Session& session, const Arguments& arguments) {
-    const FilterDesign& design = session.Calc.Design;
-    PlotContent content{design, session.Calc.Inputs.Traces, {}, {}, QGuiApplication::font(), {}};
-    content.Current = TracesOf(session.Nominal, design.Response);
+    const Calculation& calc = session.Calc;
+    PlotContent content = ContentOf(calc.Design, calc.Inputs.Traces(), calc.Quantities, {});
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
     const QString path = QString::fromLocal8Bit(arguments.PlotFile.c_str());
-    if (WritePlotFile(path, {arguments.Width, arguments.Height}, content)) return true;
+    if (WritePlotFile(path, {arguments.Width, arguments.Height}, content, QGuiApplication::font()))
+        return true;
     PrintError("cannot write " + arguments.PlotFile + " (a plot is a .png, .svg or .pdf file)");
     return false;
 }
@@ -122,9 +113,8 @@ int main(int argc, char** argv) {
     bool written = true;
     if (arguments.Table) written = WriteText("-", TableText(session.Calc)) && written;
     if (!arguments.JsonFile.empty())
-        written = WriteText(arguments.JsonFile,
-                            JsonText(session.Calc, session.Nominal, session.Messages)) &&
-                  written;
+        written =
+            WriteText(arguments.JsonFile, JsonText(session.Calc, session.Messages)) && written;
     if (!arguments.PlotFile.empty()) {
         // A plot needs fonts but no screen.
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -1,7 +1,150 @@
-// Names of choices.
+// The table of choices.
 #include "design/ChoiceNames.h"
 
 namespace ladderwise {
+
+namespace {
+
+/// Put and InUse of a member of the design that holds an enumeration, a number or a switch.
+template <auto Member>
+struct Field {
+    static void Put(FilterDesign& design, int code) {
+        using Type = std::remove_reference_t<decltype(design.*Member)>;
+        design.*Member = static_cast<Type>(code);
+    }
+    static int Get(const FilterDesign& design) { return static_cast<int>(design.*Member); }
+};
+
+void PutPass(FilterDesign& design, int code) {
+    design.PassType = code == PrototypePassCode ? PassType::LowPass : static_cast<PassType>(code);
+}
+void PutParts(FilterDesign& design, int code) {
+    design.PartModel.Choice = static_cast<PartChoice>(code);
+}
+
+constexpr auto none = nullptr;
+
+/// A check box: one component, checked by code 1.
+ChoiceTable Switch(ChoiceId id, const char* name, ConsoleForm form, int initial,
+                   void (*put)(FilterDesign&, int), const char* word, const char* component,
+                   const char* caption, const char* tip) {
+    return {id,
+            name,
+            form,
+            initial,
+            put,
+            none,
+            {{0, "off", "", "", ""}, {1, word, component, caption, tip}}};
+}
+
+using enum ChoiceId;
+using enum ConsoleForm;
+using D = FilterDesign;
+
+// clang-format off
+const std::vector<ChoiceTable> tables = {
+    {Pass, "pass", Word, 0, PutPass, none, {
+        {0, "low-pass", "LowPassMenu", "&Low Pass", " LPF"},
+        {1, "high-pass", "HighPassMenu", "&High Pass", " HPF"},
+        {3, "notch", "NotchMenu", "&Notch", " NOTCH"},
+        {2, "band-pass", "BandPassMenu", "&Band Pass Canonical", " BPF"},
+        {4, "direct-coupled", "DirectCoupledMenu", "Band Pass  &Direct Coupled", " Direct BPF"},
+        {5, "norton", "NortonMenu", "Band Pass  N&orton", " Norton BPF"},
+        {PrototypePassCode, "low-pass-prototype", "LowPassPrototypeMenu", "Low Pass &Prototype ( F0 = 1/2Pi  Hz)", " LPF"}}},
+    {Response, "response", Word, 0, Field<&D::ResponseType>::Put, Field<&D::ResponseType>::Get, {
+        {0, "butterworth", "ButterworthMenu", "&Butterworth", " Pole Butterworth"},
+        {1, "chebyshev", "ChebyshevMenu", "&Chebyshev", " Pole Chebyshev"},
+        {2, "bessel-freq", "BesselFreqMenu", "Bessel (&Freq) ", " Pole Bessel Freq"},
+        {3, "bessel-delay", "BesselDelayMenu", "Bessel (&Delay)", " Pole Bessel Delay"},
+        {4, "papoulis", "PapoulisMenu", "&Papoulis", " Pole Papoulis"},
+        {5, "gauss", "GaussMenu", "&Gauss to 3 dB", " Pole Gauss"},
+        {6, "linear-chebyshev", "LinearChebyshevMenu", "&Linear Chebyshev", " Pole Linear Cheby"},
+        {7, "elliptic-a", "EllipticAMenu", "Elliptic &A  (R Load  > R Source)", " Pole Elliptic A"},
+        {8, "elliptic-b", "EllipticBMenu", "Elliptic &B  (R Load <  R Source)", " Pole Elliptic B"},
+        {9, "elliptic-c", "EllipticCMenu", "Elliptic &C  (R Load  = R Source)", " Pole Elliptic C"},
+        {10, "elliptic-d", "EllipticDMenu", "Elliptic &D  (R Load  = R Source)", " Pole Elliptic D"},
+        {11, "elliptic-e", "EllipticEMenu", "Elliptic &E  (R Load  = R Source)", " Pole Elliptic E"},
+        {13, "coefficients", "CoefficientsFileMenu", "Coefficients File (*.csv)", " Pole Coefficients File"}}},
+    {Form, "form", Word, 1, Field<&D::FormCLC>::Put, Field<&D::FormCLC>::Get, {
+        {1, "clc", "FormCLCMenu", "For&m = CLC", ""},
+        {0, "lcl", "FormLCLMenu", "F&orm = LCL", ""}}},
+    {Sweep, "sweep", Word, 4, Field<&D::SweepType>::Put, Field<&D::SweepType>::Get, {
+        {0, "linear", "LinearMenu", "&Linear", ""},
+        {1, "1-octave", "OneOctaveMenu", "&1 Octave", ""},
+        {2, "2-octaves", "TwoOctavesMenu", "&2 Octaves", ""},
+        {3, "3-octaves", "ThreeOctavesMenu", "&3 Octaves", ""},
+        {4, "1-decade", "OneDecadeMenu", "1 &Decade", ""},
+        {5, "2-decades", "TwoDecadesMenu", "2 D&ecades", ""}}},
+    {BandWidthUnit, "bw-unit", Hidden, BandWidthInMHz, none, none, {
+        {BandWidthInMHz, "MHz", "BWMHzButton", "BW MHz", "Bandwidth in MHz"},
+        {BandWidthInPercent, "%", "BWPercentButton", "BW %", "Bandwidth in % of Fo"}}},
+    {Parts, "parts", Word, 0, PutParts, none, {
+        {0, "ideal", "IdealPartsButton", "Ideal Parts", "Analyse with ideal inductors and capacitors"},
+        {1, "real", "RealPartsButton", "Real Parts", "Analyse with the losses and parasitics of the part definitions"},
+        {2, "deembed", "DeEmbedButton", "DeEmbed", "As Real Parts, with every L and C reduced to make up for its parasitics at Fo"}}},
+    {CapTolerance, "cap-tol", Number, 5, none, none, {
+        {10, "10", "TenPercentCap", "10 %", "Capacitors: tolerance and standard series of 10 %"},
+        {5, "5", "FivePercentCap", "5 %", "Capacitors: tolerance and standard series of 5 %"},
+        {2, "2", "TwoPercentCap", "2 %", "Capacitors: tolerance and standard series of 2 %"},
+        {1, "1", "OnePercentCap", "1 %", "Capacitors: tolerance and standard series of 1 %"}}},
+    {IndTolerance, "ind-tol", Number, 10, none, none, {
+        {10, "10", "TenPercentInd", "10 %", "Inductors: tolerance and standard series of 10 %"},
+        {5, "5", "FivePercentInd", "5 %", "Inductors: tolerance and standard series of 5 %"},
+        {2, "2", "TwoPercentInd", "2 %", "Inductors: tolerance and standard series of 2 %"},
+        {1, "1", "OnePercentInd", "1 %", "Inductors: tolerance and standard series of 1 %"}}},
+    Switch(StdLCValues, "std", Word, 0, Field<&D::StdLCValues>::Put, "on", "StdValuesBox", "Std LC Values",
+           "Snap every L and C to its standard series"),
+    Switch(WorstCase, "worst-case", Word, 0, Field<&D::WorstCase>::Put, "on", "WorstCaseBox", "Worst Case",
+           "Overlay runs with every L and C at random within its tolerance"),
+    Switch(AutoScale, "auto-scale", Hidden, 1, none, "on", "AutoScaleCheckBox", "Auto Scale",
+           "Choose the scale of the group delay from the response; off: type it at the plot"),
+    Switch(TraceMag1dB, "traces", Hidden, 0, none, "mag1", "PlotMag1dBBox", "Mag   1 dB",
+           "Magnitude, 1 dB per division: +1 dB at the top, -9 dB at the bottom"),
+    Switch(TraceMag10dB, "traces", Hidden, 1, none, "mag10", "PlotMagBox", "Mag 10 dB", "Magnitude, 10 dB per division"),
+    Switch(TracePhase, "traces", Hidden, 0, none, "phase", "PlotPhaseBox", "Phase", "Phase, +180 to -180 degrees"),
+    Switch(TraceGroupDelay, "traces", Hidden, 0, none, "gd", "PlotGDBox", "Group Delay", "Group delay"),
+    Switch(TracePulse, "traces", Hidden, 0, none, "pulse", "PlotPulseBox", "Sq Pulse",
+           "Will show the response to a square pulse (not built yet)"),
+    Switch(TraceReturnLoss, "traces", Hidden, 0, none, "rl", "PlotReturnLossBox", "Return Loss",
+           "Return loss, 10 dB per division"),
+};
+// clang-format on
+
+}  // namespace
+
+const std::vector<ChoiceTable>& ChoiceTables() {
+    return tables;
+}
+
+const ChoiceTable& TableOf(ChoiceId id) {
+    return tables[static_cast<std::size_t>(id)];
+}
+
+const ChoiceRow* FindRow(ChoiceId id, int code) {
+    for (const ChoiceRow& row : TableOf(id).Rows)
+        if (row.Code == code) return &row;
+    return nullptr;
+}
+
+std::optional<int> CodeOfWord(ChoiceId id, std::string_view word) {
+    for (const ChoiceRow& row : TableOf(id).Rows)
+        if (row.Word == word) return row.Code;
+    return {};
+}
+
+std::optional<ChoiceCode> FindComponent(std::string_view component) {
+    for (const ChoiceTable& table : tables)
+        for (const ChoiceRow& row : table.Rows)
+            if (*row.Component && row.Component == component) return ChoiceCode{table.Id, row.Code};
+    return {};
+}
+
+std::string DesignTitle(const FilterDesign& design) {
+    const ChoiceRow* const family = FindRow(Response, static_cast<int>(design.ResponseType));
+    const ChoiceRow* const pass = FindRow(Pass, static_cast<int>(design.PassType));
+    return std::to_string(design.NumPoles) + (family ? family->Title : " Pole Butterworth") +
+           (pass ? pass->Title : "");
+}
 
 std::string MissingStageText(MissingStage missing) {
     switch (missing) {

@@ -125,6 +125,7 @@ enum class MissingStage { None, EllipticPrototype, DirectCoupledSynthesis, Norto
 struct CalcFlags {
     bool LoadMoved = false;   ///< RLoad moved to the limit of an even Chebyshev (a yellow box)
     bool FormForced = false;  ///< FormCLC changed by the terminations
+    bool FellBack = false;    ///< ResponseType set to Butterworth: the chosen one cannot be built
     MissingStage Missing = MissingStage::None;
 };
 
@@ -156,8 +157,9 @@ struct FilterDesign {
     ElementList Elements{};
     ElementList NominalElements{};  ///< Elements at the start of the last worst-case run
     ladderwise::PartModel PartModel{};
-    bool StdLCValues = false;  ///< snap every value to its standard series
-    bool WorstCase = false;    ///< repeat the analysis with randomised values
+    bool StdLCValues = false;       ///< snap every value to its standard series
+    bool WorstCase = false;         ///< repeat the analysis with randomised values
+    double KeyStepFraction = 0.05;  ///< by which F1 and F2 change a part value
 
     SweepResponse Response{};
     double MagTopRef = 10.0;          ///< level of the top grid line of the 10 dB scale, dB

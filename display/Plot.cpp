@@ -25,16 +25,20 @@ void Plot::SetFont(const QFont& labelFont) {
     font = labelFont;
 }
 
-void Plot::PlotRun(int run, const FilterDesign& design, const TraceChoices& runChoices,
-                   const PlotPlacement& runPlacement, const PlotTraces& traces) {
-    if (run < 1) PaintBackground(design, runChoices, runPlacement);
-    PaintTraces(traces, false);
+void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlacement) {
+    choices = content.Choices;
+    placement = newPlacement;
+    PaintBackground(content.Design);
+    for (const PlotLayer& layer : content.Layers)
+        PaintTraces(layer);
 }
 
-void Plot::PaintBackground(const FilterDesign& design, const TraceChoices& newChoices,
-                           const PlotPlacement& newPlacement) {
-    choices = newChoices;
-    placement = newPlacement;
+void Plot::PaintOverlay(const PlotTraces& run) {
+    overlay.Values = run;
+    PaintTraces(overlay);
+}
+
+void Plot::PaintBackground(const FilterDesign& design) {
     const QSize size = image.deviceIndependentSize().toSize();
     layout = ComputePlotLayout(
         {size.width(), size.height(), placement.PanelHeight, placement.GridTop}, choices);
@@ -45,16 +49,12 @@ void Plot::PaintBackground(const FilterDesign& design, const TraceChoices& newCh
     PaintStrip(painter, design, placement.GridTop, placement.StripScroll, Doubled(), pictures);
 }
 
-void Plot::PaintTraces(const PlotTraces& traces, bool reference) {
+void Plot::PaintTraces(const PlotLayer& layer) {
     // The same pixels without a device pixel ratio, so that the pen is one pixel wide.
     QImage pixels(image.bits(), image.width(), image.height(), image.bytesPerLine(),
                   image.format());
     QPainter painter(&pixels);
-    for (TraceKind kind : TraceDrawOrder) {
-        if (!IsChosen(choices, kind)) continue;
-        MapTrace(ValuesOf(traces, kind), kind, reference, layout, scales, points);
-        PaintTrace(painter, points, TraceColour(kind, reference), image.devicePixelRatio());
-    }
+    PaintLayer(painter, layer, choices, layout, scales, points, image.devicePixelRatio());
 }
 
 void Plot::ScrollStrip(const FilterDesign& design, int scroll) {

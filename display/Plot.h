@@ -5,8 +5,8 @@
 #include <QFont>
 #include <QImage>
 
+#include "display/PlotContent.h"
 #include "display/PlotPainter.h"
-#include "display/TraceKinds.h"
 
 namespace ladderwise {
 
@@ -29,19 +29,13 @@ public:
     /// Font of labels, marks and title from the next run 0 on.
     void SetFont(const QFont& labelFont);
 
-    /// Run 0 (or below) repaints frame and strip and fixes layout and scales; then, in any run,
-    /// the chosen traces are drawn. Runs from 1 on use layout, scales and choices of the last run
-    /// 0, take no notice of the other arguments and allocate nothing.
-    void PlotRun(int run, const FilterDesign& design, const TraceChoices& choices,
-                 const PlotPlacement& placement, const PlotTraces& traces);
+    /// Run 0: repaints frame, strip and the chosen traces of all layers, and fixes layout, scales
+    /// and choices.
+    void PaintContent(const PlotContent& content, const PlotPlacement& placement);
 
-    /// Repaints background, frame and schematic strip without traces.
-    void PaintBackground(const FilterDesign& design, const TraceChoices& choices,
-                         const PlotPlacement& placement);
-
-    /// Draws the chosen traces over what is there: solid for the current design, dashed in their
-    /// own colours for the reference design.
-    void PaintTraces(const PlotTraces& traces, bool reference);
+    /// A worst-case run: draws the chosen traces over what is there, with layout, scales and
+    /// choices of the last run 0. Allocates nothing.
+    void PaintOverlay(const PlotTraces& run);
 
     /// Repaints the strip alone at another scroll position; traces and overlays stay.
     void ScrollStrip(const FilterDesign& design, int scroll);
@@ -53,6 +47,8 @@ public:
     const PlotScales& Scales() const { return scales; }
 
 private:
+    void PaintBackground(const FilterDesign& design);
+    void PaintTraces(const PlotLayer& layer);
     bool Doubled() const { return image.devicePixelRatio() > 1.0; }
 
     QImage image;
@@ -62,6 +58,7 @@ private:
     TraceChoices choices;
     PlotPlacement placement;
     TracePoints points;
+    PlotLayer overlay;
     SchematicPictures pictures;
 };
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "design/ChoiceNames.h"
 #include "display/PlotPainter.h"
 
 namespace ladderwise {
@@ -23,69 +24,64 @@ constexpr double pointsPerInch = 72.0;
 constexpr int bottomMargin = 10;  // below the table of values
 constexpr const char* programName = "Ladderwise";
 
-bool WritePng(QIODevice& file, QSize size, const PlotContent& content) {
+bool WritePng(QIODevice& file, QSize size, const PlotContent& content, const QFont& font) {
     QImage image(size, QImage::Format_RGB32);
     if (image.isNull()) return false;
     image.setDotsPerMeterX(dotsPerMeter);
     image.setDotsPerMeterY(dotsPerMeter);
     QPainter painter(&image);
-    PaintPlot(painter, size, content);
+    PaintPlot(painter, size, content, font);
     painter.end();
     return image.save(&file, "PNG");
 }
 
-bool PaintOnto(QPaintDevice& device, QSize size, const PlotContent& content) {
+bool PaintOnto(QPaintDevice& device, QSize size, const PlotContent& content, const QFont& font) {
     QPainter painter;
     if (!painter.begin(&device)) return false;
-    PaintPlot(painter, size, content);
+    PaintPlot(painter, size, content, font);
     return painter.end();
 }
 
-bool WriteSvg(QIODevice& file, QSize size, const PlotContent& content) {
+bool WriteSvg(QIODevice& file, QSize size, const PlotContent& content, const QFont& font) {
     QSvgGenerator svg;
     svg.setOutputDevice(&file);
     svg.setResolution(dotsPerInch);
     svg.setSize(size);
     svg.setViewBox(QRect(QPoint(0, 0), size));
-    svg.setTitle(QString::fromStdString(PlotTitle(content.Design)));
-    return PaintOnto(svg, size, content);
+    svg.setTitle(QString::fromStdString(DesignTitle(content.Design)));
+    return PaintOnto(svg, size, content, font);
 }
 
-bool WritePdf(QIODevice& file, QSize size, const PlotContent& content) {
+bool WritePdf(QIODevice& file, QSize size, const PlotContent& content, const QFont& font) {
     QPdfWriter pdf(&file);
     pdf.setCreator(QString::fromLatin1(programName));
-    pdf.setTitle(QString::fromStdString(PlotTitle(content.Design)));
+    pdf.setTitle(QString::fromStdString(DesignTitle(content.Design)));
     pdf.setResolution(dotsPerInch);
     pdf.setPageSize(QPageSize(QSizeF(size) * pointsPerInch / dotsPerInch, QPageSize::Point,
                               QString(), QPageSize::ExactMatch));
     pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
-    return PaintOnto(pdf, size, content);
-}
-
-void PaintTraceSet(QPainter& painter, const PlotContent& content, const PlotTraces& traces,
-                   bool reference, const PlotLayout& layout) {
-    const PlotScales scales = ScalesOf(content.Design);
-    const auto points = std::make_unique<TracePoints>();
-    for (TraceKind kind : TraceDrawOrder) {
-        if (!IsChosen(content.Choices, kind)) continue;
-        MapTrace(ValuesOf(traces, kind), kind, reference, layout, scales, *points);
-        PaintTrace(painter, *points, TraceColour(kind, reference));
-    }
+    return PaintOnto(pdf, size, content, font);
 }
 
 }  // namespace
 
-void PaintPlot(QPainter& painter, QSize size, const PlotContent& content) {
-    const int gridTop = size.height() - ValueGridRows * TableRowHeight - bottomMargin;
+int TableTop(QSize size) {
+    return size.height() - ValueGridRows * TableRowHeight - bottomMargin;
+}
+
+void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const QFont& font) {
+    const int gridTop = TableTop(size);
     const PlotLayout layout =
         ComputePlotLayout({size.width(), size.height(), 0, gridTop}, content.Choices);
-    painter.setFont(content.Font);
+    painter.setFont(font);
     PaintFrame(painter, BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter)),
                size);
-    PaintTraceSet(painter, content, content.Current, false, layout);
+    const PlotScales scales = ScalesOf(content.Design);
+    const auto work = std::make_unique<TracePoints>();
+    for (const PlotLayer& layer : content.Layers)
+        PaintLayer(painter, layer, content.Choices, layout, scales, *work);
     for (const PlotTraces& run : content.Overlays)
-        PaintTraceSet(painter, content, run, false, layout);
-    PaintTraceSet(painter, content, content.Reference, true, layout);
+        PaintLayer(painter, {run}, content.Choices, layout, scales, *work);
 
     const std::vector<GridColumn> columns = BuildValueGrid(content.Design);
     const int needed = 2 * ValueGridLeft + (static_cast<int>(columns.size()) + 1) * TablePitch;
@@ -101,7 +97,7 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content) {
     painter.restore();
 }
 
-bool WritePlotFile(const QString& path, QSize size, const PlotContent& content) {
+bool WritePlotFile(const QString& path, QSize size, const PlotContent& content, const QFont& font) {
     if (size.isEmpty()) return false;
     const QString ending = QFileInfo(path).suffix().toLower();
     const auto write = ending == QLatin1String("png")   ? WritePng
@@ -112,7 +108,7 @@ bool WritePlotFile(const QString& path, QSize size, const PlotContent& content) 
     // An old file of the name is replaced only once the new one is whole.
     QSaveFile file(path);
     file.setDirectWriteFallback(true);
-    return file.open(QIODevice::WriteOnly) && write(file, size, content) && file.commit();
+    return file.open(QIODevice::WriteOnly) && write(file, size, content, font) && file.commit();
 }
 
 }  // namespace ladderwise

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "design/ChoiceNames.h"
 #include "display/TraceMap.h"
 #include "numbers/Formatfunctions.h"
 #include "numbers/UtilityFunctions.h"
@@ -101,77 +102,22 @@ void AddScaleMarks(const FilterDesign& design, const TraceChoices& choices,
         if (choices.GroupDelay) {
             const std::string text = FormatWithPrefix(fullScale * 0.1 * (10 - i), 1, "s");
             frame.GroupDelayMarks.push_back({layout.PlotLeft - gap - metrics.Width(text), y, text,
-                                             TraceColour(TraceKind::GroupDelay, false)});
+                                             TraceColour(TraceKind::GroupDelay)});
         }
         if (choices.Mag10dB) {
             frame.MagnitudeMarks.push_back({layout.PlotLeft - magMarkOffset, y,
                                             FormatNumber(design.MagTopRef - 10.0 * i, 0),
-                                            TraceColour(TraceKind::Mag10dB, false)});
+                                            TraceColour(TraceKind::Mag10dB)});
         }
         if (choices.Phase) {
             frame.PhaseMarks.push_back({layout.PlotRight + phaseMarkOffset, y,
                                         FormatNumber(180.0 - 36.0 * i, 0),
-                                        TraceColour(TraceKind::Phase, false)});
+                                        TraceColour(TraceKind::Phase)});
         }
     }
 }
 
-const char* FamilyText(ResponseType response) {
-    switch (response) {
-        case ResponseType::Butterworth:
-            return " Pole Butterworth";
-        case ResponseType::Chebyshev:
-            return " Pole Chebyshev";
-        case ResponseType::BesselFreq:
-            return " Pole Bessel Freq";
-        case ResponseType::BesselDelay:
-            return " Pole Bessel Delay";
-        case ResponseType::Papoulis:
-            return " Pole Papoulis";
-        case ResponseType::Gauss:
-            return " Pole Gauss";
-        case ResponseType::LinearChebyshev:
-            return " Pole Linear Cheby";
-        case ResponseType::EllipticA:
-            return " Pole Elliptic A";
-        case ResponseType::EllipticB:
-            return " Pole Elliptic B";
-        case ResponseType::EllipticC:
-            return " Pole Elliptic C";
-        case ResponseType::EllipticD:
-            return " Pole Elliptic D";
-        case ResponseType::EllipticE:
-            return " Pole Elliptic E";
-        case ResponseType::CoefficientsFile:
-            return " Pole Coefficients File";
-    }
-    return " Pole Butterworth";
-}
-
-const char* PassText(PassType pass) {
-    switch (pass) {
-        case PassType::LowPass:
-            return " LPF";
-        case PassType::HighPass:
-            return " HPF";
-        case PassType::BandPassCanonical:
-            return " BPF";
-        case PassType::Notch:
-            return " NOTCH";
-        case PassType::DirectCoupled:
-            return " Direct BPF";
-        case PassType::Norton:
-            return " Norton BPF";
-    }
-    return "";
-}
-
 }  // namespace
-
-std::string PlotTitle(const FilterDesign& design) {
-    return std::to_string(design.NumPoles) + FamilyText(design.ResponseType) +
-           PassText(design.PassType);
-}
 
 PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices,
                          const PlotLayout& layout, const TextMetrics& metrics) {
@@ -182,7 +128,7 @@ PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices
     // One pixel below the plot, so that a trace lying on the bottom edge stays visible.
     frame.Border = {layout.PlotLeft, layout.PlotTop, layout.PlotWidth, layout.PlotHeight + 1};
     AddScaleMarks(design, choices, layout, metrics, frame);
-    frame.Title.Text = PlotTitle(design);
+    frame.Title.Text = DesignTitle(design);
     frame.Title.X = layout.PlotLeft + (layout.PlotWidth - metrics.Width(frame.Title.Text)) / 2;
     const int panel = layout.Area.PanelHeight;
     frame.Title.Y = panel + (layout.PlotTop - panel - metrics.Height) / 2;

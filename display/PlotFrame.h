@@ -45,10 +45,6 @@ struct PlotFrame {
     PlotText Title;
 };
 
-/// "3 Pole Butterworth LPF": poles (or traps), response family, pass type. Families that no
-/// prototype knows read as Butterworth, which is what they are designed as.
-std::string PlotTitle(const FilterDesign& design);
-
 /// Builds the frame of a design for the chosen traces.
 PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices,
                          const PlotLayout& layout, const TextMetrics& metrics);

@@ -104,6 +104,16 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
     }
 }
 
+void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
+                const PlotLayout& layout, const PlotScales& scales, TracePoints& work,
+                double pixelRatio) {
+    for (const TraceKind kind : TraceDrawOrder) {
+        if (!IsChosen(choices, kind)) continue;
+        MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, layout, scales, work);
+        PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)], pixelRatio);
+    }
+}
+
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
                 bool doubled, SchematicPictures& pictures) {
     const std::string notice = MissingStageText(design.Flags.Missing);

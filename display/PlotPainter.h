@@ -52,6 +52,11 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size);
 void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
                 double pixelRatio = 1.0);
 
+/// The chosen traces of a layer in drawing order, mapped through `work`.
+void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
+                const PlotLayout& layout, const PlotScales& scales, TracePoints& work,
+                double pixelRatio = 1.0);
+
 /// The schematic strip, or the notice that the ladder is empty. A picture that is missing is
 /// replaced by a box with the type's name.
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,

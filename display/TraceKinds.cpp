@@ -42,23 +42,24 @@ std::span<const double> ValuesOf(const PlotTraces& traces, TraceKind kind) {
     return {};
 }
 
-PlotColour TraceColour(TraceKind kind, bool reference) {
-    switch (kind) {
-        case TraceKind::Mag1dB:
-            return reference ? PlotColour{192, 0, 0} : PlotColour{128, 0, 0};
-        case TraceKind::Mag10dB:
-            return reference ? PlotColour{205, 38, 38} : PlotColour{255, 0, 0};
-        case TraceKind::Phase:
-            return reference ? PlotColour{0, 0, 128} : PlotColour{0, 0, 255};
-        case TraceKind::GroupDelay:
-            return reference ? PlotColour{0, 173, 0} : PlotColour{0, 96, 0};
-        case TraceKind::Pulse:
-        case TraceKind::Normalised:
-            return reference ? PlotColour{255, 193, 37} : PlotColour{255, 128, 0};
-        case TraceKind::ReturnLoss:
-            return reference ? PlotColour{240, 0, 176} : PlotColour{240, 0, 240};
-    }
-    return Black;
+// Normalised takes the colour of Pulse.
+const TraceColours CurrentColours = {{{128, 0, 0},
+                                      {255, 0, 0},
+                                      {0, 0, 255},
+                                      {0, 96, 0},
+                                      {255, 128, 0},
+                                      {255, 128, 0},
+                                      {240, 0, 240}}};
+const TraceColours ReferenceColours = {{{192, 0, 0},
+                                        {205, 38, 38},
+                                        {0, 0, 128},
+                                        {0, 173, 0},
+                                        {255, 193, 37},
+                                        {255, 193, 37},
+                                        {240, 0, 176}}};
+
+PlotColour TraceColour(TraceKind kind) {
+    return CurrentColours[static_cast<std::size_t>(kind)];
 }
 
 }  // namespace ladderwise

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <string>
 
 #include "design/TraceChoices.h"
 
@@ -20,6 +21,7 @@ enum class TraceKind : int {
     Normalised = 5,
     ReturnLoss = 6,
 };
+inline constexpr int NumTraceKinds = 7;
 
 /// The arrays of one design, one entry per sweep point; an empty array draws nothing.
 struct PlotTraces {
@@ -53,8 +55,23 @@ bool IsChosen(const TraceChoices& choices, TraceKind kind);
 /// The array that a kind draws; empty for Normalised.
 std::span<const double> ValuesOf(const PlotTraces& traces, TraceKind kind);
 
-/// Colour of a trace: of the current design or, darker or lighter, of the reference design.
-/// Normalised takes the colours of Pulse.
-PlotColour TraceColour(TraceKind kind, bool reference);
+/// One colour for each trace kind, by its number.
+using TraceColours = std::array<PlotColour, NumTraceKinds>;
+
+/// Colours of the design in hand.
+extern const TraceColours CurrentColours;
+/// Colours of the reference design: each near the current design's, darker or lighter.
+extern const TraceColours ReferenceColours;
+
+/// Colour of a trace of the design in hand.
+PlotColour TraceColour(TraceKind kind);
+
+/// What is drawn of one design: the one in hand, the reference, a measurement.
+struct PlotLayer {
+    PlotTraces Values;
+    TraceColours Colours = CurrentColours;
+    bool Dashed = false;
+    std::string Name{};  ///< in the legend
+};
 
 }  // namespace ladderwise

@@ -7,8 +7,8 @@
 #include <limits>
 
 #include "analysis/Circuitanalysis.h"
-#include "analysis/Magphasefunctions.h"
 #include "analysis/PartValues.h"
+#include "pipeline/DisplayScale.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
 #include "scaling/Protoscaler.h"
@@ -101,6 +101,16 @@ void Summarise(const FilterDesign& design, const std::vector<double>& nominalDb,
     result.SpreadAtF0Db = result.HighDb[centre] - result.LowDb[centre];
 }
 
+/// What the traces of a worst-case run draw.
+NeededQuantities NeededFor(const TraceChoices& traces) {
+    return {traces.Mag1dB || traces.Mag10dB, traces.Phase, traces.GroupDelay};
+}
+
+void Derive(const FilterDesign& design, NeededQuantities needed, DisplayQuantities& quantities) {
+    DeriveDisplayQuantities(design.Response, design.SweepFreqs, design.PhaseGDThreshold, needed,
+                            quantities);
+}
+
 std::vector<double> LevelsDb(const std::vector<double>& power) {
     std::vector<double> levels(power.size());
     ExtremesToDb(power, levels);
@@ -131,13 +141,27 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
         RandomiseParts(design, generator);
         AnalyseLadder(design, calculation.Tables, report);
         AccumulateExtremes(design.Response.TransferRe, design.Response.TransferIm, low, high);
-        if (plotRun) plotRun(run);
+        if (!plotRun) continue;
+        Derive(design, NeededFor(calculation.Inputs.Traces()), calculation.RunQuantities);
+        plotRun({run, calculation.RunQuantities, design.Response});
     }
     design.Elements = design.NominalElements;
     design.Response = nominal;
     result.LowDb = LevelsDb(low);
     result.HighDb = LevelsDb(high);
     Summarise(design, nominalDb, result);
+}
+
+/// What the stages overrode, into the inputs: the load that was moved shows in its box; a family
+/// that cannot be built is given up, or every later calculation would say so again.
+void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
+    if (design.Flags.LoadMoved) {
+        NumberBox& load = inputs.Box(InputId::RLoad);
+        load.WriteValue(design.RLoad);
+        load.Colour = BoxColour::Yellow;
+    }
+    if (design.Flags.FellBack)
+        inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);
 }
 
 }  // namespace
@@ -181,7 +205,9 @@ void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
     BuildSweepTables(calculation.Tables, design.SweepFreqs, design.F0);
     AnalyseLadder(design, calculation.Tables, report);
     calculation.WorstCase = {};
-    if (plotRun) plotRun(0);
+    Derive(design, {}, calculation.Quantities);
+    SettleGroupDelayScale(calculation.Inputs, design, calculation.Quantities.GDFullScale, report);
+    if (plotRun) plotRun({0, calculation.Quantities, design.Response});
 }
 
 void RunAnalysis(Calculation& calculation, const MessageCallback& report,
@@ -202,11 +228,9 @@ void RepeatAnalysis(Calculation& calculation, const MessageCallback& report,
 
 void Calculate(Calculation& calculation, const MessageCallback& report,
                const PlotRunCallback& plotRun) {
+    ReadInputs(calculation.Inputs, calculation.Design, report);
     BuildLadder(calculation.Design, report);
-    if (calculation.Design.Flags.LoadMoved) {
-        calculation.Inputs.RLBox.WriteValue(calculation.Design.RLoad);
-        calculation.Inputs.RLBox.Colour = BoxColour::Yellow;
-    }
+    MarkInputs(calculation.Inputs, calculation.Design);
     RunAnalysis(calculation, report, plotRun);
 }
 

@@ -7,13 +7,22 @@
 #include <random>
 #include <vector>
 
+#include "analysis/Magphasefunctions.h"
 #include "analysis/SweepTables.h"
 #include "pipeline/DesignInputs.h"
 
 namespace ladderwise {
 
-/// Called after every analysis: 0 for the nominal ladder, 1 .. N for the worst-case runs.
-using PlotRunCallback = std::function<void(int run)>;
+/// One analysed run with what its traces draw: 0 for the nominal ladder, with all quantities, 1 ..
+/// N for the worst-case runs, with the quantities that the chosen traces need.
+struct AnalysedRun {
+    int Number = 0;
+    const DisplayQuantities& Quantities;
+    const SweepResponse& Response;
+};
+
+/// Called after every analysis, to paint it; it changes nothing of the calculation.
+using PlotRunCallback = std::function<void(const AnalysedRun& run)>;
 
 /// What a worst-case calculation found; empty (Runs = 0) when none was asked for.
 struct WorstCaseResult {
@@ -31,6 +40,8 @@ struct Calculation {
     DesignInputs Inputs{};
     FilterDesign Design{};
     SweepTables Tables{};
+    DisplayQuantities Quantities{};     ///< of the nominal ladder, whenever a calculation returns
+    DisplayQuantities RunQuantities{};  ///< of the worst-case run in hand
     WorstCaseResult WorstCase{};
     std::mt19937 SeedSource{};                 ///< gives each worst-case calculation its seed
     std::optional<std::uint32_t> FixedSeed{};  ///< set: every worst-case calculation uses this one
@@ -50,9 +61,9 @@ void BuildSweepGrid(FilterDesign& design);
 /// prototype, scaling. Where a stage is not built, the ladder stays empty and Flags.Missing tells.
 void BuildLadder(FilterDesign& design, const MessageCallback& report);
 
-/// De-embedding and standard values where asked for, analysis, plotRun(0); then, for a worst case,
-/// plotRun(run) after each of the randomised runs. Afterwards Elements and Response hold the
-/// nominal ladder again, whose read-outs a user expects. A null callback plots nothing.
+/// De-embedding and standard values where asked for, analysis, display quantities, plotRun of run
+/// 0; then, for a worst case, plotRun of each of the randomised runs. Afterwards Elements, Response
+/// and Quantities are those of the nominal ladder again. A null callback plots nothing.
 void RunAnalysis(Calculation& calculation, const MessageCallback& report,
                  const PlotRunCallback& plotRun);
 
@@ -65,9 +76,10 @@ void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
 void RepeatAnalysis(Calculation& calculation, const MessageCallback& report,
                     const PlotRunCallback& plotRun);
 
-/// BuildLadder and RunAnalysis, and the marks that they leave in the boxes: everything between
-/// ReadInputs and the picture.
+/// The whole calculation, from the boxes and choices to the analysed ladder and its display
+/// quantities: ReadInputs, BuildLadder, RunAnalysis, and the marks that they leave in the boxes. A
+/// callback only paints.
 void Calculate(Calculation& calculation, const MessageCallback& report,
-               const PlotRunCallback& plotRun);
+               const PlotRunCallback& plotRun = nullptr);
 
 }  // namespace ladderwise

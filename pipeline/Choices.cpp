@@ -1,53 +1,48 @@
-// Menu choices and the control states that follow from them.
+// Choices and the control states that follow from them.
 #include "pipeline/Choices.h"
-
-#include "pipeline/Updownfunctions.h"
 
 namespace ladderwise {
 
 namespace {
 
+constexpr double MHzPerHz = 1e-6;
+constexpr double Percent = 100.0;
+
 bool IsCoupledBandPass(PassType pass) {
     return pass == PassType::DirectCoupled || pass == PassType::Norton;
 }
 
-bool HasBandWidth(PassType pass) {
-    return pass != PassType::LowPass && pass != PassType::HighPass;
+void ChoosePrototype(DesignInputs& inputs) {
+    inputs.Box(InputId::RLoad).Type("1");
+    inputs.Box(InputId::RSource).Type("1");
+    inputs.Box(InputId::F0).Type(PrototypeF0Text);
+    inputs.Choice(ChoiceId::Parts) = static_cast<int>(PartChoice::IdealParts);
+    inputs.Choice(ChoiceId::StdLCValues) = 0;
+}
+
+void RewriteBandWidth(DesignInputs& inputs, const FilterDesign& design, bool inPercent) {
+    inputs.Box(InputId::BandWidth)
+        .WriteValue(inPercent ? design.BandWidth / design.F0 * Percent
+                              : design.BandWidth * MHzPerHz);
 }
 
 }  // namespace
 
-void ChoosePassType(DesignInputs& inputs, FilterDesign& design, PassType pass) {
-    inputs.LowPassPrototype = false;
-    design.PassType = pass;
-    if (IsCoupledBandPass(pass) && IsElliptic(design.ResponseType))
-        design.ResponseType = ResponseType::Chebyshev;
+void Choose(DesignInputs& inputs, FilterDesign& design, ChoiceId id, int code) {
+    const int before = inputs.Choice(id);
+    inputs.Choice(id) = code;
+    if (id == ChoiceId::Pass && inputs.IsPrototype()) ChoosePrototype(inputs);
+    if (id == ChoiceId::Pass && IsCoupledBandPass(inputs.Pass()) && IsElliptic(inputs.Response()))
+        inputs.Choice(ChoiceId::Response) = static_cast<int>(ResponseType::Chebyshev);
+    if (id == ChoiceId::Response && inputs.Response() == ResponseType::CoefficientsFile)
+        design.CoefFileRead = false;
+    if (id == ChoiceId::BandWidthUnit && code != before)
+        RewriteBandWidth(inputs, design, code == BandWidthInPercent);
 }
 
-void ChooseLowPassPrototype(DesignInputs& inputs, FilterDesign& design) {
-    inputs.RLBox.Type("1");
-    inputs.RSBox.Type("1");
-    inputs.F0Box.Type(PrototypeF0Text);
-    inputs.LowPassPrototype = true;
-    inputs.Parts = PartChoice::IdealParts;
-    inputs.StdLCValues = false;
-    design.PassType = PassType::LowPass;
-}
-
-void ChooseResponse(FilterDesign& design, ResponseType response) {
-    design.ResponseType = response;
-    if (response == ResponseType::CoefficientsFile) design.CoefFileRead = false;
-}
-
-void ChooseBandWidthUnit(DesignInputs& inputs, const FilterDesign& design, bool inPercent) {
-    inputs.BandWidthInPercent = inPercent;
-    inputs.BandWidthBox.WriteValue(inPercent ? design.BandWidth / design.F0 * 100.0
-                                             : design.BandWidth * 1e-6);
-}
-
-bool ForbidEllipticCoupling(FilterDesign& design, const MessageCallback& report) {
-    if (!IsElliptic(design.ResponseType) || !IsCoupledBandPass(design.PassType)) return false;
-    design.ResponseType = ResponseType::Butterworth;
+bool ForbidEllipticCoupling(DesignInputs& inputs, const MessageCallback& report) {
+    if (!IsElliptic(inputs.Response()) || !IsCoupledBandPass(inputs.Pass())) return false;
+    inputs.Choice(ChoiceId::Response) = static_cast<int>(ResponseType::Butterworth);
     if (report)
         report("Program Info",
                "Direct Coupled and Norton Transform filters can't use an Elliptic prototype. \n"
@@ -57,22 +52,13 @@ bool ForbidEllipticCoupling(FilterDesign& design, const MessageCallback& report)
     return true;
 }
 
-ControlStates StatesFor(const DesignInputs& inputs, const FilterDesign& design,
-                        bool trapPanelVisible) {
-    const bool elliptic = IsElliptic(design.ResponseType);
-    const PassType pass = design.PassType;
+ControlStates StatesFor(const DesignInputs& inputs, bool trapPanelVisible) {
+    const bool elliptic = IsElliptic(inputs.Response());
+    const PassType pass = inputs.Pass();
     ControlStates states;
-    states.PulseEnabled = !inputs.WorstCase;
-    states.BandWidthEnabled = HasBandWidth(pass);
-    states.RippleEnabled = elliptic || design.ResponseType == ResponseType::Chebyshev;
-    states.AttenEnabled = elliptic;
+    states.PulseEnabled = !inputs.IsOn(ChoiceId::WorstCase);
     states.CountsTraps = elliptic;
-    if (!elliptic)
-        states.TrapPanelVisible = false;
-    else if (pass == PassType::BandPassCanonical || pass == PassType::Notch)
-        states.TrapPanelVisible = true;
-    else
-        states.TrapPanelVisible = trapPanelVisible;
+    states.TrapPanelVisible = elliptic && (HasTrapPanel(pass) || trapPanelVisible);
     states.RefAtPeakEnabled = pass == PassType::BandPassCanonical || IsCoupledBandPass(pass);
     return states;
 }

@@ -1,35 +1,25 @@
-// What each menu entry and radio button sets, and which controls a choice enables: the window-free
-// half of the main window's common handler. No Qt.
+// What a choice brings with it, and which controls it enables: the window-free half of the main
+// window's common handler. No Qt.
 #pragma once
 
 #include "pipeline/DesignInputs.h"
 
 namespace ladderwise {
 
-/// A pass-type entry. Direct-coupled and Norton band-passes turn an elliptic response silently into
-/// Chebyshev. Leaves the "Low Pass Prototype" entry.
-void ChoosePassType(DesignInputs& inputs, FilterDesign& design, PassType pass);
-
-/// "Low Pass Prototype": 1 ohm at both ends, F0 = 1 / 2 pi Hz, ideal parts, no standard values.
-void ChooseLowPassPrototype(DesignInputs& inputs, FilterDesign& design);
-
-/// A response entry. A coefficients file counts as not read until a reader says so.
-void ChooseResponse(FilterDesign& design, ResponseType response);
-
-/// The "BW MHz" and "BW %" radio buttons: the box is rewritten in the new unit from the stored
-/// bandwidth.
-void ChooseBandWidthUnit(DesignInputs& inputs, const FilterDesign& design, bool inPercent);
+/// Makes a choice as a menu entry, radio button or check box does:
+/// a direct-coupled or Norton band-pass turns an elliptic response silently into Chebyshev; "Low
+/// Pass Prototype" means 1 ohm at both ends, F0 = 1 / 2 pi Hz, ideal parts and no standard values;
+/// a coefficients file counts as not read until a reader says so; another bandwidth unit rewrites
+/// the bandwidth's box from the stored bandwidth. Everything else only stores the code.
+void Choose(DesignInputs& inputs, FilterDesign& design, ChoiceId id, int code);
 
 /// Turns an elliptic response of a direct-coupled or Norton band-pass back into Butterworth, with
 /// one message. True if it did.
-bool ForbidEllipticCoupling(FilterDesign& design, const MessageCallback& report);
+bool ForbidEllipticCoupling(DesignInputs& inputs, const MessageCallback& report);
 
-/// Which controls are enabled or shown for the current choices.
+/// What controls look like for the current choices, beyond what the rows of the inputs say.
 struct ControlStates {
     bool PulseEnabled = true;
-    bool BandWidthEnabled = false;
-    bool RippleEnabled = false;
-    bool AttenEnabled = false;
     bool CountsTraps = false;  ///< the label reads "N Traps" rather than "N Poles"
     bool TrapPanelVisible = false;
     bool RefAtPeakEnabled = false;  ///< "Set Ref at BPF Peak" needs a band-pass
@@ -37,7 +27,6 @@ struct ControlStates {
 
 /// The states for the present choices. `trapPanelVisible` is what the trap panel is now: an
 /// elliptic low-pass or high-pass leaves it as it was.
-ControlStates StatesFor(const DesignInputs& inputs, const FilterDesign& design,
-                        bool trapPanelVisible);
+ControlStates StatesFor(const DesignInputs& inputs, bool trapPanelVisible);
 
 }  // namespace ladderwise

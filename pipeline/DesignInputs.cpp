@@ -1,22 +1,14 @@
-// From the boxes to the design state: the first step of every calculation.
+// From boxes and choices to the design state: the first step of every calculation.
 #include "pipeline/DesignInputs.h"
 
 #include "analysis/PartValues.h"
-#include "numbers/Formatfunctions.h"
-#include "pipeline/Updownfunctions.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr double FaradsPerPicofarad = 1e-12;
-constexpr double HenriesPerNanohenry = 1e-9;
 constexpr double EllipticALoadRatio = 2.0;  ///< RLoad / RSource
 constexpr double EllipticBLoadRatio = 0.5;
-
-double ReadBox(NumberBox& box, const BoxLimits& limits, const MessageCallback& report) {
-    return EditBoxToDouble(box, limits.Minimum, limits.Default, limits.Maximum, report);
-}
 
 /// The load that a response prescribes for a source; Butterworth and Chebyshev keep the user's.
 double LoadFor(ResponseType response, double source, double load) {
@@ -42,49 +34,47 @@ double LoadFor(ResponseType response, double source, double load) {
     return load;
 }
 
-void ReadTerminations(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
-    design.RSource = ReadBox(inputs.RSBox, ResistanceLimits(), report);
-    design.RLoad = LoadFor(design.ResponseType, design.RSource,
-                           ReadBox(inputs.RLBox, ResistanceLimits(), report));
-    inputs.RSBox.WriteValue(design.RSource);
-    inputs.RLBox.WriteValue(design.RLoad);
-}
-
-void ReadPartModel(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
-    PartModel& model = design.PartModel;
-    model.IndQ = ReadBox(inputs.IndQBox, IndQLimits(), report);
-    model.IndC = ReadBox(inputs.IndCBox, IndCLimits(), report) * FaradsPerPicofarad;
-    model.CapL = ReadBox(inputs.CapLBox, CapLLimits(), report) * HenriesPerNanohenry;
-    model.CapR = ReadBox(inputs.CapRBox, CapRLimits(), report);
-    model.Choice = inputs.Parts;
-    SetTolerance(model, PartKind::Capacitor, inputs.CapTolerancePercent);
-    SetTolerance(model, PartKind::Inductor, inputs.IndTolerancePercent);
-    const BoxLimits runs = WorstCaseSimsLimits();
-    model.MonteCarloRuns =
-        EditBoxToInt(inputs.WorstCaseSimsBox, runs.Minimum, runs.Default, runs.Maximum, report);
+void ForceLoad(DesignInputs& inputs, FilterDesign& design) {
+    design.RLoad = LoadFor(design.ResponseType, design.RSource, design.RLoad);
+    inputs.Box(InputId::RLoad).WriteValue(design.RLoad);
 }
 
 }  // namespace
 
-double ReadPercentChange(DesignInputs& inputs, const MessageCallback& report) {
-    constexpr double FractionPerPercent = 0.01;
-    return ReadBox(inputs.PercentChangeBox, PercentChangeLimits(), report) * FractionPerPercent;
+DesignInputs::DesignInputs() {
+    for (const InputRow& row : InputRows())
+        Box(row.Id).Text = row.Initial;
+    for (const ChoiceTable& table : ChoiceTables())
+        Choice(table.Id) = table.Initial;
+}
+
+TraceChoices DesignInputs::Traces() const {
+    TraceChoices traces;
+    traces.Mag1dB = IsOn(ChoiceId::TraceMag1dB);
+    traces.Mag10dB = IsOn(ChoiceId::TraceMag10dB);
+    traces.Phase = IsOn(ChoiceId::TracePhase);
+    traces.GroupDelay = IsOn(ChoiceId::TraceGroupDelay);
+    traces.Pulse = IsOn(ChoiceId::TracePulse);
+    traces.ReturnLoss = IsOn(ChoiceId::TraceReturnLoss);
+    return traces;
+}
+
+double ReadPercentChange(DesignInputs& inputs, FilterDesign& design,
+                         const MessageCallback& report) {
+    StepInput(InputId::PercentChange, inputs, design, {}, report);
+    return design.KeyStepFraction;
 }
 
 void ReadInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
-    NumPolesUpDownClick(inputs, design, {}, report);
-    RippleUpDownClick(inputs, design, {}, report);
-    F0UpDownClick(inputs, design, {}, report);
-    BandWidthUpDownClick(inputs, design, {}, report);
-    EllipticAttenUpDownClick(inputs, design, {}, report);
-    EllipticFormUpDownClick(inputs, design, {}, report);
-    ReadTerminations(inputs, design, report);
-    ReadPartModel(inputs, design, report);
-    const double threshold = ReadBox(inputs.GDPhaseThresholdBox, ThresholdLimits(), report);
-    design.PhaseGDThreshold = threshold > 0.0 ? -threshold : threshold;
-    ReadPercentChange(inputs, report);  // only the keys use it, but no box keeps a bad text
-    design.StdLCValues = inputs.StdLCValues;
-    design.WorstCase = inputs.WorstCase;
+    for (const ChoiceTable& table : ChoiceTables())
+        if (table.Put) table.Put(design, inputs.Choice(table.Id));
+    for (const InputRow& row : InputRows())
+        if (!row.ReadLater && &row == &RowOf(row.Id, inputs))
+            StepInput(row.Id, inputs, design, {}, report);
+    ForceLoad(inputs, design);
+    PartModel& model = design.PartModel;
+    SetTolerance(model, PartKind::Capacitor, inputs.Choice(ChoiceId::CapTolerance));
+    SetTolerance(model, PartKind::Inductor, inputs.Choice(ChoiceId::IndTolerance));
 }
 
 }  // namespace ladderwise

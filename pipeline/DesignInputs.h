@@ -1,53 +1,53 @@
-// Everything that a user can type, check or choose, without a screen: the state of the main
-// window's and the part-definitions window's controls. The windows show it, the console program
-// fills it from its arguments, and ReadInputs turns it into the design state. No Qt.
+// Everything that a user can type, check or choose, without a screen: the state of the controls of
+// all windows. The windows show it, the console program fills it from its arguments, and ReadInputs
+// turns it into the design state. No Qt.
 #pragma once
 
+#include <array>
+
+#include "design/ChoiceNames.h"
 #include "design/FilterDesign.h"
 #include "design/Messages.h"
 #include "design/TraceChoices.h"
 #include "numbers/NumberBox.h"
+#include "pipeline/Updownfunctions.h"
 
 namespace ladderwise {
 
-/// The controls of a fresh program. Choices of pass type, response, form and sweep have no field
-/// here: their menus write into FilterDesign at once.
+/// The boxes and choices, at first those of a fresh program. What a stage of the calculation
+/// overrides (a forced form, a moved load) is a result and stands in FilterDesign only.
 struct DesignInputs {
-    NumberBox NumPolesBox{"3"};
-    NumberBox RippleBox{"0.2"};             ///< dB
-    NumberBox F0Box{"200"};                 ///< MHz
-    NumberBox BandWidthBox{"40"};           ///< MHz, or % of F0
-    NumberBox RSBox{"50"};                  ///< ohm
-    NumberBox RLBox{"50"};                  ///< ohm
-    NumberBox EllipticAttenBox{"50"};       ///< dB
-    NumberBox TrapTypeBox{"1"};             ///< 1 .. 4
-    NumberBox ScaleBox{""};                 ///< s, full scale of the group-delay axis
-    NumberBox PercentChangeBox{"5.0"};      ///< %, step of the function keys
-    NumberBox GDPhaseThresholdBox{"20.0"};  ///< dB; a positive entry counts as negative
+    DesignInputs();
 
-    NumberBox IndQBox{"35"};
-    NumberBox IndCBox{".25"};   ///< pF
-    NumberBox CapRBox{"0.25"};  ///< ohm
-    NumberBox CapLBox{".5"};    ///< nH
-    NumberBox WorstCaseSimsBox{"100"};
-    int CapTolerancePercent = 5;   ///< 1, 2, 5 or 10
-    int IndTolerancePercent = 10;  ///< 1, 2, 5 or 10
+    NumberBox& Box(InputId id) { return Boxes[static_cast<std::size_t>(id)]; }
+    const NumberBox& Box(InputId id) const { return Boxes[static_cast<std::size_t>(id)]; }
+    int& Choice(ChoiceId id) { return Choices[static_cast<std::size_t>(id)]; }
+    int Choice(ChoiceId id) const { return Choices[static_cast<std::size_t>(id)]; }
 
-    bool BandWidthInPercent = false;
-    bool LowPassPrototype = false;  ///< the "Low Pass Prototype" entry is the checked one
-    PartChoice Parts = PartChoice::IdealParts;
-    bool StdLCValues = false;
-    bool WorstCase = false;
-    bool AutoScale = true;
-    TraceChoices Traces{};
+    bool IsOn(ChoiceId id) const { return Choice(id) != 0; }
+    bool IsPrototype() const { return Choice(ChoiceId::Pass) == PrototypePassCode; }
+    PassType Pass() const {
+        return IsPrototype() ? PassType::LowPass : static_cast<PassType>(Choice(ChoiceId::Pass));
+    }
+    ResponseType Response() const { return static_cast<ResponseType>(Choice(ChoiceId::Response)); }
+    TraceChoices Traces() const;
+
+    std::array<NumberBox, NumInputs> Boxes{};
+    std::array<int, NumChoices> Choices{};
 };
 
-/// Reads "% Change" and returns it as a fraction: the step of the keys F1 and F2.
-double ReadPercentChange(DesignInputs& inputs, const MessageCallback& report);
+/// True for the pass types whose elliptic sections come in four trap forms.
+constexpr bool HasTrapPanel(PassType pass) {
+    return pass == PassType::BandPassCanonical || pass == PassType::Notch;
+}
 
-/// Reads every box into the design, cleaning the boxes as it goes, and forces the load from the
-/// source where the response asks for it: equal for the tabulated families, Elliptic C to E and a
-/// coefficients file, twice the source for Elliptic A, half of it for Elliptic B.
+/// Reads "% Change" into KeyStepFraction and returns it: the step of the keys F1 and F2.
+double ReadPercentChange(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report);
+
+/// Copies the choices and reads every box into the design, cleaning the boxes as it goes, and
+/// forces the load from the source where the response asks for it: equal for the tabulated
+/// families, Elliptic C to E and a coefficients file, twice the source for Elliptic A, half of it
+/// for Elliptic B.
 void ReadInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report);
 
 }  // namespace ladderwise

@@ -74,15 +74,10 @@ KeyOutcome SnapSelected(FilterDesign& design, CellPosition cell) {
     return KeyOutcome::Analyse;
 }
 
-KeyOutcome NextResponse(FilterDesign& design) {
-    const int next = static_cast<int>(design.ResponseType) + 1;
-    ChooseResponse(design, static_cast<ResponseType>(next >= NumCycledResponses ? 0 : next));
-    return KeyOutcome::FullCalculate;
-}
-
-KeyOutcome NextSweep(FilterDesign& design) {
-    const int next = static_cast<int>(design.SweepType) + 1;
-    design.SweepType = static_cast<SweepType>(next >= NumSweepTypes ? 0 : next);
+/// The next code of a choice, from the last back to the first.
+KeyOutcome NextCode(Calculation& calculation, ChoiceId id, int count) {
+    const int next = calculation.Inputs.Choice(id) + 1;
+    Choose(calculation.Inputs, calculation.Design, id, next >= count ? 0 : next);
     return KeyOutcome::FullCalculate;
 }
 
@@ -112,7 +107,8 @@ KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell
                         const MessageCallback& report) {
     // F4 and F7 end in a full calculation, which reads the box along with all others.
     const bool calculates = key == FormKey::F4 || key == FormKey::F7;
-    const double fraction = calculates ? 0.0 : ReadPercentChange(calculation.Inputs, report);
+    const double fraction =
+        calculates ? 0.0 : ReadPercentChange(calculation.Inputs, calculation.Design, report);
     FilterDesign& design = calculation.Design;
     switch (key) {
         case FormKey::F1:
@@ -122,13 +118,13 @@ KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell
         case FormKey::F3:
             return SnapSelected(design, cell);
         case FormKey::F4:
-            return NextResponse(design);
+            return NextCode(calculation, ChoiceId::Response, NumCycledResponses);
         case FormKey::F5:
             return SnapResonator(design, cell, false);
         case FormKey::F6:
             return SnapResonator(design, cell, true);
         case FormKey::F7:
-            return NextSweep(design);
+            return NextCode(calculation, ChoiceId::Sweep, NumSweepTypes);
         case FormKey::F8:
             return KeyOutcome::Nothing;
     }

@@ -1,4 +1,4 @@
-// The table of named inputs.
+// Inputs and choices by name, made of their two tables.
 #include "pipeline/NamedSettings.h"
 
 #include <algorithm>
@@ -6,90 +6,74 @@
 #include <limits>
 #include <numeric>
 
+#include "numbers/Formatfunctions.h"
 #include "pipeline/Choices.h"
 
 namespace ladderwise {
 
 namespace {
 
-/// A word of the console and the code that it stands for.
-struct Word {
-    const char* Text;
-    int Code;
-};
-using Words = std::vector<Word>;
-
-constexpr int PrototypePassCode = 6;  ///< "low-pass-prototype": a menu entry, not a PassType
 constexpr const char* AutoScaleWord = "auto";
 constexpr const char* NoTracesWord = "none";
+constexpr int On = 1;
 
-const Words passWords = {{"low-pass", 0},
-                         {"high-pass", 1},
-                         {"band-pass", 2},
-                         {"notch", 3},
-                         {"direct-coupled", 4},
-                         {"norton", 5},
-                         {"low-pass-prototype", PrototypePassCode}};
-const Words responseWords = {{"butterworth", 0},      {"chebyshev", 1},   {"bessel-freq", 2},
-                             {"bessel-delay", 3},     {"papoulis", 4},    {"gauss", 5},
-                             {"linear-chebyshev", 6}, {"elliptic-a", 7},  {"elliptic-b", 8},
-                             {"elliptic-c", 9},       {"elliptic-d", 10}, {"elliptic-e", 11},
-                             {"coefficients", 13}};
-const Words formWords = {{"clc", 1}, {"lcl", 0}};
-const Words sweepWords = {{"linear", 0},    {"1-octave", 1}, {"2-octaves", 2},
-                          {"3-octaves", 3}, {"1-decade", 4}, {"2-decades", 5}};
-const Words partsWords = {{"ideal", 0}, {"real", 1}, {"deembed", 2}};
-const Words switchWords = {{"on", 1}, {"off", 0}};
-const Words toleranceWords = {{"1", 1}, {"2", 2}, {"5", 5}, {"10", 10}};
-const Words traceWords = {{"mag1", 0}, {"mag10", 1}, {"phase", 2},
-                          {"gd", 3},   {"pulse", 4}, {"rl", 5}};
-
-std::vector<std::string> Texts(const Words& words) {
-    std::vector<std::string> texts;
-    for (const Word& word : words)
-        texts.emplace_back(word.Text);
-    return texts;
-}
-
-std::string TextOf(const Words& words, int code) {
-    const auto found =
-        std::find_if(words.begin(), words.end(), [&](const Word& w) { return w.Code == code; });
-    return found == words.end() ? std::string() : found->Text;
-}
-
-std::optional<int> CodeOf(const Words& words, std::string_view text) {
-    const auto found =
-        std::find_if(words.begin(), words.end(), [&](const Word& w) { return w.Text == text; });
-    if (found == words.end()) return {};
-    return found->Code;
-}
-
-bool& TraceSwitch(TraceChoices& traces, int code) {
-    bool* const switches[] = {&traces.Mag1dB,     &traces.Mag10dB, &traces.Phase,
-                              &traces.GroupDelay, &traces.Pulse,   &traces.ReturnLoss};
-    return *switches[code];
-}
+/// The traces in the order in which the console lists them.
+constexpr ChoiceId traceIds[] = {ChoiceId::TraceMag1dB, ChoiceId::TraceMag10dB,
+                                 ChoiceId::TracePhase,  ChoiceId::TraceGroupDelay,
+                                 ChoiceId::TracePulse,  ChoiceId::TraceReturnLoss};
 
 using Reason = std::optional<std::string>;
 
-Reason UnknownWord(std::string_view name, std::string_view value, const Words& words) {
-    return "unknown value \"" + std::string(value) + "\" of " + std::string(name) +
-           "; the nearest valid one is \"" + NearestWord(value, Texts(words)) + "\"";
+std::vector<std::string> WordsOf(const ChoiceTable& table) {
+    std::vector<std::string> words;
+    for (const ChoiceRow& row : table.Rows)
+        words.emplace_back(row.Word);
+    return words;
 }
 
-Reason SetTraces(DesignInputs& inputs, std::string_view list) {
-    TraceChoices traces;
-    traces.Mag10dB = false;
+std::vector<std::string> TraceWords() {
+    std::vector<std::string> words;
+    for (const ChoiceId id : traceIds)
+        words.emplace_back(FindRow(id, On)->Word);
+    return words;
+}
+
+std::string Joined(const std::vector<std::string>& words) {
+    std::string list;
+    for (const std::string& word : words)
+        list += (list.empty() ? "" : ", ") + word;
+    return list;
+}
+
+Reason UnknownWord(std::string_view name, std::string_view value,
+                   const std::vector<std::string>& words) {
+    return "unknown value \"" + std::string(value) + "\" of " + std::string(name) +
+           "; the nearest valid one is \"" + NearestWord(value, words) + "\"";
+}
+
+Reason SetTraces(Calculation& calculation, std::string_view list) {
+    std::array<int, NumChoices> chosen = calculation.Inputs.Choices;
+    for (const ChoiceId id : traceIds)
+        chosen[static_cast<std::size_t>(id)] = 0;
     for (std::size_t start = 0; list != NoTracesWord && start <= list.size();) {
         const std::size_t comma = std::min(list.find(',', start), list.size());
         const std::string_view item = list.substr(start, comma - start);
-        const auto code = CodeOf(traceWords, item);
-        if (!code) return UnknownWord("traces", item, traceWords);
-        TraceSwitch(traces, *code) = true;
+        const auto found = std::find_if(std::begin(traceIds), std::end(traceIds),
+                                        [&](ChoiceId id) { return FindRow(id, On)->Word == item; });
+        if (found == std::end(traceIds)) return UnknownWord("traces", item, TraceWords());
+        chosen[static_cast<std::size_t>(*found)] = On;
         start = comma + 1;
     }
-    inputs.Traces = traces;
+    calculation.Inputs.Choices = chosen;
     return {};
+}
+
+SettingValue TracesInUse(const Calculation& c) {
+    std::string list;
+    for (const ChoiceId id : traceIds)
+        if (c.Inputs.IsOn(id))
+            list += (list.empty() ? "" : ",") + std::string(FindRow(id, On)->Word);
+    return list.empty() ? std::string(NoTracesWord) : list;
 }
 
 Reason SetSeed(Calculation& calculation, std::string_view value) {
@@ -101,121 +85,88 @@ Reason SetSeed(Calculation& calculation, std::string_view value) {
     return {};
 }
 
-void SetPass(Calculation& calculation, int code, const MessageCallback& report) {
-    if (code == PrototypePassCode)
-        ChooseLowPassPrototype(calculation.Inputs, calculation.Design);
-    else
-        ChoosePassType(calculation.Inputs, calculation.Design, static_cast<PassType>(code));
-    ForbidEllipticCoupling(calculation.Design, report);
-}
-
-void SetBandWidth(DesignInputs& inputs, std::string_view value, bool inPercent) {
-    inputs.BandWidthInPercent = inPercent;
-    inputs.BandWidthBox.Type(std::string(value));
-}
-
-/// One named input: how it is set, what it accepts and what is in use.
-struct Row {
-    const char* Name;
-    const Words* Accepts;  ///< the valid words; null where a box or a list is filled
-    const char* Unit;      ///< of the value typed, for the usage text
-    void (*SetWord)(Calculation&, int code, const MessageCallback&);
-    NumberBox DesignInputs::*Box;
-    SettingValue (*InUse)(const Calculation&);
-};
-
-std::string SwitchText(bool on) {
-    return on ? "on" : "off";
-}
-
-using Calc = Calculation;
-using Report = MessageCallback;
-
-SettingValue PassInUse(const Calc& c) {
-    return TextOf(passWords, c.Inputs.LowPassPrototype ? PrototypePassCode
-                                                       : static_cast<int>(c.Design.PassType));
-}
-
-SettingValue TracesInUse(const Calc& c) {
-    TraceChoices traces = c.Inputs.Traces;
-    std::string list;
-    for (const Word& word : traceWords)
-        if (TraceSwitch(traces, word.Code))
-            list += (list.empty() ? "" : ",") + std::string(word.Text);
-    return list.empty() ? std::string(NoTracesWord) : list;
-}
-
-SettingValue SeedInUse(const Calc& c) {
+SettingValue SeedInUse(const Calculation& c) {
     if (c.WorstCase.Runs > 0) return static_cast<double>(c.WorstCase.Seed);
     if (c.FixedSeed) return static_cast<double>(*c.FixedSeed);
     return {};
 }
 
-SettingValue ScaleInUse(const Calc& c) {
-    if (c.Inputs.AutoScale) return std::string(AutoScaleWord);
+Reason SetScale(Calculation& calculation, std::string_view value) {
+    const bool automatic = value == AutoScaleWord;
+    calculation.Inputs.Choice(ChoiceId::AutoScale) = automatic;
+    if (!automatic) calculation.Inputs.Box(InputId::Scale).Type(std::string(value));
+    return {};
+}
+
+SettingValue ScaleInUse(const Calculation& c) {
+    if (c.Inputs.IsOn(ChoiceId::AutoScale)) return std::string(AutoScaleWord);
     return c.Design.GDFullScale;
 }
 
-// clang-format off
-const std::vector<Row> rows = {
-    {"pass", &passWords, "", SetPass, nullptr, PassInUse},
-    {"response", &responseWords, "", [](Calc& c, int code, const Report& report) {
-         ChooseResponse(c.Design, static_cast<ResponseType>(code));
-         ForbidEllipticCoupling(c.Design, report);
-     }, nullptr, [](const Calc& c) -> SettingValue { return TextOf(responseWords, static_cast<int>(c.Design.ResponseType)); }},
-    {"form", &formWords, "", [](Calc& c, int code, const Report&) { c.Design.FormCLC = code != 0; }, nullptr,
-     [](const Calc& c) -> SettingValue { return TextOf(formWords, c.Design.FormCLC); }},
-    {"poles", nullptr, "1 to 10 poles or traps", nullptr, &DesignInputs::NumPolesBox,
-     [](const Calc& c) -> SettingValue { return static_cast<double>(c.Design.NumPoles); }},
-    {"ripple", nullptr, "dB", nullptr, &DesignInputs::RippleBox, [](const Calc& c) -> SettingValue { return c.Design.RippleDb; }},
-    {"f0", nullptr, "MHz", nullptr, &DesignInputs::F0Box, [](const Calc& c) -> SettingValue { return c.Design.F0; }},
-    {"bw", nullptr, "MHz", nullptr, nullptr, [](const Calc& c) -> SettingValue { return c.Design.BandWidth; }},
-    {"bw-percent", nullptr, "% of F0", nullptr, nullptr,
-     [](const Calc& c) -> SettingValue { return c.Design.BandWidth / c.Design.F0 * 100.0; }},
-    {"r-source", nullptr, "ohm", nullptr, &DesignInputs::RSBox, [](const Calc& c) -> SettingValue { return c.Design.RSource; }},
-    {"r-load", nullptr, "ohm", nullptr, &DesignInputs::RLBox, [](const Calc& c) -> SettingValue { return c.Design.RLoad; }},
-    {"atten", nullptr, "dB", nullptr, &DesignInputs::EllipticAttenBox,
-     [](const Calc& c) -> SettingValue { return c.Design.EllipticAtten; }},
-    {"trap", nullptr, "1 to 4", nullptr, &DesignInputs::TrapTypeBox,
-     [](const Calc& c) -> SettingValue { return static_cast<double>(c.Design.TrapType); }},
-    {"sweep", &sweepWords, "", [](Calc& c, int code, const Report&) { c.Design.SweepType = static_cast<SweepType>(code); }, nullptr,
-     [](const Calc& c) -> SettingValue { return TextOf(sweepWords, static_cast<int>(c.Design.SweepType)); }},
-    {"parts", &partsWords, "", [](Calc& c, int code, const Report&) { c.Inputs.Parts = static_cast<PartChoice>(code); }, nullptr,
-     [](const Calc& c) -> SettingValue { return TextOf(partsWords, static_cast<int>(c.Inputs.Parts)); }},
-    {"ind-q", nullptr, "Q at F0", nullptr, &DesignInputs::IndQBox, [](const Calc& c) -> SettingValue { return c.Design.PartModel.IndQ; }},
-    {"ind-c", nullptr, "pF", nullptr, &DesignInputs::IndCBox, [](const Calc& c) -> SettingValue { return c.Design.PartModel.IndC; }},
-    {"cap-r", nullptr, "ohm", nullptr, &DesignInputs::CapRBox, [](const Calc& c) -> SettingValue { return c.Design.PartModel.CapR; }},
-    {"cap-l", nullptr, "nH", nullptr, &DesignInputs::CapLBox, [](const Calc& c) -> SettingValue { return c.Design.PartModel.CapL; }},
-    {"std", &switchWords, "", [](Calc& c, int code, const Report&) { c.Inputs.StdLCValues = code != 0; }, nullptr,
-     [](const Calc& c) -> SettingValue { return SwitchText(c.Inputs.StdLCValues); }},
-    {"cap-tol", &toleranceWords, "%", [](Calc& c, int code, const Report&) { c.Inputs.CapTolerancePercent = code; }, nullptr,
-     [](const Calc& c) -> SettingValue { return static_cast<double>(c.Inputs.CapTolerancePercent); }},
-    {"ind-tol", &toleranceWords, "%", [](Calc& c, int code, const Report&) { c.Inputs.IndTolerancePercent = code; }, nullptr,
-     [](const Calc& c) -> SettingValue { return static_cast<double>(c.Inputs.IndTolerancePercent); }},
-    {"worst-case", &switchWords, "", [](Calc& c, int code, const Report&) { c.Inputs.WorstCase = code != 0; }, nullptr,
-     [](const Calc& c) -> SettingValue { return SwitchText(c.Inputs.WorstCase); }},
-    {"runs", nullptr, "1 to 1000", nullptr, &DesignInputs::WorstCaseSimsBox,
-     [](const Calc& c) -> SettingValue { return static_cast<double>(c.Design.PartModel.MonteCarloRuns); }},
-    {"seed", nullptr, "0 to 4294967295", nullptr, nullptr, SeedInUse},
-    {"threshold", nullptr, "dB", nullptr, &DesignInputs::GDPhaseThresholdBox,
-     [](const Calc& c) -> SettingValue { return c.Design.PhaseGDThreshold; }},
-    {"traces", nullptr, "comma list of mag1, mag10, phase, gd, pulse, rl; or none", nullptr, nullptr, TracesInUse},
-    {"gd-scale", nullptr, "auto, or seconds", nullptr, nullptr, ScaleInUse},
-};
-// clang-format on
+std::string TraceHelp() {
+    return "comma list of " + Joined(TraceWords()) + "; or " + NoTracesWord;
+}
 
-/// The rows that are neither a word nor a plain box.
-Reason SetSpecial(Calculation& calculation, std::string_view name, std::string_view value) {
-    DesignInputs& inputs = calculation.Inputs;
-    if (name == "traces") return SetTraces(inputs, value);
-    if (name == "seed") return SetSeed(calculation, value);
-    if (name == "bw" || name == "bw-percent") {
-        SetBandWidth(inputs, value, name == "bw-percent");
-    } else if (name == "gd-scale") {
-        inputs.AutoScale = value == AutoScaleWord;
-        if (!inputs.AutoScale) inputs.ScaleBox.Type(std::string(value));
-    }
-    return {};
+/// A setting that is neither one box nor one choice.
+struct SpecialRow {
+    const char* Name;
+    Reason (*Set)(Calculation&, std::string_view value);
+    SettingValue (*InUse)(const Calculation&);
+    std::string (*Help)();
+};
+
+const SpecialRow specials[] = {
+    {"traces", SetTraces, TracesInUse, TraceHelp},
+    {"gd-scale", SetScale, ScaleInUse, [] { return std::string("auto, or seconds"); }},
+    {"seed", SetSeed, SeedInUse, [] { return std::string("0 to 4294967295"); }},
+};
+
+const SpecialRow* FindSpecial(std::string_view name) {
+    for (const SpecialRow& row : specials)
+        if (row.Name == name) return &row;
+    return nullptr;
+}
+
+/// The choice or, null, none of a console name.
+const ChoiceTable* FindChoice(std::string_view name) {
+    for (const ChoiceTable& table : ChoiceTables())
+        if (table.Form != ConsoleForm::Hidden && table.Name == name) return &table;
+    return nullptr;
+}
+
+const InputRow* FindInput(std::string_view name) {
+    for (const InputRow& row : InputRows())
+        if (row.Name == name) return &row;
+    return nullptr;
+}
+
+SettingValue ChoiceInUse(const ChoiceTable& table, const Calculation& c) {
+    const int code = table.InUse ? table.InUse(c.Design) : c.Inputs.Choice(table.Id);
+    if (table.Form == ConsoleForm::Number) return static_cast<double>(code);
+    const ChoiceRow* const row = FindRow(table.Id, code);
+    return row ? std::string(row->Word) : std::string();
+}
+
+std::string InputHelp(const InputRow& row) {
+    const Calculation fresh;
+    const BoxLimits limits = LimitsOf(row, fresh.Inputs, fresh.Design);
+    std::string help = RangeText(limits) + (*row.Unit ? " " + std::string(row.Unit) : "");
+    if (row.ComputedLimits && row.UnitCode >= 0) help += " at the F0 of a fresh program";
+    double preset = 0.0;
+    if (TryParseDouble(row.Initial, preset)) help += " [" + FormatPlain(preset, 6) + "]";
+    return std::string(row.Meaning) + ": " + help;
+}
+
+std::string ChoiceHelp(const ChoiceTable& table) {
+    const ChoiceRow* const preset = FindRow(table.Id, table.Initial);
+    return Joined(WordsOf(table)) + " [" + (preset ? preset->Word : "") + "]";
+}
+
+std::vector<std::string> AllNames() {
+    std::vector<std::string> names;
+    for (const SettingHelp& setting : SettingsHelp())
+        names.push_back(setting.Name);
+    return names;
 }
 
 /// Levenshtein distance: insertions, deletions and replacements of single characters.
@@ -236,64 +187,47 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-std::vector<NamedBox> NamedBoxes(const DesignInputs& inputs) {
-    return {{"poles", "Poles", &inputs.NumPolesBox},
-            {"ripple", "Ripple dB", &inputs.RippleBox},
-            {"f0", "Fo MHz", &inputs.F0Box},
-            {inputs.BandWidthInPercent ? "bw-percent" : "bw",
-             inputs.BandWidthInPercent ? "BW %" : "BW MHz", &inputs.BandWidthBox},
-            {"atten", "Elliptic Atten", &inputs.EllipticAttenBox},
-            {"trap", "Trap Type", &inputs.TrapTypeBox},
-            {"r-source", "R Source", &inputs.RSBox},
-            {"r-load", "R Load", &inputs.RLBox},
-            {"ind-q", "Inductor Q", &inputs.IndQBox},
-            {"ind-c", "Inductor C pF", &inputs.IndCBox},
-            {"cap-l", "Capacitor L nH", &inputs.CapLBox},
-            {"cap-r", "Capacitor R", &inputs.CapRBox},
-            {"runs", "Monte Carlo runs", &inputs.WorstCaseSimsBox},
-            {"threshold", "Phase and delay threshold dB", &inputs.GDPhaseThresholdBox},
-            {"gd-scale", "Group delay scale s", &inputs.ScaleBox},
-            {"percent-change", "% Change", &inputs.PercentChangeBox}};
-}
-
 std::optional<std::string> ApplySetting(Calculation& calculation, std::string_view name,
                                         std::string_view value, const MessageCallback& report) {
-    const auto row =
-        std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.Name == name; });
-    if (row == rows.end()) {
-        std::vector<std::string> names;
-        for (const Row& r : rows)
-            names.emplace_back(r.Name);
-        return "unknown name \"" + std::string(name) + "\"; the nearest valid one is \"" +
-               NearestWord(name, names) + "\"";
-    }
-    if (row->Accepts) {
-        const auto code = CodeOf(*row->Accepts, value);
-        if (!code) return UnknownWord(name, value, *row->Accepts);
-        row->SetWord(calculation, *code, report);
+    DesignInputs& inputs = calculation.Inputs;
+    if (const SpecialRow* const special = FindSpecial(name))
+        return special->Set(calculation, value);
+    if (const ChoiceTable* const table = FindChoice(name)) {
+        const auto code = CodeOfWord(table->Id, value);
+        if (!code) return UnknownWord(name, value, WordsOf(*table));
+        Choose(inputs, calculation.Design, table->Id, *code);
+        ForbidEllipticCoupling(inputs, report);
         return {};
     }
-    if (!row->Box) return SetSpecial(calculation, name, value);
-    (calculation.Inputs.*row->Box).Type(std::string(value));
-    return {};
+    if (const InputRow* const row = FindInput(name)) {
+        if (row->UnitCode >= 0) inputs.Choice(ChoiceId::BandWidthUnit) = row->UnitCode;
+        inputs.Box(row->Id).Type(std::string(value));
+        return {};
+    }
+    return "unknown name \"" + std::string(name) + "\"; the nearest valid one is \"" +
+           NearestWord(name, AllNames()) + "\"";
 }
 
 std::vector<SettingInUse> SettingsInUse(const Calculation& calculation) {
     std::vector<SettingInUse> inUse;
-    for (const Row& row : rows)
+    for (const ChoiceTable& table : ChoiceTables())
+        if (table.Form != ConsoleForm::Hidden)
+            inUse.push_back({table.Name, ChoiceInUse(table, calculation)});
+    for (const InputRow& row : InputRows())
+        if (!FindSpecial(row.Name)) inUse.push_back({row.Name, row.Get(calculation.Design)});
+    for (const SpecialRow& row : specials)
         inUse.push_back({row.Name, row.InUse(calculation)});
     return inUse;
 }
 
 std::vector<SettingHelp> SettingsHelp() {
     std::vector<SettingHelp> help;
-    for (const Row& row : rows) {
-        std::string values = row.Accepts ? "" : row.Unit;
-        if (row.Accepts)
-            for (const Word& word : *row.Accepts)
-                values += (values.empty() ? "" : ", ") + std::string(word.Text);
-        help.push_back({row.Name, values});
-    }
+    for (const ChoiceTable& table : ChoiceTables())
+        if (table.Form != ConsoleForm::Hidden) help.push_back({table.Name, ChoiceHelp(table)});
+    for (const InputRow& row : InputRows())
+        if (!FindSpecial(row.Name)) help.push_back({row.Name, InputHelp(row)});
+    for (const SpecialRow& row : specials)
+        help.push_back({row.Name, row.Help()});
     return help;
 }
 

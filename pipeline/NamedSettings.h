@@ -1,5 +1,4 @@
-// The design inputs by name: one table that the console program's --set, its list of inputs in use
-// and the notes about replaced boxes share. No Qt.
+// The design inputs by name, for the console program's --set and its list of inputs in use. No Qt.
 #pragma once
 
 #include <optional>
@@ -11,16 +10,6 @@
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {
-
-/// An input box with its name for the console and its label for the window.
-struct NamedBox {
-    const char* Name;
-    const char* Label;
-    const NumberBox* Box;
-};
-
-/// Every box of the inputs, in the order in which they are read.
-std::vector<NamedBox> NamedBoxes(const DesignInputs& inputs);
 
 /// Sets an input as a user would type or choose it. Gives the reason if the name or the word is
 /// unknown, naming the nearest valid one; nothing is changed then. Numbers are not judged here: the

@@ -2,12 +2,9 @@
 #include "pipeline/Notes.h"
 
 #include <cmath>
-#include <map>
 
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
-#include "pipeline/Choices.h"
-#include "pipeline/NamedSettings.h"
 
 namespace ladderwise {
 
@@ -46,24 +43,16 @@ void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
     }
 }
 
-void AddReplacedBoxes(const Calculation& calculation, std::vector<Note>& notes) {
-    const DesignInputs& inputs = calculation.Inputs;
-    const ControlStates states = StatesFor(inputs, calculation.Design, false);
-    const std::map<const NumberBox*, bool> enabled = {
-        {&inputs.BandWidthBox, states.BandWidthEnabled},
-        {&inputs.RippleBox, states.RippleEnabled},
-        {&inputs.EllipticAttenBox, states.AttenEnabled},
-        {&inputs.TrapTypeBox, states.TrapPanelVisible},
-        {&inputs.ScaleBox, inputs.Traces.GroupDelay}};
-    for (const NamedBox& named : NamedBoxes(inputs)) {
-        if (!named.Box->ReplacedText) continue;
-        const std::string& typed = *named.Box->ReplacedText;
-        Note note{NoteKind::Replaced, named.Name,
-                  std::string(named.Label) + ": \"" + typed + "\" was replaced by " +
-                      named.Box->Text + ".",
-                  typed, named.Box->Text};
-        const auto state = enabled.find(named.Box);
-        note.Idle = state != enabled.end() && !state->second;
+void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
+    for (int id = 0; id < NumInputs; ++id) {
+        const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
+        const NumberBox& box = inputs.Box(row.Id);
+        if (!box.ReplacedText) continue;
+        Note note{
+            NoteKind::Replaced, row.Name,
+            PlainLabel(row) + ": \"" + *box.ReplacedText + "\" was replaced by " + box.Text + ".",
+            *box.ReplacedText, box.Text};
+        note.Idle = !IsEnabled(row, inputs);
         notes.push_back(note);
     }
 }
@@ -94,7 +83,7 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
             {NoteKind::Missing,
              design.Flags.Missing == MissingStage::EllipticPrototype ? "response" : "pass",
              MissingStageText(design.Flags.Missing)});
-    if (calculation.Inputs.Traces.Pulse)
+    if (calculation.Inputs.IsOn(ChoiceId::TracePulse))
         notes.push_back(
             {NoteKind::Missing, "traces", "This version draws no square-pulse response yet."});
     AddUnrealisable(design, notes);
@@ -102,12 +91,12 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
         notes.push_back({NoteKind::LoadMoved, "r-load",
                          "R Load was moved to " + FormatWithPrefix(design.RLoad, 4, "ohm") +
                              ", the limit of an even-order Chebyshev.",
-                         "", calculation.Inputs.RLBox.Text});
+                         "", calculation.Inputs.Box(InputId::RLoad).Text});
     if (design.Flags.FormForced)
         notes.push_back({NoteKind::FormForced, "form",
                          std::string("The terminations ask for the form ") +
                              (design.FormCLC ? "CLC" : "LCL") + "."});
-    AddReplacedBoxes(calculation, notes);
+    AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
 }
 

@@ -1,39 +1,200 @@
-// Spin steps and box bounds of the main window.
+// The table of inputs, and what a step does.
 #include "pipeline/Updownfunctions.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "numbers/Formatfunctions.h"
+#include "pipeline/DesignInputs.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr double HzPerMHz = 1e6;
-constexpr double MHzPerHz = 1e-6;
+constexpr double Hertz = 1e6;        ///< per MHz
+constexpr double Farads = 1e-12;     ///< per pF
+constexpr double Henries = 1e-9;     ///< per nH
 constexpr double CtrlFactor = 10.0;  ///< a held Ctrl key multiplies the step
 constexpr int NortonFewestPoles = 3;
 constexpr int NortonMostPoles = 5;
 constexpr int NortonPoleStep = 2;
+constexpr int MostTrapTypes = 4;
 constexpr double StopToCornerRatio = 1.2;  ///< EllipticStopFreq over F0
+constexpr double LeastBandWidth = 0.005;   ///< of F0
+constexpr double UsualBandWidth = 0.1;     ///< of F0
+constexpr double WidestBandWidth = 1.99;   ///< of F0
+constexpr double Percent = 100.0;
+constexpr double Fraction = 0.01;  ///< per percent
 
-/// Reads a box within its limits, steps it and writes the value back. The stepped value is clamped
-/// only by the next read, which then shows the box as replaced.
-double StepBox(NumberBox& box, const BoxLimits& limits, double step, SpinStep spin,
-               const MessageCallback& report) {
-    double value = EditBoxToDouble(box, limits.Minimum, limits.Default, limits.Maximum, report);
-    if (spin.TenTimes) step *= CtrlFactor;
-    if (spin.Direction == SpinDirection::Up) value += step;
-    if (spin.Direction == SpinDirection::Down) value -= step;
-    box.WriteValue(value);
-    return value;
+/// Get and Put of a member of the design.
+template <auto Member>
+struct Field {
+    static double Get(const FilterDesign& design) { return static_cast<double>(design.*Member); }
+    static void Put(FilterDesign& design, double value) {
+        design.*Member = static_cast<std::remove_reference_t<decltype(design.*Member)>>(value);
+    }
+};
+
+/// Get and Put of a member of a part of the design.
+template <auto Part, auto Member>
+struct PartField {
+    static double Get(const FilterDesign& design) {
+        return static_cast<double>(design.*Part.*Member);
+    }
+    static void Put(FilterDesign& design, double value) {
+        auto& member = design.*Part.*Member;
+        member = static_cast<std::remove_reference_t<decltype(member)>>(value);
+    }
+};
+template <auto Member>
+using ModelField = PartField<&FilterDesign::PartModel, Member>;
+
+bool HasBandWidth(const DesignInputs& inputs) {
+    return inputs.Pass() != PassType::LowPass && inputs.Pass() != PassType::HighPass;
+}
+bool IsRippled(const DesignInputs& inputs) {
+    return inputs.Response() == ResponseType::Chebyshev || IsElliptic(inputs.Response());
+}
+bool HasTraps(const DesignInputs& inputs) {
+    return IsElliptic(inputs.Response());
+}
+bool HasTrapForms(const DesignInputs& inputs) {
+    return HasTraps(inputs) && HasTrapPanel(inputs.Pass());
+}
+bool TypesScale(const DesignInputs& inputs) {
+    return inputs.IsOn(ChoiceId::TraceGroupDelay) && !inputs.IsOn(ChoiceId::AutoScale);
 }
 
-int DirectionSign(SpinStep spin) {
-    return spin.Direction == SpinDirection::Up ? 1 : spin.Direction == SpinDirection::Down ? -1 : 0;
+/// The prototype's own F0 is the minimum while the "Low Pass Prototype" entry is the checked one.
+BoxLimits F0Limits(const DesignInputs& inputs, const FilterDesign&) {
+    return {inputs.IsPrototype() ? PrototypeF0Text : ".001", "1.0", "1.0E5"};
+}
+
+BoxLimits BandWidthLimits(const DesignInputs&, const FilterDesign& design) {
+    const double f0 = design.F0 / Hertz;
+    return {FormatFullPrecision(LeastBandWidth * f0), FormatFullPrecision(UsualBandWidth * f0),
+            FormatFullPrecision(WidestBandWidth * f0)};
+}
+
+double StepPoles(const DesignInputs& inputs, double poles, int direction) {
+    if (inputs.Pass() != PassType::Norton) return poles + direction;
+    const double held = std::clamp<double>(poles, NortonFewestPoles, NortonMostPoles);
+    return std::clamp<double>(held + NortonPoleStep * direction, NortonFewestPoles,
+                              NortonMostPoles);
+}
+
+double StepTrapType(const DesignInputs&, double type, int direction) {
+    return std::clamp<double>(type + direction, 1, MostTrapTypes);
+}
+
+void PutAtten(FilterDesign& design, double value) {
+    design.EllipticAtten = value;
+    design.EllipticStopFreq = StopToCornerRatio * design.F0;
+}
+void PutThreshold(FilterDesign& design, double value) {
+    design.PhaseGDThreshold = value > 0.0 ? -value : value;
+}
+double GetBandWidthPercent(const FilterDesign& design) {
+    return design.BandWidth / design.F0 * Percent;
+}
+void PutBandWidthPercent(FilterDesign& design, double value) {
+    design.BandWidth = Fraction * value * design.F0;
+}
+
+using enum InputId;
+using enum WriteBack;
+using D = FilterDesign;
+using M = PartModel;
+constexpr const char* bandOnly = "for band-pass and notch";
+
+// clang-format off
+const std::vector<InputRow> rows = {
+    {NumPoles, "poles", "NumPoles", "&N Poles", "Number of poles, or of traps for an elliptic response", "", "3",
+     {"1", "3", "10"}, 1, 1, Whole, Field<&D::NumPoles>::Get, Field<&D::NumPoles>::Put,
+     nullptr, "", -1, false, nullptr, StepPoles},
+    {Ripple, "ripple", "Ripple", "R&ipple  dB", "Pass-band ripple", "dB", "0.2",
+     {"0.001", "0.20", "1.00"}, 0.01, 1, Significant, Field<&D::RippleDb>::Get, Field<&D::RippleDb>::Put,
+     IsRippled, "for Chebyshev and elliptic responses"},
+    {F0, "f0", "F0", "Fo  &MHz", "Corner or centre frequency", "MHz", "200",
+     {".001", "1.0", "1.0E5"}, 1, Hertz, Significant, Field<&D::F0>::Get, Field<&D::F0>::Put,
+     nullptr, "", -1, false, F0Limits},
+    {BandWidth, "bw", "BandWidth", "Band&width", "Bandwidth", "MHz", "40",
+     {}, 0.1, Hertz, Significant, Field<&D::BandWidth>::Get, Field<&D::BandWidth>::Put,
+     HasBandWidth, bandOnly, BandWidthInMHz, false, BandWidthLimits},
+    {BandWidth, "bw-percent", "BandWidth", "Band&width", "Bandwidth in % of Fo", "%", "40",
+     {"0.5", "10.0", "199.0"}, 0.1, 1, Significant, GetBandWidthPercent, PutBandWidthPercent,
+     HasBandWidth, bandOnly, BandWidthInPercent},
+    {EllipticAtten, "atten", "EllipticAtten", "Elliptic A&tten", "Stop-band attenuation", "dB", "50",
+     {"5.0", "40.0", "100.0"}, 1, 1, Significant, Field<&D::EllipticAtten>::Get, PutAtten,
+     HasTraps, "for elliptic responses"},
+    {TrapType, "trap", "TrapType", "Trap T&ype", "Form of the elliptic traps", "", "1",
+     {"1", "1", "4"}, 1, 1, Whole, Field<&D::TrapType>::Get, Field<&D::TrapType>::Put,
+     HasTrapForms, "for elliptic band-pass and notch", -1, false, nullptr, StepTrapType},
+    {RSource, "r-source", "RS", "R So&urce", "Source resistance", "ohm", "50",
+     {"0.001", "50", "1.0E6"}, 0, 1, Significant, Field<&D::RSource>::Get, Field<&D::RSource>::Put},
+    {RLoad, "r-load", "RL", "R &Load", "Load resistance", "ohm", "50",
+     {"0.001", "50", "1.0E6"}, 0, 1, Significant, Field<&D::RLoad>::Get, Field<&D::RLoad>::Put},
+    {IndQ, "ind-q", "IndQ", "Inductor &Q", "Unloaded Q of every inductor at F0", "", "35",
+     {"0.1", "35", "1.0E9"}, 0, 1, Nothing, ModelField<&M::IndQ>::Get, ModelField<&M::IndQ>::Put},
+    {IndC, "ind-c", "IndC", "Inductor &C", "Capacitance in parallel with every inductor", "pF", ".25",
+     {"0", ".25", "1.0E6"}, 0, Farads, Nothing, ModelField<&M::IndC>::Get, ModelField<&M::IndC>::Put},
+    {CapL, "cap-l", "CapL", "Capacitor &L", "Inductance in series with every capacitor", "nH", ".5",
+     {"0", ".5", "1.0E6"}, 0, Henries, Nothing, ModelField<&M::CapL>::Get, ModelField<&M::CapL>::Put},
+    {CapR, "cap-r", "CapR", "Capacitor &R", "Resistance in series with every capacitor", "ohm", "0.25",
+     {"0", "0.25", "1.0E6"}, 0, 1, Nothing, ModelField<&M::CapR>::Get, ModelField<&M::CapR>::Put},
+    {WorstCaseSims, "runs", "WorstCaseSims", "Monte Carlo runs", "Analyses of a worst case", "", "100",
+     {"1", "100", "1000"}, 0, 1, Whole, ModelField<&M::MonteCarloRuns>::Get, ModelField<&M::MonteCarloRuns>::Put},
+    {GDPhaseThreshold, "threshold", "GDPhaseThreshold", "Phase and delay threshold",
+     "Level below which phase and group delay are not drawn; a positive number counts as negative", "dB", "20.0",
+     {"-200.0", "20.0", "200.0"}, 0, 1, Nothing, Field<&D::PhaseGDThreshold>::Get, PutThreshold},
+    {PercentChange, "percent-change", "PercentChange", "% Chan&ge",
+     "Step of F1 and F2 on a part value. F1, F2: smaller, larger; F3: standard value; F5, F6: standard value, "
+     "resonance kept", "%", "5.0",
+     {"0.01", "5.0", "100.0"}, 0, Fraction, Nothing, Field<&D::KeyStepFraction>::Get, Field<&D::KeyStepFraction>::Put},
+    {Scale, "gd-scale", "Scale", "Group delay scale",
+     "Full scale of the group delay, a hundredth to a hundred times the automatic one", "s", "",
+     {}, 0, 1, Nothing, Field<&D::GDFullScale>::Get, Field<&D::GDFullScale>::Put,
+     TypesScale, "while Auto Scale is on", -1, true},
+};
+// clang-format on
+
+std::string WithUnit(std::string text, const char* unit) {
+    return *unit ? text + " " + unit : text;
+}
+
+double ReadBox(NumberBox& box, const BoxLimits& limits, bool whole, const MessageCallback& report) {
+    if (whole) return EditBoxToInt(box, limits.Minimum, limits.Default, limits.Maximum, report);
+    return EditBoxToDouble(box, limits.Minimum, limits.Default, limits.Maximum, report);
 }
 
 }  // namespace
+
+const std::vector<InputRow>& InputRows() {
+    return rows;
+}
+
+const InputRow& RowOf(InputId id, const DesignInputs& inputs) {
+    const int unit = inputs.Choice(ChoiceId::BandWidthUnit);
+    return *std::find_if(rows.begin(), rows.end(), [&](const InputRow& row) {
+        return row.Id == id && (row.UnitCode < 0 || row.UnitCode == unit);
+    });
+}
+
+std::string PlainLabel(const InputRow& row) {
+    std::string label;
+    for (const char* c = row.Label; *c; ++c)
+        if (*c != '&' && !(*c == ' ' && !label.empty() && label.back() == ' ')) label += *c;
+    if (label.find(row.Unit) == std::string::npos) label += " " + std::string(row.Unit);
+    return label;
+}
+
+BoxLimits LimitsOf(const InputRow& row, const DesignInputs& inputs, const FilterDesign& design) {
+    return row.ComputedLimits ? row.ComputedLimits(inputs, design) : row.Limits;
+}
+
+bool IsEnabled(const InputRow& row, const DesignInputs& inputs) {
+    return !row.Enabled || row.Enabled(inputs);
+}
 
 std::string RangeText(const BoxLimits& limits) {
     constexpr int Digits = 11;  // significant: more than any limit has
@@ -43,102 +204,33 @@ std::string RangeText(const BoxLimits& limits) {
     return FormatPlain(minimum, Digits) + " to " + FormatPlain(maximum, Digits);
 }
 
-BoxLimits NumPolesLimits() {
-    return {"1", "3", "10"};
-}
-BoxLimits RippleLimits() {
-    return {"0.001", "0.20", "1.00"};
-}
-
-BoxLimits F0Limits(const DesignInputs& inputs) {
-    return {inputs.LowPassPrototype ? PrototypeF0Text : ".001", "1.0", "1.0E5"};
-}
-
-BoxLimits BandWidthLimits(const DesignInputs& inputs, const FilterDesign& design) {
-    if (inputs.BandWidthInPercent) return {"0.5", "10.0", "199.0"};
-    const double f0 = design.F0 * MHzPerHz;
-    return {FormatFullPrecision(0.005 * f0), FormatFullPrecision(0.1 * f0),
-            FormatFullPrecision(1.99 * f0)};
+std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign& design) {
+    constexpr int Digits = 11;  // significant, of the value in use
+    const InputRow& row = RowOf(id, inputs);
+    std::string tip = row.Meaning;
+    if (!row.ReadLater) tip += ": " + WithUnit(RangeText(LimitsOf(row, inputs, design)), row.Unit);
+    if (row.Get)
+        tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
+    if (!IsEnabled(row, inputs)) tip += " (" + std::string(row.WhenDisabled) + ")";
+    return tip;
 }
 
-BoxLimits EllipticAttenLimits() {
-    return {"5.0", "40.0", "100.0"};
-}
-BoxLimits ResistanceLimits() {
-    return {"0.001", "50", "1.0E6"};
-}
-BoxLimits TrapTypeLimits() {
-    return {"1", "1", "4"};
-}
-BoxLimits PercentChangeLimits() {
-    return {"0.01", "5.0", "100.0"};
-}
-BoxLimits ThresholdLimits() {
-    return {"-200.0", "20.0", "200.0"};
-}
-BoxLimits IndQLimits() {
-    return {"0.1", "35", "1.0E9"};
-}
-BoxLimits IndCLimits() {
-    return {"0", ".25", "1.0E6"};
-}
-BoxLimits CapRLimits() {
-    return {"0", "0.25", "1.0E6"};
-}
-BoxLimits CapLLimits() {
-    return {"0", ".5", "1.0E6"};
-}
-BoxLimits WorstCaseSimsLimits() {
-    return {"1", "100", "1000"};
-}
-
-void NumPolesUpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
-                         const MessageCallback& report) {
-    const BoxLimits limits = NumPolesLimits();
-    int poles =
-        EditBoxToInt(inputs.NumPolesBox, limits.Minimum, limits.Default, limits.Maximum, report);
-    if (design.PassType == PassType::Norton) {
-        poles = std::clamp(poles, NortonFewestPoles, NortonMostPoles);
-        poles += NortonPoleStep * DirectionSign(spin);
-        poles = std::clamp(poles, NortonFewestPoles, NortonMostPoles);
-    } else {
-        poles += DirectionSign(spin);
-    }
-    inputs.NumPolesBox.WriteText(std::to_string(poles), poles);
-    design.NumPoles = poles;
-}
-
-void RippleUpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
-                       const MessageCallback& report) {
-    design.RippleDb = StepBox(inputs.RippleBox, RippleLimits(), 0.01, spin, report);
-}
-
-void F0UpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
-                   const MessageCallback& report) {
-    design.F0 = StepBox(inputs.F0Box, F0Limits(inputs), 1.0, spin, report) * HzPerMHz;
-}
-
-void BandWidthUpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
-                          const MessageCallback& report) {
-    const double value =
-        StepBox(inputs.BandWidthBox, BandWidthLimits(inputs, design), 0.1, spin, report);
-    design.BandWidth = inputs.BandWidthInPercent ? 0.01 * value * design.F0 : value * HzPerMHz;
-}
-
-void EllipticAttenUpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
-                              const MessageCallback& report) {
-    design.EllipticAtten =
-        StepBox(inputs.EllipticAttenBox, EllipticAttenLimits(), 1.0, spin, report);
-    design.EllipticStopFreq = StopToCornerRatio * design.F0;
-}
-
-void EllipticFormUpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
-                             const MessageCallback& report) {
-    const BoxLimits limits = TrapTypeLimits();
-    const int read =
-        EditBoxToInt(inputs.TrapTypeBox, limits.Minimum, limits.Default, limits.Maximum, report);
-    design.TrapType = std::clamp(read + DirectionSign(spin), 1, 4);
-    inputs.TrapTypeBox.WriteText(std::to_string(design.TrapType), design.TrapType);
+void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep spin,
+               const MessageCallback& report) {
+    const InputRow& row = RowOf(id, inputs);
+    NumberBox& box = inputs.Box(id);
+    const bool whole = row.Back == Whole;
+    double value = ReadBox(box, LimitsOf(row, inputs, design), whole, report);
+    const int direction = spin.Direction == SpinDirection::Up     ? 1
+                          : spin.Direction == SpinDirection::Down ? -1
+                                                                  : 0;
+    if (row.Stepped)
+        value = row.Stepped(inputs, value, direction);
+    else if (direction != 0)
+        value += direction * (spin.TenTimes ? CtrlFactor : 1.0) * row.Step;
+    if (row.Back == Significant) box.WriteValue(value);
+    if (whole) box.WriteText(std::to_string(static_cast<int>(value)), value);
+    row.Put(design, value * row.Factor);
 }
 
 }  // namespace ladderwise

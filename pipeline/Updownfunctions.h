@@ -1,10 +1,99 @@
-// The spin buttons: each handler reads its box within its bounds, steps it, writes it back and
-// stores it. Without a direction a handler is the box's reader. No Qt.
+// The numeric inputs, one row of a table for each: its names, unit, limits, step, box and place in
+// the design; and the spin buttons made of those rows. Each handler reads its box within its
+// bounds, steps it, writes it back and stores it; without a direction it is the box's reader. No
+// Qt.
 #pragma once
 
-#include "pipeline/DesignInputs.h"
+#include <string>
+#include <vector>
+
+#include "design/FilterDesign.h"
+#include "design/Messages.h"
+#include "numbers/NumberBox.h"
 
 namespace ladderwise {
+
+struct DesignInputs;
+
+/// Every input box, in the order in which they are read.
+enum class InputId {
+    NumPoles,
+    Ripple,
+    F0,
+    BandWidth,
+    EllipticAtten,
+    TrapType,
+    RSource,
+    RLoad,
+    IndQ,
+    IndC,
+    CapL,
+    CapR,
+    WorstCaseSims,
+    GDPhaseThreshold,
+    PercentChange,
+    Scale,
+    Count
+};
+inline constexpr int NumInputs = static_cast<int>(InputId::Count);
+
+/// The bounds of a box as texts, as its reader takes them and its tool tip shows them.
+struct BoxLimits {
+    std::string Minimum;
+    std::string Default;
+    std::string Maximum;
+};
+
+/// What a reader writes back into its box.
+enum class WriteBack {
+    Nothing,      ///< the text stays as typed
+    Significant,  ///< BoxDigits significant digits, the exact value behind them
+    Whole         ///< a whole number
+};
+
+/// One input. A box whose unit can be chosen has a row for each unit.
+struct InputRow {
+    InputId Id;
+    const char* Name;       ///< on the console and in notes
+    const char* Component;  ///< of its controls: Component + "Box", "UpDown", "Label"
+    const char* Label;      ///< beside the box, with its mnemonic
+    const char* Meaning;    ///< in tool tips and help
+    const char* Unit;       ///< as typed
+    const char* Initial;    ///< text in a fresh program
+    BoxLimits Limits;
+    double Step;    ///< of the spin buttons, in the unit typed; 0: none
+    double Factor;  ///< SI units per unit typed
+    WriteBack Back;
+    double (*Get)(const FilterDesign&);        ///< the value in use, SI; null: the design has none
+    void (*Put)(FilterDesign&, double value);  ///< stores a value in SI units
+    bool (*Enabled)(const DesignInputs&) = nullptr;  ///< null: always
+    const char* WhenDisabled = "";                   ///< "for band-pass and notch"
+    int UnitCode = -1;       ///< of ChoiceId::BandWidthUnit, if the row is for one unit
+    bool ReadLater = false;  ///< its bounds come from the analysis, which reads it
+    BoxLimits (*ComputedLimits)(const DesignInputs&, const FilterDesign&) = nullptr;
+    double (*Stepped)(const DesignInputs&, double value, int direction) = nullptr;  ///< own rule
+};
+
+/// The table, in the order of InputId.
+const std::vector<InputRow>& InputRows();
+
+/// The row of a box for the unit chosen.
+const InputRow& RowOf(InputId id, const DesignInputs& inputs);
+
+/// The label as messages name it: without mnemonic, with the unit: "Ripple dB", "Bandwidth MHz".
+std::string PlainLabel(const InputRow& row);
+
+/// The bounds in force.
+BoxLimits LimitsOf(const InputRow& row, const DesignInputs& inputs, const FilterDesign& design);
+
+/// True if the input plays a part in the present design.
+bool IsEnabled(const InputRow& row, const DesignInputs& inputs);
+
+/// The range of a box for people: "0.001 to 100000".
+std::string RangeText(const BoxLimits& limits);
+
+/// What a tool tip says: "Bandwidth: 1 to 398 MHz. In use: 40 MHz", or for what it is there.
+std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign& design);
 
 /// None: only read, write back and store.
 enum class SpinDirection { None, Up, Down };
@@ -15,50 +104,26 @@ struct SpinStep {
     bool TenTimes = false;
 };
 
-/// The bounds of a box as texts, as its reader takes them and its tool tip shows them.
-struct BoxLimits {
-    std::string Minimum;
-    std::string Default;
-    std::string Maximum;
-};
+/// Reads a box within its limits, steps it, writes it back and stores it. The stepped value is
+/// clamped only by the next read, which then shows the box as replaced.
+void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep spin,
+               const MessageCallback& report);
 
-/// The range of a box for people: "0.001 to 100000".
-std::string RangeText(const BoxLimits& limits);
+/// StepInput of one box.
+using SpinHandler = void (*)(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
+template <InputId Id>
+void UpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
+                 const MessageCallback& report) {
+    StepInput(Id, inputs, design, spin, report);
+}
+inline constexpr SpinHandler NumPolesUpDownClick = UpDownClick<InputId::NumPoles>;
+inline constexpr SpinHandler RippleUpDownClick = UpDownClick<InputId::Ripple>;
+inline constexpr SpinHandler F0UpDownClick = UpDownClick<InputId::F0>;
+inline constexpr SpinHandler BandWidthUpDownClick = UpDownClick<InputId::BandWidth>;
+inline constexpr SpinHandler EllipticAttenUpDownClick = UpDownClick<InputId::EllipticAtten>;
+inline constexpr SpinHandler EllipticFormUpDownClick = UpDownClick<InputId::TrapType>;
 
 /// F0 of a low-pass prototype in MHz: 1 rad/s.
 inline constexpr const char* PrototypeF0Text = "159.15e-9";
-
-BoxLimits NumPolesLimits();
-BoxLimits RippleLimits();
-/// The prototype's own F0 is the minimum while the "Low Pass Prototype" entry is the checked one.
-BoxLimits F0Limits(const DesignInputs& inputs);
-/// In % of F0, or in MHz computed from the stored F0.
-BoxLimits BandWidthLimits(const DesignInputs& inputs, const FilterDesign& design);
-BoxLimits EllipticAttenLimits();
-BoxLimits ResistanceLimits();
-BoxLimits TrapTypeLimits();
-BoxLimits PercentChangeLimits();
-BoxLimits ThresholdLimits();
-BoxLimits IndQLimits();
-/// Parasitics: zero switches one off.
-BoxLimits IndCLimits();
-BoxLimits CapRLimits();
-BoxLimits CapLLimits();
-BoxLimits WorstCaseSimsLimits();
-
-/// Poles or traps, in steps of 1; for a Norton band-pass held in 3 .. 5 and stepped by 2.
-void NumPolesUpDownClick(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
-/// Ripple in dB, in steps of 0.01.
-void RippleUpDownClick(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
-/// F0 in MHz, in steps of 1.
-void F0UpDownClick(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
-/// Bandwidth in MHz or %, in steps of 0.1.
-void BandWidthUpDownClick(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
-/// Elliptic attenuation in dB, in steps of 1; EllipticStopFreq follows as 1.2 F0.
-void EllipticAttenUpDownClick(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
-/// Trap type 1 .. 4; the box never leaves its range.
-void EllipticFormUpDownClick(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
-/// Any of the handlers above.
-using SpinHandler = void (*)(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
 
 }  // namespace ladderwise

@@ -19,6 +19,7 @@ void CopyFileCoefficients(FilterDesign& design, int n) {
 void FallBackToButterworth(FilterDesign& design, int n) {
     ButterworthPrototype(design, n);
     design.ResponseType = ResponseType::Butterworth;
+    design.Flags.FellBack = true;
 }
 
 void ComputeGValues(FilterDesign& design, int n, const MessageCallback& report) {

@@ -5,17 +5,12 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QScreen>
 #include <QSvgRenderer>
 #include <algorithm>
-#include <utility>
-
-#include "pipeline/Updownfunctions.h"
 
 namespace ladderwise {
 
@@ -51,26 +46,11 @@ private:
     QSvgRenderer drawing;
 };
 
-QString BoundsTip(const BoxLimits& limits, const char* what, const char* unit) {
-    return QString("%1: %2 %3")
-        .arg(QString::fromLatin1(what), QString::fromStdString(RangeText(limits)),
-             QString::fromLatin1(unit))
-        .trimmed();
-}
-
-void PlaceRow(QGridLayout* grid, int row, const char* caption, QWidget* box, const char* unit) {
-    auto* const label = new QLabel(QString::fromLatin1(caption));
-    label->setBuddy(box);
-    grid->addWidget(label, row, 0);
-    grid->addWidget(box, row, 1);
-    grid->addWidget(new QLabel(QString::fromLatin1(unit)), row, 2);
-}
-
 }  // namespace
 
-PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs,
-                                             std::function<void()> recalculate, QWidget* parent)
-    : QDialog(parent, Qt::Tool), inputs(inputs), recalculate(std::move(recalculate)) {
+PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs, const InputActions& actions,
+                                             QWidget* parent)
+    : QDialog(parent, Qt::Tool), inputs(inputs), binder(inputs, actions) {
     setObjectName("PartDefinitionsWindow");
     setWindowTitle("L and C Model Definitions");
     auto* const grid = new QGridLayout(this);
@@ -83,16 +63,13 @@ PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs,
     // As in the main window: a click must not have a box read twice.
     for (auto* const button : findChildren<QAbstractButton*>())
         button->setFocusPolicy(Qt::TabFocus);
-    ShowInputs();
 }
 
-NumberEdit* PartDefinitionsWindow::AddBox(QWidget* parent, const char* name,
-                                          NumberBox DesignInputs::*box, const QString& tip) {
-    auto* const edit = new NumberEdit(QString::fromLatin1(name), parent);
-    edit->setFixedWidth(edit->fontMetrics().horizontalAdvance('0') * 10);
-    connect(edit, &NumberEdit::CalculationRequested, this, &PartDefinitionsWindow::Recalculate);
-    boxes.push_back({edit, box, tip});
-    return edit;
+void PartDefinitionsWindow::PlaceInput(QGridLayout* grid, int row, InputId id) {
+    QWidget* const group = grid->parentWidget();
+    grid->addWidget(binder.AddBox(group, id), row, 1);
+    grid->addWidget(binder.AddLabel(group, id), row, 0);
+    grid->addWidget(new QLabel(QString::fromLatin1(RowOf(id, inputs).Unit), group), row, 2);
 }
 
 QWidget* PartDefinitionsWindow::BuildInductorGroup() {
@@ -100,14 +77,8 @@ QWidget* PartDefinitionsWindow::BuildInductorGroup() {
     auto* const grid = new QGridLayout(group);
     grid->addWidget(new ModelPicture(":/models/inductor-model.svg", "InductorPicture", group), 2, 0,
                     1, 4, Qt::AlignHCenter);
-    PlaceRow(grid, 0, "&Q at F0",
-             AddBox(group, "IndQBox", &DesignInputs::IndQBox,
-                    BoundsTip(IndQLimits(), "Unloaded Q at F0", "")),
-             "");
-    PlaceRow(grid, 1, "&Parallel C",
-             AddBox(group, "IndCBox", &DesignInputs::IndCBox,
-                    BoundsTip(IndCLimits(), "Parallel capacitance", "pF")),
-             "pF");
+    PlaceInput(grid, 0, InputId::IndQ);
+    PlaceInput(grid, 1, InputId::IndC);
     grid->addWidget(
         Explanation(group,
                     "The simulator uses the same Q for all the inductors and calculates R as "
@@ -121,14 +92,8 @@ QWidget* PartDefinitionsWindow::BuildCapacitorGroup() {
     auto* const grid = new QGridLayout(group);
     grid->addWidget(new ModelPicture(":/models/capacitor-model.svg", "CapacitorPicture", group), 2,
                     0, 1, 4, Qt::AlignHCenter);
-    PlaceRow(grid, 0, "Series &R",
-             AddBox(group, "CapRBox", &DesignInputs::CapRBox,
-                    BoundsTip(CapRLimits(), "Series resistance", "ohm")),
-             "ohm");
-    PlaceRow(grid, 1, "Series &L",
-             AddBox(group, "CapLBox", &DesignInputs::CapLBox,
-                    BoundsTip(CapLLimits(), "Series inductance", "nH")),
-             "nH");
+    PlaceInput(grid, 0, InputId::CapR);
+    PlaceInput(grid, 1, InputId::CapL);
     grid->addWidget(Explanation(group,
                                 "The capacitor parasitics are constant with frequency. 0.2 Ohms "
                                 "and .25 nH are typical values for commercial grade capacitors."),
@@ -143,8 +108,7 @@ QWidget* PartDefinitionsWindow::BuildCapacitorGroup() {
     return group;
 }
 
-QWidget* PartDefinitionsWindow::BuildToleranceColumn(const char* title, const char* suffix,
-                                                     int DesignInputs::*percent) {
+QWidget* PartDefinitionsWindow::BuildToleranceColumn(const char* title, ChoiceId id) {
     auto* const column = new QWidget(this);
     auto* const layout = new QHBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -152,16 +116,10 @@ QWidget* PartDefinitionsWindow::BuildToleranceColumn(const char* title, const ch
     caption->setMinimumWidth(caption->fontMetrics().horizontalAdvance("Capacitors  "));
     layout->addWidget(caption);
     auto* const group = new QButtonGroup(column);
-    constexpr std::pair<int, const char*> choices[] = {
-        {10, "TenPercent"}, {5, "FivePercent"}, {2, "TwoPercent"}, {1, "OnePercent"}};
-    for (const auto& [value, name] : choices) {
-        auto* const button = new QRadioButton(QString("%1 %").arg(value), column);
-        button->setObjectName(QString::fromLatin1(name) + QString::fromLatin1(suffix));
-        button->setToolTip(QString("Tolerance and standard series of %1 %").arg(value));
+    for (const ChoiceRow& row : TableOf(id).Rows) {
+        QAbstractButton* const button = binder.AddChoice(column, id, row.Code);
         group->addButton(button);
         layout->addWidget(button);
-        connect(button, &QRadioButton::clicked, this, &PartDefinitionsWindow::Recalculate);
-        tolerances.push_back({button, percent, value});
     }
     layout->addStretch(1);
     return column;
@@ -170,17 +128,14 @@ QWidget* PartDefinitionsWindow::BuildToleranceColumn(const char* title, const ch
 QWidget* PartDefinitionsWindow::BuildToleranceGroup() {
     auto* const group = new QGroupBox("Tolerances", this);
     auto* const grid = new QGridLayout(group);
-    grid->addWidget(BuildToleranceColumn("Capacitors", "Cap", &DesignInputs::CapTolerancePercent),
-                    0, 0, 1, 2);
-    grid->addWidget(BuildToleranceColumn("Inductors", "Ind", &DesignInputs::IndTolerancePercent), 1,
-                    0, 1, 2);
+    grid->addWidget(BuildToleranceColumn("Capacitors", ChoiceId::CapTolerance), 0, 0, 1, 2);
+    grid->addWidget(BuildToleranceColumn("Inductors", ChoiceId::IndTolerance), 1, 0, 1, 2);
     grid->addWidget(
         Explanation(group,
                     "The Percent settings are used in the Monte Carlo analysis and also control "
                     "the part values when the Std Value Box is checked."),
         2, 0, 1, 2);
-    auto* const runs = AddBox(group, "WorstCaseSimsBox", &DesignInputs::WorstCaseSimsBox,
-                              BoundsTip(WorstCaseSimsLimits(), "Analyses of a worst case", "runs"));
+    auto* const runs = binder.AddBox(group, InputId::WorstCaseSims);
     auto* const label = new QLabel("Number of Monte Carlo Simulations <= 1000", group);
     label->setBuddy(runs);
     grid->addWidget(label, 3, 0);
@@ -203,31 +158,9 @@ QWidget* PartDefinitionsWindow::BuildButtons() {
     layout->addStretch(1);
     layout->addWidget(calc);
     layout->addWidget(exit);
-    connect(calc, &QPushButton::clicked, this, &PartDefinitionsWindow::Recalculate);
+    connect(calc, &QPushButton::clicked, this, [this] { binder.Actions().Calculate(); });
     connect(exit, &QPushButton::clicked, this, &QWidget::close);
     return row;
-}
-
-void PartDefinitionsWindow::Recalculate() {
-    recalculate();
-}
-
-void PartDefinitionsWindow::StoreInputs() {
-    for (const BoundBox& bound : boxes)
-        (inputs.*bound.Box).Text = bound.Edit->TakeText();
-    for (const BoundTolerance& bound : tolerances)
-        if (bound.Button->isChecked()) inputs.*bound.Percent = bound.Value;
-}
-
-void PartDefinitionsWindow::ShowInputs() {
-    for (const BoundBox& bound : boxes) {
-        bound.Edit->Show(inputs.*bound.Box);
-        bound.Edit->setToolTip(bound.Tip);
-    }
-    for (const BoundTolerance& bound : tolerances) {
-        const QSignalBlocker blocker(bound.Button);
-        if (inputs.*bound.Percent == bound.Value) bound.Button->setChecked(true);
-    }
 }
 
 void PartDefinitionsWindow::ShowBesideOwner() {

@@ -3,60 +3,36 @@
 #pragma once
 
 #include <QDialog>
-#include <functional>
-#include <vector>
 
-#include "pipeline/DesignInputs.h"
-#include "windows/NumberEdit.h"
+#include "windows/InputBinder.h"
 
-class QLabel;
-class QRadioButton;
+class QGridLayout;
 
 namespace ladderwise {
 
-/// Shows and edits the part-model part of the inputs. It knows the inputs and one callback.
+/// Shows and edits the part-model part of the inputs.
 class PartDefinitionsWindow : public QDialog {
     Q_OBJECT
 
 public:
-    /// `recalculate` runs the main calculation, which reads the boxes along with all other inputs.
-    PartDefinitionsWindow(DesignInputs& inputs, std::function<void()> recalculate, QWidget* parent);
+    PartDefinitionsWindow(DesignInputs& inputs, const InputActions& actions, QWidget* parent);
 
-    /// Takes the texts and choices of the controls into the inputs.
-    void StoreInputs();
-
-    /// Shows the inputs: texts, colours, checks and tool tips.
-    void ShowInputs();
+    /// The binder of this window's controls.
+    InputBinder& Binder() { return binder; }
 
     /// Shows the window at its owner's left edge, 250 pixels below its top, but always on screen.
     void ShowBesideOwner();
 
 private:
-    struct BoundBox {
-        NumberEdit* Edit;
-        NumberBox DesignInputs::*Box;
-        QString Tip;
-    };
-    struct BoundTolerance {
-        QRadioButton* Button;
-        int DesignInputs::*Percent;
-        int Value;
-    };
-
     QWidget* BuildInductorGroup();
     QWidget* BuildCapacitorGroup();
     QWidget* BuildToleranceGroup();
     QWidget* BuildButtons();
-    QWidget* BuildToleranceColumn(const char* title, const char* suffix,
-                                  int DesignInputs::*percent);
-    NumberEdit* AddBox(QWidget* parent, const char* name, NumberBox DesignInputs::*box,
-                       const QString& tip);
-    void Recalculate();
+    QWidget* BuildToleranceColumn(const char* title, ChoiceId id);
+    void PlaceInput(QGridLayout* grid, int row, InputId id);
 
     DesignInputs& inputs;
-    std::function<void()> recalculate;
-    std::vector<BoundBox> boxes;
-    std::vector<BoundTolerance> tolerances;
+    InputBinder binder;
 };
 
 }  // namespace ladderwise

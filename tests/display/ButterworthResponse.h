@@ -6,7 +6,7 @@
 #include <complex>
 #include <vector>
 
-#include "display/TraceKinds.h"
+#include "display/PlotContent.h"
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {
@@ -16,6 +16,12 @@ struct ButterworthResponse {
     std::vector<double> MagnitudeDb, PhaseDeg, GroupDelay, Pulse, ReturnLossDb;
 
     PlotTraces Traces() const { return {MagnitudeDb, PhaseDeg, GroupDelay, Pulse, ReturnLossDb}; }
+    PlotLayer Layer(bool reference = false) const {
+        return {Traces(), reference ? ReferenceColours : CurrentColours, reference};
+    }
+    PlotContent Content(const TraceChoices& choices) const {
+        return {Design, choices, {Layer()}, {}};
+    }
 };
 
 /// The curves for corner frequency `detune` times F0; the ladder in slots 1 .. 3 is the nominal

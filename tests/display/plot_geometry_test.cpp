@@ -130,7 +130,7 @@ TEST(PlotFrame, LabelsMarksAndTitle) {
     for (const auto& c : titles) {
         design.ResponseType = static_cast<ResponseType>(c.Response);
         design.PassType = static_cast<PassType>(c.Pass);
-        EXPECT_EQ(PlotTitle(design), c.Title);
+        EXPECT_EQ(DesignTitle(design), c.Title);
     }
 }
 

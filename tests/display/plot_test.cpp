@@ -1,6 +1,7 @@
 // The painted plot: pixels of the frame and traces, overlays, sizes, and the exported files.
 #include <gtest/gtest.h>
 
+#include <QPainter>
 #include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <memory>
@@ -24,7 +25,7 @@ std::unique_ptr<Plot> Painted(const ButterworthResponse& made, const TraceChoice
                               double ratio = 1.0) {
     auto plot = std::make_unique<Plot>();
     plot->Resize(Width, Height, ratio);
-    plot->PlotRun(0, made.Design, choices, Placement, made.Traces());
+    plot->PaintContent(made.Content(choices), Placement);
     return plot;
 }
 
@@ -46,10 +47,10 @@ TEST(Plot, FrameAndTracePixels) {
     EXPECT_EQ(image.pixel(1210, 265), Pixel(GridColour));
     EXPECT_EQ(image.pixel(1210, 245), Pixel(BackgroundColour));
     EXPECT_EQ(image.pixel(700, 586), Pixel(Black));
-    const PlotColour red = TraceColour(TraceKind::Mag10dB, false);
+    const PlotColour red = TraceColour(TraceKind::Mag10dB);
     EXPECT_EQ(image.pixel(640, 237), Pixel(red));  // -3.01 dB at the corner frequency
 
-    const QRgb blue = Pixel(TraceColour(TraceKind::Phase, false));
+    const QRgb blue = Pixel(TraceColour(TraceKind::Phase));
     EXPECT_EQ(CountPixels(image, blue), 0);
 
     choices.Mag10dB = false;
@@ -71,17 +72,17 @@ TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
     ButterworthResponse other = MakeButterworth(SweepType::OneDecade, 1.3);
     other.Design.GDFullScale = 1.0;
     other.Design.NumElements = 0;
-    plot->PlotRun(1, other.Design, {true, true, true, true, true, true}, {}, other.Traces());
+    plot->PaintOverlay(other.Traces());
     EXPECT_EQ(plot->Scales().GDFullScale, scale);
     const QImage& after = plot->Image();
     for (const TraceKind kind : {TraceKind::Mag10dB, TraceKind::GroupDelay}) {
-        const QRgb colour = Pixel(TraceColour(kind, false));
+        const QRgb colour = Pixel(TraceColour(kind));
         EXPECT_GT(CountPixels(after, colour), CountPixels(before, colour) + 200);
     }
-    EXPECT_EQ(CountPixels(after, Pixel(TraceColour(TraceKind::ReturnLoss, false))), 0);
+    EXPECT_EQ(CountPixels(after, Pixel(TraceColour(TraceKind::ReturnLoss))), 0);
     EXPECT_EQ(after.copy(0, 605, Width, 195), before.copy(0, 605, Width, 195));
 
-    plot->PlotRun(0, nominal.Design, choices, Placement, nominal.Traces());
+    plot->PaintContent(nominal.Content(choices), Placement);
     EXPECT_EQ(plot->Image(), before);
 }
 
@@ -94,11 +95,12 @@ TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     for (int k = 0; k < 4; ++k) {
         EXPECT_EQ(image.pixel(2 * 1210 - k % 2, 2 * 225 - k / 2), Pixel(Black));
         EXPECT_EQ(image.pixel(2 * 640 - k % 2, 2 * 237 - k / 2),
-                  Pixel(TraceColour(TraceKind::Mag10dB, false)));
+                  Pixel(TraceColour(TraceKind::Mag10dB)));
     }
-    const QRgb colour = Pixel(TraceColour(TraceKind::Mag10dB, true));
+    const QRgb colour = Pixel(ReferenceColours[1]);  // of the 10 dB magnitude
     EXPECT_EQ(CountPixels(image, colour), 0);
-    plot->PaintTraces(MakeButterworth(SweepType::OneDecade, 0.5).Traces(), true);
+    const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
+    plot->PaintContent({made.Design, {}, {made.Layer(), reference.Layer(true)}, {}}, Placement);
     EXPECT_GT(CountPixels(image, colour), 300);
 }
 
@@ -136,14 +138,46 @@ TEST(Plot, NoSizeAndNoValueIsTooOdd) {
     for (const QSize size : {QSize(0, 0), QSize(-5, 3), QSize(3, 2), QSize(90, 40)}) {
         for (double ratio : {1.0, 1.5, 2.0, 0.0, std::nan("")}) {
             plot.Resize(size.width(), size.height(), ratio);
-            plot.PlotRun(1, made.Design, all, {}, made.Traces());
-            plot.PlotRun(0, made.Design, all, {150, size.height() - 100, 500}, made.Traces());
-            plot.PaintTraces(made.Traces(), true);
-            plot.PaintTraces({}, false);
+            plot.PaintOverlay(made.Traces());
+            plot.PaintContent({made.Design, all, {made.Layer(), made.Layer(true), {}}, {}},
+                              {150, size.height() - 100, 500});
+            plot.PaintOverlay({});
             plot.ScrollStrip(made.Design, -10000);
             EXPECT_FALSE(plot.Image().isNull());
         }
     }
+}
+
+TEST(PlotExport, PaintsWhatTheWindowPaints) {
+    const auto calculation = std::make_unique<Calculation>();
+    DesignInputs& inputs = calculation->Inputs;
+    for (const ChoiceId on : {ChoiceId::WorstCase, ChoiceId::TracePhase, ChoiceId::TraceGroupDelay})
+        inputs.Choice(on) = 1;
+    inputs.Box(InputId::WorstCaseSims).Type("20");
+    calculation->FixedSeed = 7;
+    const QSize size(1000, 700);
+    Plot window;
+    window.Resize(size.width(), size.height());
+    std::vector<OverlayRun> runs;
+    Calculate(*calculation, {}, [&](const AnalysedRun& run) {
+        if (run.Number > 0) {
+            window.PaintOverlay(TracesOf(run.Quantities, run.Response));
+            runs.push_back({run.Quantities, run.Response});
+        } else {
+            window.PaintContent(ContentOf(calculation->Design, inputs.Traces(), run.Quantities, {}),
+                                {0, TableTop(size), 0});
+        }
+    });
+    PlotContent content =
+        ContentOf(calculation->Design, inputs.Traces(), calculation->Quantities, {});
+    for (const OverlayRun& run : runs)
+        content.Overlays.push_back(run.Traces());
+    QImage exported(size, QImage::Format_RGB32);
+    QPainter painter(&exported);
+    PaintPlot(painter, size, content, QFont());
+    painter.end();
+    const QRect plot(0, 0, size.width(), window.Layout().PlotBottom + 2);
+    EXPECT_EQ(exported.copy(plot), window.Image().copy(plot));
 }
 
 // Formats and failing folders are tested with the console program.
@@ -151,16 +185,16 @@ TEST(PlotExport, HasTheSizeAskedForAndBothTraces) {
     const QTemporaryDir folder;
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
-    const PlotContent content{made.Design, {}, made.Traces(), reference.Traces(), QFont(), {}};
+    const PlotContent content{made.Design, {}, {made.Layer(), reference.Layer(true)}, {}};
     const QSize size(1000, 700);
-    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.png"), size, content));
+    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.png"), size, content, QFont()));
     const QImage png(folder.filePath("plot.png"));
     EXPECT_EQ(png.size(), size);
-    for (const bool ofReference : {false, true})
-        EXPECT_GT(CountPixels(png, Pixel(TraceColour(TraceKind::Mag10dB, ofReference))), 100);
-    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.svg"), size, content));
+    for (const TraceColours& colours : {CurrentColours, ReferenceColours})
+        EXPECT_GT(CountPixels(png, Pixel(colours[1])), 100);
+    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.svg"), size, content, QFont()));
     EXPECT_EQ(QSvgRenderer(folder.filePath("plot.svg")).viewBox().size(), size);
-    EXPECT_FALSE(WritePlotFile(folder.filePath("plot.png"), QSize(0, 700), content));
+    EXPECT_FALSE(WritePlotFile(folder.filePath("plot.png"), QSize(0, 700), content, QFont()));
 }
 
 }  // namespace

@@ -76,17 +76,18 @@ TEST(FunctionKeys, OnValuesOfAllKindsAndOutside) {
 
 TEST(FunctionKeys, CyclesOfResponseAndSweep) {
     Calculation calculation;
-    FilterDesign& design = calculation.Design;
+    int& response = calculation.Inputs.Choice(ChoiceId::Response);
+    int& sweep = calculation.Inputs.Choice(ChoiceId::Sweep);
     for (const auto& [before, after] :
          {std::pair{0, 1}, {6, 7}, {10, 11}, {11, 0}, {12, 0}, {13, 0}}) {
-        design.ResponseType = static_cast<ResponseType>(before);
+        response = before;
         EXPECT_EQ(ApplyFormKey(calculation, FormKey::F4, {}, {}), KeyOutcome::FullCalculate);
-        EXPECT_EQ(static_cast<int>(design.ResponseType), after);
+        EXPECT_EQ(response, after);
     }
-    for (int sweep = 0; sweep < 6; ++sweep) {
-        design.SweepType = static_cast<SweepType>(sweep);
+    for (int before = 0; before < 6; ++before) {
+        sweep = before;
         EXPECT_EQ(ApplyFormKey(calculation, FormKey::F7, {}, {}), KeyOutcome::FullCalculate);
-        EXPECT_EQ(static_cast<int>(design.SweepType), (sweep + 1) % 6);
+        EXPECT_EQ(sweep, (before + 1) % 6);
     }
 }
 
@@ -95,7 +96,7 @@ TEST(FunctionKeys, PercentChangeIsBounded) {
         {"7.5", 7.5}, {"0", 0.01}, {"100.1", 100.0}, {"much", 5.0}};
     for (const auto& [typed, percent] : cases) {
         const auto calculation = EveryType();
-        calculation->Inputs.PercentChangeBox.Type(typed);
+        calculation->Inputs.Box(InputId::PercentChange).Type(typed);
         ApplyFormKey(*calculation, FormKey::F2, {1, 0}, {});
         EXPECT_NEAR(calculation->Design.Elements[1].V1, inductance * (1 + percent / 100), 1e-22);
     }

@@ -8,9 +8,9 @@
 
 #include "analysis/Magphasefunctions.h"
 #include "pipeline/Choices.h"
+#include "pipeline/DisplayScale.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
-#include "pipeline/PlotQuantities.h"
 #include "pipeline/Updownfunctions.h"
 #include "tests/numeric/support.h"
 
@@ -26,13 +26,17 @@ struct Session : Recorder {
     DesignInputs& Inputs = Calc.Inputs;
     FilterDesign& Design = Calc.Design;
 
-    void Read(const Settings& settings = {}) {
+    void Set(const Settings& settings) {
         for (const auto& [name, value] : settings)
             EXPECT_EQ(ApplySetting(Calc, name, value, Report()), std::nullopt) << name;
+    }
+    void Read(const Settings& settings = {}) {
+        Set(settings);
         ReadInputs(Inputs, Design, Report());
     }
+    void Choose(ChoiceId id, int code) { ladderwise::Choose(Inputs, Design, id, code); }
     void Run(const Settings& settings, const PlotRunCallback& plotRun = {}) {
-        Read(settings);
+        Set(settings);
         Calculate(Calc, Report(), plotRun);
     }
     double InUse(const std::string& name) {
@@ -50,8 +54,8 @@ void ForEveryFilter(const Check& check) {
         for (const int response : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 13}) {
             SCOPED_TRACE(testing::Message() << "pass " << pass << " response " << response);
             Session session;
-            session.Design.PassType = static_cast<PassType>(pass);
-            session.Design.ResponseType = static_cast<ResponseType>(response);
+            session.Inputs.Choice(ChoiceId::Pass) = pass;
+            session.Inputs.Choice(ChoiceId::Response) = response;
             check(session, pass, response);
         }
 }
@@ -109,30 +113,30 @@ TEST(Pipeline, BoundsAndDefaultOfEveryBox) {
             session.Read({{c.Name, typed}});
             const double value = session.InUse(c.Name);
             EXPECT_NEAR(value, inUse, 1e-14 * std::abs(inUse));
-            for (const NamedBox& named : NamedBoxes(session.Inputs)) {
-                if (named.Name != std::string(c.Name)) continue;
-                EXPECT_EQ(named.Box->ReplacedText.value_or(c.Fit), typed);
+            for (const InputRow& row : InputRows()) {
+                if (row.Name != std::string(c.Name)) continue;
+                EXPECT_EQ(session.Inputs.Box(row.Id).ReplacedText.value_or(c.Fit), typed);
             }
             session.Read();  // what was written back keeps its exact value
             EXPECT_EQ(session.InUse(c.Name), value);
         }
     }
-    for (const NamedBox& box : NamedBoxes(DesignInputs{}))
-        EXPECT_TRUE(tested.count(box.Name)) << box.Name << " has no row here";
+    for (const InputRow& row : InputRows())
+        EXPECT_TRUE(tested.count(row.Name)) << row.Name << " has no row here";
 }
 
 TEST(Pipeline, BandWidthUnitsAndNortonPoles) {
     Session session;
     session.Read({{"pass", "norton"}, {"poles", "10"}, {"f0", "145.825"}, {"bw", "12.3456"}});
     EXPECT_EQ(session.Design.NumPoles, 5);
-    session.Inputs.NumPolesBox.Type("10");
+    session.Inputs.Box(InputId::NumPoles).Type("10");
     NumPolesUpDownClick(session.Inputs, session.Design, {SpinDirection::Down}, {});
     EXPECT_EQ(session.Design.NumPoles, 3);
-    ChooseBandWidthUnit(session.Inputs, session.Design, true);
-    EXPECT_EQ(session.Inputs.BandWidthBox.Text, "8.47");  // 12.3456 / 145.825
-    session.Read({{"f0", "291.65"}});                     // twice: percents follow F0
+    session.Choose(ChoiceId::BandWidthUnit, BandWidthInPercent);
+    EXPECT_EQ(session.Inputs.Box(InputId::BandWidth).Text, "8.47");  // 12.3456 / 145.825
+    session.Read({{"f0", "291.65"}});                                // twice: percents follow F0
     EXPECT_NEAR(session.Design.BandWidth, 24.6912e6, 1e-7);
-    ChooseBandWidthUnit(session.Inputs, session.Design, false);
+    session.Choose(ChoiceId::BandWidthUnit, BandWidthInMHz);
     session.Read({{"f0", "100"}});  // megahertz stay
     EXPECT_NEAR(session.Design.BandWidth, 24.6912e6, 1e-7);
 }
@@ -140,17 +144,17 @@ TEST(Pipeline, BandWidthUnitsAndNortonPoles) {
 TEST(Pipeline, LoadAndControlsOfEveryFilter) {
     ForEveryFilter([](Session& session, int pass, int response) {
         for (const bool flag : {false, true}) {
-            session.Inputs.WorstCase = flag;
-            const ControlStates states = StatesFor(session.Inputs, session.Design, flag);
+            const DesignInputs& inputs = session.Inputs;
+            const ControlStates states = StatesFor(inputs, flag);
             const bool traps = response >= 7 && response <= 11;
-            EXPECT_EQ(states.BandWidthEnabled, pass >= 2);
-            EXPECT_EQ(states.RippleEnabled, traps || response == 1);
+            EXPECT_EQ(IsEnabled(RowOf(InputId::BandWidth, inputs), inputs), pass >= 2);
+            EXPECT_EQ(IsEnabled(RowOf(InputId::Ripple, inputs), inputs), traps || response == 1);
             EXPECT_EQ(states.TrapPanelVisible, traps && (pass == 2 || pass == 3 || flag));
         }
         session.Read({{"r-source", "75"}, {"r-load", "20"}});
         const double load = response <= 1 ? 20.0 : response == 7 ? 150 : response == 8 ? 37.5 : 75;
         EXPECT_EQ(session.Design.RLoad, load);
-        EXPECT_EQ(session.Inputs.RLBox.ExactValue, load);
+        EXPECT_EQ(session.Inputs.Box(InputId::RLoad).ExactValue, load);
         EXPECT_EQ(session.Design.RSource, 75.0);
     });
 }
@@ -173,13 +177,13 @@ TEST(Pipeline, LowPassPrototypeHasTheGValues) {
     session.Read({{"parts", "real"}, {"std", "on"}, {"pass", "low-pass-prototype"}});
     for (int calculation = 1; calculation <= 2; ++calculation) {
         session.Run({});
-        EXPECT_EQ(session.Inputs.F0Box.Colour, BoxColour::Normal);
+        EXPECT_EQ(session.Inputs.Box(InputId::F0).Colour, BoxColour::Normal);
         // 1, 2, 1 between 1 ohm; the given F0 differs from 1 / 2 pi by 3.1e-5.
         EXPECT_NEAR(session.Design.Elements[2].V1, 2.0, 8e-5);
     }
     session.Run({{"pass", "high-pass"}});
     EXPECT_NEAR(session.Design.F0, 1e3, 1e-9);
-    EXPECT_EQ(session.Inputs.F0Box.Colour, BoxColour::Silver);
+    EXPECT_EQ(session.Inputs.Box(InputId::F0).Colour, BoxColour::Silver);
 }
 
 TEST(Pipeline, SlotsBeyondTheLadderStayEmpty) {
@@ -208,14 +212,17 @@ TEST(WorstCase, ExtremesBracketEveryRunAndTheNominalLadderReturns) {
     const FilterDesign& design = session.Design;
     FilterDesign nominal;
     std::vector<std::vector<double>> runs;  // levels, dB
-    session.Run(bandPassWorstCase, [&](int run) {
-        EXPECT_EQ(run, static_cast<int>(runs.size()));
-        if (run == 0) nominal = design;
-        EXPECT_EQ(design.Elements[1].V1 == nominal.Elements[1].V1, run == 0);
+    DisplayQuantities quantities;
+    session.Run(bandPassWorstCase, [&](const AnalysedRun& run) {
+        EXPECT_EQ(run.Number, static_cast<int>(runs.size()));
+        if (run.Number == 0) nominal = design, quantities = run.Quantities;
+        EXPECT_EQ(design.Elements[1].V1 == nominal.Elements[1].V1, run.Number == 0);
         runs.emplace_back(NumSweepPoints);
-        MagnitudeArray(design.Response.TransferRe, design.Response.TransferIm, runs.back(),
+        MagnitudeArray(run.Response.TransferRe, run.Response.TransferIm, runs.back(),
                        MagnitudeMode::Decibels);
     });
+    EXPECT_EQ(session.Calc.Quantities.MagnitudeDb, quantities.MagnitudeDb);
+    EXPECT_EQ(session.Calc.Quantities.GroupDelay, quantities.GroupDelay);
     ASSERT_EQ(runs.size(), 13u);
     for (int row = 0; row < 4; ++row)
         EXPECT_EQ(design.Elements[2].Value(row), nominal.Elements[2].Value(row));
@@ -314,7 +321,7 @@ TEST(Notes, ValuesThatCannotBeBuilt) {
 TEST(Pipeline, TheLoadMovedByChebyshevKeepsItsExactValue) {
     Session session;
     session.Run({{"response", "chebyshev"}, {"poles", "4"}});
-    const NumberBox& box = session.Inputs.RLBox;
+    const NumberBox& box = session.Inputs.Box(InputId::RLoad);
     const double moved = session.Design.RLoad;
     EXPECT_LT(moved, 50.0);
     EXPECT_EQ(box.Colour, BoxColour::Yellow);
@@ -326,9 +333,9 @@ TEST(Pipeline, TheLoadMovedByChebyshevKeepsItsExactValue) {
 TEST(Pipeline, GroupDelayScale) {
     const double computed = 5.04e-8;
     Session session;
-    NumberBox& box = session.Inputs.ScaleBox;
+    NumberBox& box = session.Inputs.Box(InputId::Scale);
     const auto settle = [&](bool automatic) {
-        session.Inputs.AutoScale = automatic;
+        session.Inputs.Choice(ChoiceId::AutoScale) = automatic;
         SettleGroupDelayScale(session.Inputs, session.Design, computed, session.Report());
         return session.Design.GDFullScale;
     };
@@ -345,17 +352,16 @@ TEST(Pipeline, GroupDelayScale) {
         EXPECT_NEAR(settle(false), c.Scale, 1e-15 * c.Scale) << c.Typed;
         EXPECT_EQ(box.Text, c.Shown);
     }
-    session.Inputs.Traces.GroupDelay = true;  // the box plays a part, and was just replaced
+    session.Inputs.Choice(ChoiceId::TraceGroupDelay) =
+        1;  // the box plays a part, and was just replaced
     EXPECT_EQ(NotesOf(session.Calc), std::vector<std::string>{"replaced gd-scale"});
     EXPECT_EQ(settle(true), computed);
     EXPECT_EQ(box.Colour, BoxColour::Normal);
     EXPECT_TRUE(NotesOf(session.Calc).empty());
 
     session.Run({{"pass", "direct-coupled"}});  // an empty ladder has none
-    const auto quantities = std::make_unique<DisplayQuantities>();
-    for (const bool automatic : {true, false}) {
-        session.Inputs.AutoScale = automatic;
-        DerivePlotQuantities(session.Calc, 0, *quantities, session.Report());
+    for (const char* const scale : {"auto", ""}) {
+        session.Run({{"gd-scale", scale}});
         EXPECT_EQ(session.Design.GDFullScale, 0.0);
     }
     EXPECT_TRUE(session.Messages.empty());

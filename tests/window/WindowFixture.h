@@ -52,13 +52,8 @@ inline bool SameResponse(const SweepResponse& a, const SweepResponse& b) {
 inline QString DifferenceFromFresh(const Calculation& state) {
     const auto fresh = std::make_unique<Calculation>();
     fresh->Inputs = state.Inputs;
-    fresh->Design.PassType = state.Design.PassType;
-    fresh->Design.ResponseType = state.Design.ResponseType;
-    fresh->Design.FormCLC = state.Design.FormCLC;
-    fresh->Design.SweepType = state.Design.SweepType;
     fresh->FixedSeed = state.WorstCase.Seed;
-    ReadInputs(fresh->Inputs, fresh->Design, nullptr);
-    Calculate(*fresh, nullptr, nullptr);
+    Calculate(*fresh, nullptr);
     const FilterDesign &a = state.Design, &b = fresh->Design;
     const std::pair<const char*, bool> same[] = {
         {"sweep", SameNumbers(a.SweepFreqs, b.SweepFreqs)},

@@ -1,0 +1,26 @@
+// From a calculated design to the layers of a plot.
+#include "display/PlotContent.h"
+
+#include "design/ChoiceNames.h"
+
+namespace ladderwise {
+
+PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& response) {
+    PlotTraces traces;
+    traces.MagnitudeDb = quantities.MagnitudeDb;
+    traces.PhaseDeg = quantities.PhaseDeg;
+    traces.GroupDelay = quantities.GroupDelay;
+    traces.ReturnLossDb = response.ReflectionDb;
+    return traces;
+}
+
+PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,
+                      const DisplayQuantities& quantities, const std::vector<PlotLayer>& others) {
+    PlotContent content{design, choices, {}, {}};
+    content.Layers.push_back(
+        {TracesOf(quantities, design.Response), CurrentColours, false, DesignTitle(design)});
+    content.Layers.insert(content.Layers.end(), others.begin(), others.end());
+    return content;
+}
+
+}  // namespace ladderwise

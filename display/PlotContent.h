@@ -1,0 +1,35 @@
+// What a plot shows of a calculation, for the window and for exported pictures alike. No Qt.
+#pragma once
+
+#include <vector>
+
+#include "analysis/Magphasefunctions.h"
+#include "display/TraceKinds.h"
+
+namespace ladderwise {
+
+/// All that is shown of a design: its frame and strip come from Design, its traces from the layers,
+/// the first of which is the design in hand; then the runs of a worst case over them.
+struct PlotContent {
+    const FilterDesign& Design;
+    TraceChoices Choices;
+    std::vector<PlotLayer> Layers;
+    std::vector<PlotTraces> Overlays;
+};
+
+/// The arrays of a design whose quantities and sweep outlive the result.
+PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& response);
+
+/// The content of a calculated design. `others` are drawn beside it: a reference, a measurement.
+PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,
+                      const DisplayQuantities& quantities, const std::vector<PlotLayer>& others);
+
+/// A worst-case run kept for a picture that is painted later.
+struct OverlayRun {
+    DisplayQuantities Quantities;
+    SweepResponse Response;
+
+    PlotTraces Traces() const { return TracesOf(Quantities, Response); }
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,123 @@
+// Controls made from the tables of inputs and choices.
+#include "windows/InputBinder.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <utility>
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int BoxWidthInDigits = 8;  ///< of an edit box, in widths of the digit 0
+
+QString ComponentName(const InputRow& row, const char* kind) {
+    return QString::fromLatin1(row.Component) + QString::fromLatin1(kind);
+}
+
+bool IsSwitch(ChoiceId id) {
+    return !*TableOf(id).Rows.front().Component;  // "off" has no control of its own
+}
+
+}  // namespace
+
+InputBinder::InputBinder(DesignInputs& inputs, InputActions actions)
+    : inputs(inputs), actions(std::move(actions)) {}
+
+InputBinder::BoundBox& InputBinder::Find(InputId id) {
+    for (BoundBox& bound : boxes)
+        if (bound.Id == id) return bound;
+    qFatal("no box of this input");
+}
+
+NumberEdit* InputBinder::AddBox(QWidget* parent, InputId id) {
+    auto* const box = new NumberEdit(ComponentName(RowOf(id, inputs), "Box"), parent);
+    box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * BoxWidthInDigits);
+    QObject::connect(box, &NumberEdit::CalculationRequested, box, [this] { actions.Calculate(); });
+    boxes.push_back({id, box, nullptr, nullptr});
+    if (HasArrows(id))
+        QObject::connect(box, &NumberEdit::StepRequested, box,
+                         [this, id](bool up) { actions.Step(id, up); });
+    return box;
+}
+
+bool InputBinder::HasArrows(InputId id) const {
+    return RowOf(id, inputs).Step > 0;
+}
+
+UpDownButton* InputBinder::AddArrows(QWidget* parent, InputId id, const char* name) {
+    BoundBox& bound = Find(id);
+    bound.Arrows = new UpDownButton(
+        name ? QString::fromLatin1(name) : ComponentName(RowOf(id, inputs), "UpDown"), parent);
+    bound.Arrows->setFixedHeight(bound.Edit->sizeHint().height());
+    QObject::connect(bound.Arrows, &UpDownButton::StepRequested, bound.Arrows,
+                     [this, id](bool up) { actions.Step(id, up); });
+    return bound.Arrows;
+}
+
+QLabel* InputBinder::AddLabel(QWidget* parent, InputId id) {
+    BoundBox& bound = Find(id);
+    const InputRow& row = RowOf(id, inputs);
+    bound.Label = new QLabel(QString::fromLatin1(row.Label), parent);
+    bound.Label->setObjectName(ComponentName(row, "Label"));
+    bound.Label->setBuddy(bound.Edit);
+    return bound.Label;
+}
+
+QAbstractButton* InputBinder::AddChoice(QWidget* parent, ChoiceId id, int code) {
+    const ChoiceRow& row = *FindRow(id, code);
+    const QString caption = QString::fromLatin1(row.Caption);
+    QAbstractButton* button = nullptr;
+    if (IsSwitch(id))
+        button = new QCheckBox(caption, parent);
+    else
+        button = new QRadioButton(caption, parent);
+    button->setObjectName(QString::fromLatin1(row.Component));
+    button->setToolTip(QString::fromLatin1(row.Title));
+    button->setFocusPolicy(Qt::TabFocus);
+    QObject::connect(button, &QAbstractButton::clicked, button,
+                     [this, button] { actions.Choose(button); });
+    choices.push_back({id, code, button});
+    return button;
+}
+
+void InputBinder::AddChoice(QAction* action, ChoiceId id, int code) {
+    action->setObjectName(QString::fromLatin1(FindRow(id, code)->Component));
+    action->setCheckable(true);
+    QObject::connect(action, &QAction::triggered, action,
+                     [this, action] { actions.Choose(action); });
+    choices.push_back({id, code, action});
+}
+
+void InputBinder::StoreInputs() {
+    for (const BoundBox& bound : boxes)
+        inputs.Box(bound.Id).Text = bound.Edit->TakeText();
+}
+
+void InputBinder::ShowInputs(const FilterDesign& design) {
+    for (const BoundBox& bound : boxes) {
+        bound.Edit->Show(inputs.Box(bound.Id));
+        bound.Edit->setToolTip(QString::fromStdString(InputTip(bound.Id, inputs, design)));
+        const bool enabled = IsEnabled(RowOf(bound.Id, inputs), inputs);
+        for (QWidget* const control :
+             std::initializer_list<QWidget*>{bound.Edit, bound.Arrows, bound.Label})
+            if (control) control->setEnabled(enabled);
+    }
+    for (const BoundChoice& bound : choices) {
+        const QSignalBlocker blocker(bound.Control);
+        const ChoiceTable& table = TableOf(bound.Id);
+        const int shown = table.InUse ? table.InUse(design) : inputs.Choice(bound.Id);
+        bound.Control->setProperty("checked", shown == bound.Code);
+    }
+}
+
+std::optional<ChoiceCode> ChosenBy(const QObject* sender) {
+    auto found = FindComponent(sender->objectName().toStdString());
+    if (found && IsSwitch(found->Id) && !sender->property("checked").toBool()) found->Code = 0;
+    return found;
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,85 @@
+// Binds the controls of a window to the inputs: makes them from the rows of the input and choice
+// tables, takes their texts into the inputs and shows texts, colours, checks, tool tips and enabled
+// states again.
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "pipeline/DesignInputs.h"
+#include "windows/NumberEdit.h"
+
+class QAbstractButton;
+class QAction;
+class QLabel;
+
+namespace ladderwise {
+
+/// What the owner of the calculation does when a control is used. Each ends in a calculation.
+struct InputActions {
+    std::function<void()> Calculate;                    ///< the boxes of all windows are read
+    std::function<void(InputId, bool up)> Step;         ///< an arrow, key or wheel steps a box
+    std::function<void(const QObject* sender)> Choose;  ///< a control made by AddChoice was used
+};
+
+class InputBinder {
+public:
+    InputBinder(DesignInputs& inputs, InputActions actions);
+
+    /// The edit box of an input, named after its row and wide enough for its numbers.
+    NumberEdit* AddBox(QWidget* parent, InputId id);
+
+    /// True if the input is stepped by arrows.
+    bool HasArrows(InputId id) const;
+
+    /// The arrows of an input, as high as its box, named after its row or as given. AddBox comes
+    /// first.
+    UpDownButton* AddArrows(QWidget* parent, InputId id, const char* name = nullptr);
+
+    /// The caption of an input; its mnemonic moves the focus to the box. AddBox comes first.
+    QLabel* AddLabel(QWidget* parent, InputId id);
+
+    /// The radio button or, for a switch, check box of an entry of a choice. It takes no focus from
+    /// a box by a click: a box that lost it would be read once for the focus and once more for the
+    /// click, and the second reading would take the mark off a replaced entry.
+    QAbstractButton* AddChoice(QWidget* parent, ChoiceId id, int code = 1);
+
+    /// Lets a checkable menu entry stand for an entry of a choice, whose component name it gets.
+    void AddChoice(QAction* action, ChoiceId id, int code);
+
+    /// Takes the texts of the boxes into the inputs. Choices are there already.
+    void StoreInputs();
+
+    /// Shows the inputs: texts, colours, tool tips, enabled states and checks, without a signal. A
+    /// choice that the calculation overrode shows what is in use.
+    void ShowInputs(const FilterDesign& design);
+
+    const InputActions& Actions() const { return actions; }
+
+private:
+    struct BoundBox {
+        InputId Id;
+        NumberEdit* Edit;
+        UpDownButton* Arrows;
+        QLabel* Label;
+    };
+    struct BoundChoice {
+        ChoiceId Id;
+        int Code;
+        QObject* Control;
+    };
+    BoundBox& Find(InputId id);
+
+    DesignInputs& inputs;
+    InputActions actions;
+    std::vector<BoundBox> boxes;
+    std::vector<BoundChoice> choices;
+};
+
+/// Which choice and code a control made by AddChoice asks for when it is used: a check box that is
+/// now off asks for 0. Nothing for any other control.
+std::optional<ChoiceCode> ChosenBy(const QObject* sender);
+
+}  // namespace ladderwise

@@ -105,7 +105,9 @@ void MainWindow::BuildClient() {
     stripBar = new QScrollBar(Qt::Horizontal, client);
     stripBar->setObjectName("StripScrollBar");
     connect(stripBar, &QScrollBar::valueChanged, this, &MainWindow::ScrollStrip);
-    scaleBox = binder.AddBox(client, InputId::Scale);
+    scaleBox = binder.AddBox(client, InputId::Scale);  // as wide as the plot's left margin
+    scaleBox->setMinimumWidth(0);
+    scaleBox->setMaximumWidth(QWIDGETSIZE_MAX);
     scaleBox->hide();
 }
 

@@ -101,6 +101,13 @@ void PutBandWidthPercent(FilterDesign& design, double value) {
     design.BandWidth = Fraction * value * design.F0;
 }
 
+double GetPercentChange(const FilterDesign& design) {
+    return design.KeyStepFraction * Percent;
+}
+void PutPercentChange(FilterDesign& design, double value) {
+    design.KeyStepFraction = Fraction * value;
+}
+
 using enum InputId;
 using enum WriteBack;
 using D = FilterDesign;
@@ -150,7 +157,7 @@ const std::vector<InputRow> rows = {
     {PercentChange, "percent-change", "PercentChange", "% Chan&ge",
      "Step of F1 and F2 on a part value. F1, F2: smaller, larger; F3: standard value; F5, F6: standard value, "
      "resonance kept", "%", "5.0",
-     {"0.01", "5.0", "100.0"}, 0, Fraction, Nothing, Field<&D::KeyStepFraction>::Get, Field<&D::KeyStepFraction>::Put},
+     {"0.01", "5.0", "100.0"}, 0, 1, Nothing, GetPercentChange, PutPercentChange},
     {Scale, "gd-scale", "Scale", "Group delay scale",
      "Full scale of the group delay, a hundredth to a hundred times the automatic one", "s", "",
      {}, 0, 1, Nothing, Field<&D::GDFullScale>::Get, Field<&D::GDFullScale>::Put,

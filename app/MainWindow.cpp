@@ -34,7 +34,6 @@ constexpr QSize SmallestSize(640, 560);
 MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     setObjectName("MainForm");
     setWindowTitle("Ladderwise");
-    setWindowIcon(QIcon(":/icons/ladderwise.png"));
     report = [this](const std::string& caption, const std::string& text) {
         ShowMessage(caption, text);
     };

@@ -12,7 +12,7 @@
 #include <QTreeWidget>
 #include <QtTest>
 
-#include "resources/Resources.h"
+#include "tests/window/WindowFixture.h"
 #include "windows/AboutWindow.h"
 #include "windows/HelpWindow.h"
 #include "windows/PrintScreen.h"
@@ -102,6 +102,22 @@ private slots:
                          text.contains(HelpFileName(static_cast<HelpPage>(page))),
                      qPrintable(text));
         }
+    }
+
+    void OpensFromTheMenuAndFromAWindowAtItsPage() {
+        WindowFixture f;
+        auto* const help = f.Find<HelpWindow>("HelpWindow");
+        f.Trigger("HelpWindowMenu");
+        QVERIFY(help->isVisible());
+        help->close();
+        f.Trigger("PartDefinitionsMenu");
+        f.Click("PartHelpButton");
+        QVERIFY(help->isVisible());
+        QCOMPARE(f.Find<QTextBrowser>("HelpText")->source(), QUrl("StartFilt.rtf#parts"));
+        const QImage before = f.Find("BitMap")->grab().toImage();
+        f.ExpectModal("Print - 3 Pole Butterworth LPF");
+        f.Trigger("PrintMenu");
+        QCOMPARE(f.Find("BitMap")->grab().toImage(), before);
     }
 
     void PrintedPageAndAboutWindow() {

@@ -40,12 +40,12 @@ need() {
     done
 }
 
-# configure_and_build PRESET: quiet unless something is wrong.
+# configure_and_build PRESET [CMAKE-ARGUMENT...]: quiet unless something is wrong.
 configure_and_build() {
     local log
     log=$(mktemp)
     echo "Building ($1) ..."
-    if cmake --preset "$1" >"$log" 2>&1 && cmake --build --preset "$1" >>"$log" 2>&1; then
+    if cmake --preset "$@" >"$log" 2>&1 && cmake --build --preset "$1" >>"$log" 2>&1; then
         rm -f "$log"
         return
     fi

@@ -41,6 +41,8 @@ struct PartContext {
 /// s = j w (rad/s) and f (Hz), under the part model: ideal parts, or
 ///   coil       R + s L with R = 2 pi sqrt(F0 f) L / IndQ, shunted by IndC
 ///   capacitor  C, CapL and CapR in series
+/// R grows with the root of f because current flows in a skin whose depth falls with it (Wheeler,
+/// "Formulas for the skin effect", Proc. IRE 30 (1942)), and at F0 it is w0 L / IndQ.
 Complex InductorZ(const PartContext& parts, Complex s, double f, double L);
 Complex InductorY(const PartContext& parts, Complex s, double f, double L);
 Complex CapacitorZ(const PartContext& parts, Complex s, double f, double C);

@@ -9,6 +9,7 @@ namespace ladderwise {
 namespace {
 
 constexpr std::array<double, NumStandardValues> MakeStandardValues() {
+    // IEC 60063, "Preferred number series for resistors and capacitors", table 1.
     constexpr std::array<double, 25> e24 = {1.0, 1.1, 1.2, 1.3, 1.5, 1.6, 1.8, 2.0, 2.2,
                                             2.4, 2.7, 3.0, 3.3, 3.6, 3.9, 4.3, 4.7, 5.1,
                                             5.6, 6.2, 6.8, 7.5, 8.2, 9.1, 10.0};

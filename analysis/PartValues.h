@@ -14,8 +14,9 @@ namespace ladderwise {
 enum class PartKind { Inductor, Capacitor };
 
 inline constexpr int NumStandardValues = 110;
-/// The preferred numbers of one decade: entries 0 .. 95 are E24 with three equally spaced values in
-/// each interval, 96 .. 109 are 10.0, so that strides 1, 2, 4 and 8 (E12) all end on 10.
+/// The preferred numbers of one decade: entries 0 .. 95 are E24 (IEC 60063) with three equally
+/// spaced values in each interval, 96 .. 109 are 10.0, so that strides 1, 2, 4 and 8 (E12) all end
+/// on 10.
 extern const std::array<double, NumStandardValues> StandardValues;
 
 /// In the worst-case draw, values from here up are no part: line lengths (degrees), line impedances

@@ -25,6 +25,7 @@ struct MenuPart {
     const char* Caption;
     const char* Later;  ///< not empty: disabled for now, and this tool tip says what it will do
     std::optional<ChoiceRange> Choice;
+    QKeySequence::StandardKey Key = QKeySequence::UnknownKey;
 };
 
 /// One menu of the bar.
@@ -53,7 +54,7 @@ const std::vector<MenuTable> menus = {
         {"PrevFile2Menu", "&3", "Will open the third most recent design file.", {}},
         {"PrevFile3Menu", "&4", "Will open the fourth most recent design file.", {}},
         Line,
-        {"PrintMenu", "&Print Screen...", "Will print the window.", {}},
+        {"PrintMenu", "&Print Screen...", "", {}, QKeySequence::Print},
         Line,
         {"ExitMenu", "E&xit", "", {}}}},
     {"PassMenu", "&Pass", {Choices(Pass, 0, 5), Line, Choices(Pass, PrototypePassCode, PrototypePassCode)}},
@@ -66,7 +67,7 @@ const std::vector<MenuTable> menus = {
         {"OptionsWindowMenu", "&Options...", "Will set the level below which phase and group delay are not plotted.", {}},
         {"MathErrMenu", "&Math Err...", "Will list the math errors of this session.", {}}}},
     {"HelpMenu", "&Help", {
-        {"HelpWindowMenu", "&Help...", "Will open the help text.", {}},
+        {"HelpWindowMenu", "&Help...", "", {}},
         {"AboutMenu", "&About...", "", {}}}},
 };
 
@@ -83,6 +84,7 @@ const std::vector<MenuPart> markerParts = {
 QAction* AddCommand(QMenu* menu, const MenuPart& part) {
     auto* const action = menu->addAction(QString::fromLatin1(part.Caption));
     action->setObjectName(QString::fromLatin1(part.Name));
+    if (part.Key != QKeySequence::UnknownKey) action->setShortcuts(part.Key);
     if (*part.Later) {
         action->setEnabled(false);
         action->setToolTip(QString::fromLatin1(part.Later));

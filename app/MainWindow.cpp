@@ -17,6 +17,7 @@
 
 #include "app/BitMapView.h"
 #include "windows/ElidedLabel.h"
+#include "windows/HelpWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 
 namespace ladderwise {
@@ -34,7 +35,6 @@ constexpr QSize SmallestSize(640, 560);
 MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     setObjectName("MainForm");
     setWindowTitle("Ladderwise");
-    setWindowIcon(QIcon(":/icons/ladderwise.png"));
     report = [this](const std::string& caption, const std::string& text) {
         ShowMessage(caption, text);
     };
@@ -45,6 +45,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     BuildEllipticPanel();
     BuildStatusLine();
     partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
+    BuildHelp();
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
@@ -192,19 +193,14 @@ void MainWindow::FilterMenuClick(const QObject* sender) {
 void MainWindow::RunCommand(const QString& name) {
     if (name == "ExitMenu") close();
     if (name == "PartDefinitionsMenu") ShowPartDefinitions();
+    if (name == "PrintMenu") PrintPage();
+    if (name == "HelpWindowMenu") ShowHelp();
     if (name == "AboutMenu") ShowAbout();
 }
 
 void MainWindow::ShowPartDefinitions() {
     ShowInputs();
     partDefinitions->ShowBesideOwner();
-}
-
-void MainWindow::ShowAbout() {
-    QMessageBox::about(this, "About Ladderwise",
-                       "<b>Ladderwise</b> " + QApplication::applicationVersion() +
-                           "<p>Designs and simulates radio-frequency LC filters.</p>"
-                           "<p>The Ladderwise developers, MIT licence.</p>");
 }
 
 void MainWindow::ShowMessage(const std::string& caption, const std::string& text) {
@@ -215,6 +211,7 @@ void MainWindow::ShowMessage(const std::string& caption, const std::string& text
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     partDefinitions->close();
+    help->close();
     QMainWindow::closeEvent(event);
 }
 

@@ -20,6 +20,7 @@ class QTableWidget;
 namespace ladderwise {
 
 class ElidedLabel;
+class HelpWindow;
 class PartDefinitionsWindow;
 
 class MainWindow : public QMainWindow {
@@ -63,8 +64,13 @@ private:
     void StepBox(InputId id, bool up);
     void RunCommand(const QString& name);
     void ShowPartDefinitions();
-    void ShowAbout();
     void ShowMessage(const std::string& caption, const std::string& text);
+
+    // MainWindowHelp.cpp: help, the About window and print screen
+    void BuildHelp();
+    void ShowHelp();
+    void ShowAbout();
+    void PrintPage();
 
     // MainWindowSync.cpp: controls to inputs and back
     void StoreInputs();
@@ -78,7 +84,7 @@ private:
     PlotRunCallback Painter();
     void ShowProgress(int run);
     void LayOutClient();
-    void SizePlot();
+    void SizePlot(double pixelRatio);
     void ResizePlot();
     void PlaceGroupDelayControls();
     void ShowValueGrid();
@@ -114,6 +120,7 @@ private:
     ElidedLabel* statusLabel;
     QProgressBar* progress;
     PartDefinitionsWindow* partDefinitions;
+    HelpWindow* help;
 };
 
 }  // namespace ladderwise

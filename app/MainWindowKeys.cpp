@@ -39,7 +39,7 @@ void MainWindow::showEvent(QShowEvent* event) {
     started = true;
     // A screen of another density needs a picture of another density.
     connect(windowHandle(), &QWindow::screenChanged, this, [this] { ResizePlot(); });
-    SizePlot();
+    SizePlot(devicePixelRatioF());
     FilterMenuClick(nullptr);
 }
 

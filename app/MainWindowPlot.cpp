@@ -73,14 +73,14 @@ void MainWindow::ShowProgress(int run) {
     }
 }
 
-void MainWindow::SizePlot() {
+void MainWindow::SizePlot(double pixelRatio) {
     plot.SetFont(panel->findChild<QLabel*>("FontLabel")->font());
-    plot.Resize(client->width(), client->height(), devicePixelRatioF());
+    plot.Resize(client->width(), client->height(), pixelRatio);
     bitMap->setGeometry(0, 0, client->width(), client->height());
 }
 
 void MainWindow::ResizePlot() {
-    SizePlot();
+    SizePlot(devicePixelRatioF());
     RepeatAnalysis(calculation, report, Painter());
 }
 

@@ -12,6 +12,9 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Ladderwise");
     QApplication::setApplicationVersion(LADDERWISE_VERSION);
     ladderwise::InitResources();
+    QIcon icon(":/icons/ladderwise.png");
+    icon.addFile(":/icons/ladderwise-64.png");
+    QApplication::setWindowIcon(icon);
     const QString point = QLocale::system().decimalPoint();
     ladderwise::SetSystemFormatSettings({point == "," ? ',' : '.'});
     ladderwise::MainWindow window;

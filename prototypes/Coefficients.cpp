@@ -90,8 +90,9 @@ constexpr CoefficientRows linearChebyshev = {{
 // clang-format on
 
 // The row that a Papoulis filter of order n takes. Three poles take the four-pole row, whose first
-// three values then make the ladder. Its own row would be 2.1801, 1.3538, 1.1737; the other is kept
-// because designs built with it must not change.
+// three values then make the ladder: a tradition of the tables that this family comes from, kept so
+// that a filter agrees with those that others build from them. The row of its own would be 2.1801,
+// 1.3538, 1.1737.
 int PapoulisRow(int n) {
     return n == 3 ? 4 : n;
 }

@@ -58,7 +58,8 @@ TwoResonances ResonancesOf(const TrapSection& t) {
     return {p, x, p - x * x};
 }
 
-// Each form has the same impedance as the section itself at every frequency.
+// Each form has the same impedance as the section itself at every frequency. Type 4 is the Foster
+// form (partial fractions), types 2 and 3 are mixed forms that take one pole out first.
 CircuitElement SeriesTrap(const TrapSection& t, int trapType) {
     const double l1 = t.L1, c1 = t.C1, l2 = t.L2, c2 = t.C2;
     if (trapType == 2) {

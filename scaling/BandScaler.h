@@ -1,5 +1,9 @@
 // Canonical band-pass and notch scaling: every prototype element becomes a resonator, every
-// resonator a section of two, in one of the four trap forms.
+// resonator a section of two, in one of the four trap forms. Sources: Matthaei, Young, Jones,
+// "Microwave Filters, Impedance-Matching Networks, and Coupling Structures", Artech House 1980,
+// chapters 8 and 12 (transforms); Foster, "A reactance theorem", Bell Syst. Tech. J. 3 (1924), and
+// Guillemin, "Synthesis of Passive Networks", Wiley 1957 (the trap forms: equivalent networks of
+// one reactance).
 #pragma once
 
 #include "design/FilterDesign.h"

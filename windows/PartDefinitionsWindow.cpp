@@ -12,6 +12,8 @@
 #include <QSvgRenderer>
 #include <algorithm>
 
+#include "windows/HelpButton.h"
+
 namespace ladderwise {
 
 namespace {
@@ -156,6 +158,7 @@ QWidget* PartDefinitionsWindow::BuildButtons() {
     exit->setAutoDefault(false);
     exit->setToolTip("Closes this window");
     layout->addStretch(1);
+    layout->addWidget(NewHelpButton(row, "PartHelpButton", HelpPage::Start, "parts"));
     layout->addWidget(calc);
     layout->addWidget(exit);
     connect(calc, &QPushButton::clicked, this, [this] { binder.Actions().Calculate(); });

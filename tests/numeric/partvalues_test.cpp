@@ -56,7 +56,7 @@ TEST(PartValues, DeEmbeddingAndSnappingOfEveryType) {
         }
 }
 
-// Decades and strides are compared with an independent model elsewhere; these are its edges.
+// Whole designs are compared with an independent model elsewhere; these are the edges.
 TEST(PartValues, SnappingAtTheEdges) {
     // clang-format off
     const struct { int Percent; double Value, Snapped; } cases[] = {
@@ -75,8 +75,6 @@ TEST(PartValues, SnappingAtTheEdges) {
             for (const double x : {Infinity, -Infinity})
                 EXPECT_EQ(SnapValue(model, kind, x), x);
             EXPECT_TRUE(std::isnan(SnapValue(model, kind, NaN)));
-            for (const double extreme : {5e-324, 1e-308, 1.7e308})
-                EXPECT_GE(SnapValue(model, kind, extreme), 0);
         }
     EXPECT_EQ(ToleranceText({}), "C 5%    L 10%");
 }

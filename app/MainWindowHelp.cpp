@@ -1,0 +1,47 @@
+// The main window: help, the About window and print screen.
+#include <QCoreApplication>
+#include <QDir>
+
+#include "app/MainWindow.h"
+#include "design/ChoiceNames.h"
+#include "windows/AboutWindow.h"
+#include "windows/HelpWindow.h"
+#include "windows/PrintScreen.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double PaperRatio = 3.0;  ///< points of paper for one of the screen, each way
+
+/// Beside the program, or with its shared data.
+QString HelpFolder() {
+    const QDir program(QCoreApplication::applicationDirPath());
+    for (const char* const place : {"RunTime Files", "../share/ladderwise/RunTime Files"})
+        if (program.exists(place)) return QDir::cleanPath(program.filePath(place)) + "/Help Files";
+    return program.filePath("RunTime Files/Help Files");
+}
+
+}  // namespace
+
+void MainWindow::BuildHelp() {
+    help = new HelpWindow(HelpFolder(), this);
+}
+
+void MainWindow::ShowHelp() {
+    help->ShowPage(HelpPage::Start);
+}
+
+void MainWindow::ShowAbout() {
+    AboutWindow(this).exec();
+}
+
+void MainWindow::PrintPage() {
+    // Paper is finer than the screen: the plot is drawn anew for it, and once more afterwards.
+    SizePlot(PaperRatio);
+    RepeatAnalysis(calculation, report, Painter());
+    PrintScreen(this, *client, QString::fromStdString(DesignTitle(calculation.Design)), {});
+    ResizePlot();
+}
+
+}  // namespace ladderwise

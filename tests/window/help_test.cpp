@@ -1,0 +1,141 @@
+// The help window with the texts that are delivered: links, search and contents, and what it shows
+// where texts are missing or broken; the printed page; the About window.
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPrinter>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTextBrowser>
+#include <QTreeWidget>
+#include <QtTest>
+
+#include "tests/window/WindowFixture.h"
+#include "windows/AboutWindow.h"
+#include "windows/HelpWindow.h"
+#include "windows/PrintScreen.h"
+
+using namespace ladderwise;
+
+namespace {
+
+const QString delivered = LADDERWISE_HELP_FOLDER;
+
+HelpText Page(int page) {
+    return LoadHelpText(delivered, HelpFileName(static_cast<HelpPage>(page)));
+}
+
+template <typename T>
+T* Find(const QObject& window, const char* name) {
+    T* const found = window.findChild<T*>(name);
+    if (!found) qFatal("no control named %s", name);
+    return found;
+}
+
+}  // namespace
+
+class HelpTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void EveryLinkLeadsToAPlace() {
+        QStringList places;
+        for (int page = 0; page < NumHelpPages; ++page) {
+            const HelpText text = Page(page);
+            QVERIFY2(text.Problem.isEmpty(), qPrintable(text.Problem));
+            const QString file = HelpFileName(static_cast<HelpPage>(page));
+            places << file;
+            static const QRegularExpression name("<a name=\"([^\"]+)\"");
+            for (auto found = name.globalMatch(text.Html); found.hasNext();)
+                places << file + '#' + found.next().captured(1);
+            QVERIFY(text.Headings.size() > 4);
+        }
+        for (int page = 0; page < NumHelpPages; ++page) {
+            static const QRegularExpression link("href=\"([^\"]+)\"");
+            for (auto found = link.globalMatch(Page(page).Html); found.hasNext();) {
+                const QString target = found.next().captured(1);
+                const QString from = HelpFileName(static_cast<HelpPage>(page));
+                const QString full = target.startsWith('#') ? from + target : target;
+                QVERIFY2(places.contains(full), qPrintable(from + " to " + target));
+            }
+        }
+    }
+
+    void SearchGoesOverAllPagesAndAround() {
+        HelpWindow help(delivered, nullptr);
+        help.ShowPage(HelpPage::Transform);
+        const auto* const browser = Find<QTextBrowser>(help, "HelpText");
+        QCOMPARE(Find<QTreeWidget>(help, "HelpContents")->topLevelItemCount(), NumHelpPages);
+        const auto find = [&](const char* text, bool backward) {
+            Find<QLineEdit>(help, "HelpFindBox")->setText(text);
+            help.FindText(backward);
+            return browser->source().fileName() + ' ' + browser->textCursor().selectedText();
+        };
+        QCOMPARE(find("Fo is WHERE", false), "StartFilt.rtf Fo is where");
+        const int first = browser->textCursor().position();
+        QCOMPARE(find("Fo is where", false), "StartFilt.rtf Fo is where");  // once around
+        QCOMPARE(browser->textCursor().position(), first);
+        QCOMPARE(find("alternate match", true), "DCFilt.rtf Alternate Match");
+        find("no such words", false);
+        QCOMPARE(Find<QLabel>(help, "HelpFindResult")->text(), " not found");
+        help.ShowPage(HelpPage::Start, "keys");
+        QVERIFY(help.windowTitle().startsWith("Designing filters"));
+        QVERIFY(browser->verticalScrollBar()->value() > 0);
+    }
+
+    void MissingAndForeignFilesSayWhatToDo() {
+        const QTemporaryDir folder;
+        const std::pair<const char*, const char*> files[] = {{"StartFilt.rtf", "plain text"},
+                                                             {"DCFilt.rtf", "{\\rtf1 {\\pict "}};
+        for (const auto& [name, content] : files) {
+            QFile file(folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
+        }
+        HelpWindow help(folder.path(), nullptr);
+        const auto* const browser = Find<QTextBrowser>(help, "HelpText");
+        for (int page = 0; page < NumHelpPages; ++page) {
+            help.ShowPage(static_cast<HelpPage>(page));
+            const QString text = browser->toPlainText();
+            QVERIFY2(text.contains("cannot be shown") && text.contains(folder.path()) &&
+                         text.contains(HelpFileName(static_cast<HelpPage>(page))),
+                     qPrintable(text));
+        }
+    }
+
+    void OpensFromTheMenuAndFromAWindowAtItsPage() {
+        WindowFixture f;
+        auto* const help = f.Find<HelpWindow>("HelpWindow");
+        f.Trigger("HelpWindowMenu");
+        QVERIFY(help->isVisible());
+        help->close();
+        f.Trigger("PartDefinitionsMenu");
+        f.Click("PartHelpButton");
+        QVERIFY(help->isVisible());
+        QCOMPARE(f.Find<QTextBrowser>("HelpText")->source(), QUrl("StartFilt.rtf#parts"));
+        const QImage before = f.Find("BitMap")->grab().toImage();
+        f.ExpectModal("Print - 3 Pole Butterworth LPF");
+        f.Trigger("PrintMenu");
+        QCOMPARE(f.Find("BitMap")->grab().toImage(), before);
+    }
+
+    void PrintedPageAndAboutWindow() {
+        const QTemporaryDir folder;
+        QPrinter printer;
+        printer.setOutputFileName(folder.filePath("page.pdf"));
+        QLabel picture("a picture");
+        picture.resize(400, 300);
+        PaintScreenPage(printer, picture, {"Title", "Date", ""});
+        QFile pdf(folder.filePath("page.pdf"));
+        QVERIFY(pdf.open(QIODevice::ReadOnly) && pdf.readAll().startsWith("%PDF"));
+        QCoreApplication::setApplicationVersion("9.8");
+        InitResources();
+        const AboutWindow about(nullptr);
+        QVERIFY(AboutWindow::BuildText().contains(" 9.8\nBuilt with "));
+        QVERIFY(Find<QPlainTextEdit>(about, "AboutLicence")->toPlainText().contains("AS IS"));
+    }
+};
+
+QTEST_MAIN(HelpTest)
+#include "help_test.moc"

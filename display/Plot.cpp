@@ -33,11 +33,6 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
         PaintTraces(layer);
 }
 
-void Plot::PaintOverlay(const PlotTraces& run) {
-    overlay.Values = run;
-    PaintTraces(overlay);
-}
-
 void Plot::PaintBackground(const FilterDesign& design) {
     const QSize size = image.deviceIndependentSize().toSize();
     layout = ComputePlotLayout(
@@ -54,7 +49,11 @@ void Plot::PaintTraces(const PlotLayer& layer) {
     QImage pixels(image.bits(), image.width(), image.height(), image.bytesPerLine(),
                   image.format());
     QPainter painter(&pixels);
-    PaintLayer(painter, layer, choices, layout, scales, points, image.devicePixelRatio());
+    PaintLayer(painter, layer, choices, layout, scales, work.Points, image.devicePixelRatio());
+}
+
+void Plot::PaintOverlay(const PlotTraces& run) {
+    PaintOverlayRun(image, run, choices, layout, scales, work);
 }
 
 void Plot::ScrollStrip(const FilterDesign& design, int scroll) {

@@ -3,7 +3,6 @@
 
 #include <QPainter>
 #include <QSvgRenderer>
-#include <QTemporaryDir>
 #include <memory>
 
 #include "display/Plot.h"
@@ -86,6 +85,39 @@ TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
     EXPECT_EQ(plot->Image(), before);
 }
 
+// Spans of pixels are not exactly the lines of the toolkit, but one pixel aside at most; only where
+// traces cross may another colour lie on top.
+TEST(Plot, OverlayFollowsThePaintedLines) {
+    const ButterworthResponse nominal = MakeButterworth(SweepType::OneDecade);
+    ButterworthResponse other = MakeButterworth(SweepType::TwoDecades, 1.3);
+    for (const int gap : {100, 101, 400, 500})
+        other.MagnitudeDb[gap] = std::nan("");
+    const TraceChoices all{true, true, true, true, true, true};
+    for (const double ratio : {1.0, 1.5, 2.0, 3.0}) {
+        const auto spans = Painted(nominal, all, ratio);
+        spans->PaintOverlay(other.Traces());
+        PlotContent both = nominal.Content(all);
+        both.Layers.push_back({other.Traces()});
+        const auto lines = std::make_unique<Plot>();
+        lines->Resize(Width, Height, ratio);
+        lines->PaintContent(both, Placement);
+        const QImage& image = spans->Image();
+        int apart = 0, far = 0;
+        for (int at = 0; at < image.width() * image.height(); ++at) {
+            const QPoint here(at % image.width(), at / image.width());
+            if (image.pixel(here) == lines->Image().pixel(here)) continue;
+            ++apart;
+            int k = 0;
+            while (k < 9 &&
+                   lines->Image().pixel(here + QPoint(k % 3 - 1, k / 3 - 1)) != image.pixel(here))
+                ++k;
+            far += k == 9;
+        }
+        EXPECT_LE(far, 10) << ratio;
+        EXPECT_LT(apart, 2000 * ratio) << ratio;
+    }
+}
+
 TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const auto plot = Painted(made, {}, 2.0);
@@ -149,19 +181,23 @@ TEST(PlotExport, PaintsWhatTheWindowPaints) {
 
 // Formats and failing folders are tested with the console program.
 TEST(PlotExport, HasTheSizeAskedForAndBothTraces) {
-    const QTemporaryDir folder;
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
     const PlotContent content{made.Design, {}, {made.Layer(), reference.Layer(true)}, {}};
     const QSize size(1000, 700);
-    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.png"), size, content, QFont()));
-    const QImage png(folder.filePath("plot.png"));
+    const auto painted = [&](const char* name) {
+        return QByteArray::fromStdString(PaintPlotFile(name, size, content, QFont()).Bytes);
+    };
+    const QImage png = QImage::fromData(painted("plot.PNG"));
     EXPECT_EQ(png.size(), size);
     for (const TraceColours& colours : {CurrentColours, ReferenceColours})
         EXPECT_GT(CountPixels(png, Pixel(colours[1])), 100);
-    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.svg"), size, content, QFont()));
-    EXPECT_EQ(QSvgRenderer(folder.filePath("plot.svg")).viewBox().size(), size);
-    EXPECT_FALSE(WritePlotFile(folder.filePath("plot.png"), QSize(0, 700), content, QFont()));
+    EXPECT_EQ(QSvgRenderer(painted("plot.svg")).viewBox().size(), size);
+    EXPECT_TRUE(painted("plot.pdf").trimmed().endsWith("%%EOF"));
+    EXPECT_EQ(PaintPlotFile("a.gif", size, content, QFont()).Error,
+              "cannot write a.gif: a plot is a .png, .svg or .pdf file");
+    EXPECT_EQ(PaintPlotFile("a.png", QSize(1 << 20, 1 << 20), content, QFont()).Error,
+              "cannot write a.png: no memory for a picture of 1048576 x 1048576 pixels");
 }
 
 }  // namespace

@@ -16,8 +16,10 @@
 #include <QTableWidget>
 
 #include "app/BitMapView.h"
+#include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
 #include "windows/PartDefinitionsWindow.h"
+#include "windows/WindowPlacement.h"
 
 namespace ladderwise {
 
@@ -45,6 +47,8 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     BuildEllipticPanel();
     BuildStatusLine();
     partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
+    directCoupled =
+        new DirectCoupledWindow(calculation.Inputs, calculation.Design, Actions(), this);
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
@@ -182,11 +186,13 @@ void MainWindow::Recalculate() {
 
 void MainWindow::FilterMenuClick(const QObject* sender) {
     StoreInputs();
-    if (sender)
-        if (const auto chosen = ChosenBy(sender))
-            Choose(calculation.Inputs, calculation.Design, chosen->Id, chosen->Code);
+    const auto chosen = sender ? ChosenBy(sender) : std::nullopt;
+    if (chosen) Choose(calculation.Inputs, calculation.Design, chosen->Id, chosen->Code);
     SetControlStates();
     Recalculate();
+    const bool passChosen = !sender || (chosen && chosen->Id == ChoiceId::Pass);
+    if (passChosen && calculation.Design.PassType == PassType::DirectCoupled)
+        ShowCentredOnOwner(directCoupled);
 }
 
 void MainWindow::RunCommand(const QString& name) {
@@ -215,6 +221,7 @@ void MainWindow::ShowMessage(const std::string& caption, const std::string& text
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     partDefinitions->close();
+    directCoupled->close();
     QMainWindow::closeEvent(event);
 }
 

@@ -19,6 +19,7 @@ class QTableWidget;
 
 namespace ladderwise {
 
+class DirectCoupledWindow;
 class ElidedLabel;
 class PartDefinitionsWindow;
 
@@ -114,6 +115,7 @@ private:
     ElidedLabel* statusLabel;
     QProgressBar* progress;
     PartDefinitionsWindow* partDefinitions;
+    DirectCoupledWindow* directCoupled;
 };
 
 }  // namespace ladderwise

@@ -8,6 +8,7 @@
 
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
+#include "directcoupled/DirectCoupled.h"
 #include "pipeline/DisplayScale.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
@@ -55,7 +56,7 @@ void LeaveEmpty(FilterDesign& design, MissingStage missing) {
     design.Flags.Missing = missing;
 }
 
-void ScaleLadder(FilterDesign& design) {
+void ScaleLadder(FilterDesign& design, const MessageCallback& report) {
     switch (design.PassType) {
         case PassType::LowPass:
             return ScaleLowPass(design);
@@ -66,7 +67,7 @@ void ScaleLadder(FilterDesign& design) {
         case PassType::Notch:
             return ScaleNotch(design);
         case PassType::DirectCoupled:
-            return LeaveEmpty(design, MissingStage::DirectCoupledSynthesis);
+            return CalcDirectCoupled(design, report);
         case PassType::Norton:
             return LeaveEmpty(design, MissingStage::NortonTransform);
     }
@@ -196,7 +197,7 @@ void BuildLadder(FilterDesign& design, const MessageCallback& report) {
     ClearElements(design.Elements);
     BuildSweepGrid(design);
     BuildPrototype(design, design.NumPoles, report);
-    ScaleLadder(design);
+    ScaleLadder(design, report);
 }
 
 void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,

@@ -7,7 +7,6 @@
 namespace ladderwise {
 
 namespace {
-const QColor warningColour(176, 0, 0);
 constexpr int LabelMargin = 6;  ///< pixels left and right of the text
 }  // namespace
 
@@ -29,7 +28,7 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (warning) painter.setPen(warningColour);
+    if (warning) painter.setPen(WarningColour);
     const QRect area = rect().adjusted(LabelMargin, 0, -LabelMargin, 0);
     painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
                      fontMetrics().elidedText(text, Qt::ElideRight, area.width()));

@@ -1,9 +1,13 @@
 // A label that elides its text.
 #pragma once
 
+#include <QColor>
 #include <QWidget>
 
 namespace ladderwise {
+
+/// Of texts that ask for attention.
+inline const QColor WarningColour(176, 0, 0);
 
 /// A label whose text ends in "..." where it does not fit; the tool tip has it whole.
 class ElidedLabel : public QWidget {

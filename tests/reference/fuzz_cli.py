@@ -19,10 +19,13 @@ WORDS = {
                 "elliptic-a elliptic-b elliptic-c elliptic-d elliptic-e coefficients",
     "form": "clc lcl", "sweep": "linear 1-octave 2-octaves 3-octaves 1-decade 2-decades",
     "parts": "ideal real deembed", "std": "on off", "cap-tol": "1 2 5 10", "ind-tol": "1 2 5 10",
+    "tank": "0 1 2 3 4 5 6 7 8 9", "inverter": "inductor capacitor line",
+    "tank-units": "nH uH pF nF ohms", "alternate-match": "on off",
     "worst-case": "on off", "traces": "mag1 mag10 phase gd pulse rl",
 }
 NUMBERS = ("poles", "ripple", "f0", "bw", "bw-percent", "r-source", "r-load", "atten", "trap",
-           "ind-q", "ind-c", "cap-r", "cap-l", "runs", "seed", "threshold", "gd-scale")
+           "ind-q", "ind-c", "cap-r", "cap-l", "runs", "seed", "threshold", "gd-scale",
+           "tlin", "tlsc", "tloc", "factor", "tank-values")
 BAD = ["", " ", "abc", "0", "-0", "-1", "1e400", "-1e400", "1e-400", "nan", "inf", "-inf", "0x1F",
        "1,5", "1.5", ",5", "1.2.3", "1e", "e5", "+", "-", ".", "--5", "+-1", "99999999999999999999",
        "2147483648", "-2147483649", "1e308", "4.9e-324", "\u0663", "\uff15", "\u221e", "\u00b5",

@@ -19,10 +19,12 @@
 #include <utility>
 
 #include "app/BitMapView.h"
+#include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
 #include "windows/FittedCells.h"
 #include "windows/HelpWindow.h"
 #include "windows/PartDefinitionsWindow.h"
+#include "windows/WindowPlacement.h"
 
 namespace ladderwise {
 
@@ -63,6 +65,8 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
         drawing.start();  // it has run out, but the drawing is still to be done
         FinishDrawing();
     });
+    directCoupled =
+        new DirectCoupledWindow(calculation.Inputs, calculation.Design, Actions(), this);
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
@@ -235,11 +239,13 @@ void MainWindow::FinishDrawing() {
 
 void MainWindow::FilterMenuClick(const QObject* sender) {
     StoreInputs();
-    if (sender)
-        if (const auto chosen = ChosenBy(sender))
-            Choose(calculation.Inputs, calculation.Design, chosen->Id, chosen->Code);
+    const auto chosen = sender ? ChosenBy(sender) : std::nullopt;
+    if (chosen) Choose(calculation.Inputs, calculation.Design, chosen->Id, chosen->Code);
     SetControlStates();
     Recalculate();
+    const bool passChosen = !sender || (chosen && chosen->Id == ChoiceId::Pass);
+    if (passChosen && calculation.Design.PassType == PassType::DirectCoupled)
+        ShowCentredOnOwner(directCoupled);
 }
 
 void MainWindow::RunCommand(const QString& name) {
@@ -304,6 +310,7 @@ void MainWindow::ShowMessage(const std::string& caption, const std::string& text
 void MainWindow::closeEvent(QCloseEvent* event) {
     partDefinitions->close();
     help->close();
+    directCoupled->close();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     drawing.stop();

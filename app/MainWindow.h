@@ -23,6 +23,7 @@ class QTableWidgetItem;
 
 namespace ladderwise {
 
+class DirectCoupledWindow;
 class ElidedLabel;
 class HelpWindow;
 class PartDefinitionsWindow;
@@ -150,6 +151,7 @@ private:
     QProgressBar* progress;
     PartDefinitionsWindow* partDefinitions;
     HelpWindow* help;
+    DirectCoupledWindow* directCoupled;
 };
 
 }  // namespace ladderwise

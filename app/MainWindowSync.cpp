@@ -7,6 +7,7 @@
 #include "app/MainWindow.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
+#include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
 #include "windows/PartDefinitionsWindow.h"
 
@@ -25,11 +26,13 @@ std::string WithUnit(const char* label, double value, const char* unit) {
 void MainWindow::StoreInputs() {
     binder.StoreInputs();
     partDefinitions->Binder().StoreInputs();
+    directCoupled->StoreInputs();
 }
 
 void MainWindow::ShowInputs() {
     binder.ShowInputs(calculation.Design);
     partDefinitions->Binder().ShowInputs(calculation.Design);
+    directCoupled->ShowInputs();
     ShowLabels();
 }
 
@@ -71,6 +74,7 @@ void MainWindow::ShowStatus() {
 
 void MainWindow::SetControlStates() {
     DesignInputs& inputs = calculation.Inputs;
+    if (inputs.Pass() != PassType::DirectCoupled) directCoupled->close();
     ForbidEllipticCoupling(inputs, report);
     const ControlStates states = StatesFor(inputs, ellipticPanel->isVisibleTo(client));
     panel->BandWidthUnits->setEnabled(IsEnabled(RowOf(InputId::BandWidth, inputs), inputs));

@@ -128,6 +128,16 @@ std::string NoteText(const Note& note) {
     return text + "}";
 }
 
+std::string DirectCoupledObject(const DirectCoupledResult& limits) {
+    const auto truth = [](bool is) { return std::string(is ? "true" : "false"); };
+    return "{\"readouts\": " +
+           List(2, [&](std::size_t end) { return Quoted(limits.Readouts[end]); }) +
+           ", \"warnings\": " +
+           List(2, [&](std::size_t end) { return truth(limits.WarningShown[end]); }) +
+           ", \"clamped\": " +
+           List(2, [&](std::size_t end) { return truth(limits.Clamped[end]); }) + "}";
+}
+
 std::string WorstCaseObject(const WorstCaseResult& result) {
     return "{\"runs\": " + std::to_string(result.Runs) +
            ", \"seed\": " + std::to_string(result.Seed) +
@@ -154,6 +164,8 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     member("elements", List(design.NumElements, [&](std::size_t i) {
                return ElementText(design.Elements[i + 1], i + 1);
            }));
+    if (design.PassType == PassType::DirectCoupled)
+        member("direct_coupled", DirectCoupledObject(design.DirectCoupledLimits));
     member("sweep_hz", Numbers(design.SweepFreqs));
     member("transfer", List(NumSweepPoints, [&](std::size_t i) {
                return "[" + Number(response.TransferRe[i]) + ", " + Number(response.TransferIm[i]) +

@@ -22,6 +22,22 @@ void PutParts(FilterDesign& design, int code) {
     design.PartModel.Choice = static_cast<PartChoice>(code);
 }
 
+/// Put and InUse of a member of the direct-coupled settings.
+template <auto Member>
+struct CoupledField {
+    static void Put(FilterDesign& design, int code) {
+        auto& member = design.DirectCoupled.*Member;
+        member = static_cast<std::remove_reference_t<decltype(member)>>(code);
+    }
+};
+
+/// The code names the inverter's kind, by its form between shunt tanks. The tank type is put first.
+void PutInverter(FilterDesign& design, int code) {
+    DirectCoupledSettings& settings = design.DirectCoupled;
+    settings.InverterType =
+        InverterFor(static_cast<ladderwise::InverterType>(code), settings.TankType);
+}
+
 constexpr auto none = nullptr;
 
 /// A check box: one component, checked by code 1.
@@ -40,6 +56,7 @@ ChoiceTable Switch(ChoiceId id, const char* name, ConsoleForm form, int initial,
 using enum ChoiceId;
 using enum ConsoleForm;
 using D = FilterDesign;
+using DC = DirectCoupledSettings;
 
 // clang-format off
 const std::vector<ChoiceTable> tables = {
@@ -107,6 +124,29 @@ const std::vector<ChoiceTable> tables = {
            "Will show the response to a square pulse (not built yet)"),
     Switch(TraceReturnLoss, "traces", Hidden, 0, none, "rl", "PlotReturnLossBox", "Return Loss",
            "Return loss, 10 dB per division"),
+    {TankType, "tank", Number, 1, CoupledField<&DC::TankType>::Put, none, {
+        {0, "0", "SeriesLCTankMenu_1", "&1 Series LC", ""},
+        {1, "1", "ShuntLCTankMenu_2", "&2 Shunt  LC", ""},
+        {5, "5", "ShuntLCParCTankMenu_3", "&3 Shunt   LC   //   C", ""},
+        {6, "6", "ShuntLCParLTankMenu_4", "&4 Shunt   LC   //   L", ""},
+        {7, "7", "ShuntTappedCTankMenu_5", "&5 Shunt   L//C     C", ""},
+        {8, "8", "ShuntTappedLTankMenu_6", "&6 Shunt   L//C     L", ""},
+        {2, "2", "ShuntIndTLOCTankMenu_7", "&7 Shunt Ind Open T Line", ""},
+        {3, "3", "ShuntCapTLSCTankMenu_8", "&8 Shunt Cap Shorted T Line", ""},
+        {4, "4", "TLOCTLSCTankMenu_9", "&9 Open and Shorted T Lines", ""},
+        {9, "9", "TLSCTankMenu_10", "1&0 Shorted T Line", ""}}},
+    {InverterType, "inverter", Word, 0, PutInverter, none, {
+        {0, "inductor", "InductorInverterMenu_1", "&1 Inductor", ""},
+        {1, "capacitor", "CapacitorInverterMenu_2", "&2 Capacitor", ""},
+        {4, "line", "TLINInverterMenu_3", "&3 T Line", ""}}},
+    {TankUnits, "tank-units", Word, 0, CoupledField<&DC::TankUnits>::Put, none, {
+        {0, "nH", "nHButton", "nH", "Tank values are inductances in nH"},
+        {1, "uH", "uHButton", "uH", "Tank values are inductances in uH"},
+        {2, "pF", "pFButton", "pF", "Tank values are capacitances in pF"},
+        {3, "nF", "nFButton", "nF", "Tank values are capacitances in nF"},
+        {4, "ohms", "OhmsButton", "Tank Z", "Tank values are levels in ohms, from which L and C follow"}}},
+    Switch(AlternateMatch, "alternate-match", Word, 1, CoupledField<&DC::AlternateMatch>::Put, "on", "AltInverterBox",
+           "&Alternate Match", "Match both ends by the dual inverter: a capacitor for an inductor and the reverse"),
 };
 // clang-format on
 
@@ -152,8 +192,6 @@ std::string MissingStageText(MissingStage missing) {
             return "";
         case MissingStage::EllipticPrototype:
             return "The ladder is empty: this version builds no elliptic prototypes yet.";
-        case MissingStage::DirectCoupledSynthesis:
-            return "The ladder is empty: this version builds no direct-coupled filters yet.";
         case MissingStage::NortonTransform:
             return "The ladder is empty: this version builds no Norton-transformed filters yet.";
     }

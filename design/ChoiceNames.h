@@ -31,6 +31,10 @@ enum class ChoiceId {
     TraceGroupDelay,
     TracePulse,
     TraceReturnLoss,
+    TankType,
+    InverterType,
+    TankUnits,
+    AlternateMatch,
     Count
 };
 inline constexpr int NumChoices = static_cast<int>(ChoiceId::Count);

@@ -31,6 +31,23 @@ enum class InverterType : int {
     SeriesLine = 4,
 };
 
+/// The inverter of the same kind that fits the tanks: shunt inverters stand between series tanks,
+/// series inverters between shunt tanks. A line stays a line, which is right for shunt tanks only.
+constexpr InverterType InverterFor(InverterType type, TankType tank) {
+    const bool series = tank == TankType::SeriesLC;
+    switch (type) {
+        case InverterType::SeriesInductor:
+        case InverterType::ShuntInductor:
+            return series ? InverterType::ShuntInductor : InverterType::SeriesInductor;
+        case InverterType::SeriesCapacitor:
+        case InverterType::ShuntCapacitor:
+            return series ? InverterType::ShuntCapacitor : InverterType::SeriesCapacitor;
+        case InverterType::SeriesLine:
+            return InverterType::SeriesLine;
+    }
+    return type;
+}
+
 /// The unit in which one value per tank is given: an inductance, a capacitance, or the level that
 /// the tank is to have.
 enum class TankUnits : int { nH = 0, uH = 1, pF = 2, nF = 3, TankZ = 4 };

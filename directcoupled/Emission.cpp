@@ -39,7 +39,6 @@ void PutShortedLine(CircuitElement& slot, const Tank& tank, double w0) {
     const double theta = TwoPi / 4.0 * w0 * GuardedSqrt(tank.L * tank.C);
     const double reactance = w0 * tank.L;
     const double detuning = 1.0 - w0 * w0 * tank.L * tank.C;
-    slot.Type = ElementType::ShuntTLSC;
     slot.V1 = theta * DegreesPerRadian;
     slot.V2 = std::abs(detuning) > ResonanceTolerance ? reactance / GuardedTan(theta) / detuning
                                                       : reactance * (TwoPi / 8.0);
@@ -53,108 +52,142 @@ double OpenStubImpedance(const Tank& tank, const CoupledBand& band) {
     return std::tan(band.Open) / (band.W0 * tank.C);
 }
 
-/// False if there is no such tank type.
-bool PutTank(CircuitElement& slot, const DirectCoupledSettings& settings, const Tank& tank,
+/// The four values of a tank; a tank of no known type has none.
+void PutTank(CircuitElement& slot, const DirectCoupledSettings& settings, const Tank& tank,
              const CoupledBand& band) {
-    const double factor = settings.TankFactor;
+    const TappedTank byC = TapByCapacitor(tank, settings.TankFactor, band.W0);
+    const TappedTank byL = TapByInductor(tank, settings.TankFactor, band.W0);
+    slot.Type = ElementOf(settings.TankType);
     switch (settings.TankType) {
         case TankType::SeriesLC:
         case TankType::ShuntLC:
-            slot.Type = settings.TankType == TankType::SeriesLC ? ElementType::SeriesSerLC
-                                                                : ElementType::ShuntParLC;
             slot.V1 = tank.L;
             slot.V2 = tank.C;
-            return true;
+            return;
         case TankType::ShuntIndOpenLine:
-            slot.Type = ElementType::ShuntLTLOC;
             slot.V1 = tank.L;
             slot.V3 = settings.TLOCLength;
             slot.V4 = OpenStubImpedance(tank, band);
-            return true;
+            return;
         case TankType::ShuntCapShortedLine:
-            slot.Type = ElementType::ShuntTLSCC;
             slot.V1 = settings.TLSCLength;
             slot.V2 = ShortedStubImpedance(tank, band);
             slot.V4 = tank.C;
-            return true;
+            return;
         case TankType::OpenAndShortedLines:
-            slot = {ElementType::ShuntTLSCTLOC, settings.TLSCLength,
-                    ShortedStubImpedance(tank, band), settings.TLOCLength,
-                    OpenStubImpedance(tank, band)};
-            return true;
-        case TankType::ShuntCSeriesLC: {
-            const TappedTank t = TapByCapacitor(tank, factor, band.W0);
-            slot = {ElementType::ThreeShuntCapSerLC, t.Other, t.Main, UnusedValue, t.Tap};
-            return true;
-        }
-        case TankType::ShuntLSeriesLC: {
-            const TappedTank t = TapByInductor(tank, factor, band.W0);
-            slot = {ElementType::ThreeShuntIndSerLC, t.Main, t.Other, t.Tap, UnusedValue};
-            return true;
-        }
+            slot.V1 = settings.TLSCLength;
+            slot.V2 = ShortedStubImpedance(tank, band);
+            slot.V3 = settings.TLOCLength;
+            slot.V4 = OpenStubImpedance(tank, band);
+            return;
+        case TankType::ShuntCSeriesLC:
+            slot.V1 = byC.Other;
+            slot.V2 = byC.Main;
+            slot.V4 = byC.Tap;
+            return;
+        case TankType::ShuntLSeriesLC:
+            slot.V1 = byL.Main;
+            slot.V2 = byL.Other;
+            slot.V3 = byL.Tap;
+            return;
         // The two tapped forms have the same admittance as the forms before at every frequency.
         case TankType::TappedByC: {
-            const TappedTank t = TapByCapacitor(tank, factor, band.W0);
-            const double sum = t.Main + t.Tap;
-            slot = {ElementType::ThreeShuntTappedC, t.Other * t.Tap * t.Tap / (sum * sum),
-                    sum * t.Main / t.Tap, UnusedValue, sum};
-            return true;
+            const double sum = byC.Main + byC.Tap;
+            slot.V1 = byC.Other * byC.Tap * byC.Tap / (sum * sum);
+            slot.V2 = sum * byC.Main / byC.Tap;
+            slot.V4 = sum;
+            return;
         }
         case TankType::TappedByL: {
-            const TappedTank t = TapByInductor(tank, factor, band.W0);
-            const double sum = t.Main + t.Tap;
-            slot = {ElementType::ThreeShuntTappedL, t.Main * t.Main / sum,
-                    sum * sum * t.Other / (t.Main * t.Main), t.Main * t.Tap / sum, UnusedValue};
-            return true;
+            const double sum = byL.Main + byL.Tap;
+            slot.V1 = byL.Main * byL.Main / sum;
+            slot.V2 = sum * sum * byL.Other / (byL.Main * byL.Main);
+            slot.V3 = byL.Main * byL.Tap / sum;
+            return;
         }
         case TankType::ShortedLine:
-            PutShortedLine(slot, tank, band.W0);
-            return true;
+            return PutShortedLine(slot, tank, band.W0);
     }
-    return false;
 }
 
-/// False if there is no such inverter type.
-bool PutInverter(CircuitElement& slot, InverterType type, double value, double lengthDegrees) {
+void PutInverter(CircuitElement& slot, InverterType type, double value, double lengthDegrees) {
+    slot.Type = ElementOf(type);
     switch (type) {
         case InverterType::SeriesInductor:
         case InverterType::ShuntInductor:
-            slot.Type = IsShuntInverter(type) ? ElementType::ShuntInd : ElementType::SeriesInd;
             slot.V1 = value;
-            return true;
+            return;
         case InverterType::SeriesCapacitor:
         case InverterType::ShuntCapacitor:
-            slot.Type = IsShuntInverter(type) ? ElementType::ShuntCap : ElementType::SeriesCap;
             slot.V2 = value;
-            return true;
+            return;
         case InverterType::SeriesLine:
-            slot.Type = ElementType::SeriesTLIN;
             slot.V1 = lengthDegrees;
             slot.V2 = value;
-            return true;
+            return;
     }
-    return false;
 }
 
 }  // namespace
+
+ElementType ElementOf(TankType type) {
+    switch (type) {
+        case TankType::SeriesLC:
+            return ElementType::SeriesSerLC;
+        case TankType::ShuntLC:
+            return ElementType::ShuntParLC;
+        case TankType::ShuntIndOpenLine:
+            return ElementType::ShuntLTLOC;
+        case TankType::ShuntCapShortedLine:
+            return ElementType::ShuntTLSCC;
+        case TankType::OpenAndShortedLines:
+            return ElementType::ShuntTLSCTLOC;
+        case TankType::ShuntCSeriesLC:
+            return ElementType::ThreeShuntCapSerLC;
+        case TankType::ShuntLSeriesLC:
+            return ElementType::ThreeShuntIndSerLC;
+        case TankType::TappedByC:
+            return ElementType::ThreeShuntTappedC;
+        case TankType::TappedByL:
+            return ElementType::ThreeShuntTappedL;
+        case TankType::ShortedLine:
+            return ElementType::ShuntTLSC;
+    }
+    return ElementType::errorBitMap;
+}
+
+ElementType ElementOf(InverterType type) {
+    switch (type) {
+        case InverterType::SeriesInductor:
+            return ElementType::SeriesInd;
+        case InverterType::SeriesCapacitor:
+            return ElementType::SeriesCap;
+        case InverterType::ShuntInductor:
+            return ElementType::ShuntInd;
+        case InverterType::ShuntCapacitor:
+            return ElementType::ShuntCap;
+        case InverterType::SeriesLine:
+            return ElementType::SeriesTLIN;
+    }
+    return ElementType::errorBitMap;
+}
 
 void EmitLadder(FilterDesign& design, const CoupledBand& band, const TankList& tanks,
                 const InverterList& inverters, const MessageCallback& report) {
     const DirectCoupledSettings& settings = design.DirectCoupled;
     const int n = design.NumPoles;
-    bool invertersKnown = true;
-    bool tanksKnown = true;
     design.NumElements = 2 * n + 1;
     for (int k = 0; k <= n; ++k) {
         const InverterType type = k == 0 || k == n ? EndTypeOf(settings) : settings.InverterType;
-        invertersKnown &=
-            PutInverter(design.Elements[2 * k + 1], type, inverters[k], settings.TLINLength);
+        PutInverter(design.Elements[2 * k + 1], type, inverters[k], settings.TLINLength);
     }
     for (int k = 1; k <= n; ++k)
-        tanksKnown &= PutTank(design.Elements[2 * k], settings, tanks[k], band);
+        PutTank(design.Elements[2 * k], settings, tanks[k], band);
     if (!report) return;
-    if (!invertersKnown) report("Error", "Default case in Inverter Schematic in DirectCoupled");
-    if (!tanksKnown) report("Error", "Default case in Tank Schematic in DirectCoupled");
+    if (!IsElement(ElementOf(settings.InverterType)))
+        report("Error", "Default case in Inverter Schematic in DirectCoupled");
+    if (!IsElement(ElementOf(settings.TankType)))
+        report("Error", "Default case in Tank Schematic in DirectCoupled");
 }
 
 }  // namespace ladderwise

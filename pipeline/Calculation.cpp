@@ -9,6 +9,7 @@
 
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
+#include "directcoupled/DirectCoupled.h"
 #include "pipeline/DisplayScale.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
@@ -56,7 +57,7 @@ void LeaveEmpty(FilterDesign& design, MissingStage missing) {
     design.Flags.Missing = missing;
 }
 
-void ScaleLadder(FilterDesign& design) {
+void ScaleLadder(FilterDesign& design, const MessageCallback& report) {
     switch (design.PassType) {
         case PassType::LowPass:
             return ScaleLowPass(design);
@@ -67,7 +68,7 @@ void ScaleLadder(FilterDesign& design) {
         case PassType::Notch:
             return ScaleNotch(design);
         case PassType::DirectCoupled:
-            return LeaveEmpty(design, MissingStage::DirectCoupledSynthesis);
+            return CalcDirectCoupled(design, report);
         case PassType::Norton:
             return LeaveEmpty(design, MissingStage::NortonTransform);
     }
@@ -251,7 +252,7 @@ void BuildLadder(FilterDesign& design, const MessageCallback& report) {
     ClearElements(design.Elements);
     BuildSweepGrid(design);
     BuildPrototype(design, design.NumPoles, report);
-    ScaleLadder(design);
+    ScaleLadder(design, report);
 }
 
 void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) {

@@ -26,6 +26,17 @@ void RewriteBandWidth(DesignInputs& inputs, const FilterDesign& design, bool inP
                               : design.BandWidth * MHzPerHz);
 }
 
+/// A line inverter needs shunt tanks: of the two choices the one made last stays.
+void KeepLinesBesideShuntTanks(DesignInputs& inputs, ChoiceId last) {
+    int& tank = inputs.Choice(ChoiceId::TankType);
+    int& inverter = inputs.Choice(ChoiceId::InverterType);
+    if (tank != static_cast<int>(TankType::SeriesLC) ||
+        inverter != static_cast<int>(InverterType::SeriesLine))
+        return;
+    if (last == ChoiceId::InverterType) tank = static_cast<int>(TankType::ShuntLC);
+    if (last == ChoiceId::TankType) inverter = static_cast<int>(InverterType::SeriesInductor);
+}
+
 }  // namespace
 
 void Choose(DesignInputs& inputs, FilterDesign& design, ChoiceId id, int code) {
@@ -36,6 +47,7 @@ void Choose(DesignInputs& inputs, FilterDesign& design, ChoiceId id, int code) {
         inputs.Choice(ChoiceId::Response) = static_cast<int>(ResponseType::Chebyshev);
     if (id == ChoiceId::Response && inputs.Response() == ResponseType::CoefficientsFile)
         design.CoefFileRead = false;
+    KeepLinesBesideShuntTanks(inputs, id);
     if (id == ChoiceId::BandWidthUnit && code != before)
         RewriteBandWidth(inputs, design, code == BandWidthInPercent);
 }

@@ -2,6 +2,7 @@
 #include "pipeline/DesignInputs.h"
 
 #include "analysis/PartValues.h"
+#include "pipeline/TankValues.h"
 
 namespace ladderwise {
 
@@ -79,6 +80,7 @@ double ReadPercentChange(DesignInputs& inputs, FilterDesign& design,
 void ReadInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
     for (const ChoiceTable& table : ChoiceTables())
         if (table.Put) table.Put(design, inputs.Choice(table.Id));
+    FillEmptyTankValues(inputs);
     for (const InputRow& row : InputRows())
         if (!row.ReadLater && &row == &RowOf(row.Id, inputs))
             StepInput(row.Id, inputs, design, {}, report);

@@ -8,6 +8,7 @@
 
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Choices.h"
+#include "pipeline/TankValues.h"
 
 namespace ladderwise {
 
@@ -115,7 +116,17 @@ struct SpecialRow {
     std::string (*Help)();
 };
 
+Reason SetTankValues(Calculation& calculation, std::string_view list) {
+    return TypeTankValues(calculation.Inputs, list);
+}
+
+SettingValue TankValuesInUse(const Calculation& c) {
+    return TankValueList(c.Design);
+}
+
 const SpecialRow specials[] = {
+    {"tank-values", SetTankValues, TankValuesInUse,
+     [] { return std::string("comma list, one value for each pole [50]"); }},
     {"traces", SetTraces, TracesInUse, TraceHelp},
     {"gd-scale", SetScale, ScaleInUse, [] { return std::string("auto, or seconds"); }},
     {"seed", SetSeed, SeedInUse, [] { return std::string("0 to 4294967295"); }},

@@ -114,6 +114,20 @@ std::string ReplacedText(const InputRow& row, const NumberBox& box) {
     return typed;
 }
 
+/// What the synthesis says about the end tanks, in the words of the window.
+void AddEndTanks(const FilterDesign& design, std::vector<Note>& notes) {
+    const DirectCoupledResult& limits = design.DirectCoupledLimits;
+    for (const std::size_t end : {SourceEnd, LoadEnd}) {
+        const std::string name = end == SourceEnd ? "First" : "Last";
+        if (limits.Clamped[end])
+            notes.push_back({NoteKind::EndTank, "tank-values",
+                             name + " tank: its value is beyond " + limits.Readouts[end] +
+                                 ", so it is not matched."});
+        if (limits.WarningShown[end])
+            notes.push_back({NoteKind::EndTank, "tank-values", name + " Tank Z is Large."});
+    }
+}
+
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
@@ -136,6 +150,8 @@ const char* NameOf(NoteKind kind) {
             return "load-moved";
         case NoteKind::FormForced:
             return "form-forced";
+        case NoteKind::EndTank:
+            return "end-tank";
         case NoteKind::Unrealisable:
             return "unrealisable";
         case NoteKind::Missing:
@@ -169,6 +185,7 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
         notes.push_back({NoteKind::FormForced, "form",
                          std::string("The terminations ask for the form ") +
                              (design.FormCLC ? "CLC" : "LCL") + "."});
+    if (design.PassType == PassType::DirectCoupled) AddEndTanks(design, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
 }

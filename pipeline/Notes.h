@@ -13,6 +13,7 @@ enum class NoteKind {
     Replaced,
     LoadMoved,
     FormForced,
+    EndTank,
     Unrealisable,
     Missing,
     Edited,
@@ -31,8 +32,8 @@ struct Note {
     bool Idle = false;  ///< of a replaced box: disabled, it plays no part in the present design
 };
 
-/// "replaced", "load-moved", "form-forced", "unrealisable", "missing", "edited", "discarded",
-/// "not-varied".
+/// "replaced", "load-moved", "form-forced", "end-tank", "unrealisable", "missing", "edited",
+/// "discarded", "not-varied".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.

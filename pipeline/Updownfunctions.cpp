@@ -49,6 +49,23 @@ struct PartField {
 template <auto Member>
 using ModelField = PartField<&FilterDesign::PartModel, Member>;
 
+template <auto Member>
+using CoupledField = PartField<&FilterDesign::DirectCoupled, Member>;
+
+/// Get, Put and Enabled of the value of tank Index + 1.
+template <std::size_t Index>
+struct TankField {
+    static double Get(const FilterDesign& design) { return design.DirectCoupled.TankValues[Index]; }
+    static void Put(FilterDesign& design, double value) {
+        design.DirectCoupled.TankValues[Index] = value;
+    }
+    static bool Enabled(const DesignInputs& inputs) {
+        int poles = 0;
+        TryParseInt(inputs.Box(InputId::NumPoles).Text, poles);
+        return inputs.Pass() == PassType::DirectCoupled && static_cast<int>(Index) < poles;
+    }
+};
+
 bool HasBandWidth(const DesignInputs& inputs) {
     return inputs.Pass() != PassType::LowPass && inputs.Pass() != PassType::HighPass;
 }
@@ -60,6 +77,25 @@ bool HasTraps(const DesignInputs& inputs) {
 }
 bool HasTrapForms(const DesignInputs& inputs) {
     return HasTraps(inputs) && HasTrapPanel(inputs.Pass());
+}
+bool HasTank(const DesignInputs& inputs, std::initializer_list<TankType> types) {
+    const auto tank = static_cast<TankType>(inputs.Choice(ChoiceId::TankType));
+    return inputs.Pass() == PassType::DirectCoupled &&
+           std::find(types.begin(), types.end(), tank) != types.end();
+}
+bool HasLineInverters(const DesignInputs& inputs) {
+    return inputs.Pass() == PassType::DirectCoupled &&
+           inputs.Choice(ChoiceId::InverterType) == static_cast<int>(InverterType::SeriesLine);
+}
+bool HasShortedStubs(const DesignInputs& inputs) {
+    return HasTank(inputs, {TankType::ShuntCapShortedLine, TankType::OpenAndShortedLines});
+}
+bool HasOpenStubs(const DesignInputs& inputs) {
+    return HasTank(inputs, {TankType::ShuntIndOpenLine, TankType::OpenAndShortedLines});
+}
+bool HasTaps(const DesignInputs& inputs) {
+    return HasTank(inputs, {TankType::ShuntCSeriesLC, TankType::ShuntLSeriesLC, TankType::TappedByC,
+                            TankType::TappedByL});
 }
 bool TypesScale(const DesignInputs& inputs) {
     return inputs.IsOn(ChoiceId::TraceGroupDelay) && !inputs.IsOn(ChoiceId::AutoScale);
@@ -112,10 +148,11 @@ using enum InputId;
 using enum WriteBack;
 using D = FilterDesign;
 using M = PartModel;
+using DC = DirectCoupledSettings;
 constexpr const char* bandOnly = "for band-pass and notch";
 
 // clang-format off
-const std::vector<InputRow> rows = {
+const std::vector<InputRow> singleRows = {
     {NumPoles, "poles", "NumPoles", "&N Poles", "Number of poles, or of traps for an elliptic response", "", "3",
      {"1", "3", "10"}, 1, 1, Whole, Field<&D::NumPoles>::Get, Field<&D::NumPoles>::Put,
      nullptr, "", -1, false, nullptr, StepPoles},
@@ -162,8 +199,59 @@ const std::vector<InputRow> rows = {
      "Full scale of the group delay, a hundredth to a hundred times the automatic one", "s", "",
      {}, 0, 1, Nothing, Field<&D::GDFullScale>::Get, Field<&D::GDFullScale>::Put,
      TypesScale, "while Auto Scale is on", -1, true},
+    {TLIN, "tlin", "TLIN", "I&nverter line", "Length of line inverters at Fo", "deg", "45",
+     {"1.0", "45.0", "180.0"}, 1, 1, Decimals, CoupledField<&DC::TLINLength>::Get, CoupledField<&DC::TLINLength>::Put,
+     HasLineInverters, "for line inverters"},
+    {TLSC, "tlsc", "TLSC", "&Shorted line", "Length of shorted stubs in tanks at Fo", "deg", "45",
+     {"1.0", "45.0", "180.0"}, 1, 1, Decimals, CoupledField<&DC::TLSCLength>::Get, CoupledField<&DC::TLSCLength>::Put,
+     HasShortedStubs, "for tanks 8 and 9"},
+    {TLOC, "tloc", "TLOC", "&Open line", "Length of open stubs in tanks at Fo", "deg", "45",
+     {"1.0", "45.0", "180.0"}, 1, 1, Decimals, CoupledField<&DC::TLOCLength>::Get, CoupledField<&DC::TLOCLength>::Put,
+     HasOpenStubs, "for tanks 7 and 9"},
+    {Factor, "factor", "Factor", "&Factor 0.2 - 1.0", "Tapping factor of three-element tanks", "", "1.0",
+     {"0.2", "0.50", "1.0"}, 0.02, 1, Decimals, CoupledField<&DC::TankFactor>::Get, CoupledField<&DC::TankFactor>::Put,
+     HasTaps, "for tanks 3 to 6"},
 };
 // clang-format on
+
+/// The row of the value of tank Index + 1. All ten share one console name, which takes a list.
+template <std::size_t Index>
+InputRow TankRow() {
+    static const std::string number = std::to_string(Index + 1);
+    static const std::string component = "TankValue" + number, label = "Tank " + number;
+    using Field = TankField<Index>;
+    return {static_cast<InputId>(static_cast<std::size_t>(TankValue1) + Index),
+            "tank-values",
+            component.c_str(),
+            label.c_str(),
+            "Value of this tank",
+            "",
+            "50",
+            {"0.001", "50", "1.0E6"},
+            0,
+            1,
+            Nothing,
+            Field::Get,
+            Field::Put,
+            Field::Enabled,
+            "for direct-coupled band-passes with as many poles"};
+}
+
+template <std::size_t... Index>
+std::vector<InputRow> WithTankRows(std::vector<InputRow> rows, std::index_sequence<Index...>) {
+    (rows.push_back(TankRow<Index>()), ...);
+    return rows;
+}
+
+const std::vector<InputRow> rows = WithTankRows(singleRows, std::make_index_sequence<MaxTanks>());
+
+/// "45.0", "0.98".
+std::string OneOrTwoDecimals(double value) {
+    constexpr int Most = 2;
+    std::string text = FormatFixed(value, Most);
+    if (text.back() == '0') text.pop_back();
+    return text;
+}
 
 std::string WithUnit(std::string text, const char* unit) {
     return *unit ? text + " " + unit : text;
@@ -239,6 +327,7 @@ void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep 
     else if (direction != 0)
         value += direction * (spin.TenTimes ? CtrlFactor : 1.0) * row.Step;
     if (row.Back == Significant) box.WriteValue(value);
+    if (row.Back == Decimals) box.WriteText(OneOrTwoDecimals(value), value);
     if (whole) box.WriteText(std::to_string(static_cast<int>(value)), value);
     row.Put(design, value * row.Factor);
 }

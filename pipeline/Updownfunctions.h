@@ -33,6 +33,12 @@ enum class InputId {
     GDPhaseThreshold,
     PercentChange,
     Scale,
+    TLIN,
+    TLSC,
+    TLOC,
+    Factor,
+    TankValue1,
+    TankValue10 = TankValue1 + MaxTanks - 1,
     Count
 };
 inline constexpr int NumInputs = static_cast<int>(InputId::Count);
@@ -48,6 +54,7 @@ struct BoxLimits {
 enum class WriteBack {
     Nothing,      ///< the text stays as typed
     Significant,  ///< BoxDigits significant digits, the exact value behind them
+    Decimals,     ///< one or two decimals, the exact value behind them
     Whole         ///< a whole number
 };
 

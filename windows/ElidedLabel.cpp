@@ -13,6 +13,11 @@ const QColor warningOnDark(255, 120, 110);
 constexpr int LabelMargin = 6;  ///< pixels left and right of the text
 }  // namespace
 
+QColor WarningColour(const QPalette& palette) {
+    const bool dark = palette.window().color().lightness() < MiddleLightness;
+    return dark ? warningOnDark : warningOnLight;
+}
+
 ElidedLabel::ElidedLabel(QWidget* parent) : QWidget(parent) {
     setObjectName("StatusLabel");
 }
@@ -31,8 +36,7 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const bool dark = palette().window().color().lightness() < MiddleLightness;
-    if (warning) painter.setPen(dark ? warningOnDark : warningOnLight);
+    if (warning) painter.setPen(WarningColour(palette()));
     const QRect area = rect().adjusted(LabelMargin, 0, -LabelMargin, 0);
     painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
                      fontMetrics().elidedText(text, Qt::ElideRight, area.width()));

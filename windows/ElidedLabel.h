@@ -1,9 +1,14 @@
 // A label that elides its text.
 #pragma once
 
+#include <QColor>
+#include <QPalette>
 #include <QWidget>
 
 namespace ladderwise {
+
+/// Of texts that ask for attention, on the window colour of a palette, light or dark.
+QColor WarningColour(const QPalette& palette);
 
 /// A label whose text ends in "..." where it does not fit; the tool tip has it whole.
 class ElidedLabel : public QWidget {

@@ -8,9 +8,9 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-#include <QScreen>
 #include <QSvgRenderer>
-#include <algorithm>
+
+#include "windows/WindowPlacement.h"
 
 #include "windows/HelpButton.h"
 
@@ -167,19 +167,8 @@ QWidget* PartDefinitionsWindow::BuildButtons() {
 }
 
 void PartDefinitionsWindow::ShowBesideOwner() {
-    layout()->activate();
-    const QWidget* const window = parentWidget()->window();
-    const QRect owner = window->frameGeometry();
-    const QRect screen = parentWidget()->screen()->availableGeometry();
-    // A window not yet shown does not know its frame; its owner's is as thick at least.
-    const QSize outer = size() + owner.size() - window->size();
-    const int rightmost = std::max(screen.left(), screen.right() + 1 - outer.width());
-    const int lowest = std::max(screen.top(), screen.bottom() + 1 - outer.height());
-    move(std::clamp(owner.left(), screen.left(), rightmost),
-         std::clamp(owner.top() + OffsetBelowOwner, screen.top(), lowest));
-    show();
-    raise();
-    activateWindow();
+    const QPoint owner = parentWidget()->window()->frameGeometry().topLeft();
+    ShowOnScreen(this, owner + QPoint(0, OffsetBelowOwner));
 }
 
 }  // namespace ladderwise

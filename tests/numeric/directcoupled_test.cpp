@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "directcoupled/DirectCoupled.h"
+#include "numbers/Matherrmain.h"
+#include "pipeline/NamedSettings.h"
+#include "pipeline/Notes.h"
+#include "pipeline/TankValues.h"
 #include "prototypes/Prototype.h"
 #include "tests/numeric/support.h"
 
@@ -136,6 +140,34 @@ TEST(DirectCoupled, BandwidthAndCentre) {
                 EXPECT_NEAR((high - low) / 10e6, inverter == 0 ? 1.15 : 1, 0.05) << tank;
                 EXPECT_NEAR((high + low) / 2, design.F0, 0.06 * 10e6) << tank;
             }
+}
+
+// From typed inputs to the ladder and the notes.
+TEST(DirectCoupled, InputsByName) {
+    Calculation calculation;
+    const std::pair<const char*, const char*> settings[] = {
+        {"pass", "direct-coupled"}, {"tank", "0"},  {"inverter", "capacitor"},
+        {"tank-units", "pF"},       {"tlin", "60"}, {"tank-values", "2.5,,junk,4"}};
+    for (const auto& [name, value] : settings)
+        EXPECT_EQ(ApplySetting(calculation, name, value, {}), std::nullopt);
+    Calculate(calculation, {});
+    EXPECT_EQ(calculation.Design.DirectCoupled.InverterType, InverterType::ShuntCapacitor);
+    EXPECT_EQ(TankValueList(calculation.Design), "2.5,50,50");
+    EXPECT_EQ(calculation.Inputs.Box(TankValueId(2)).Colour, BoxColour::Normal);
+    const std::vector<Note> notes = CollectNotes(calculation);
+    ASSERT_EQ(notes.size(), 1u);
+    EXPECT_EQ(notes[0].Text, "Tank 3: \"junk\" was replaced by 50.");
+    EXPECT_NE(ApplySetting(calculation, "tank-values", "1,2,3,4,5,6,7,8,9,10,11", {}),
+              std::nullopt);
+    // A band as wide as its centre frequency: listed and named, and nothing breaks.
+    const std::pair<const char*, const char*> wide[] = {{"bw-percent", "150"},
+                                                        {"tank-units", "nF"}};
+    for (const auto& [name, value] : wide)
+        ApplySetting(calculation, name, value, {});
+    const std::uint64_t errors = MathErrors().ErrorCount();
+    Calculate(calculation, {});
+    EXPECT_GT(MathErrors().ErrorCount(), errors);
+    EXPECT_EQ(CollectNotes(calculation).front().Kind, NoteKind::Unrealisable);
 }
 
 }  // namespace

@@ -327,7 +327,7 @@ TEST(Notes, WhatABuilderMustKnow) {
         {{{"ripple", "9"}}, {"(replaced ripple)"}},
         {{{"ripple", "9"}, {"response", "chebyshev"}}, {"replaced ripple"}},
         {{{"response", "elliptic-c"}, {"trap", "7"}}, {"missing response", "(replaced trap)"}},
-        {{{"pass", "direct-coupled"}, {"runs", "0"}}, {"missing pass", "replaced runs"}},
+        {{{"pass", "norton"}, {"runs", "0"}}, {"missing pass", "replaced runs"}},
         {{{"traces", "pulse"}}, {"missing traces"}}};
     // clang-format on
     for (const auto& [settings, notes] : cases) {
@@ -402,7 +402,7 @@ TEST(Pipeline, GroupDelayScale) {
     EXPECT_EQ(box.Colour, BoxColour::Normal);
     EXPECT_TRUE(NotesOf(session.Calc).empty());
 
-    session.Run({{"pass", "direct-coupled"}});  // an empty ladder has none
+    session.Run({{"pass", "norton"}});  // an empty ladder has none
     for (const char* const scale : {"auto", ""}) {
         session.Run({{"gd-scale", scale}});
         EXPECT_EQ(session.Design.GDFullScale, 0.0);

@@ -63,10 +63,10 @@ const std::vector<MenuTable> menus = {
     {"PartsMenu", "P&arts", {
         {"PartDefinitionsMenu", "Part &Definitions", "", {}}}},
     {"OptionsMenu", "&Options", {
-        {"OptionsWindowMenu", "&Options...", "Will set the level below which phase and group delay are not plotted.", {}},
-        {"MathErrMenu", "&Math Err...", "Will list the math errors of this session.", {}}}},
+        {"OptionsWindowMenu", "&Options...", "Will set the level below which phase and group delay are not plotted.", {}}}},
     {"HelpMenu", "&Help", {
         {"HelpWindowMenu", "&Help...", "Will open the help text.", {}},
+        {"MathErrMenu", "&Math Err...", "", {}},
         {"AboutMenu", "&About...", "", {}}}},
 };
 

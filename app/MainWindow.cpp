@@ -14,9 +14,11 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableWidget>
+#include <QToolButton>
 
 #include "app/BitMapView.h"
 #include "windows/ElidedLabel.h"
+#include "windows/MathErrWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 
 namespace ladderwise {
@@ -39,12 +41,14 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
         ShowMessage(caption, text);
     };
     SeedFromClock(calculation);
+    calculation.PulseInWorstCase = false;
     ConnectCommands();
     markerMenu = BuildMarkerMenu(this);
     BuildClient();
     BuildEllipticPanel();
     BuildStatusLine();
     partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
+    mathErrors = new MathErrWindow(this);
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
@@ -141,7 +145,15 @@ void MainWindow::BuildStatusLine() {
     progress->setFormat("Worst case %v of %m");
     progress->hide();
     statusBar()->addWidget(statusLabel, 1);
+    mathErrorButton = new QToolButton(this);
+    mathErrorButton->setObjectName("MathErrorButton");
+    mathErrorButton->setAutoRaise(true);
+    mathErrorButton->setFocusPolicy(Qt::TabFocus);
+    mathErrorButton->setToolTip("Lists the math errors of this run of the program");
+    mathErrorButton->hide();
+    connect(mathErrorButton, &QToolButton::clicked, this, [this] { mathErrors->ShowLog(); });
     statusBar()->addPermanentWidget(progress);
+    statusBar()->addPermanentWidget(mathErrorButton);
     statusBar()->setSizeGripEnabled(false);
 }
 
@@ -192,6 +204,7 @@ void MainWindow::FilterMenuClick(const QObject* sender) {
 void MainWindow::RunCommand(const QString& name) {
     if (name == "ExitMenu") close();
     if (name == "PartDefinitionsMenu") ShowPartDefinitions();
+    if (name == "MathErrMenu") mathErrors->ShowLog();
     if (name == "AboutMenu") ShowAbout();
 }
 
@@ -215,6 +228,7 @@ void MainWindow::ShowMessage(const std::string& caption, const std::string& text
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     partDefinitions->close();
+    mathErrors->close();
     QMainWindow::closeEvent(event);
 }
 

@@ -16,10 +16,12 @@ class QProgressBar;
 class QScrollArea;
 class QScrollBar;
 class QTableWidget;
+class QToolButton;
 
 namespace ladderwise {
 
 class ElidedLabel;
+class MathErrWindow;
 class PartDefinitionsWindow;
 
 class MainWindow : public QMainWindow {
@@ -112,8 +114,10 @@ private:
     NumberEdit* scaleBox;
     QMenu* markerMenu;
     ElidedLabel* statusLabel;
+    QToolButton* mathErrorButton;  ///< in the status line, when there is an error to list
     QProgressBar* progress;
     PartDefinitionsWindow* partDefinitions;
+    MathErrWindow* mathErrors;
 };
 
 }  // namespace ladderwise

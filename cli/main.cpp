@@ -84,7 +84,7 @@ bool WriteText(const std::string& name, const std::string& text) {
 
 bool WritePlot(const Session& session, const Arguments& arguments) {
     const Calculation& calc = session.Calc;
-    PlotContent content = ContentOf(calc.Design, calc.Inputs.Traces(), calc.Quantities, {});
+    PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities, {});
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
     const QString path = QString::fromLocal8Bit(arguments.PlotFile.c_str());

@@ -106,9 +106,13 @@ NeededQuantities NeededFor(const TraceChoices& traces) {
     return {traces.Mag1dB || traces.Mag10dB, traces.Phase, traces.GroupDelay};
 }
 
-void Derive(const FilterDesign& design, NeededQuantities needed, DisplayQuantities& quantities) {
+void Derive(Calculation& calculation, NeededQuantities needed, DisplayQuantities& quantities,
+            const MessageCallback& report) {
+    FilterDesign& design = calculation.Design;
     DeriveDisplayQuantities(design.Response, design.SweepFreqs, design.PhaseGDThreshold, needed,
                             quantities);
+    if (ShownTraces(calculation).Pulse)
+        CalcPulseResponse(design, PulseWidth, calculation.Pulse, quantities.Pulse, report);
 }
 
 std::vector<double> LevelsDb(const std::vector<double>& power) {
@@ -142,7 +146,8 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
         AnalyseLadder(design, calculation.Tables, report);
         AccumulateExtremes(design.Response.TransferRe, design.Response.TransferIm, low, high);
         if (!plotRun) continue;
-        Derive(design, NeededFor(calculation.Inputs.Traces()), calculation.RunQuantities);
+        Derive(calculation, NeededFor(calculation.Inputs.Traces()), calculation.RunQuantities,
+               report);
         plotRun({run, calculation.RunQuantities, design.Response});
     }
     design.Elements = design.NominalElements;
@@ -172,6 +177,17 @@ void SeedFromClock(Calculation& calculation) {
     calculation.SeedSource.seed(seed);
 }
 
+TraceChoices ShownTraces(const Calculation& calculation) {
+    TraceChoices traces = calculation.Inputs.Traces();
+    if (!calculation.PulseInWorstCase && calculation.Inputs.IsOn(ChoiceId::WorstCase))
+        traces.Pulse = false;
+    return traces;
+}
+
+std::uint64_t MathErrorCount(const Calculation& calculation) {
+    return MathErrors().ErrorCount() - calculation.FirstMathError;
+}
+
 void ClearElements(ElementList& elements) {
     elements.fill(CircuitElement{});
 }
@@ -185,9 +201,9 @@ void BuildSweepGrid(FilterDesign& design) {
             design.SweepFreqs[i] = f1 + i * (f2 - f1) / NumSweepPoints;
         design.SweepFreqs[0] = std::max(design.SweepFreqs[0], LowestSweepFrequency);
     } else {
-        const double logRatio = std::log(f2 / f1);
+        const double logRatio = GuardedLog(f2 / f1);
         for (int i = 0; i < NumSweepPoints; ++i)
-            design.SweepFreqs[i] = f1 * std::exp(i * logRatio / NumSweepPoints);
+            design.SweepFreqs[i] = f1 * GuardedExp(i * logRatio / NumSweepPoints);
     }
 }
 
@@ -205,7 +221,7 @@ void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
     BuildSweepTables(calculation.Tables, design.SweepFreqs, design.F0);
     AnalyseLadder(design, calculation.Tables, report);
     calculation.WorstCase = {};
-    Derive(design, {}, calculation.Quantities);
+    Derive(calculation, {}, calculation.Quantities, report);
     SettleGroupDelayScale(calculation.Inputs, design, calculation.Quantities.GDFullScale, report);
     if (plotRun) plotRun({0, calculation.Quantities, design.Response});
 }
@@ -228,6 +244,7 @@ void RepeatAnalysis(Calculation& calculation, const MessageCallback& report,
 
 void Calculate(Calculation& calculation, const MessageCallback& report,
                const PlotRunCallback& plotRun) {
+    calculation.FirstMathError = MathErrors().ErrorCount();
     ReadInputs(calculation.Inputs, calculation.Design, report);
     BuildLadder(calculation.Design, report);
     MarkInputs(calculation.Inputs, calculation.Design);

@@ -9,7 +9,7 @@
 
 namespace ladderwise {
 
-enum class NoteKind { Replaced, LoadMoved, FormForced, Unrealisable, Missing };
+enum class NoteKind { Replaced, LoadMoved, FormForced, Unrealisable, MathError, Missing };
 
 /// One note. Name is the console program's name of the input, or "slot 3" for an element.
 struct Note {
@@ -21,7 +21,7 @@ struct Note {
     bool Idle = false;    ///< of a replaced box: disabled, it plays no part in the present design
 };
 
-/// "replaced", "load-moved", "form-forced", "unrealisable", "missing".
+/// "replaced", "load-moved", "form-forced", "unrealisable", "math-error", "missing".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.

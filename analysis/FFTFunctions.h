@@ -23,6 +23,11 @@ int FFTLog2(int N);
 /// The tables and work space of transforms of one size, of either type.
 class FFTPlan {
 public:
+    FFTPlan() = default;
+    /// A copy is ready for nothing: it makes tables of its own when it is used.
+    FFTPlan(const FFTPlan&) {}
+    FFTPlan& operator=(const FFTPlan&) { return *this; }
+
     /// Makes the plan ready for N points; a plan that is ready for N already is left alone. False
     /// (and ready for nothing) if N is no size of a transform or there is no memory.
     bool Prepare(int N);

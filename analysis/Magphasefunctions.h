@@ -61,6 +61,7 @@ struct DisplayQuantities {
     std::array<double, NumSweepPoints> PhaseDeg{};    ///< degrees or BlankMarker
     std::array<double, NumSweepPoints> GroupDelay{};  ///< s or BlankMarker
     double GDFullScale = 0.0;                         ///< s, as computed
+    std::array<double, NumSweepPoints> Pulse{};       ///< 0 .. 1, see PulseResponse.h
     std::array<double, NumSweepPoints> Angle{};       ///< rad; work array
 };
 

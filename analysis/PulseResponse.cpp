@@ -78,9 +78,10 @@ void FillSpectrum(PulseWork& work) {
 
 }  // namespace
 
-void CalcPulseResponse(const FilterDesign& design, int width, PulseWork& work, PulseTrace& trace,
-                       const MessageCallback& report) {
-    if (work.F0 != design.F0 || work.Width != width) {
+void CalcPulseResponse(FilterDesign& design, int width, PulseWork& work,
+                       std::span<double, NumSweepPoints> samples, const MessageCallback& report) {
+    const bool ready = work.Plan.Size() == NumPulsePoints && work.F0 == design.F0;
+    if (!ready || work.Width != width) {
         try {
             Tabulate(work, design.F0, width);
         } catch (const std::bad_alloc&) {
@@ -95,8 +96,8 @@ void CalcPulseResponse(const FilterDesign& design, int width, PulseWork& work, P
     const double span = SpanInF0 * design.F0;
     const double scale = LevelScale * (span / NumSteps), offset = LevelOffset(design.PassType);
     for (int i = 0; i < NumSweepPoints; ++i)
-        trace.Samples[i] = scale * work.Spectrum[2 * i] + offset;
-    trace.TimeStep = static_cast<double>(width) / NumSteps / span;
+        samples[i] = scale * work.Spectrum[2 * i] + offset;
+    design.PulseTimeStep = static_cast<double>(width) / NumSteps / span;
 }
 
 }  // namespace ladderwise

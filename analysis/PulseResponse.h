@@ -10,7 +10,7 @@
 // much of it pass shows the ringing of an ideal cut-off at the edges of the pulse.
 #pragma once
 
-#include <array>
+#include <span>
 #include <vector>
 
 #include "analysis/FFTFunctions.h"
@@ -38,19 +38,13 @@ struct PulseWork {
     int Width = 0;
 };
 
-/// One pulse response.
-struct PulseTrace {
-    /// As the plot shows it, 0 .. 1 from its lower to its upper edge: 0.6 v + 0.2 where zero
-    /// frequency passes (low-pass and notch), 0.6 v + 0.5 elsewhere; v = 1 for the pulse through a
-    /// lossless match.
-    std::array<double, NumSweepPoints> Samples{};
-    double TimeStep = 0.0;  ///< dt, s
-};
-
-/// Fills `trace` for the ladder of `design`. The sweep in design.Response is not touched. Want of
-/// memory is reported and leaves the trace as it was; so does, without a report because the sweep
-/// has made one, a slot that holds no element. Allocates only when `work` is used the first time.
-void CalcPulseResponse(const FilterDesign& design, int width, PulseWork& work, PulseTrace& trace,
-                       const MessageCallback& report);
+/// Fills `samples` with the pulse response of the ladder of `design` as the plot shows it, 0 .. 1
+/// from its lower to its upper edge: 0.6 v + 0.2 where zero frequency passes (low-pass and notch),
+/// 0.6 v + 0.5 elsewhere, with v = 1 for the pulse through a lossless match; and sets
+/// PulseTimeStep. The sweep in design.Response is not touched. Want of memory is reported and
+/// leaves the samples as they were; so does, without a report because the sweep has made one, a
+/// slot that holds no element. Allocates only when `work` is used the first time.
+void CalcPulseResponse(FilterDesign& design, int width, PulseWork& work,
+                       std::span<double, NumSweepPoints> samples, const MessageCallback& report);
 
 }  // namespace ladderwise

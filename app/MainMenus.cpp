@@ -67,10 +67,10 @@ const std::vector<MenuTable> menus = {
     {"OptionsMenu", "&Options", {
         {"OptionsWindowMenu", "&Options...", "Will set the level below which phase and group delay are not plotted.", {}},
         {"FixSeedMenu", "&Fix Worst-Case Seed", "", {}},
-        {"SetSeedMenu", "Worst-Case &Seed...", "", {}},
-        {"MathErrMenu", "&Math Err...", "Will list the math errors of this session.", {}}}},
+        {"SetSeedMenu", "Worst-Case &Seed...", "", {}}}},
     {"HelpMenu", "&Help", {
         {"HelpWindowMenu", "&Help...", "", {}},
+        {"MathErrMenu", "&Math Err...", "", {}},
         {"AboutMenu", "&About...", "", {}}}},
 };
 

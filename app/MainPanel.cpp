@@ -192,8 +192,8 @@ QWidget* MainPanel::BuildTracesGroup() {
     QSizePolicy keepsPlace = AutoScaleCheckBox->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true);
     AutoScaleCheckBox->setSizePolicy(keepsPlace);
-    for (QWidget* const later : std::initializer_list<QWidget*>{PlotPulseBox, PlotReferenceBox,
-                                                                SetRefButton, ExchangeRefButton})
+    for (QWidget* const later :
+         std::initializer_list<QWidget*>{PlotReferenceBox, SetRefButton, ExchangeRefButton})
         later->setEnabled(false);
     return group;
 }

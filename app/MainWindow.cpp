@@ -16,6 +16,7 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableWidget>
+#include <QToolButton>
 #include <utility>
 
 #include "app/BitMapView.h"
@@ -23,6 +24,7 @@
 #include "windows/ElidedLabel.h"
 #include "windows/FittedCells.h"
 #include "windows/HelpWindow.h"
+#include "windows/MathErrWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 #include "windows/WindowPlacement.h"
 
@@ -53,6 +55,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
         ShowMessage(caption, text);
     };
     SeedFromClock(calculation);
+    calculation.PulseInWorstCase = false;
     ConnectCommands();
     markerMenu = BuildMarkerMenu(this);
     BuildClient();
@@ -67,6 +70,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     });
     directCoupled =
         new DirectCoupledWindow(calculation.Inputs, calculation.Design, Actions(), this);
+    mathErrors = new MathErrWindow(this);
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
@@ -176,7 +180,15 @@ void MainWindow::BuildStatusLine() {
     progress->setFormat("Worst case %v of %m");
     progress->hide();
     statusBar()->addWidget(statusLabel, 1);
+    mathErrorButton = new QToolButton(this);
+    mathErrorButton->setObjectName("MathErrorButton");
+    mathErrorButton->setAutoRaise(true);
+    mathErrorButton->setFocusPolicy(Qt::TabFocus);
+    mathErrorButton->setToolTip("Lists the math errors of this run of the program");
+    mathErrorButton->hide();
+    connect(mathErrorButton, &QToolButton::clicked, this, [this] { mathErrors->ShowLog(); });
     statusBar()->addPermanentWidget(progress);
+    statusBar()->addPermanentWidget(mathErrorButton);
     statusBar()->setSizeGripEnabled(false);
 }
 
@@ -253,6 +265,7 @@ void MainWindow::RunCommand(const QString& name) {
     if (name == "PartDefinitionsMenu") ShowPartDefinitions();
     if (name == "PrintMenu") PrintPage();
     if (name == "HelpWindowMenu") ShowHelp();
+    if (name == "MathErrMenu") mathErrors->ShowLog();
     if (name == "AboutMenu") ShowAbout();
     if (name == "BringBackMenu") BringBack();
     if (name == "FixSeedMenu") FixSeed(!calculation.FixedSeed);
@@ -311,6 +324,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     partDefinitions->close();
     help->close();
     directCoupled->close();
+    mathErrors->close();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     drawing.stop();

@@ -20,12 +20,14 @@ class QScrollArea;
 class QScrollBar;
 class QTableWidget;
 class QTableWidgetItem;
+class QToolButton;
 
 namespace ladderwise {
 
 class DirectCoupledWindow;
 class ElidedLabel;
 class HelpWindow;
+class MathErrWindow;
 class PartDefinitionsWindow;
 
 class MainWindow : public QMainWindow {
@@ -148,10 +150,12 @@ private:
     NumberEdit* scaleBox;
     QMenu* markerMenu;
     ElidedLabel* statusLabel;
+    QToolButton* mathErrorButton;  ///< in the status line, when there is an error to list
     QProgressBar* progress;
     PartDefinitionsWindow* partDefinitions;
     HelpWindow* help;
     DirectCoupledWindow* directCoupled;
+    MathErrWindow* mathErrors;
 };
 
 }  // namespace ladderwise

@@ -45,9 +45,8 @@ void MainWindow::PlotRun(const AnalysedRun& run) {
         return ShowProgress(run.Number);
     }
     LayOutClient();
-    plot.PaintContent(
-        ContentOf(calculation.Design, calculation.Inputs.Traces(), run.Quantities, {}),
-        Placement());
+    plot.PaintContent(ContentOf(calculation.Design, ShownTraces(calculation), run.Quantities, {}),
+                      Placement());
     PlaceGroupDelayControls();
     ShowValueGrid();
     bitMap->update();

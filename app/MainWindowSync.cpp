@@ -1,6 +1,7 @@
 // The main window: from its controls to the inputs and back, control states, tool tips, status.
 #include <QAction>
 #include <QTableWidget>
+#include <QToolButton>
 
 #include "analysis/PartValues.h"
 #include "app/BitMapView.h"
@@ -9,6 +10,7 @@
 #include "pipeline/Notes.h"
 #include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
+#include "windows/MathErrWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 
 namespace ladderwise {
@@ -70,6 +72,10 @@ void MainWindow::ShowStatus() {
                                       std::to_string(calculation.Design.NumElements) + " elements"
                                 : status.Text),
         status.Warning);
+    const auto errors = MathErrors().ErrorCount();
+    mathErrorButton->setText("Math errors: " + QString::number(errors));
+    mathErrorButton->setVisible(errors > 0);
+    mathErrors->Refresh();
 }
 
 void MainWindow::SetControlStates() {
@@ -78,6 +84,7 @@ void MainWindow::SetControlStates() {
     ForbidEllipticCoupling(inputs, report);
     const ControlStates states = StatesFor(inputs, ellipticPanel->isVisibleTo(client));
     panel->BandWidthUnits->setEnabled(IsEnabled(RowOf(InputId::BandWidth, inputs), inputs));
+    panel->PlotPulseBox->setEnabled(states.PulseEnabled);
     panel->PolesLabel->setText(states.CountsTraps ? "&N Traps" : "&N Poles");
     ellipticPanel->setVisible(states.TrapPanelVisible);
 }

@@ -176,8 +176,14 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     member("phase_deg", BlankableNumbers(quantities.PhaseDeg));
     member("group_delay_s", BlankableNumbers(quantities.GroupDelay));
     member("group_delay_full_scale_s", Number(design.GDFullScale));
-    if (calculation.Inputs.IsOn(ChoiceId::TracePulse))
-        member("pulse", "null");  // no stage computes it yet
+    if (ShownTraces(calculation).Pulse) {
+        member("pulse", Numbers(quantities.Pulse));
+        member("pulse_time_step_s", Number(design.PulseTimeStep));
+    }
+    if (MathErrorCount(calculation) > 0) {
+        const std::vector<std::string> lines = MathErrors().Lines(calculation.FirstMathError);
+        member("math_errors", List(lines.size(), [&](std::size_t i) { return Quoted(lines[i]); }));
+    }
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     member("messages", List(messages.size(), [&](std::size_t i) {

@@ -121,7 +121,7 @@ const std::vector<ChoiceTable> tables = {
     Switch(TracePhase, "traces", Hidden, 0, none, "phase", "PlotPhaseBox", "Phase", "Phase, +180 to -180 degrees"),
     Switch(TraceGroupDelay, "traces", Hidden, 0, none, "gd", "PlotGDBox", "Group Delay", "Group delay"),
     Switch(TracePulse, "traces", Hidden, 0, none, "pulse", "PlotPulseBox", "Sq Pulse",
-           "Will show the response to a square pulse (not built yet)"),
+           "Response to a square pulse, 12.8 periods of F0 long; the time axis stands below the plot"),
     Switch(TraceReturnLoss, "traces", Hidden, 0, none, "rl", "PlotReturnLossBox", "Return Loss",
            "Return loss, 10 dB per division"),
     {TankType, "tank", Number, 1, CoupledField<&DC::TankType>::Put, none, {

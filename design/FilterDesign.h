@@ -166,6 +166,7 @@ struct FilterDesign {
     SweepResponse Response{};
     double MagTopRef = 10.0;          ///< level of the top grid line of the 10 dB scale, dB
     double GDFullScale = 0.0;         ///< group delay that the full plot height stands for, s
+    double PulseTimeStep = 0.0;       ///< between two samples of the pulse response, s
     double PhaseGDThreshold = -20.0;  ///< below this level phase and delay are blank, dB, <= 0
 
     DirectCoupledSettings DirectCoupled{};

@@ -10,6 +10,7 @@ PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& re
     traces.MagnitudeDb = quantities.MagnitudeDb;
     traces.PhaseDeg = quantities.PhaseDeg;
     traces.GroupDelay = quantities.GroupDelay;
+    traces.Pulse = quantities.Pulse;
     traces.ReturnLossDb = response.ReflectionDb;
     return traces;
 }

@@ -1,6 +1,7 @@
 // Grid, labels, marks and title of the plot.
 #include "display/PlotFrame.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "design/ChoiceNames.h"
@@ -14,8 +15,11 @@ namespace {
 
 constexpr int middlePoint = NumSweepPoints / 2;  // its frequency stands below the plot's middle
 constexpr int labelGap = 5;                      // between the plot and a frequency label
-constexpr int markDrop = 5;                      // a mark's bottom lies this far below its line
-constexpr int groupDelayMarkGap = 8;             // right end of the marks to the plot
+constexpr int timeTickLength = 6;                // pixels upwards from the plot's bottom
+constexpr int mostTimeSteps = 15;
+constexpr double timeTolerance = 1e-9;  // a last tick that rounding puts beyond the plot's end
+constexpr int markDrop = 5;             // a mark's bottom lies this far below its line
+constexpr int groupDelayMarkGap = 8;    // right end of the marks to the plot
 constexpr int groupDelayMarkGapBesideMag = 30;
 constexpr int magMarkOffset = 22;
 constexpr int phaseMarkOffset = 6;
@@ -82,6 +86,36 @@ void AddFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
     add(design.SweepF2, 1.0);
 }
 
+// The smallest 1, 2 or 5 times a power of ten that is at least `least`; 0 if that is no positive
+// number.
+double RoundStep(double least) {
+    if (!(least > 0.0) || !std::isfinite(least)) return 0.0;
+    const double decade = std::pow(10.0, std::floor(std::log10(least)));
+    for (const double factor : {1.0, 2.0, 5.0})
+        if (factor * decade >= least) return factor * decade;
+    return 10.0 * decade;
+}
+
+// The time axis of the pulse: sample n stands where sweep point n does, so that the plot is
+// NumSweepPoints steps wide.
+void AddTimeAxis(const FilterDesign& design, const PlotLayout& layout, const TextMetrics& metrics,
+                 PlotFrame& frame) {
+    const PlotColour colour = TraceColour(TraceKind::Pulse);
+    const double span = NumSweepPoints * design.PulseTimeStep;
+    // As wide as any label is, and as much again between two.
+    const double room = 2.0 * metrics.Width("0000 ms") / layout.PlotWidth;
+    const double step = RoundStep(span * std::max(room, 1.0 / mostTimeSteps));
+    if (step == 0.0) return;
+    const int y = layout.PlotBottom + labelGap + metrics.Height;
+    for (int i = 0; i * step <= span * (1.0 + timeTolerance); ++i) {
+        const int x = layout.PlotLeft + NearestInt(i * step / span * layout.PlotWidth);
+        const std::string text = i == 0 ? "0 s" : FormatWithPrefix(i * step, 2, "s");
+        frame.TimeTicks.push_back(
+            {x, layout.PlotBottom, x, layout.PlotBottom - timeTickLength, colour});
+        frame.TimeLabels.push_back({x - metrics.Width(text) / 2, y, text, colour});
+    }
+}
+
 // Every mark where there is room, else every second, fifth or tenth: in a very low plot the marks
 // would overlap. Digits take about three quarters of a line's height.
 int MarkStride(const PlotLayout& layout, const TextMetrics& metrics) {
@@ -127,6 +161,7 @@ PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices
     AddFrequencyLabels(design, layout, metrics, frame);
     // One pixel below the plot, so that a trace lying on the bottom edge stays visible.
     frame.Border = {layout.PlotLeft, layout.PlotTop, layout.PlotWidth, layout.PlotHeight + 1};
+    if (choices.Pulse) AddTimeAxis(design, layout, metrics, frame);
     AddScaleMarks(design, choices, layout, metrics, frame);
     frame.Title.Text = DesignTitle(design);
     frame.Title.X = layout.PlotLeft + (layout.PlotWidth - metrics.Width(frame.Title.Text)) / 2;

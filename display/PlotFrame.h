@@ -38,6 +38,8 @@ struct PlotFrame {
     std::vector<PlotLine> Lines;  ///< in drawing order: horizontal, then vertical
     PlotRect Border;              ///< its right and bottom lines lie at Left + Width, Top + Height
     std::vector<PlotText> FrequencyLabels;  ///< start, middle, stop
+    std::vector<PlotLine> TimeTicks;        ///< with the pulse trace: at round times from zero
+    std::vector<PlotText> TimeLabels;       ///< one for each tick, below the frequency labels
     std::vector<PlotText>
         GroupDelayMarks;                   ///< top to bottom: 11, fewer in a very low plot, or none
     std::vector<PlotText> MagnitudeMarks;  ///< top to bottom: 11, fewer in a very low plot, or none

@@ -10,9 +10,10 @@ namespace {
 constexpr int leftMargin = 60;
 constexpr int leftMarginTwoScales = 85;
 constexpr int rightMargin = 60;
-constexpr int topMargin = 35;    // between the panel and the plot: the title
-constexpr int labelMargin = 30;  // between the plot and the strip: the frequency labels
-constexpr int gridBorder = 67;   // the label column and the grid's own border
+constexpr int topMargin = 35;        // between the panel and the plot: the title
+constexpr int labelMargin = 30;      // between the plot and the strip: the frequency labels
+constexpr int timeLabelMargin = 18;  // more where time labels stand below those
+constexpr int gridBorder = 67;       // the label column and the grid's own border
 
 }  // namespace
 
@@ -23,7 +24,8 @@ PlotLayout ComputePlotLayout(const PlotArea& area, const TraceChoices& choices) 
     layout.PlotRight =
         std::max(area.ClientWidth - rightMargin, layout.PlotLeft + SmallestPlotWidth);
     layout.PlotTop = area.PanelHeight + topMargin;
-    layout.PlotBottom = std::max(area.GridTop - SchematicHeight - labelMargin, layout.PlotTop);
+    const int margin = labelMargin + (choices.Pulse ? timeLabelMargin : 0);
+    layout.PlotBottom = std::max(area.GridTop - SchematicHeight - margin, layout.PlotTop);
     layout.PlotWidth = layout.PlotRight - layout.PlotLeft;
     layout.PlotHeight = layout.PlotBottom - layout.PlotTop;
     layout.PlotBottom += PlotDivisions - layout.PlotHeight % PlotDivisions;

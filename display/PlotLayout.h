@@ -44,8 +44,9 @@ struct PlotLayout {
 };
 
 /// Lays out the plot. The left margin widens when group delay and the 10 dB magnitude both need a
-/// column of scale marks. The bottom moves down to whole divisions, by a full division even when
-/// the height already was whole. A client too small gives the smallest plot, partly off the client.
+/// column of scale marks, the one below the plot when the pulse trace needs its time axis. The
+/// bottom moves down to whole divisions, by a full division even when the height already was whole.
+/// A client too small gives the smallest plot, partly off the client.
 PlotLayout ComputePlotLayout(const PlotArea& area, const TraceChoices& choices);
 
 /// The group-delay scale box: left of the plot, vertically centred on its top edge.

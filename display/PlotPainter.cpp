@@ -29,6 +29,13 @@ void DrawTexts(QPainter& painter, const std::vector<PlotText>& texts) {
         DrawTextAt(painter, text);
 }
 
+void DrawLines(QPainter& painter, const std::vector<PlotLine>& lines) {
+    for (const PlotLine& line : lines) {
+        painter.setPen(QPen(ToQColor(line.Colour), 1));
+        painter.drawLine(line.X1, line.Y1, line.X2, line.Y2);
+    }
+}
+
 void DrawMissingPicture(QPainter& painter, const StripPicture& place) {
     const QRect box(place.X, place.Y, SchematicWidth - 1, SchematicHeight - 1);
     painter.setPen(ToQColor(Black));
@@ -68,14 +75,13 @@ TextMetrics MetricsOf(const QPainter& painter) {
 void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size) {
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(QRect(QPoint(0, 0), size), ToQColor(BackgroundColour));
-    for (const PlotLine& line : frame.Lines) {
-        painter.setPen(QPen(ToQColor(line.Colour), 1));
-        painter.drawLine(line.X1, line.Y1, line.X2, line.Y2);
-    }
+    DrawLines(painter, frame.Lines);
     DrawTexts(painter, frame.FrequencyLabels);
+    DrawTexts(painter, frame.TimeLabels);
     painter.setPen(QPen(ToQColor(Black), 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(frame.Border.Left, frame.Border.Top, frame.Border.Width, frame.Border.Height);
+    DrawLines(painter, frame.TimeTicks);
     DrawTexts(painter, frame.GroupDelayMarks);
     DrawTexts(painter, frame.MagnitudeMarks);
     DrawTexts(painter, frame.PhaseMarks);

@@ -155,9 +155,13 @@ NeededQuantities NeededFor(const TraceChoices& traces) {
     return {traces.Mag1dB || traces.Mag10dB, traces.Phase, traces.GroupDelay};
 }
 
-void Derive(const FilterDesign& design, NeededQuantities needed, DisplayQuantities& quantities) {
+void Derive(Calculation& calculation, NeededQuantities needed, DisplayQuantities& quantities,
+            const MessageCallback& report) {
+    FilterDesign& design = calculation.Design;
     DeriveDisplayQuantities(design.Response, design.SweepFreqs, design.PhaseGDThreshold, needed,
                             quantities);
+    if (ShownTraces(calculation).Pulse)
+        CalcPulseResponse(design, PulseWidth, calculation.Pulse, quantities.Pulse, report);
 }
 
 std::uint32_t NextSeed(Calculation& calculation) {
@@ -182,7 +186,8 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
         AnalyseLadder(design, calculation.Tables, report);
         AccumulateExtremes(design.Response.TransferRe, design.Response.TransferIm, low, high);
         if (!plotRun) continue;
-        Derive(design, NeededFor(calculation.Inputs.Traces()), calculation.RunQuantities);
+        Derive(calculation, NeededFor(calculation.Inputs.Traces()), calculation.RunQuantities,
+               report);
         plotRun({run, calculation.RunQuantities, design.Response});
     }
     design.Elements = design.NominalElements;
@@ -223,6 +228,17 @@ void SeedFromClock(Calculation& calculation) {
     calculation.SeedSource.seed(seed);
 }
 
+TraceChoices ShownTraces(const Calculation& calculation) {
+    TraceChoices traces = calculation.Inputs.Traces();
+    if (!calculation.PulseInWorstCase && calculation.Inputs.IsOn(ChoiceId::WorstCase))
+        traces.Pulse = false;
+    return traces;
+}
+
+std::uint64_t MathErrorCount(const Calculation& calculation) {
+    return MathErrors().ErrorCount() - calculation.FirstMathError;
+}
+
 void ClearElements(ElementList& elements) {
     elements.fill(CircuitElement{});
 }
@@ -241,9 +257,9 @@ void BuildSweepGrid(FilterDesign& design) {
         else if (start <= 0.0)
             start = 0.5 * design.SweepFreqs[1];
     } else {
-        const double logRatio = std::log(f2 / f1);
+        const double logRatio = GuardedLog(f2 / f1);
         for (int i = 0; i < NumSweepPoints; ++i)
-            design.SweepFreqs[i] = f1 * std::exp(i * logRatio / NumSweepPoints);
+            design.SweepFreqs[i] = f1 * GuardedExp(i * logRatio / NumSweepPoints);
     }
 }
 
@@ -262,7 +278,7 @@ void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) 
     calculation.WorstCase = {};
     calculation.PendingSeed.reset();
     calculation.DiscardedNow = false;
-    Derive(design, {}, calculation.Quantities);
+    Derive(calculation, {}, calculation.Quantities, report);
     SettleGroupDelayScale(calculation.Inputs, design, calculation.Quantities.GDFullScale, report);
 }
 
@@ -305,6 +321,7 @@ bool BringBackEdits(Calculation& calculation) {
 
 void PrepareCalculation(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
+    calculation.FirstMathError = MathErrors().ErrorCount();
     const bool discards = HasEdits(design);
     if (discards) calculation.Discarded = HandMadeLadder{design.Elements, design.NumElements};
     ReadInputs(calculation.Inputs, design, report);

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "analysis/Magphasefunctions.h"
+#include "analysis/PulseResponse.h"
 #include "analysis/SweepTables.h"
+#include "numbers/Matherrmain.h"
 #include "pipeline/DesignInputs.h"
 
 namespace ladderwise {
@@ -48,6 +50,11 @@ struct Calculation {
     SweepTables Tables{};
     DisplayQuantities Quantities{};     ///< of the nominal ladder, whenever a calculation returns
     DisplayQuantities RunQuantities{};  ///< of the worst-case run in hand
+    PulseWork Pulse{};                  ///< tables of the pulse response, shared by all runs
+    /// False where the control of the pulse trace is disabled while a worst case is chosen.
+    bool PulseInWorstCase = true;
+    /// Number, in the log, of the first math error of the last calculation.
+    std::uint64_t FirstMathError = MathErrors().ErrorCount();
     WorstCaseResult WorstCase{};
     /// Seed of the worst case that the last calculation asks for and that has not run yet.
     std::optional<std::uint32_t> PendingSeed{};
@@ -61,6 +68,13 @@ struct Calculation {
 
 /// Seeds the generator, once at program start.
 void SeedFromClock(Calculation& calculation);
+
+/// The traces that are drawn of the present choices: all that are chosen, but no pulse in a worst
+/// case where that cannot be chosen.
+TraceChoices ShownTraces(const Calculation& calculation);
+
+/// How many math errors the last calculation, and what was edited by hand since, has brought.
+std::uint64_t MathErrorCount(const Calculation& calculation);
 
 /// Clears all 32 slots: no element, all values unused.
 void ClearElements(ElementList& elements);

@@ -154,6 +154,8 @@ const char* NameOf(NoteKind kind) {
             return "end-tank";
         case NoteKind::Unrealisable:
             return "unrealisable";
+        case NoteKind::MathError:
+            return "math-error";
         case NoteKind::Missing:
             return "missing";
         case NoteKind::Edited:
@@ -174,9 +176,10 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
             {NoteKind::Missing,
              design.Flags.Missing == MissingStage::EllipticPrototype ? "response" : "pass",
              MissingStageText(design.Flags.Missing)});
-    if (calculation.Inputs.IsOn(ChoiceId::TracePulse))
-        notes.push_back(
-            {NoteKind::Missing, "traces", "This version draws no square-pulse response yet."});
+    if (const std::uint64_t count = MathErrorCount(calculation); count > 0)
+        notes.push_back({NoteKind::MathError, "math",
+                         std::to_string(count) + (count == 1 ? " math error" : " math errors") +
+                             ": the values of this design are doubtful."});
     AddUnrealisable(design, notes);
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);

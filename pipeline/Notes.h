@@ -15,6 +15,7 @@ enum class NoteKind {
     FormForced,
     EndTank,
     Unrealisable,
+    MathError,
     Missing,
     Edited,
     Discarded,
@@ -32,8 +33,8 @@ struct Note {
     bool Idle = false;  ///< of a replaced box: disabled, it plays no part in the present design
 };
 
-/// "replaced", "load-moved", "form-forced", "end-tank", "unrealisable", "missing", "edited",
-/// "discarded", "not-varied".
+/// "replaced", "load-moved", "form-forced", "end-tank", "unrealisable", "math-error", "missing",
+/// "edited", "discarded", "not-varied".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.

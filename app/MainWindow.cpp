@@ -17,6 +17,7 @@
 #include <QStatusBar>
 #include <QTableWidget>
 #include <QToolButton>
+#include <algorithm>
 #include <utility>
 
 #include "app/BitMapView.h"
@@ -190,6 +191,10 @@ void MainWindow::BuildStatusLine() {
     statusBar()->addPermanentWidget(progress);
     statusBar()->addPermanentWidget(mathErrorButton);
     statusBar()->setSizeGripEnabled(false);
+    // What comes and goes in it must not move the plot.
+    statusBar()->setFixedHeight(
+        std::max({statusBar()->sizeHint().height(), statusLabel->sizeHint().height(),
+                  progress->sizeHint().height(), mathErrorButton->sizeHint().height()}));
 }
 
 InputActions MainWindow::Actions() {

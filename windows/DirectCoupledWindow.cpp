@@ -20,6 +20,7 @@
 #include "pipeline/TankValues.h"
 #include "resources/Resources.h"
 #include "windows/ElidedLabel.h"
+#include "windows/HelpButton.h"
 
 namespace ladderwise {
 
@@ -154,7 +155,8 @@ QWidget* DirectCoupledWindow::BuildPictures() {
     // Edge to edge, the pictures join to the beginning of the ladder.
     grid->setHorizontalSpacing(0);
     grid->setColumnStretch(PictureColumns, 1);
-    grid->addWidget(binder.AddChoice(group, ChoiceId::AlternateMatch), 2, 0, 1, PictureColumns + 1);
+    altInverterBox = binder.AddChoice(group, ChoiceId::AlternateMatch);
+    grid->addWidget(altInverterBox, 2, 0, 1, PictureColumns + 1);
     return group;
 }
 
@@ -208,6 +210,7 @@ QWidget* DirectCoupledWindow::BuildButtons() {
     layout->addStretch(1);
     layout->addWidget(calc);
     layout->addWidget(close);
+    layout->addWidget(NewHelpButton(row, "DCHelpButton", HelpPage::DirectCoupled));
     connect(calc, &QPushButton::clicked, this, [this] { binder.Actions().Calculate(); });
     connect(close, &QPushButton::clicked, this, &QWidget::close);
     return row;

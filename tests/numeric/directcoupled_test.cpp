@@ -2,6 +2,8 @@
 // ladders do.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "directcoupled/DirectCoupled.h"
 #include "numbers/Matherrmain.h"
 #include "pipeline/NamedSettings.h"
@@ -155,8 +157,9 @@ TEST(DirectCoupled, InputsByName) {
     EXPECT_EQ(TankValueList(calculation.Design), "2.5,50,50");
     EXPECT_EQ(calculation.Inputs.Box(TankValueId(2)).Colour, BoxColour::Normal);
     const std::vector<Note> notes = CollectNotes(calculation);
-    ASSERT_EQ(notes.size(), 1u);
-    EXPECT_EQ(notes[0].Text, "Tank 3: \"junk\" was replaced by 50.");
+    ASSERT_EQ(notes.size(), 2u);
+    EXPECT_EQ(notes[0].Kind, NoteKind::EndTank);
+    EXPECT_EQ(notes[1].Text, "Tank 3 \"junk\" is no number: 50 used.");
     EXPECT_NE(ApplySetting(calculation, "tank-values", "1,2,3,4,5,6,7,8,9,10,11", {}),
               std::nullopt);
     // A band as wide as its centre frequency: listed and named, and nothing breaks.
@@ -167,7 +170,10 @@ TEST(DirectCoupled, InputsByName) {
     const std::uint64_t errors = MathErrors().ErrorCount();
     Calculate(calculation, {});
     EXPECT_GT(MathErrors().ErrorCount(), errors);
-    EXPECT_EQ(CollectNotes(calculation).front().Kind, NoteKind::Unrealisable);
+    const std::vector<Note> wideNotes = CollectNotes(calculation);
+    EXPECT_EQ(wideNotes[0].Kind, NoteKind::MathError);
+    EXPECT_TRUE(std::any_of(wideNotes.begin(), wideNotes.end(),
+                            [](const Note& note) { return note.Kind == NoteKind::Unrealisable; }));
 }
 
 }  // namespace

@@ -134,9 +134,14 @@ TEST(Pipeline, BoundsAndDefaultOfEveryBox) {
                  {"cap-l", "-1", 0, 0.5e-9, "1e7", 1e-3, "1.25", 1.25e-9},
                  {"cap-r", "-1", 0, 0.25, "1e7", 1e6, "0", 0},
                  {"runs", "0", 1, 100, "1001", 1000, "1000", 1000},
+                 {"tlin", "0.9", 1, 45, "181", 180, "60.5", 60.5},
+                 {"tlsc", "0.9", 1, 45, "181", 180, "60", 60},
+                 {"tloc", "-60", 1, 45, "1e9", 180, "75", 75},
+                 {"factor", "0.1", 0.2, 0.5, "1.1", 1, "0.7", 0.7},
                  {"threshold", "-201", -200, -20, "201", -200, "0.5", -0.5}};
     // clang-format on
-    std::set<std::string> tested = {"gd-scale", "percent-change"};  // read by other stages
+    // Read by other stages, or tested with their own.
+    std::set<std::string> tested = {"gd-scale", "percent-change", "tank-values"};
     for (const auto& c : cases) {
         tested.insert(c.Name);
         for (const auto& [typed, inUse] : {std::pair<std::string, double>{c.TooLow, c.Minimum},
@@ -269,7 +274,7 @@ TEST(WorstCase, ExtremesBracketEveryRunAndTheNominalLadderReturns) {
     Session ideal;
     ideal.Run(bandPassWorstCase);
     ideal.Run({{"parts", "ideal"}, {"std", "off"}, {"worst-case", "off"}});
-    const std::vector<double>& wanted = ideal.Calc.Quantities.MagnitudeDb;
+    const auto& wanted = ideal.Calc.Quantities.MagnitudeDb;
     const double peak = *std::max_element(wanted.begin(), wanted.end());
     for (int i = 0; i < NumSweepPoints; ++i) {
         double low = 1e9, high = -1e9;

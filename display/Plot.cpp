@@ -33,11 +33,6 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
         PaintTraces(layer);
 }
 
-void Plot::PaintOverlay(const PlotTraces& run) {
-    overlay.Values = run;
-    PaintTraces(overlay);
-}
-
 void Plot::PaintBackground(const FilterDesign& design) {
     const QSize size = image.deviceIndependentSize().toSize();
     layout = ComputePlotLayout(
@@ -55,6 +50,17 @@ void Plot::PaintTraces(const PlotLayer& layer) {
                   image.format());
     QPainter painter(&pixels);
     PaintLayer(painter, layer, choices, layout, scales, points, image.devicePixelRatio());
+}
+
+void Plot::PaintOverlay(const PlotTraces& run) {
+    const auto bytesPerPixel = static_cast<qsizetype>(sizeof(std::uint32_t));
+    const PixelRows picture{reinterpret_cast<std::uint32_t*>(image.bits()), image.width(),
+                            image.height(), image.bytesPerLine() / bytesPerPixel};
+    for (TraceKind kind : TraceDrawOrder) {
+        if (!IsChosen(choices, kind)) continue;
+        MapTrace(ValuesOf(run, kind), kind, false, layout, scales, points);
+        spans.Fill(points, image.devicePixelRatio(), TraceColour(kind), picture);
+    }
 }
 
 void Plot::ScrollStrip(const FilterDesign& design, int scroll) {

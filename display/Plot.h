@@ -7,6 +7,7 @@
 
 #include "display/PlotContent.h"
 #include "display/PlotPainter.h"
+#include "display/TraceSpans.h"
 
 namespace ladderwise {
 
@@ -34,7 +35,7 @@ public:
     void PaintContent(const PlotContent& content, const PlotPlacement& placement);
 
     /// A worst-case run: draws the chosen traces over what is there, with layout, scales and
-    /// choices of the last run 0. Allocates nothing.
+    /// choices of the last run 0, by filling spans of pixels (TraceSpans) in place of lines.
     void PaintOverlay(const PlotTraces& run);
 
     /// Repaints the strip alone at another scroll position; traces and overlays stay.
@@ -58,7 +59,7 @@ private:
     TraceChoices choices;
     PlotPlacement placement;
     TracePoints points;
-    PlotLayer overlay;
+    TraceSpans spans;
     SchematicPictures pictures;
 };
 

@@ -308,10 +308,12 @@ std::string FormatGeneral(double x) {
 std::string FormatFullPrecision(double x) {
     if (!std::isfinite(x)) return PointFixed(x, 0);
     std::array<char, 400> buffer;  // as in PointFixed; a subnormal has up to 325 decimals
-    const auto end =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), x, std::chars_format::fixed)
-            .ptr;
-    return Localised({buffer.data(), end});
+    char* const begin = buffer.data();
+    char* const end = begin + buffer.size();
+    const auto rounded = std::to_chars(begin, end, x, std::chars_format::scientific,
+                                       std::numeric_limits<double>::digits10 - 1);
+    std::from_chars(begin, rounded.ptr, x);
+    return Localised({begin, std::to_chars(begin, end, x, std::chars_format::fixed).ptr});
 }
 
 }  // namespace ladderwise

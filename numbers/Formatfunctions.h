@@ -64,7 +64,8 @@ std::string FormatPlain(double x, int digits);
 /// be long: "2", "0.1", "1.5707963267949", "-1E99".
 std::string FormatGeneral(double x);
 
-/// The shortest plain text that reads back as exactly x: for limits that are computed.
+/// x rounded to 15 significant digits (the most that every double keeps), in its shortest plain
+/// text, without exponent: for limits that are computed, 0.005 * 35 being "0.175".
 std::string FormatFullPrecision(double x);
 
 }  // namespace ladderwise

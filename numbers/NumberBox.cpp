@@ -1,6 +1,7 @@
 // The bounded readers: bad input is never refused, it is replaced and shown as replaced.
 #include "numbers/NumberBox.h"
 
+#include <cmath>
 #include <utility>
 
 #include "numbers/Formatfunctions.h"
@@ -8,6 +9,14 @@
 namespace ladderwise {
 
 namespace {
+
+/// How far a value may lie beyond a bound and count as the bound, as a part of it: the texts of
+/// computed limits have 15 digits, and so have values that were computed by another way.
+constexpr double LimitSlack = 1e-14;
+
+bool Touches(double value, double bound) {
+    return std::abs(value - bound) <= LimitSlack * std::abs(bound);
+}
 
 /// The steps that both readers share; T is double or int and `parse` reads a text as T.
 template <typename T, typename Parse>
@@ -32,11 +41,11 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
         value = static_cast<T>(*box.ExactValue);
     else if (!parse(box.Text, value))
         replace(defaultText);
-    if (value < minimum) {
+    if (value < minimum && !Touches(value, minimum)) {
         value = minimum;
         replace(minText);
     }
-    if (value > maximum) {
+    if (value > maximum && !Touches(value, maximum)) {
         value = maximum;
         replace(maxText);
     }

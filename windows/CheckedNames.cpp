@@ -23,9 +23,11 @@ void SetMenuCheckedSilently(QObject* owner, const QString& componentName, bool c
 }
 
 QString CheckedItemName(const QWidget* menu, const QAction* item) {
-    if (!menu->actions().contains(const_cast<QAction*>(item)) || !item->menu()) return {};
-    for (const QAction* entry : item->menu()->actions())
-        if (entry->isChecked()) return entry->objectName();
+    if (!menu->actions().contains(const_cast<QAction*>(item))) return {};
+    if (item->menu()) {
+        for (const QAction* entry : item->menu()->actions())
+            if (entry->isChecked()) return entry->objectName();
+    }
     return QStringLiteral(" ");
 }
 

@@ -17,7 +17,8 @@ void SetButtonCheckedSilently(QObject* owner, const QString& componentName, bool
 void SetMenuCheckedSilently(QObject* owner, const QString& componentName, bool checked);
 
 /// The component name of the first checked entry of the sub-menu that `item` of `menu` opens: a
-/// single blank if none is checked, an empty text if `item` is not in `menu` or opens no sub-menu.
+/// single blank if none is checked or there is no sub-menu, an empty text if `item` is not in
+/// `menu`.
 QString CheckedItemName(const QWidget* menu, const QAction* item);
 
 }  // namespace ladderwise

@@ -86,6 +86,39 @@ TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
     EXPECT_EQ(plot->Image(), before);
 }
 
+// Spans of pixels are not exactly the lines of the toolkit, but one pixel aside at most; only where
+// traces cross may another colour lie on top.
+TEST(Plot, OverlayFollowsThePaintedLines) {
+    const ButterworthResponse nominal = MakeButterworth(SweepType::OneDecade);
+    ButterworthResponse other = MakeButterworth(SweepType::TwoDecades, 1.3);
+    for (const int gap : {100, 101, 400, 500})
+        other.MagnitudeDb[gap] = std::nan("");
+    const TraceChoices all{true, true, true, true, true, true};
+    for (const double ratio : {1.0, 1.5, 2.0, 3.0}) {
+        const auto spans = Painted(nominal, all, ratio);
+        spans->PaintOverlay(other.Traces());
+        PlotContent both = nominal.Content(all);
+        both.Layers.push_back({other.Traces()});
+        const auto lines = std::make_unique<Plot>();
+        lines->Resize(Width, Height, ratio);
+        lines->PaintContent(both, Placement);
+        const QImage& image = spans->Image();
+        int apart = 0, far = 0;
+        for (int at = 0; at < image.width() * image.height(); ++at) {
+            const QPoint here(at % image.width(), at / image.width());
+            if (image.pixel(here) == lines->Image().pixel(here)) continue;
+            ++apart;
+            int k = 0;
+            while (k < 9 &&
+                   lines->Image().pixel(here + QPoint(k % 3 - 1, k / 3 - 1)) != image.pixel(here))
+                ++k;
+            far += k == 9;
+        }
+        EXPECT_LE(far, 10) << ratio;
+        EXPECT_LT(apart, 2000 * ratio) << ratio;
+    }
+}
+
 TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const auto plot = Painted(made, {}, 2.0);

@@ -13,7 +13,12 @@ BitMapView::BitMapView(const Plot& plot, QWidget* parent) : QWidget(parent), plo
 
 void BitMapView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.drawImage(0, 0, plot.Image());
+    const QImage& image = plot.Image();
+    const QSize size = image.deviceIndependentSize().toSize();
+    // A picture that waits for its new size may be smaller.
+    if (width() > size.width() || height() > size.height())
+        painter.fillRect(rect(), ToQColor(BackgroundColour));
+    painter.drawImage(0, 0, image);
 }
 
 }  // namespace ladderwise

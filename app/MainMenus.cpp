@@ -62,9 +62,12 @@ const std::vector<MenuTable> menus = {
     {"EllipticMenu", "&Elliptic", {Choices(Response, 7, 11)}},
     {"SweepMenu", "&Sweep F7", {Choices(Sweep, 0, 5)}},
     {"PartsMenu", "P&arts", {
-        {"PartDefinitionsMenu", "Part &Definitions", "", {}}}},
+        {"PartDefinitionsMenu", "Part &Definitions", "", {}},
+        {"BringBackMenu", "Bring Back &Edited Values", "", {}}}},
     {"OptionsMenu", "&Options", {
         {"OptionsWindowMenu", "&Options...", "Will set the level below which phase and group delay are not plotted.", {}},
+        {"FixSeedMenu", "&Fix Worst-Case Seed", "", {}},
+        {"SetSeedMenu", "Worst-Case &Seed...", "", {}},
         {"MathErrMenu", "&Math Err...", "Will list the math errors of this session.", {}}}},
     {"HelpMenu", "&Help", {
         {"HelpWindowMenu", "&Help...", "", {}},

@@ -5,7 +5,9 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLineEdit>
+#include <QPixmap>
 
 #include "display/PlotPainter.h"
 
@@ -13,7 +15,8 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int Gap = 6;  ///< pixels between controls
+constexpr int Gap = 6;            ///< pixels between controls
+constexpr int SwatchDensity = 2;  ///< pixels of a swatch per logical pixel
 
 QGridLayout* GridOf(QGroupBox* group) {
     auto* const grid = new QGridLayout(group);
@@ -39,12 +42,14 @@ Button* AddButton(QWidget* parent, const char* name, const char* caption, const 
     return button;
 }
 
-/// A caption in the colour of its trace.
-void Paint(QWidget* box, TraceKind kind) {
-    QPalette colours = box->palette();
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
-        colours.setColor(group, QPalette::WindowText, ToQColor(TraceColour(kind)));
-    box->setPalette(colours);
+/// A swatch in the colour of its trace beside the caption, which any desktop theme leaves readable.
+void AddSwatch(QAbstractButton* box, TraceKind kind) {
+    const int side = box->fontMetrics().ascent();
+    QPixmap swatch(QSize(side, side) * SwatchDensity);
+    swatch.setDevicePixelRatio(SwatchDensity);
+    swatch.fill(ToQColor(TraceColour(kind)));
+    box->setIcon(QIcon(swatch));
+    box->setIconSize(QSize(side, side));
 }
 
 /// The check box of a trace and where it stands.
@@ -167,7 +172,7 @@ QWidget* MainPanel::BuildTracesGroup() {
         QAbstractButton* const box = binder.AddChoice(group, trace.Id);
         place(box, trace.Row, trace.Column);
         if (trace.Id == ChoiceId::TracePulse) PlotPulseBox = box;
-        Paint(box, trace.Kind);
+        AddSwatch(box, trace.Kind);
         if (trace.Id != ChoiceId::TraceGroupDelay) continue;
         AutoScaleCheckBox = binder.AddChoice(group, ChoiceId::AutoScale);
         place(AutoScaleCheckBox, 1, 1);

@@ -6,17 +6,21 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableWidget>
+#include <utility>
 
 #include "app/BitMapView.h"
 #include "windows/ElidedLabel.h"
+#include "windows/FittedCells.h"
 #include "windows/HelpWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 
@@ -24,11 +28,19 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int GridRowHeight = 22;      ///< pixels of a row of the value grid
+constexpr int GridRowHeight = 22;      ///< pixels of a row of the value grid, at least
+constexpr int CellMargin = 2;          ///< pixels above and below a cell's text
 constexpr double GridFontScale = 0.9;  ///< of the normal font: "-15.9E-12" fits its cell
 constexpr int ProgressWidth = 200;
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
+constexpr QSize FrameAllowance(12, 40);    ///< title bar and borders of most desktops
+constexpr int SmallestClientHeight = 480;  ///< a lower client area is scrolled
+
+/// A caption without its mnemonic.
+QString PlainText(QString caption) {
+    return caption.remove('&');
+}
 
 }  // namespace
 
@@ -46,11 +58,18 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     BuildStatusLine();
     partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
     BuildHelp();
+    drawing.setSingleShot(true);
+    connect(&drawing, &QTimer::timeout, this, [this] {
+        drawing.start();  // it has run out, but the drawing is still to be done
+        FinishDrawing();
+    });
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
-    setMinimumSize(SmallestSize);
-    resize(StartSize);
+    // The window's frame comes on top of what is set here.
+    const QSize room = screen()->availableSize() - FrameAllowance;
+    setMinimumSize(SmallestSize.boundedTo(room));
+    resize(StartSize.boundedTo(room));
 }
 
 MainWindow::~MainWindow() {
@@ -66,7 +85,14 @@ void MainWindow::SetMessageCallback(MessageCallback newReport) {
 void MainWindow::BuildClient() {
     client = new QWidget(this);
     client->setObjectName("Client");
-    setCentralWidget(client);
+    client->setMinimumHeight(SmallestClientHeight);
+    clientView = new QScrollArea(this);
+    clientView->setObjectName("ClientView");
+    clientView->setFrameShape(QFrame::NoFrame);
+    clientView->setFocusPolicy(Qt::NoFocus);
+    clientView->setWidgetResizable(true);
+    clientView->setWidget(client);
+    setCentralWidget(clientView);
     bitMap = new BitMapView(plot, client);
     bitMap->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(bitMap, &QWidget::customContextMenuRequested, this,
@@ -85,16 +111,19 @@ void MainWindow::BuildClient() {
     valueGrid->verticalHeader()->hide();
     valueGrid->horizontalHeader()->setMinimumSectionSize(SchematicWidth);
     valueGrid->horizontalHeader()->setDefaultSectionSize(SchematicWidth);
-    valueGrid->verticalHeader()->setMinimumSectionSize(GridRowHeight);
-    valueGrid->verticalHeader()->setDefaultSectionSize(GridRowHeight);
     valueGrid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     valueGrid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     valueGrid->setFrameShape(QFrame::NoFrame);
     valueGrid->setSelectionMode(QAbstractItemView::SingleSelection);
     valueGrid->setTabKeyNavigation(false);
+    valueGrid->setItemDelegate(new FittedCells(valueGrid));
     QFont cellFont = valueGrid->font();
     cellFont.setPointSizeF(cellFont.pointSizeF() * GridFontScale);
     valueGrid->setFont(cellFont);
+    const int rowHeight =
+        std::max(GridRowHeight, valueGrid->fontMetrics().height() + 2 * CellMargin);
+    valueGrid->verticalHeader()->setMinimumSectionSize(rowHeight);
+    valueGrid->verticalHeader()->setDefaultSectionSize(rowHeight);
     QPalette beyondCells = valueGrid->viewport()->palette();
     beyondCells.setColor(QPalette::Base, ToQColor(BackgroundColour));
     valueGrid->viewport()->setPalette(beyondCells);
@@ -121,7 +150,8 @@ void MainWindow::BuildEllipticPanel() {
     grid->setSpacing(1);
     NumberEdit* const box = binder.AddBox(ellipticPanel, InputId::TrapType);
     QLabel* const label = binder.AddLabel(ellipticPanel, InputId::TrapType);
-    label->setFont(valueGrid->font());
+    label->setFont(FontThatFits(valueGrid->font(), PlainText(label->text()), SchematicWidth - 4,
+                                QWIDGETSIZE_MAX));
     UpDownButton* const arrows =
         binder.AddArrows(ellipticPanel, InputId::TrapType, "EllipticFormUpDown");
     box->setMinimumWidth(0);
@@ -152,9 +182,12 @@ InputActions MainWindow::Actions() {
 }
 
 void MainWindow::ConnectCommands() {
-    for (QAction* const action : BuildMenus(this, binder))
+    for (QAction* const action : BuildMenus(this, binder)) {
+        if (action->objectName() == "BringBackMenu") action->setShortcut(QKeySequence("Ctrl+B"));
+        action->setCheckable(action->objectName() == "FixSeedMenu");
         connect(action, &QAction::triggered, this,
                 [this, action] { RunCommand(action->objectName()); });
+    }
     // Shown nowhere: the settings file has a line for its check, and keeps its layout.
     auto* const readOut = new QAction("Here for File Read Save", this);
     readOut->setObjectName("MouseReadOutMenu");
@@ -176,9 +209,28 @@ void MainWindow::CalcButtonClick() {
 }
 
 void MainWindow::Recalculate() {
-    Calculate(calculation, report, Painter());
+    drawing.stop();  // a message box in the middle must not draw a design half made
+    rejected.clear();
+    PrepareCalculation(calculation, report);
     ShowInputs();
+    Draw();
+}
+
+/// What takes no longer than a step is drawn with it. A worst case waits until all input that has
+/// come in the meantime is taken: keys held down would pile up behind it otherwise.
+void MainWindow::Draw() {
+    drawing.start();
+    if (!calculation.PendingSeed) return FinishDrawing();
+    ShowValueGrid();
+}
+
+void MainWindow::FinishDrawing() {
+    if (!drawing.isActive()) return;
+    drawing.stop();
+    if (std::exchange(resized, false)) SizePlot(devicePixelRatioF());
+    FinishCalculation(calculation, report, Painter());
     ShowStatus();
+    ShowCommands();
 }
 
 void MainWindow::FilterMenuClick(const QObject* sender) {
@@ -196,6 +248,46 @@ void MainWindow::RunCommand(const QString& name) {
     if (name == "PrintMenu") PrintPage();
     if (name == "HelpWindowMenu") ShowHelp();
     if (name == "AboutMenu") ShowAbout();
+    if (name == "BringBackMenu") BringBack();
+    if (name == "FixSeedMenu") FixSeed(!calculation.FixedSeed);
+    if (name == "SetSeedMenu") AskForSeed();
+}
+
+void MainWindow::BringBack() {
+    StoreInputs();
+    rejected.clear();
+    if (BringBackEdits(calculation)) AnalyseAndDraw();
+}
+
+/// Keeps the draws of the worst case on the screen for the calculations to come, or frees them.
+void MainWindow::FixSeed(bool fix) {
+    FinishDrawing();
+    if (!fix)
+        calculation.FixedSeed.reset();
+    else if (calculation.WorstCase.Runs > 0)
+        calculation.FixedSeed = calculation.WorstCase.Seed;
+    else
+        calculation.FixedSeed = static_cast<std::uint32_t>(calculation.SeedSource());
+    ShowCommands();
+}
+
+void MainWindow::AskForSeed() {
+    FinishDrawing();
+    const std::uint32_t present = calculation.FixedSeed.value_or(
+        calculation.WorstCase.Runs > 0 ? calculation.WorstCase.Seed : 1);
+    bool accepted = false;
+    const QString text = QInputDialog::getText(
+        this, "Worst-Case Seed", "Seed of the random draws, 0 to 4294967295:", QLineEdit::Normal,
+        QString::number(present), &accepted);
+    if (!accepted) return;
+    bool whole = false;
+    const uint seed = text.trimmed().toUInt(&whole);
+    if (!whole)
+        return report("Error", "\"" + text.toStdString() +
+                                   "\" is no seed: a whole number from 0 to 4294967295 is.");
+    calculation.FixedSeed = seed;
+    CalcButtonClick();
+    ShowCommands();
 }
 
 void MainWindow::ShowPartDefinitions() {
@@ -213,6 +305,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     partDefinitions->close();
     help->close();
     QMainWindow::closeEvent(event);
+    if (!event->isAccepted()) return;
+    drawing.stop();
+    emit Closed();
 }
 
 }  // namespace ladderwise

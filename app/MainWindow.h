@@ -4,10 +4,13 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QTimer>
+#include <vector>
 
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "display/Plot.h"
+#include "display/ValueGridContent.h"
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
 
@@ -16,6 +19,7 @@ class QProgressBar;
 class QScrollArea;
 class QScrollBar;
 class QTableWidget;
+class QTableWidgetItem;
 
 namespace ladderwise {
 
@@ -35,6 +39,10 @@ public:
 
     const Calculation& State() const { return calculation; }
 
+    /// Draws now what waits to be drawn. Steps that follow each other quickly are calculated one
+    /// by one up to the worst case; the worst case runs when no more input waits.
+    void FinishDrawing();
+
     /// Takes what stands in the controls and recalculates.
     void CalcButtonClick();
 
@@ -48,6 +56,10 @@ public:
     /// Enter on the value grid: simulates what stands in its cells.
     void SimulateGrid();
 
+signals:
+    /// The window has been closed: the program ends, whatever else is open.
+    void Closed();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -59,6 +71,10 @@ private:
     void BuildEllipticPanel();
     void BuildStatusLine();
     void ConnectCommands();
+    void Draw();  ///< at once, or as soon as no more input waits
+    void BringBack();
+    void FixSeed(bool fix);
+    void AskForSeed();
     void Recalculate();  ///< the whole pipeline: every user action ends here
     InputActions Actions();
     void StepBox(InputId id, bool up);
@@ -77,6 +93,7 @@ private:
     void ShowInputs();
     void ShowLabels();
     void ShowStatus();
+    void ShowCommands();
     void SetControlStates();
 
     // MainWindowPlot.cpp: picture and value grid
@@ -98,16 +115,28 @@ private:
     CellPosition SelectedCell();
     void ReadGrid();
     bool ReadCell(int slot, int row);
-    void AnalyseAsItStands();
+    void MarkCell(QTableWidgetItem* item, const GridCell& cell, CellPosition at);
+    std::string RejectedText() const;
+    void AnalyseAndDraw();
 
     Calculation calculation;
     InputBinder binder;
     Plot plot;
     MessageCallback report;
     bool started = false;
+    QTimer drawing;            ///< runs out when no more input waits
+    bool resized = false;      ///< the picture has another size than the client area
     bool showingGrid = false;  ///< cells change because the program writes them
     QElapsedTimer sinceRepaint;
 
+    /// A text in the value grid that is no value: it stays to be seen until the next calculation.
+    struct RejectedCell {
+        CellPosition At;
+        QString Text;
+    };
+    std::vector<RejectedCell> rejected;
+
+    QScrollArea* clientView;  ///< scrolls the client area on a screen too low for it
     QWidget* client;
     QWidget* bitMap;
     MainPanel* panel;

@@ -38,8 +38,10 @@ void MainWindow::ShowAbout() {
 
 void MainWindow::PrintPage() {
     // Paper is finer than the screen: the plot is drawn anew for it, and once more afterwards.
+    FinishDrawing();
     SizePlot(PaperRatio);
-    RepeatAnalysis(calculation, report, Painter());
+    AskForRepeat(calculation);
+    FinishCalculation(calculation, report, Painter());
     PrintScreen(this, *client, QString::fromStdString(DesignTitle(calculation.Design)), {});
     ResizePlot();
 }

@@ -11,8 +11,6 @@ namespace ladderwise {
 
 namespace {
 
-const QColor replacedColour(192, 192, 192);
-
 std::optional<FormKey> FormKeyOf(int key) {
     constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
                                 FormKey::F5, FormKey::F6, FormKey::F7, FormKey::F8};
@@ -39,7 +37,7 @@ void MainWindow::showEvent(QShowEvent* event) {
     started = true;
     // A screen of another density needs a picture of another density.
     connect(windowHandle(), &QWindow::screenChanged, this, [this] { ResizePlot(); });
-    SizePlot(devicePixelRatioF());
+    resized = true;
     FilterMenuClick(nullptr);
 }
 
@@ -74,7 +72,8 @@ void MainWindow::FormKeyDown(FormKey key) {
             ShowStatus();
             return;
         case KeyOutcome::Analyse:
-            return AnalyseAsItStands();
+            rejected.clear();
+            return AnalyseAndDraw();
         case KeyOutcome::FullCalculate:
             SetControlStates();
             return Recalculate();
@@ -87,29 +86,43 @@ void MainWindow::SimulateGrid() {
 }
 
 void MainWindow::ReadGrid() {
-    std::vector<CellPosition> unreadable;
+    std::vector<RejectedCell> unreadable;
     for (int slot = 1; slot < valueGrid->columnCount(); ++slot)
         for (int row = 0; row < ValueGridRows; ++row)
-            if (!ReadCell(slot, row)) unreadable.push_back({slot, row});
-    AnalyseAsItStands();
-    showingGrid = true;
-    for (const CellPosition& cell : unreadable)
-        valueGrid->item(cell.Row, cell.Slot)->setBackground(replacedColour);
-    showingGrid = false;
+            if (!ReadCell(slot, row))
+                unreadable.push_back({{slot, row}, valueGrid->item(row, slot)->text()});
+    rejected = unreadable;
+    AnalyseAndDraw();
 }
 
+/// False if the cell's text is no value, now or since an earlier reading.
 bool MainWindow::ReadCell(int slot, int row) {
     const QTableWidgetItem* const item = valueGrid->item(row, slot);
-    const QString written = item->data(Qt::UserRole).toString();
-    if (item->text() == written) return true;  // the exact value stands behind the program's text
+    for (const RejectedCell& reject : rejected)
+        if (reject.At.Slot == slot && reject.At.Row == row && reject.Text == item->text())
+            return false;
+    // The exact value stands behind the program's own text, unless it was typed anew.
+    if (item->text() == item->data(Qt::UserRole).toString()) return true;
     return TryParsePartValue(item->text().toStdString(),
                              calculation.Design.Elements[slot].Value(row));
 }
 
-void MainWindow::AnalyseAsItStands() {
-    AnalyseAndPlot(calculation, report, Painter());
+std::string MainWindow::RejectedText() const {
+    std::string text;
+    for (const RejectedCell& reject : rejected) {
+        const CircuitElement& element = calculation.Design.Elements[reject.At.Slot];
+        text += "Slot " + std::to_string(reject.At.Slot) + " " + InfoOf(element.Type).Name +
+                ": \"" + reject.Text.toStdString() + "\" is no value, " +
+                CellOf(element, reject.At.Row).ToolTip + " is used.  ";
+    }
+    return text;
+}
+
+void MainWindow::AnalyseAndDraw() {
+    drawing.stop();
+    AnalyseAsItStands(calculation, report);
     ShowInputs();
-    ShowStatus();
+    Draw();
 }
 
 }  // namespace ladderwise

@@ -9,7 +9,6 @@
 
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
-#include "display/ValueGridContent.h"
 
 namespace ladderwise {
 
@@ -17,6 +16,8 @@ namespace {
 
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 const QColor labelBackground(225, 225, 225);
+const QColor editedColour(255, 236, 179);
+const QColor rejectedColour(192, 192, 192);
 
 /// The item of a cell, made when there is none yet.
 QTableWidgetItem* ItemAt(QTableWidget* grid, int row, int column) {
@@ -80,8 +81,10 @@ void MainWindow::SizePlot(double pixelRatio) {
 }
 
 void MainWindow::ResizePlot() {
-    SizePlot(devicePixelRatioF());
-    RepeatAnalysis(calculation, report, Painter());
+    bitMap->setGeometry(0, 0, client->width(), client->height());
+    resized = true;
+    AskForRepeat(calculation);
+    Draw();
 }
 
 void MainWindow::LayOutClient() {
@@ -130,6 +133,21 @@ void MainWindow::PlaceGroupDelayControls() {
     scaleBox->setVisible(delay && !calculation.Inputs.IsOn(ChoiceId::AutoScale));
 }
 
+/// The looks of a cell beyond its text: edited by hand, or rejected and still to be seen.
+void MainWindow::MarkCell(QTableWidgetItem* item, const GridCell& cell, CellPosition at) {
+    item->setBackground(cell.Edited ? QBrush(editedColour) : palette().base());
+    item->setForeground(cell.Edited ? QBrush(Qt::black) : palette().text());
+    for (const RejectedCell& reject : rejected) {
+        if (reject.At.Slot != at.Slot || reject.At.Row != at.Row) continue;
+        item->setText(reject.Text);
+        item->setData(Qt::UserRole, reject.Text);
+        item->setBackground(rejectedColour);
+        item->setForeground(QBrush(Qt::black));
+        item->setToolTip("\"" + reject.Text +
+                         "\" is no value; in use: " + QString::fromStdString(cell.ToolTip));
+    }
+}
+
 void MainWindow::ShowValueGrid() {
     showingGrid = true;
     const std::vector<GridColumn> columns = BuildValueGrid(calculation.Design);
@@ -139,6 +157,7 @@ void MainWindow::ShowValueGrid() {
         label->setText(GridRowLabels[row]);
         label->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
         label->setBackground(labelBackground);
+        label->setForeground(QBrush(Qt::black));
         for (int column = 1; column < valueGrid->columnCount(); ++column) {
             const GridCell& cell = columns[column - 1][row];
             QTableWidgetItem* const item = ItemAt(valueGrid, row, column);
@@ -146,7 +165,7 @@ void MainWindow::ShowValueGrid() {
             item->setText(text);
             item->setData(Qt::UserRole, text);
             item->setToolTip(QString::fromStdString(cell.ToolTip));
-            item->setBackground(palette().base());
+            MarkCell(item, cell, {column, row});
             Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
             if (!text.isEmpty()) flags |= Qt::ItemIsEditable;
             item->setFlags(flags);

@@ -1,4 +1,5 @@
 // The main window: from its controls to the inputs and back, control states, tool tips, status.
+#include <QAction>
 #include <QTableWidget>
 
 #include "analysis/PartValues.h"
@@ -44,8 +45,22 @@ void MainWindow::ShowLabels() {
     show(panel->ToleranceLabel, ToleranceText(model));
 }
 
+void MainWindow::ShowCommands() {
+    const auto command = [this](const char* name) { return findChild<QAction*>(name); };
+    command("BringBackMenu")->setEnabled(calculation.Discarded.has_value());
+    QAction* const fix = command("FixSeedMenu");
+    fix->setChecked(calculation.FixedSeed.has_value());
+    const bool known = calculation.FixedSeed || calculation.WorstCase.Runs > 0;
+    const std::uint32_t seed = calculation.FixedSeed.value_or(calculation.WorstCase.Seed);
+    fix->setText("&Fix Worst-Case Seed" + (known ? QString(" (%1)").arg(seed) : QString()));
+}
+
 void MainWindow::ShowStatus() {
-    const StatusLine status = DescribeStatus(calculation);
+    StatusLine status = DescribeStatus(calculation);
+    if (!rejected.empty()) {
+        status.Text = RejectedText() + status.Text;
+        status.Warning = true;
+    }
     statusLabel->SetText(
         QString::fromStdString(
             status.Text.empty() ? DesignTitle(calculation.Design) + ", " +

@@ -13,8 +13,8 @@ namespace {
 constexpr int SmallestPlot = 200;  ///< pixels; below it there is no room for the scale marks
 constexpr int LargestPlot = 16384;
 
-const std::vector<std::string> options = {"--set",  "--table", "--json",
-                                          "--plot", "--size",  "--help"};
+const std::vector<std::string> options = {"--set",  "--table", "--json",   "--plot",
+                                          "--size", "--help",  "--version"};
 
 bool ParseSize(const std::string& text, int& width, int& height) {
     const auto cross = text.find('x');
@@ -55,6 +55,8 @@ Arguments ParseArguments(const std::vector<std::string>& words) {
             arguments.Table = true;
         } else if (word == "--help" || word == "-h") {
             arguments.Help = true;
+        } else if (word == "--version") {
+            arguments.Version = true;
         } else if (std::find(options.begin(), options.end(), word) == options.end()) {
             arguments.Error = "unknown option \"" + word + "\"; the nearest valid one is \"" +
                               NearestWord(word, options) + "\"";
@@ -76,6 +78,8 @@ std::string UsageText() {
         "  --json FILE   inputs, elements, sweep and notes as JSON; - is standard output\n"
         "  --plot FILE   the plot as .png, .svg or .pdf\n"
         "  --size WxH    size of the plot in pixels (1280x800)\n"
+        "  --help        this text\n"
+        "  --version     the version\n"
         "NAME and its values:\n";
     for (const SettingHelp& setting : SettingsHelp()) {
         std::string name = "  " + setting.Name;

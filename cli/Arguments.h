@@ -12,6 +12,7 @@ struct Arguments {
     std::vector<std::pair<std::string, std::string>> Settings;  ///< --set NAME=VALUE, in order
     bool Table = false;
     bool Help = false;
+    bool Version = false;
     std::string JsonFile;
     std::string PlotFile;
     int Width = 1280;  ///< of the plot, pixels

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <span>
 
+#include "cli/Terminal.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
 
@@ -23,25 +24,6 @@ std::string Number(double x) {
                                    std::chars_format::general, SignificantDigits)
                          .ptr;
     return {buffer.data(), end};
-}
-
-/// Length of the UTF-8 sequence at the start of `text`; 0 if it is none. Overlong forms, surrogates
-/// and codes beyond U+10FFFF count as none (RFC 3629).
-std::size_t SequenceLength(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(0);
-    const std::size_t length = lead < 0x80                    ? 1
-                               : lead >= 0xc2 && lead <= 0xdf ? 2
-                               : lead >= 0xe0 && lead <= 0xef ? 3
-                               : lead >= 0xf0 && lead <= 0xf4 ? 4
-                                                              : 0;
-    if (length == 0 || length > text.size()) return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((byte(i) & 0xc0) != 0x80) return 0;
-    const unsigned second = length > 1 ? byte(1) : 0;
-    const bool unfit = (lead == 0xe0 && second < 0xa0) || (lead == 0xed && second > 0x9f) ||
-                       (lead == 0xf0 && second < 0x90) || (lead == 0xf4 && second > 0x8f);
-    return unfit ? 0 : length;
 }
 
 /// A text as typed, with U+FFFD for every byte that is no UTF-8: JSON must stay readable.
@@ -125,14 +107,24 @@ std::string ElementText(const CircuitElement& element, std::size_t slot) {
     return text + "}";
 }
 
+const char* NameOf(BoxColour colour) {
+    switch (colour) {
+        case BoxColour::Normal:
+            return "normal";
+        case BoxColour::Silver:
+            return "silver";
+        case BoxColour::Yellow:
+            return "yellow";
+    }
+    return "";
+}
+
 std::string NoteText(const Note& note) {
     std::string text = "{\"kind\": " + Quoted(NameOf(note.Kind)) +
                        ", \"name\": " + Quoted(note.Name) + ", \"text\": " + Quoted(note.Text);
-    if (note.Kind == NoteKind::Replaced)
+    if (note.Kind == NoteKind::Replaced || note.Kind == NoteKind::LoadMoved)
         text += ", \"typed\": " + Quoted(note.Typed) + ", \"in_use\": " + Quoted(note.InUse) +
-                ", \"colour\": \"silver\"";
-    if (note.Kind == NoteKind::LoadMoved)
-        text += ", \"in_use\": " + Quoted(note.InUse) + ", \"colour\": \"yellow\"";
+                ", \"colour\": " + Quoted(NameOf(note.Colour));
     return text + "}";
 }
 

@@ -1,6 +1,7 @@
 // The part table as text.
 #include "cli/TableOutput.h"
 
+#include "cli/Terminal.h"
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
@@ -59,7 +60,7 @@ std::string TableText(const Calculation& calculation) {
     for (int slot = 1; slot <= design.NumElements; ++slot)
         text += SlotLine(design.Elements[slot], slot);
     for (const Note& note : CollectNotes(calculation))
-        if (!note.Idle) text += note.Text + "\n";
+        if (!note.Idle) text += Printable(note.Text) + "\n";
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     return worstCase.empty() ? text : text + worstCase + "\n";
 }

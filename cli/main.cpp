@@ -1,17 +1,21 @@
 // The console program: sets inputs by name, runs the window's own calculation and writes tables,
 // JSON and plots.
-#include <QFile>
 #include <QGuiApplication>
 #include <QLocale>
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "cli/Arguments.h"
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
+#include "cli/Terminal.h"
 #include "display/PlotExport.h"
+#include "files/DiskFile.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
@@ -33,13 +37,15 @@ struct Session {
 };
 
 void PrintError(const std::string& text) {
-    std::fprintf(stderr, "ladderwise-cli: %s\n", text.c_str());
+    std::fprintf(stderr, "ladderwise-cli: %s\n", Printable(text).c_str());
 }
 
 MessageCallback Recorder(Session& session) {
     return [&session](const std::string& caption, const std::string& text) {
         session.Messages.push_back({caption, text});
-        PrintError(caption + ": " + text);
+        std::string line = caption + ": " + text;  // a box breaks its lines
+        std::replace(line.begin(), line.end(), '\n', ' ');
+        PrintError(line);
     };
 }
 
@@ -71,15 +77,11 @@ void PrintNotes(const Session& session, const Arguments& arguments) {
     }
 }
 
-/// Writes a text to a file or to standard output ("-").
-bool WriteText(const std::string& name, const std::string& text) {
-    QFile file(QString::fromLocal8Bit(name.c_str()));
-    const bool open =
-        name == "-" ? file.open(stdout, QIODevice::WriteOnly) : file.open(QIODevice::WriteOnly);
-    const auto size = static_cast<qint64>(text.size());
-    if (open && file.write(text.data(), size) == size && file.flush()) return true;
-    PrintError("cannot write " + name);
-    return false;
+/// Writes a file, or to standard output ("-").
+bool WriteOutput(const std::string& name, const std::string& bytes) {
+    const std::string error = name == "-" ? WriteToOutput(bytes) : WriteWholeFile(name, bytes);
+    if (!error.empty()) PrintError(error);
+    return error.empty();
 }
 
 bool WritePlot(const Session& session, const Arguments& arguments) {
@@ -87,40 +89,67 @@ bool WritePlot(const Session& session, const Arguments& arguments) {
     PlotContent content = ContentOf(calc.Design, calc.Inputs.Traces(), calc.Quantities, {});
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
-    const QString path = QString::fromLocal8Bit(arguments.PlotFile.c_str());
-    if (WritePlotFile(path, {arguments.Width, arguments.Height}, content, QGuiApplication::font()))
-        return true;
-    PrintError("cannot write " + arguments.PlotFile + " (a plot is a .png, .svg or .pdf file)");
+    const PlotFile file = PaintPlotFile(arguments.PlotFile, {arguments.Width, arguments.Height},
+                                        content, QGuiApplication::font());
+    if (file.Error.empty()) return WriteOutput(arguments.PlotFile, file.Bytes);
+    PrintError(file.Error);
     return false;
 }
 
-}  // namespace
+/// The toolkit's own words are of no use to anybody at a console, but for the last ones.
+void TakeToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type != QtFatalMsg) return;
+    PrintError(text.toStdString());
+    std::_Exit(ExitCannotWrite);
+}
 
-int main(int argc, char** argv) {
-    const Arguments arguments = ParseArguments({argv + 1, argv + argc});
-    if (arguments.Help) return WriteText("-", UsageText()) ? ExitOk : ExitCannotWrite;
+/// Painting needs fonts but no screen, whatever the desktop has set up for its programs; and the
+/// toolkit gets none of the words that are meant for this program.
+bool DrawPlot(const Session& session, const Arguments& arguments) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+    static char name[] = "ladderwise-cli";
+    static char* words[] = {name, nullptr};
+    static int count = 1;
+    const QGuiApplication application(count, words);
+    InitResources();
+    return WritePlot(session, arguments);
+}
+
+int Run(const Arguments& arguments) {
+    if (arguments.Help) return WriteOutput("-", UsageText()) ? ExitOk : ExitCannotWrite;
+    if (arguments.Version)
+        return WriteOutput("-", "ladderwise-cli " LADDERWISE_VERSION "\n") ? ExitOk
+                                                                           : ExitCannotWrite;
     if (!arguments.Error.empty()) {
         PrintError(arguments.Error);
         return ExitUsage;
     }
     const QString point = QLocale::system().decimalPoint();
     SetSystemFormatSettings({point == "," ? ',' : '.'});
-    Session session;
-    SeedFromClock(session.Calc);
-    if (!ApplySettings(session, arguments)) return ExitUsage;
-    Design(session, !arguments.PlotFile.empty());
-    PrintNotes(session, arguments);
+    const auto session = std::make_unique<Session>();
+    SeedFromClock(session->Calc);
+    if (!ApplySettings(*session, arguments)) return ExitUsage;
+    Design(*session, !arguments.PlotFile.empty());
+    PrintNotes(*session, arguments);
     bool written = true;
-    if (arguments.Table) written = WriteText("-", TableText(session.Calc)) && written;
+    if (arguments.Table) written = WriteOutput("-", TableText(session->Calc)) && written;
     if (!arguments.JsonFile.empty())
         written =
-            WriteText(arguments.JsonFile, JsonText(session.Calc, session.Messages)) && written;
-    if (!arguments.PlotFile.empty()) {
-        // A plot needs fonts but no screen.
-        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-        const QGuiApplication application(argc, argv);
-        InitResources();
-        written = WritePlot(session, arguments) && written;
-    }
+            WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages)) && written;
+    if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qInstallMessageHandler(TakeToolkitMessage);
+    PrepareStreams();
+    try {
+        return Run(ParseArguments(ArgumentWords(argc, argv)));
+    } catch (const std::bad_alloc&) {
+        PrintError("not enough memory");
+        return ExitCannotWrite;
+    }
 }

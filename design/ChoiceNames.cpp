@@ -143,7 +143,7 @@ std::string DesignTitle(const FilterDesign& design) {
     const ChoiceRow* const family = FindRow(Response, static_cast<int>(design.ResponseType));
     const ChoiceRow* const pass = FindRow(Pass, static_cast<int>(design.PassType));
     return std::to_string(design.NumPoles) + (family ? family->Title : " Pole Butterworth") +
-           (pass ? pass->Title : "");
+           (pass ? pass->Title : "") + (HasEdits(design) ? " (edited)" : "");
 }
 
 std::string MissingStageText(MissingStage missing) {

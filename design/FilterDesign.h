@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "design/DirectCoupledSettings.h"
 #include "design/ElementCatalogue.h"
@@ -155,6 +156,7 @@ struct FilterDesign {
 
     std::array<double, NumGValues> G{};  ///< G[k], k = 1 .. n from the source: 1 ohm, 1 rad/s
     ElementList Elements{};
+    std::optional<ElementList> CalculatedElements{};  ///< Elements as a calculation left them
     ElementList NominalElements{};  ///< Elements at the start of the last worst-case run
     ladderwise::PartModel PartModel{};
     bool StdLCValues = false;       ///< snap every value to its standard series
@@ -171,5 +173,21 @@ struct FilterDesign {
 
     CalcFlags Flags{};
 };
+
+/// True if a value (row 0 .. 3) of a slot in use was changed by hand since the last calculation.
+inline bool IsEdited(const FilterDesign& design, int slot, int row) {
+    if (!design.CalculatedElements) return false;
+    const double now = design.Elements[slot].Value(row);
+    const double then = (*design.CalculatedElements)[slot].Value(row);
+    return now != then && !(now != now && then != then);  // NaN stays NaN
+}
+
+/// True if any value of the ladder was.
+inline bool HasEdits(const FilterDesign& design) {
+    for (int slot = 1; slot <= design.NumElements; ++slot)
+        for (int row = 0; row < 4; ++row)
+            if (IsEdited(design, slot, row)) return true;
+    return false;
+}
 
 }  // namespace ladderwise

@@ -49,18 +49,11 @@ void Plot::PaintTraces(const PlotLayer& layer) {
     QImage pixels(image.bits(), image.width(), image.height(), image.bytesPerLine(),
                   image.format());
     QPainter painter(&pixels);
-    PaintLayer(painter, layer, choices, layout, scales, points, image.devicePixelRatio());
+    PaintLayer(painter, layer, choices, layout, scales, work.Points, image.devicePixelRatio());
 }
 
 void Plot::PaintOverlay(const PlotTraces& run) {
-    const auto bytesPerPixel = static_cast<qsizetype>(sizeof(std::uint32_t));
-    const PixelRows picture{reinterpret_cast<std::uint32_t*>(image.bits()), image.width(),
-                            image.height(), image.bytesPerLine() / bytesPerPixel};
-    for (TraceKind kind : TraceDrawOrder) {
-        if (!IsChosen(choices, kind)) continue;
-        MapTrace(ValuesOf(run, kind), kind, false, layout, scales, points);
-        spans.Fill(points, image.devicePixelRatio(), TraceColour(kind), picture);
-    }
+    PaintOverlayRun(image, run, choices, layout, scales, work);
 }
 
 void Plot::ScrollStrip(const FilterDesign& design, int scroll) {

@@ -7,7 +7,6 @@
 
 #include "display/PlotContent.h"
 #include "display/PlotPainter.h"
-#include "display/TraceSpans.h"
 
 namespace ladderwise {
 
@@ -35,7 +34,7 @@ public:
     void PaintContent(const PlotContent& content, const PlotPlacement& placement);
 
     /// A worst-case run: draws the chosen traces over what is there, with layout, scales and
-    /// choices of the last run 0, by filling spans of pixels (TraceSpans) in place of lines.
+    /// choices of the last run 0, by PaintOverlayRun.
     void PaintOverlay(const PlotTraces& run);
 
     /// Repaints the strip alone at another scroll position; traces and overlays stay.
@@ -58,8 +57,7 @@ private:
     PlotScales scales;
     TraceChoices choices;
     PlotPlacement placement;
-    TracePoints points;
-    TraceSpans spans;
+    OverlayWork work;
     SchematicPictures pictures;
 };
 

@@ -1,12 +1,13 @@
 // Writing the plot as PNG, SVG or PDF.
 #include "display/PlotExport.h"
 
+#include <QBuffer>
 #include <QFileInfo>
+#include <QFontMetrics>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 #include <algorithm>
 #include <memory>
@@ -63,6 +64,12 @@ bool WritePdf(QIODevice& file, QSize size, const PlotContent& content, const QFo
     return PaintOnto(pdf, size, content, font);
 }
 
+/// The picture that the painter paints pixel by pixel, or nullptr for a vector picture.
+QImage* PixelsOf(const QPainter& painter) {
+    QPaintDevice* const device = painter.device();
+    return device->devType() == QInternal::Image ? static_cast<QImage*>(device) : nullptr;
+}
+
 }  // namespace
 
 int TableTop(QSize size) {
@@ -77,11 +84,16 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
     PaintFrame(painter, BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter)),
                size);
     const PlotScales scales = ScalesOf(content.Design);
-    const auto work = std::make_unique<TracePoints>();
+    const auto work = std::make_unique<OverlayWork>();
     for (const PlotLayer& layer : content.Layers)
-        PaintLayer(painter, layer, content.Choices, layout, scales, *work);
-    for (const PlotTraces& run : content.Overlays)
-        PaintLayer(painter, {run}, content.Choices, layout, scales, *work);
+        PaintLayer(painter, layer, content.Choices, layout, scales, work->Points);
+    QImage* const image = PixelsOf(painter);
+    for (const PlotTraces& run : content.Overlays) {
+        if (image)
+            PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
+        else
+            PaintLayer(painter, {run}, content.Choices, layout, scales, work->Points);
+    }
 
     const std::vector<GridColumn> columns = BuildValueGrid(content.Design);
     const int needed = 2 * ValueGridLeft + (static_cast<int>(columns.size()) + 1) * TablePitch;
@@ -97,18 +109,26 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
     painter.restore();
 }
 
-bool WritePlotFile(const QString& path, QSize size, const PlotContent& content, const QFont& font) {
-    if (size.isEmpty()) return false;
-    const QString ending = QFileInfo(path).suffix().toLower();
+PlotFile PaintPlotFile(const std::string& path, QSize size, const PlotContent& content,
+                       const QFont& font) {
+    const auto failed = [&path](const std::string& reason) {
+        return PlotFile{{}, "cannot write " + path + ": " + reason};
+    };
+    const QString ending = QFileInfo(QString::fromStdString(path)).suffix().toLower();
     const auto write = ending == QLatin1String("png")   ? WritePng
                        : ending == QLatin1String("svg") ? WriteSvg
                        : ending == QLatin1String("pdf") ? WritePdf
                                                         : nullptr;
-    if (!write) return false;
-    // An old file of the name is replaced only once the new one is whole.
-    QSaveFile file(path);
-    file.setDirectWriteFallback(true);
-    return file.open(QIODevice::WriteOnly) && write(file, size, content, font) && file.commit();
+    if (!write) return failed("a plot is a .png, .svg or .pdf file");
+    if (!QFontMetrics(font).inFont(QLatin1Char('0')))
+        return failed("no font is installed, and a plot needs one (DejaVu Sans, for example)");
+    QByteArray bytes;
+    QBuffer memory(&bytes);
+    memory.open(QIODevice::WriteOnly);
+    if (size.isEmpty() || !write(memory, size, content, font))
+        return failed("no memory for a picture of " + std::to_string(size.width()) + " x " +
+                      std::to_string(size.height()) + " pixels");
+    return {bytes.toStdString(), {}};
 }
 
 }  // namespace ladderwise

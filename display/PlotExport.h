@@ -4,7 +4,7 @@
 
 #include <QFont>
 #include <QSize>
-#include <QString>
+#include <string>
 
 #include "display/PlotContent.h"
 
@@ -20,9 +20,17 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
 /// Where a picture of this size has the table of values: its top edge.
 int TableTop(QSize size);
 
-/// Writes the plot to `path` by its ending: .png, .svg or .pdf (in any case of letters). One
-/// logical pixel is 1/96 inch. False for another ending, an empty size, or a file that cannot be
-/// written.
-bool WritePlotFile(const QString& path, QSize size, const PlotContent& content, const QFont& font);
+/// A picture file in memory, or why there is none, as a sentence for the user.
+struct PlotFile {
+    std::string Bytes;
+    std::string Error;
+};
+
+/// Paints the plot as a file of the kind that the ending of `path` names: .png, .svg or .pdf (in
+/// any case of letters). One logical pixel is 1/96 inch. Nothing is written to the disk. Fails for
+/// another ending, an empty size, a picture that the memory cannot hold, and where no font is
+/// installed: a response without scales is worse than none.
+PlotFile PaintPlotFile(const std::string& path, QSize size, const PlotContent& content,
+                       const QFont& font);
 
 }  // namespace ladderwise

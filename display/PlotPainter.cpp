@@ -114,6 +114,18 @@ void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& c
     }
 }
 
+void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& choices,
+                     const PlotLayout& layout, const PlotScales& scales, OverlayWork& work) {
+    const auto bytesPerPixel = static_cast<qsizetype>(sizeof(std::uint32_t));
+    const PixelRows picture{reinterpret_cast<std::uint32_t*>(image.bits()), image.width(),
+                            image.height(), image.bytesPerLine() / bytesPerPixel};
+    for (const TraceKind kind : TraceDrawOrder) {
+        if (!IsChosen(choices, kind)) continue;
+        MapTrace(ValuesOf(run, kind), kind, false, layout, scales, work.Points);
+        work.Spans.Fill(work.Points, image.devicePixelRatio(), TraceColour(kind), picture);
+    }
+}
+
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
                 bool doubled, SchematicPictures& pictures) {
     const std::string notice = MissingStageText(design.Flags.Missing);

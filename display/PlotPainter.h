@@ -11,7 +11,7 @@
 
 #include "display/PlotFrame.h"
 #include "display/SchematicStrip.h"
-#include "display/TraceMap.h"
+#include "display/TraceSpans.h"
 #include "display/ValueGridContent.h"
 
 namespace ladderwise {
@@ -56,6 +56,17 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
                 const PlotLayout& layout, const PlotScales& scales, TracePoints& work,
                 double pixelRatio = 1.0);
+
+/// What drawing worst-case runs needs again and again.
+struct OverlayWork {
+    TracePoints Points;
+    TraceSpans Spans;
+};
+
+/// The chosen traces of a worst-case run over what a picture of Format_RGB32 shows, by filling
+/// spans of its pixels: many times as fast as lines.
+void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& choices,
+                     const PlotLayout& layout, const PlotScales& scales, OverlayWork& work);
 
 /// The schematic strip, or the notice that the ladder is empty. A picture that is missing is
 /// replaced by a box with the type's name.

@@ -36,7 +36,10 @@ std::vector<GridColumn> BuildValueGrid(const FilterDesign& design) {
     std::vector<GridColumn> columns(static_cast<std::size_t>(ShownElements(design)));
     for (std::size_t k = 0; k < columns.size(); ++k) {
         for (int row = 0; row < ValueGridRows; ++row) {
-            columns[k][static_cast<std::size_t>(row)] = CellOf(design.Elements[k + 1], row);
+            GridCell& cell = columns[k][static_cast<std::size_t>(row)];
+            cell = CellOf(design.Elements[k + 1], row);
+            cell.Edited = IsEdited(design, static_cast<int>(k) + 1, row);
+            if (cell.Edited) cell.ToolTip += ", edited by hand";
         }
     }
     return columns;

@@ -31,8 +31,12 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
 
     box.Colour = BoxColour::Normal;
     box.ReplacedText.reset();
-    const auto replace = [&box](const std::string& text) {
-        if (!box.ReplacedText) box.ReplacedText = box.Text;
+    if (!box.HoldsExactValue()) box.Moved.reset();
+    const auto replace = [&box](const std::string& text, Unfit reason) {
+        if (!box.ReplacedText) {
+            box.ReplacedText = box.Text;
+            box.Reason = reason;
+        }
         box.Text = text;
         box.Colour = BoxColour::Silver;
     };
@@ -40,14 +44,14 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
     if (box.HoldsExactValue())
         value = static_cast<T>(*box.ExactValue);
     else if (!parse(box.Text, value))
-        replace(defaultText);
+        replace(defaultText, Unfit::NotANumber);
     if (value < minimum && !Touches(value, minimum)) {
         value = minimum;
-        replace(minText);
+        replace(minText, Unfit::BelowMinimum);
     }
     if (value > maximum && !Touches(value, maximum)) {
         value = maximum;
-        replace(maxText);
+        replace(maxText, Unfit::AboveMaximum);
     }
     return value;
 }
@@ -57,6 +61,7 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
 void NumberBox::Type(std::string text) {
     Text = std::move(text);
     ExactValue.reset();
+    Moved.reset();
 }
 
 void NumberBox::WriteValue(double value) {
@@ -67,6 +72,13 @@ void NumberBox::WriteText(std::string text, double value) {
     Text = std::move(text);
     WrittenText = Text;
     ExactValue = value;
+}
+
+void NumberBox::MoveTo(double value, const std::string& why) {
+    const double wanted = Moved ? Moved->Wanted : ExactValue.value_or(value);
+    WriteValue(value);
+    Moved.reset();
+    if (value != wanted) Moved = MovedEntry{wanted, why};
 }
 
 double EditBoxToDouble(NumberBox& box, const std::string& minText, const std::string& defaultText,

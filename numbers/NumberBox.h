@@ -16,6 +16,15 @@ enum class BoxColour { Normal, Silver, Yellow };
 /// Significant digits of a number that the program writes into a box.
 inline constexpr int BoxDigits = 3;
 
+/// Why a read replaced what stood in a box.
+enum class Unfit { NotANumber, BelowMinimum, AboveMaximum };
+
+/// What a box held before the program put a value of its own in its place.
+struct MovedEntry {
+    double Wanted;    ///< the user's value
+    std::string Why;  ///< "the limit of an even-order Chebyshev"
+};
+
 /// One input box. As long as Text is what the program wrote, ExactValue stands behind it, so that
 /// showing 145.825 as "146" loses nothing.
 struct NumberBox {
@@ -24,6 +33,8 @@ struct NumberBox {
     std::string WrittenText{};                  ///< what the program wrote last
     std::optional<double> ExactValue{};         ///< the value that WrittenText stands for
     std::optional<std::string> ReplacedText{};  ///< what the last read found unfit and replaced
+    Unfit Reason = Unfit::NotANumber;           ///< of that replacement
+    std::optional<MovedEntry> Moved{};          ///< set while a value of the program's stands here
 
     /// Puts a text into the box as a user types it: no exact value stands behind it.
     void Type(std::string text);
@@ -33,6 +44,11 @@ struct NumberBox {
 
     /// Puts a text into the box that stands for exactly `value`.
     void WriteText(std::string text, double value);
+
+    /// Puts a value of the program's in the place of the value that was read, and keeps in Moved
+    /// what that was and why it moved, until the user types. A value that is the user's own again
+    /// ends the move.
+    void MoveTo(double value, const std::string& why);
 
     /// True while the text in the box is the program's own and an exact value stands behind it.
     bool HoldsExactValue() const { return ExactValue && Text == WrittenText; }

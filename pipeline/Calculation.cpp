@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
@@ -86,16 +87,63 @@ int NearestUsablePoint(const FilterDesign& design, const WorstCaseResult& result
     return nearest;
 }
 
-/// The worst case in two figures, for somebody who will build the filter.
-void Summarise(const FilterDesign& design, const std::vector<double>& nominalDb,
-               WorstCaseResult& result) {
+/// True for the sweep points of the pass band of `levels`: those within 3 dB of the peak that join
+/// the one nearest to F0; for a notch, which has a pass band on either side, all of them.
+std::vector<bool> PassBandOf(const FilterDesign& design, const std::vector<double>& levels) {
     constexpr double PassBandDepthDb = 3.0;
     double peak = -std::numeric_limits<double>::infinity();
-    for (const double level : nominalDb)
+    for (const double level : levels)
         peak = std::max(peak, std::isnan(level) ? peak : level);
+    const auto passes = [&](int i) { return levels[i] >= peak - PassBandDepthDb; };
+    std::vector<bool> band(NumSweepPoints, false);
+    if (design.PassType == PassType::Notch) {
+        for (int i = 0; i < NumSweepPoints; ++i)
+            band[i] = passes(i);
+        return band;
+    }
+    int nearest = -1;
+    const auto distance = [&](int i) { return std::abs(design.SweepFreqs[i] - design.F0); };
+    for (int i = 0; i < NumSweepPoints; ++i)
+        if (passes(i) && (nearest < 0 || distance(i) < distance(nearest))) nearest = i;
+    for (int i = nearest; i >= 0 && passes(i); --i)
+        band[i] = true;
+    for (int i = nearest; i >= 0 && i < NumSweepPoints && passes(i); ++i)
+        band[i] = true;
+    return band;
+}
+
+std::vector<double> LevelsDb(const std::vector<double>& power) {
+    std::vector<double> levels(power.size());
+    ExtremesToDb(power, levels);
+    return levels;
+}
+
+/// The pass band that the ideal ladder promises: standard values and lossy parts may detune a
+/// narrow filter so far that its own pass band says nothing about the one wanted.
+std::vector<bool> IdealPassBand(Calculation& calculation, const MessageCallback& report) {
+    FilterDesign& design = calculation.Design;
+    const ElementList elements = design.Elements;
+    const SweepResponse response = design.Response;
+    const PartChoice parts = design.PartModel.Choice;
+    design.Elements = calculation.IdealElements;
+    design.PartModel.Choice = PartChoice::IdealParts;
+    AnalyseLadder(design, calculation.Tables, report);
+    std::vector<double> low(NumSweepPoints), power(NumSweepPoints);
+    ResetExtremes(low, power);
+    AccumulateExtremes(design.Response.TransferRe, design.Response.TransferIm, low, power);
+    const std::vector<bool> band = PassBandOf(design, LevelsDb(power));
+    design.Elements = elements;
+    design.Response = response;
+    design.PartModel.Choice = parts;
+    return band;
+}
+
+/// The worst case in two figures, for somebody who will build the filter.
+void Summarise(const FilterDesign& design, const std::vector<bool>& passBand,
+               WorstCaseResult& result) {
     double lowest = std::numeric_limits<double>::infinity();
     for (int i = 0; i < NumSweepPoints; ++i)
-        if (nominalDb[i] >= peak - PassBandDepthDb) lowest = std::min(lowest, result.LowDb[i]);
+        if (passBand[i]) lowest = std::min(lowest, result.LowDb[i]);
     result.PassBandLossDb = -lowest;
     const int centre = NearestUsablePoint(design, result);
     result.SpreadAtF0Db = result.HighDb[centre] - result.LowDb[centre];
@@ -109,12 +157,6 @@ NeededQuantities NeededFor(const TraceChoices& traces) {
 void Derive(const FilterDesign& design, NeededQuantities needed, DisplayQuantities& quantities) {
     DeriveDisplayQuantities(design.Response, design.SweepFreqs, design.PhaseGDThreshold, needed,
                             quantities);
-}
-
-std::vector<double> LevelsDb(const std::vector<double>& power) {
-    std::vector<double> levels(power.size());
-    ExtremesToDb(power, levels);
-    return levels;
 }
 
 std::uint32_t NextSeed(Calculation& calculation) {
@@ -134,9 +176,6 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
     std::vector<double> low(NumSweepPoints);
     std::vector<double> high(NumSweepPoints);
     ResetExtremes(low, high);
-    AccumulateExtremes(nominal.TransferRe, nominal.TransferIm, low, high);
-    const std::vector<double> nominalDb = LevelsDb(high);
-    ResetExtremes(low, high);
     for (int run = 1; run <= result.Runs; ++run) {
         RandomiseParts(design, generator);
         AnalyseLadder(design, calculation.Tables, report);
@@ -149,7 +188,7 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
     design.Response = nominal;
     result.LowDb = LevelsDb(low);
     result.HighDb = LevelsDb(high);
-    Summarise(design, nominalDb, result);
+    Summarise(design, IdealPassBand(calculation, report), result);
 }
 
 /// What the stages overrode, into the inputs: the load that was moved shows in its box; a family
@@ -157,11 +196,22 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
 void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
     if (design.Flags.LoadMoved) {
         NumberBox& load = inputs.Box(InputId::RLoad);
-        load.WriteValue(design.RLoad);
+        load.MoveTo(design.RLoad, "the limit of an even-order Chebyshev");
         load.Colour = BoxColour::Yellow;
     }
     if (design.Flags.FellBack)
         inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);
+}
+
+/// RunAnalysis up to the plot.
+void PrepareAnalysis(Calculation& calculation, const MessageCallback& report) {
+    FilterDesign& design = calculation.Design;
+    calculation.IdealElements = design.Elements;
+    if (design.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(design);
+    if (design.StdLCValues) SnapToStdValue(design);
+    design.CalculatedElements = design.Elements;
+    AnalyseAsItStands(calculation, report);
+    if (design.WorstCase) calculation.PendingSeed = NextSeed(calculation);
 }
 
 }  // namespace
@@ -183,7 +233,12 @@ void BuildSweepGrid(FilterDesign& design) {
     if (design.SweepType == SweepType::Linear) {
         for (int i = 0; i < NumSweepPoints; ++i)
             design.SweepFreqs[i] = f1 + i * (f2 - f1) / NumSweepPoints;
-        design.SweepFreqs[0] = std::max(design.SweepFreqs[0], LowestSweepFrequency);
+        // Of a filter for millihertz 1 Hz would be no start but a jump: the first step is halved.
+        double& start = design.SweepFreqs[0];
+        if (LowestSweepFrequency < design.SweepFreqs[1])
+            start = std::max(start, LowestSweepFrequency);
+        else if (start <= 0.0)
+            start = 0.5 * design.SweepFreqs[1];
     } else {
         const double logRatio = std::log(f2 / f1);
         for (int i = 0; i < NumSweepPoints; ++i)
@@ -199,39 +254,69 @@ void BuildLadder(FilterDesign& design, const MessageCallback& report) {
     ScaleLadder(design);
 }
 
-void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
-                    const PlotRunCallback& plotRun) {
+void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
     BuildSweepTables(calculation.Tables, design.SweepFreqs, design.F0);
     AnalyseLadder(design, calculation.Tables, report);
     calculation.WorstCase = {};
+    calculation.PendingSeed.reset();
+    calculation.DiscardedNow = false;
     Derive(design, {}, calculation.Quantities);
     SettleGroupDelayScale(calculation.Inputs, design, calculation.Quantities.GDFullScale, report);
-    if (plotRun) plotRun({0, calculation.Quantities, design.Response});
+}
+
+void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
+                    const PlotRunCallback& plotRun) {
+    AnalyseAsItStands(calculation, report);
+    FinishCalculation(calculation, report, plotRun);
+}
+
+void FinishCalculation(Calculation& calculation, const MessageCallback& report,
+                       const PlotRunCallback& plotRun) {
+    if (plotRun) plotRun({0, calculation.Quantities, calculation.Design.Response});
+    const auto seed = std::exchange(calculation.PendingSeed, std::nullopt);
+    if (seed) RunWorstCase(calculation, *seed, report, plotRun);
 }
 
 void RunAnalysis(Calculation& calculation, const MessageCallback& report,
                  const PlotRunCallback& plotRun) {
-    FilterDesign& design = calculation.Design;
-    if (design.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(design);
-    if (design.StdLCValues) SnapToStdValue(design);
-    AnalyseAndPlot(calculation, report, plotRun);
-    if (design.WorstCase) RunWorstCase(calculation, NextSeed(calculation), report, plotRun);
+    PrepareAnalysis(calculation, report);
+    FinishCalculation(calculation, report, plotRun);
 }
 
-void RepeatAnalysis(Calculation& calculation, const MessageCallback& report,
-                    const PlotRunCallback& plotRun) {
-    const WorstCaseResult last = calculation.WorstCase;
-    AnalyseAndPlot(calculation, report, plotRun);
-    if (last.Runs > 0) RunWorstCase(calculation, last.Seed, report, plotRun);
+void AskForRepeat(Calculation& calculation) {
+    if (calculation.WorstCase.Runs > 0) calculation.PendingSeed = calculation.WorstCase.Seed;
+}
+
+bool BringBackEdits(Calculation& calculation) {
+    if (!calculation.Discarded) return false;
+    FilterDesign& design = calculation.Design;
+    HandMadeLadder present{design.Elements, design.NumElements};
+    const bool edited = HasEdits(design);
+    design.Elements = calculation.Discarded->Elements;
+    design.NumElements = calculation.Discarded->NumElements;
+    if (edited)
+        calculation.Discarded = present;
+    else
+        calculation.Discarded.reset();
+    return true;
+}
+
+void PrepareCalculation(Calculation& calculation, const MessageCallback& report) {
+    FilterDesign& design = calculation.Design;
+    const bool discards = HasEdits(design);
+    if (discards) calculation.Discarded = HandMadeLadder{design.Elements, design.NumElements};
+    ReadInputs(calculation.Inputs, design, report);
+    BuildLadder(design, report);
+    MarkInputs(calculation.Inputs, design);
+    PrepareAnalysis(calculation, report);
+    calculation.DiscardedNow = discards;
 }
 
 void Calculate(Calculation& calculation, const MessageCallback& report,
                const PlotRunCallback& plotRun) {
-    ReadInputs(calculation.Inputs, calculation.Design, report);
-    BuildLadder(calculation.Design, report);
-    MarkInputs(calculation.Inputs, calculation.Design);
-    RunAnalysis(calculation, report, plotRun);
+    PrepareCalculation(calculation, report);
+    FinishCalculation(calculation, report, plotRun);
 }
 
 }  // namespace ladderwise

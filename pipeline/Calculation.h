@@ -35,6 +35,12 @@ struct WorstCaseResult {
     double SpreadAtF0Db = 0.0;  ///< highest less lowest at the sweep point nearest to F0
 };
 
+/// A ladder whose values were changed by hand.
+struct HandMadeLadder {
+    ElementList Elements{};
+    int NumElements = 0;
+};
+
 /// A design with all that its calculation needs and leaves behind.
 struct Calculation {
     DesignInputs Inputs{};
@@ -43,6 +49,12 @@ struct Calculation {
     DisplayQuantities Quantities{};     ///< of the nominal ladder, whenever a calculation returns
     DisplayQuantities RunQuantities{};  ///< of the worst-case run in hand
     WorstCaseResult WorstCase{};
+    /// Seed of the worst case that the last calculation asks for and that has not run yet.
+    std::optional<std::uint32_t> PendingSeed{};
+    ElementList IdealElements{};  ///< as scaled, before de-embedding and standard values
+    /// The last values changed by hand that a calculation has discarded.
+    std::optional<HandMadeLadder> Discarded{};
+    bool DiscardedNow = false;                 ///< by the last calculation
     std::mt19937 SeedSource{};                 ///< gives each worst-case calculation its seed
     std::optional<std::uint32_t> FixedSeed{};  ///< set: every worst-case calculation uses this one
 };
@@ -67,18 +79,34 @@ void BuildLadder(FilterDesign& design, const MessageCallback& report);
 void RunAnalysis(Calculation& calculation, const MessageCallback& report,
                  const PlotRunCallback& plotRun);
 
-/// Analyses the ladder in Elements as it stands, edited by hand, and plots run 0.
+/// Analyses the ladder in Elements as it stands, edited by hand, and settles what the plot shows of
+/// it; there is no worst case of it.
+void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report);
+
+/// AnalyseAsItStands, and plots run 0.
 void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
                     const PlotRunCallback& plotRun);
 
-/// Analyses and plots the ladder as it stands once more, with the very same worst-case runs as the
-/// last time: for a picture that has to be painted anew.
-void RepeatAnalysis(Calculation& calculation, const MessageCallback& report,
-                    const PlotRunCallback& plotRun);
+/// Lets the next FinishCalculation plot the last analysis once more, with the very same worst-case
+/// runs: for a picture that has to be painted anew.
+void AskForRepeat(Calculation& calculation);
+
+/// Puts the discarded hand-made values in the place of the present ladder, unanalysed; if that is
+/// made by hand too, they change places. False if there are none.
+bool BringBackEdits(Calculation& calculation);
+
+/// The first half of Calculate, which leaves the state of the inputs and of the nominal ladder as
+/// the whole does but plots nothing: a worst case that is asked for is left pending. Steps that
+/// follow each other quickly are prepared one by one and finished once.
+void PrepareCalculation(Calculation& calculation, const MessageCallback& report);
+
+/// The second half: plots run 0 and runs the pending worst case.
+void FinishCalculation(Calculation& calculation, const MessageCallback& report,
+                       const PlotRunCallback& plotRun);
 
 /// The whole calculation, from the boxes and choices to the analysed ladder and its display
-/// quantities: ReadInputs, BuildLadder, RunAnalysis, and the marks that they leave in the boxes. A
-/// callback only paints.
+/// quantities: ReadInputs, BuildLadder, RunAnalysis, and the marks that they leave in the boxes.
+/// Values changed by hand are discarded and kept in Discarded. A callback only paints.
 void Calculate(Calculation& calculation, const MessageCallback& report,
                const PlotRunCallback& plotRun = nullptr);
 

@@ -34,9 +34,20 @@ double LoadFor(ResponseType response, double source, double load) {
     return load;
 }
 
+bool ForcesLoad(ResponseType response) {
+    return response != ResponseType::Butterworth && response != ResponseType::Chebyshev;
+}
+
 void ForceLoad(DesignInputs& inputs, FilterDesign& design) {
-    design.RLoad = LoadFor(design.ResponseType, design.RSource, design.RLoad);
-    inputs.Box(InputId::RLoad).WriteValue(design.RLoad);
+    NumberBox& box = inputs.Box(InputId::RLoad);
+    const ResponseType response = design.ResponseType;
+    box.WriteValue(design.RLoad);
+    if (!ForcesLoad(response)) return;
+    design.RLoad = LoadFor(response, design.RSource, design.RLoad);
+    const char* const share = response == ResponseType::EllipticA   ? "twice R Source"
+                              : response == ResponseType::EllipticB ? "half of R Source"
+                                                                    : "equal to R Source";
+    box.MoveTo(design.RLoad, std::string(share) + ", as this response needs it");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "pipeline/DisplayScale.h"
 
 #include "numbers/Formatfunctions.h"
+#include "pipeline/Keystrokes.h"
 
 namespace ladderwise {
 
@@ -20,6 +21,17 @@ void SettleGroupDelayScale(DesignInputs& inputs, FilterDesign& design, double co
         box.Colour = BoxColour::Normal;
         box.ReplacedText.reset();
         design.GDFullScale = computed;
+        return;
+    }
+    // "500n" and "0.5 us" are as good as "500E-9"; the text stays as it was typed.
+    double typed = 0.0;
+    if (!box.HoldsExactValue() && !TryParseDouble(box.Text, typed) &&
+        TryParseWithPrefix(box.Text, "s", typed))
+        box.WriteText(box.Text, typed);
+    // Bounds around a scale that is no positive number would mean nothing: nothing is replaced.
+    if (!(computed > 0.0)) {
+        if (box.HoldsExactValue()) typed = *box.ExactValue;
+        design.GDFullScale = typed > 0.0 ? typed : computed;
         return;
     }
     design.GDFullScale =

@@ -81,15 +81,15 @@ KeyOutcome NextCode(Calculation& calculation, ChoiceId id, int count) {
     return KeyOutcome::FullCalculate;
 }
 
-/// Takes the longest of the known units off the end of a text; blanks before it go too.
-std::string_view WithoutUnit(std::string_view text) {
-    for (const std::string_view unit : {"ohms", "ohm", "deg", "H", "F"})
-        if (text.size() > unit.size() && text.substr(text.size() - unit.size()) == unit) {
-            text.remove_suffix(unit.size());
-            break;
-        }
-    while (!text.empty() && text.back() == ' ')
-        text.remove_suffix(1);
+/// Takes a unit and the blanks around it off the end of a text.
+std::string_view Without(std::string_view text, std::string_view unit) {
+    const auto trim = [&text] {
+        while (!text.empty() && text.back() == ' ')
+            text.remove_suffix(1);
+    };
+    trim();
+    if (text.size() > unit.size() && text.ends_with(unit)) text.remove_suffix(unit.size());
+    trim();
     return text;
 }
 
@@ -131,11 +131,10 @@ KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell
     return KeyOutcome::Nothing;
 }
 
-bool TryParsePartValue(std::string_view text, double& value) {
-    while (!text.empty() && text.back() == ' ')
-        text.remove_suffix(1);
+bool TryParseWithPrefix(std::string_view text, std::string_view unit, double& value) {
+    text = Without(text, "");
     if (TryParseDouble(text, value)) return true;
-    text = WithoutUnit(text);
+    text = Without(text, unit);
     constexpr std::array<std::pair<char, double>, 8> prefixes = {{{'f', 1e-15},
                                                                   {'p', 1e-12},
                                                                   {'n', 1e-9},
@@ -152,6 +151,12 @@ bool TryParsePartValue(std::string_view text, double& value) {
             return true;
         }
     return TryParseSpacedExponent(text, value);
+}
+
+bool TryParsePartValue(std::string_view text, double& value) {
+    for (const std::string_view unit : {"ohms", "ohm", "deg", "H", "F"})
+        if (Without(text, unit) != Without(text, "")) return TryParseWithPrefix(text, unit, value);
+    return TryParseWithPrefix(text, "", value);
 }
 
 }  // namespace ladderwise

@@ -33,4 +33,7 @@ KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell
 /// unit ("12E-9", "12n", "12 nH", "50 ohm", "45 deg"). False if it is none.
 bool TryParsePartValue(std::string_view text, double& value);
 
+/// The same for one unit: "500n", "500 ns" and "500E-9" for seconds.
+bool TryParseWithPrefix(std::string_view text, std::string_view unit, double& value);
+
 }  // namespace ladderwise

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "analysis/PartValues.h"
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 
@@ -11,36 +12,106 @@ namespace ladderwise {
 namespace {
 
 constexpr int NoteDigits = 2;  ///< decimals of values in notes
+constexpr int LoadDigits = 5;  ///< significant digits of a load
 
-/// Why a value cannot be built; empty if it can.
+/// No part has more henries or farads, not even in a prototype for 1 ohm and 1 rad/s.
+constexpr double LargestPartValue = 100.0;
+
+bool IsPart(ValueKind kind) {
+    return kind == ValueKind::Inductance || kind == ValueKind::Capacitance;
+}
+
+std::string Shown(ValueKind kind, double value) {
+    return std::string(SymbolOf(kind)) + " = " + FormatWithPrefix(value, NoteDigits, UnitOf(kind));
+}
+
+/// Why a value cannot be built, as a sentence without its stop; empty if it can.
 std::string Fault(ValueKind kind, double value) {
-    if (std::isnan(value)) return "is not a number";
-    if (value < 0.0) return "is negative";
-    if (value > NotUsedLimit) return "is not finite";
-    if (value == 0.0) return "is zero";
-    if ((kind == ValueKind::Inductance || kind == ValueKind::Capacitance) &&
-        value < SmallestPartValue)
-        return "is too small to build";
+    const std::string symbol = SymbolOf(kind);
+    if (std::isnan(value)) return symbol + " has no value: the calculation gave no number";
+    if (value > NotUsedLimit) return symbol + " has no value: it grew beyond all bounds";
+    const std::string shown = Shown(kind, value);
+    if (value < 0.0) return shown + " is negative";
+    if (value == 0.0) return shown + " is zero";
+    if (!IsPart(kind)) return {};
+    if (value < SmallestPartValue) return shown + " is too small to build";
+    if (value > LargestPartValue)
+        return shown + " is beyond reach (a value is typed as 400p or 400E-12)";
     return {};
 }
 
-void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
-    for (int slot = 1; slot <= design.NumElements; ++slot) {
-        const CircuitElement& element = design.Elements[slot];
-        const ElementInfo& info = InfoOf(element.Type);
+std::string SlotText(const FilterDesign& design, int slot) {
+    return "Slot " + std::to_string(slot) + " " + InfoOf(design.Elements[slot].Type).Name + ": ";
+}
+
+/// Calls `take(slot, kind, value)` for every value that the ladder uses.
+template <typename Take>
+void ForEveryValue(const FilterDesign& design, Take take) {
+    for (int slot = 1; slot <= design.NumElements; ++slot)
         for (int row = 0; row < 4; ++row) {
-            const ValueKind kind = info.Values[row];
-            if (kind == ValueKind::Unused) continue;
-            const std::string fault = Fault(kind, element.Value(row));
-            if (fault.empty()) continue;
-            const std::string name = "slot " + std::to_string(slot);
-            const std::string shown =
-                FormatWithPrefix(element.Value(row), NoteDigits, UnitOf(kind));
-            notes.push_back({NoteKind::Unrealisable, name,
-                             "Slot " + std::to_string(slot) + " " + info.Name + ": " +
-                                 SymbolOf(kind) + " = " + shown + " " + fault + "."});
+            const ValueKind kind = InfoOf(design.Elements[slot].Type).Values[row];
+            if (kind != ValueKind::Unused) take(slot, kind, design.Elements[slot].Value(row));
         }
+}
+
+void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
+    ForEveryValue(design, [&](int slot, ValueKind kind, double value) {
+        const std::string fault = Fault(kind, value);
+        if (fault.empty()) return;
+        notes.push_back({NoteKind::Unrealisable, "slot " + std::to_string(slot),
+                         SlotText(design, slot) + fault + "."});
+    });
+}
+
+/// Parts that the draws of a worst case take for something else, because they are so large.
+void AddNotVaried(const Calculation& calculation, std::vector<Note>& notes) {
+    if (calculation.WorstCase.Runs == 0) return;
+    ForEveryValue(calculation.Design, [&](int slot, ValueKind kind, double value) {
+        if (!IsPart(kind) || !(value >= LargestRandomisedValue) || value > NotUsedLimit) return;
+        notes.push_back({NoteKind::NotVaried, "slot " + std::to_string(slot),
+                         SlotText(calculation.Design, slot) + Shown(kind, value) +
+                             " does not vary in a worst case: only values below 0.1 do."});
+    });
+}
+
+void AddHandMade(const Calculation& calculation, std::vector<Note>& notes) {
+    if (HasEdits(calculation.Design))
+        notes.push_back({NoteKind::Edited, "elements",
+                         "Part values are edited by hand; the next calculation discards them."});
+    if (calculation.DiscardedNow)
+        notes.push_back({NoteKind::Discarded, "elements",
+                         "This calculation discarded values edited by hand; Ctrl+B brings them "
+                         "back."});
+}
+
+void AddMovedLoad(const DesignInputs& inputs, std::vector<Note>& notes) {
+    const NumberBox& box = inputs.Box(InputId::RLoad);
+    if (!box.Moved) return;
+    const auto ohms = [](double value) { return FormatPlain(value, LoadDigits); };
+    const std::string typed = ohms(box.Moved->Wanted);
+    notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name,
+                     "R Load was moved to " + ohms(box.ExactValue.value_or(0.0)) + " ohm, " +
+                         box.Moved->Why + "; " + typed + " ohm was asked for.",
+                     typed, box.Text, box.Colour});
+}
+
+/// "Ripple 5 dB is above 1 dB: 1 dB used."
+std::string ReplacedText(const InputRow& row, const NumberBox& box) {
+    const std::string unit = *row.Unit ? std::string(" ") + row.Unit : std::string();
+    std::string name = PlainLabel(row);
+    if (!unit.empty() && name.size() > unit.size() && name.ends_with(unit))
+        name.resize(name.size() - unit.size());
+    const std::string used = ": " + box.Text + unit + " used.";
+    const std::string typed = name + " " + *box.ReplacedText + unit;
+    switch (box.Reason) {
+        case Unfit::NotANumber:
+            return name + " \"" + *box.ReplacedText + "\" is no number" + used;
+        case Unfit::BelowMinimum:
+            return typed + " is below " + box.Text + unit + used;
+        case Unfit::AboveMaximum:
+            return typed + " is above " + box.Text + unit + used;
     }
+    return typed;
 }
 
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
@@ -48,10 +119,8 @@ void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
         const NumberBox& box = inputs.Box(row.Id);
         if (!box.ReplacedText) continue;
-        Note note{
-            NoteKind::Replaced, row.Name,
-            PlainLabel(row) + ": \"" + *box.ReplacedText + "\" was replaced by " + box.Text + ".",
-            *box.ReplacedText, box.Text};
+        Note note{NoteKind::Replaced, row.Name, ReplacedText(row, box),
+                  *box.ReplacedText,  box.Text, box.Colour};
         note.Idle = !IsEnabled(row, inputs);
         notes.push_back(note);
     }
@@ -71,6 +140,12 @@ const char* NameOf(NoteKind kind) {
             return "unrealisable";
         case NoteKind::Missing:
             return "missing";
+        case NoteKind::Edited:
+            return "edited";
+        case NoteKind::Discarded:
+            return "discarded";
+        case NoteKind::NotVaried:
+            return "not-varied";
     }
     return "";
 }
@@ -87,11 +162,9 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
         notes.push_back(
             {NoteKind::Missing, "traces", "This version draws no square-pulse response yet."});
     AddUnrealisable(design, notes);
-    if (design.Flags.LoadMoved)
-        notes.push_back({NoteKind::LoadMoved, "r-load",
-                         "R Load was moved to " + FormatWithPrefix(design.RLoad, 4, "ohm") +
-                             ", the limit of an even-order Chebyshev.",
-                         "", calculation.Inputs.Box(InputId::RLoad).Text});
+    AddHandMade(calculation, notes);
+    AddNotVaried(calculation, notes);
+    AddMovedLoad(calculation.Inputs, notes);
     if (design.Flags.FormForced)
         notes.push_back({NoteKind::FormForced, "form",
                          std::string("The terminations ask for the form ") +

@@ -9,19 +9,30 @@
 
 namespace ladderwise {
 
-enum class NoteKind { Replaced, LoadMoved, FormForced, Unrealisable, Missing };
+enum class NoteKind {
+    Replaced,
+    LoadMoved,
+    FormForced,
+    Unrealisable,
+    Missing,
+    Edited,
+    Discarded,
+    NotVaried,
+};
 
 /// One note. Name is the console program's name of the input, or "slot 3" for an element.
 struct Note {
     NoteKind Kind;
     std::string Name;
-    std::string Text;     ///< one sentence for people
-    std::string Typed{};  ///< of a replaced box: what stood in it
-    std::string InUse{};  ///< of a replaced or moved box: what stands in it now
-    bool Idle = false;    ///< of a replaced box: disabled, it plays no part in the present design
+    std::string Text;                      ///< one sentence for people
+    std::string Typed{};                   ///< of a replaced or moved box: what stood in it
+    std::string InUse{};                   ///< of a replaced or moved box: what stands in it now
+    BoxColour Colour = BoxColour::Normal;  ///< of a replaced or moved box
+    bool Idle = false;  ///< of a replaced box: disabled, it plays no part in the present design
 };
 
-/// "replaced", "load-moved", "form-forced", "unrealisable", "missing".
+/// "replaced", "load-moved", "form-forced", "unrealisable", "missing", "edited", "discarded",
+/// "not-varied".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.

@@ -211,6 +211,9 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
     if (!row.ReadLater) tip += ": " + WithUnit(RangeText(LimitsOf(row, inputs, design)), row.Unit);
     if (row.Get)
         tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
+    if (const auto& moved = inputs.Box(id).Moved)
+        tip += ". Moved: " + WithUnit(FormatPlain(moved->Wanted, Digits), row.Unit) +
+               " was asked for, the value in use is " + moved->Why;
     if (!IsEnabled(row, inputs)) tip += " (" + std::string(row.WhenDisabled) + ")";
     return tip;
 }

@@ -7,7 +7,9 @@
 namespace ladderwise {
 
 namespace {
-const QColor warningColour(176, 0, 0);
+constexpr int MiddleLightness = 128;
+const QColor warningOnLight(176, 0, 0);
+const QColor warningOnDark(255, 120, 110);
 constexpr int LabelMargin = 6;  ///< pixels left and right of the text
 }  // namespace
 
@@ -29,7 +31,8 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (warning) painter.setPen(warningColour);
+    const bool dark = palette().window().color().lightness() < MiddleLightness;
+    if (warning) painter.setPen(dark ? warningOnDark : warningOnLight);
     const QRect area = rect().adjusted(LabelMargin, 0, -LabelMargin, 0);
     painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
                      fontMetrics().elidedText(text, Qt::ElideRight, area.width()));

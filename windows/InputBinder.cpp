@@ -94,7 +94,7 @@ void InputBinder::AddChoice(QAction* action, ChoiceId id, int code) {
 
 void InputBinder::StoreInputs() {
     for (const BoundBox& bound : boxes)
-        inputs.Box(bound.Id).Text = bound.Edit->TakeText();
+        bound.Edit->Take(inputs.Box(bound.Id));
 }
 
 void InputBinder::ShowInputs(const FilterDesign& design) {

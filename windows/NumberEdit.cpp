@@ -2,6 +2,7 @@
 #include "windows/NumberEdit.h"
 
 #include <QKeyEvent>
+#include <QPainter>
 #include <QPalette>
 #include <QSignalBlocker>
 #include <QToolButton>
@@ -12,8 +13,10 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int WheelNotch = 120;  ///< eighths of a degree of one notch of a mouse wheel
-constexpr int ArrowWidth = 18;   ///< pixels
+constexpr int WheelNotch = 120;   ///< eighths of a degree of one notch of a mouse wheel
+constexpr int ArrowWidth = 18;    ///< pixels
+constexpr int MovedBarWidth = 4;  ///< pixels
+const QColor movedBarColour(224, 128, 0);
 
 QColor ColourOf(BoxColour colour, const QPalette& normal) {
     switch (colour) {
@@ -34,9 +37,19 @@ NumberEdit::NumberEdit(const QString& name, QWidget* parent) : QLineEdit(parent)
     connect(this, &QLineEdit::returnPressed, this, &NumberEdit::CalculationRequested);
 }
 
-std::string NumberEdit::TakeText() {
+void NumberEdit::Take(NumberBox& box) {
+    if (isModified())
+        box.Type(text().toStdString());
+    else
+        box.Text = text().toStdString();
     setModified(false);
-    return text().toStdString();
+}
+
+/// Selects all, with the cursor at the front: the leading digits count when a text is longer than
+/// the box.
+void NumberEdit::SelectNumber() {
+    const int length = static_cast<int>(text().length());
+    setSelection(length, -length);
 }
 
 void NumberEdit::Show(const NumberBox& box) {
@@ -44,8 +57,11 @@ void NumberEdit::Show(const NumberBox& box) {
     const QString shown = QString::fromStdString(box.Text);
     if (text() != shown) {
         setText(shown);
-        setCursorPosition(0);  // the leading digits count when a text is longer than the box
+        SelectNumber();
+        if (!hasFocus()) setCursorPosition(0);
     }
+    if (moved != box.Moved.has_value()) update();
+    moved = box.Moved.has_value();
     setModified(false);
     QPalette colours;
     colours.setColor(QPalette::Base, ColourOf(box.Colour, colours));
@@ -60,7 +76,10 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
         QLineEdit::keyPressEvent(event);
     // Enter has asked for a calculation; a dialog's default button must not ask for a second one,
     // which would take the mark off a replaced entry.
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) event->accept();
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        SelectNumber();
+        event->accept();
+    }
 }
 
 void NumberEdit::wheelEvent(QWheelEvent* event) {
@@ -76,6 +95,26 @@ void NumberEdit::wheelEvent(QWheelEvent* event) {
     for (; wheelRest <= -WheelNotch; wheelRest += WheelNotch)
         emit StepRequested(false);
     event->accept();
+}
+
+void NumberEdit::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    const bool placed = reason == Qt::MouseFocusReason || reason == Qt::PopupFocusReason ||
+                        reason == Qt::MenuBarFocusReason;
+    if (!placed && !isModified()) SelectNumber();
+}
+
+void NumberEdit::mouseDoubleClickEvent(QMouseEvent* event) {
+    QLineEdit::mouseDoubleClickEvent(event);
+    SelectNumber();  // the toolkit takes "146" of "146.5"
+}
+
+void NumberEdit::paintEvent(QPaintEvent* event) {
+    QLineEdit::paintEvent(event);
+    if (!moved) return;
+    QPainter painter(this);
+    painter.fillRect(1, 1, MovedBarWidth, height() - 2, movedBarColour);
 }
 
 void NumberEdit::focusOutEvent(QFocusEvent* event) {

@@ -10,16 +10,19 @@
 namespace ladderwise {
 
 /// An edit box that shows a NumberBox. The Up and Down keys and the mouse wheel step it while it
-/// has the focus; Enter, and leaving it with a changed text, ask for a calculation.
+/// has the focus; Enter, and leaving it with a changed text, ask for a calculation. What is typed
+/// replaces the whole number wherever the user has not put the cursor into it. A bar at its left
+/// edge tells that the program moved the value.
 class NumberEdit : public QLineEdit {
     Q_OBJECT
 
 public:
     explicit NumberEdit(const QString& name, QWidget* parent = nullptr);
 
-    /// The text, which counts as read from now on: losing the focus asks for nothing until the user
-    /// changes it again.
-    std::string TakeText();
+    /// Puts the text into the box, as typed if the user has touched it since the last time: then
+    /// no exact value stands behind it, even if it is the same text. It counts as read from now on,
+    /// so that losing the focus asks for nothing until the user changes it again.
+    void Take(NumberBox& box);
 
     /// Shows a box's text and colour without any signal. A text that is the same is left alone, so
     /// that the cursor stays where the user put it.
@@ -32,10 +35,16 @@ signals:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
-    int wheelRest = 0;  ///< eighths of a degree not yet turned into a step
+    void SelectNumber();
+
+    bool moved = false;  ///< the program's value stands in the box
+    int wheelRest = 0;   ///< eighths of a degree not yet turned into a step
 };
 
 /// Two small arrows beside an edit box. They take no focus: the keyboard steps in the box itself.

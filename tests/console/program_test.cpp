@@ -38,8 +38,10 @@ TEST(Program, ExitCodesAndStandardError) {
     const struct { QStringList Arguments; int ExitCode; QByteArray Error; } cases[] = {
         {{}, 0, ""},
         {{"--help"}, 0, ""},
+        {{"--version"}, 0, ""},
+        {{"--set", "ripple=\x1b[31m"}, 0, "Ripple \"\\x1b[31m\" is no number"},
         {{"--set", "f0=1", "--set", "bw=0.5", "--json", "-"}, 0, ""},
-        {{"--set", "ripple=9"}, 0, "ladderwise-cli: Ripple dB: \"9\" was replaced by 1.\n"},
+        {{"--set", "ripple=9"}, 0, "ladderwise-cli: Ripple 9 dB is above 1 dB: 1 dB used.\n"},
         {{"--set", "pass=norton", "--set", "response=elliptic-a"}, 0,
          "ladderwise-cli: Program Info: Direct Coupled and Norton Transform filters can't use"},
         {{"--set", "response=chebyshev", "--set", "poles=4"}, 0, "R Load was moved to "},

@@ -3,7 +3,6 @@
 
 #include <QPainter>
 #include <QSvgRenderer>
-#include <QTemporaryDir>
 #include <memory>
 
 #include "display/Plot.h"
@@ -182,19 +181,23 @@ TEST(PlotExport, PaintsWhatTheWindowPaints) {
 
 // Formats and failing folders are tested with the console program.
 TEST(PlotExport, HasTheSizeAskedForAndBothTraces) {
-    const QTemporaryDir folder;
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
     const PlotContent content{made.Design, {}, {made.Layer(), reference.Layer(true)}, {}};
     const QSize size(1000, 700);
-    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.png"), size, content, QFont()));
-    const QImage png(folder.filePath("plot.png"));
+    const auto painted = [&](const char* name) {
+        return QByteArray::fromStdString(PaintPlotFile(name, size, content, QFont()).Bytes);
+    };
+    const QImage png = QImage::fromData(painted("plot.PNG"));
     EXPECT_EQ(png.size(), size);
     for (const TraceColours& colours : {CurrentColours, ReferenceColours})
         EXPECT_GT(CountPixels(png, Pixel(colours[1])), 100);
-    ASSERT_TRUE(WritePlotFile(folder.filePath("plot.svg"), size, content, QFont()));
-    EXPECT_EQ(QSvgRenderer(folder.filePath("plot.svg")).viewBox().size(), size);
-    EXPECT_FALSE(WritePlotFile(folder.filePath("plot.png"), QSize(0, 700), content, QFont()));
+    EXPECT_EQ(QSvgRenderer(painted("plot.svg")).viewBox().size(), size);
+    EXPECT_TRUE(painted("plot.pdf").trimmed().endsWith("%%EOF"));
+    EXPECT_EQ(PaintPlotFile("a.gif", size, content, QFont()).Error,
+              "cannot write a.gif: a plot is a .png, .svg or .pdf file");
+    EXPECT_EQ(PaintPlotFile("a.png", QSize(1 << 20, 1 << 20), content, QFont()).Error,
+              "cannot write a.png: no memory for a picture of 1048576 x 1048576 pixels");
 }
 
 }  // namespace

@@ -90,6 +90,7 @@ public:
             if (modal) modal->close();
         });
         watchdog.start(20);
+        Window->resize(1240, 760);  // the screenless platform has a small screen
         Window->show();
         Activate(Window.get());
         Grid = Find<QTableWidget>("ValueGrid");
@@ -100,7 +101,10 @@ public:
         if (QApplication::overrideCursor()) Fail("a cursor was left behind");
     }
 
-    const Calculation& State() const { return Window->State(); }
+    const Calculation& State() const {
+        Window->FinishDrawing();  // a worst case waits for the event loop
+        return Window->State();
+    }
     const FilterDesign& Design() const { return State().Design; }
 
     /// What the last calculation used of an input: numbers in SI units to 12 digits, or a word.
@@ -133,17 +137,22 @@ public:
         const auto active = [window] { return QApplication::activeWindow() == window; };
         if (!QTest::qWaitFor(active)) Fail("the window did not become active");
     }
-    void Trigger(const QString& action) { Find<QAction>(action)->trigger(); }
+    void Trigger(const QString& action) {
+        Find<QAction>(action)->trigger();
+        Window->FinishDrawing();
+    }
 
     /// A real click in the middle of a button.
     void Click(const QString& button, Qt::KeyboardModifiers modifiers = {}) {
         QTest::mouseClick(Find(button), Qt::LeftButton, modifiers);
+        Window->FinishDrawing();
     }
 
     /// A click on the indicator of a check box or radio button, wherever its caption ends.
     void Check(const QString& button) {
         QWidget* const target = Find(button);
         QTest::mouseClick(target, Qt::LeftButton, {}, {8, target->height() / 2});
+        Window->FinishDrawing();
     }
 
     /// Types over what stands in an edit, and presses a key to end it.
@@ -158,6 +167,7 @@ public:
         Activate(edit->window());
         edit->setFocus();
         TypeOver(edit, text, end);
+        Window->FinishDrawing();
     }
 
     QString Text(const QString& box) const { return Find<QLineEdit>(box)->text(); }

@@ -134,7 +134,7 @@ private slots:
             QTest::keyClick(f.Find("PercentChangeBox"), key);
             if (key == Qt::Key_F1) QCOMPARE(f.Design().Elements[1].V2, 1.5 * c / 1.05);
             QCOMPARE(f.Colour("PercentChangeBox"), SilverColour);
-            QVERIFY(f.Status().contains("\"many\" was replaced by 5.0"));
+            QVERIFY(f.Status().contains("\"many\" is no number: 5.0"));
         }
     }
 

@@ -1,0 +1,64 @@
+// Cells whose text fits.
+#include "windows/FittedCells.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QStyle>
+#include <QWidget>
+#include <algorithm>
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double SmallestPointSize = 4.0;  ///< below it nobody can read a text anyway
+
+}  // namespace
+
+QFont FontThatFits(QFont font, const QString& text, double width, double height) {
+    // Sizes do not scale exactly, so the first guess may need another step.
+    while (font.pointSizeF() > SmallestPointSize) {
+        const QFontMetricsF metrics(font);
+        const double scale = std::min(width / std::max(metrics.horizontalAdvance(text), 1.0),
+                                      height / std::max(metrics.height(), 1.0));
+        if (scale >= 1.0) break;
+        font.setPointSizeF(std::min(font.pointSizeF() * scale, font.pointSizeF() - 0.25));
+    }
+    return font;
+}
+
+void FittedCells::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const QStyle* const style = option->widget ? option->widget->style() : QApplication::style();
+    const int margin = 1 + style->pixelMetric(QStyle::PM_FocusFrameHMargin, option, option->widget);
+    option->font = FontThatFits(option->font, option->text, option->rect.width() - 2.0 * margin,
+                                option->rect.height());
+    option->fontMetrics = QFontMetrics(option->font);
+    option->textElideMode = Qt::ElideNone;
+}
+
+void FittedCells::setModelData(QWidget* editor, QAbstractItemModel* model,
+                               const QModelIndex& index) const {
+    const auto* const line = qobject_cast<QLineEdit*>(editor);
+    if (line && line->isModified() && line->text() == index.data().toString())
+        model->setData(index, QVariant(), Qt::UserRole);
+    else
+        QStyledItemDelegate::setModelData(editor, model, index);
+}
+
+bool FittedCells::eventFilter(QObject* object, QEvent* event) {
+    auto* const editor = qobject_cast<QWidget*>(object);
+    if (editor && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            emit commitData(editor);
+            emit closeEditor(editor, QAbstractItemDelegate::NoHint);
+            return true;
+        }
+    }
+    return QStyledItemDelegate::eventFilter(object, event);
+}
+
+}  // namespace ladderwise

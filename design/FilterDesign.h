@@ -127,7 +127,21 @@ struct CalcFlags {
     bool LoadMoved = false;   ///< RLoad moved to the limit of an even Chebyshev (a yellow box)
     bool FormForced = false;  ///< FormCLC changed by the terminations
     bool FellBack = false;    ///< ResponseType set to Butterworth: the chosen one cannot be built
+    /// RLoad is the one that Elliptic A to C need (one decimal; a yellow box if it is not RSource)
+    bool LoadOfFamily = false;
     MissingStage Missing = MissingStage::None;
+};
+
+/// What an elliptic prototype came to. Frequencies in rad/s of the normalised low pass, whose 3 dB
+/// corner is 1.
+struct EllipticResult {
+    int NumTraps = 0;                          ///< 0: the response is not elliptic
+    double AttenUsedDb = 0.0;                  ///< least attenuation in the stop band
+    bool AttenRaised = false;                  ///< AttenUsedDb is above what was asked for
+    std::array<double, MaxPoles> TrapFreqs{};  ///< of the traps in their order from the source
+    double PassBandEdge = 0.0;                 ///< highest frequency within the ripple
+    double StopBandEdge = 0.0;  ///< lowest frequency from which the attenuation holds
+    double LoadRatio = 1.0;     ///< RLoad / RSource that the ladder is built for
 };
 
 /// The design state. Initial values are those of a fresh program.
@@ -173,6 +187,7 @@ struct FilterDesign {
     DirectCoupledResult DirectCoupledLimits{};  ///< of the last direct-coupled synthesis
 
     CalcFlags Flags{};
+    EllipticResult Elliptic{};
 };
 
 /// True if a value (row 0 .. 3) of a slot in use was changed by hand since the last calculation.

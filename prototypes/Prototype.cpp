@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "prototypes/Coefficients.h"
+#include "prototypes/EllipticPrototype.h"
 #include "prototypes/Mathfunctions.h"
 
 namespace ladderwise {
@@ -39,7 +40,7 @@ void ComputeGValues(FilterDesign& design, int n, const MessageCallback& report) 
         case ResponseType::EllipticC:
         case ResponseType::EllipticD:
         case ResponseType::EllipticE:
-            return;
+            return;  // has its own ladder
         case ResponseType::CoefficientsFile:
             if (design.CoefFileRead) return CopyFileCoefficients(design, n);
             FallBackToButterworth(design, n);
@@ -59,14 +60,28 @@ void FillSlots(FilterDesign& design, int n) {
     }
 }
 
+/// The ladder of an elliptic family, and the load that it is built for.
+void BuildElliptic(FilterDesign& design, int traps) {
+    const EllipticLadder ladder =
+        BuildEllipticLadder({design.ResponseType, traps, design.RippleDb, design.EllipticAtten});
+    if (ladder.NumElements == 0) return;
+    design.Elliptic = ladder.Result;
+    design.NumElements = ladder.NumElements;
+    for (int k = 1; k <= ladder.NumElements; ++k) {
+        const CircuitElement& slot = design.Elements[k] = ladder.Elements[k];
+        design.G[k] = slot.Type == ElementType::ShuntCap ? slot.V2 : slot.V1;
+    }
+    design.RLoad = ladder.Result.LoadRatio * design.RSource;
+    design.Flags.LoadOfFamily = design.ResponseType != ResponseType::EllipticD &&
+                                design.ResponseType != ResponseType::EllipticE;
+}
+
 }  // namespace
 
 void BuildPrototype(FilterDesign& design, int n, const MessageCallback& report) {
     design.NumElements = 0;
-    if (IsElliptic(design.ResponseType)) {
-        design.Flags.Missing = MissingStage::EllipticPrototype;
-        return;
-    }
+    design.Elliptic = {};
+    if (IsElliptic(design.ResponseType)) return BuildElliptic(design, n);
     if (n < 1 || n >= NumSlots) return;
     ComputeGValues(design, n, report);
     FillSlots(design, n);

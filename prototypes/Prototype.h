@@ -10,11 +10,16 @@ namespace ladderwise {
 /// source and a 1 rad/s corner), NumElements = n, and slots 1 .. n with SeriesInd and ShuntCap in
 /// turn, the first by FormCLC. Only a slot's type and the value it uses are written.
 ///
+/// For an elliptic family n counts traps (1 .. MaxPoles) and the ladder is that of
+/// EllipticPrototype.h: NumElements is its number of slots, G[k] the single value of a slot or the
+/// inductance of a trap, Elliptic tells what was reached, and RLoad is set to the load that the
+/// ladder is built for (Flags.LoadOfFamily for A to C).
+///
 /// May change ResponseType (an unknown code, or a coefficients file that has not been read, becomes
 /// Butterworth; the latter is told through `report`), FormCLC, RLoad and RippleDb (see
-/// Mathfunctions.h), and sets - never resets - Flags. An elliptic family, and an n that no ladder
-/// has room for (outside 1 .. NumSlots - 1), leaves an empty ladder (NumElements = 0); for the
-/// elliptic one Flags.Missing tells why. A tabulated family leaves G as it was for n > MaxPoles.
+/// Mathfunctions.h), and sets - never resets - Flags. An n that no ladder has room for (outside
+/// 1 .. NumSlots - 1) leaves an empty ladder (NumElements = 0). A tabulated family leaves G as it
+/// was for n > MaxPoles.
 void BuildPrototype(FilterDesign& design, int n, const MessageCallback& report);
 
 }  // namespace ladderwise

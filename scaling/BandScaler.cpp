@@ -43,6 +43,12 @@ Resonator NotchOfCapacitor(const BandTransform& b, double gC) {
     return {b.R / b.W / gC, gC * b.W / b.R / b.W02};
 }
 
+// Square of the frequency that a band pass with the edges F0 -+ BandWidth / 2 resonates at, Hz^2.
+double BandPassCentre2(const FilterDesign& design) {
+    const double halfBand = design.BandWidth / 2;
+    return (design.F0 - halfBand) * (design.F0 + halfBand);
+}
+
 // Partial fractions of the section's immittance: its two resonances are the roots of
 // x^2 - S x + P = 0 in x = 1 / w^2, the larger of which is X.
 struct TwoResonances {
@@ -125,11 +131,31 @@ void PutTrap(CircuitElement& slot, const Resonator& seriesResonator, const Reson
 
 }  // namespace
 
+std::vector<double> ScaledFrequencies(const FilterDesign& design, double w) {
+    // The pair f1, f2 with f2 - f1 = width and f1 f2 = centre2.
+    const auto pair = [](double width, double centre2) {
+        const double upper = width / 2 + std::sqrt(width * width / 4 + centre2);
+        return std::vector<double>{centre2 / upper, upper};
+    };
+    switch (design.PassType) {
+        case PassType::LowPass:
+            return {w * design.F0};
+        case PassType::HighPass:
+            return {design.F0 / w};
+        case PassType::BandPassCanonical:
+            return pair(design.BandWidth * w, BandPassCentre2(design));
+        case PassType::Notch:
+            return pair(design.BandWidth / w, design.F0 * design.F0);
+        case PassType::DirectCoupled:
+        case PassType::Norton:
+            return {};
+    }
+    return {};
+}
+
 void ScaleBandPass(FilterDesign& design) {
-    const double f0 = design.F0;
-    const double halfBand = design.BandWidth / 2;
     const BandTransform b{TwoPi * design.BandWidth, design.RSource,
-                          TwoPiSquared * (f0 - halfBand) * (f0 + halfBand)};
+                          TwoPiSquared * BandPassCentre2(design)};
     for (int k = 1; k <= design.NumElements; ++k) {
         CircuitElement& slot = design.Elements[k];
         const Resonator ofL = BandPassOfInductor(b, slot.V1);

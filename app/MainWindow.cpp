@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QInputDialog>
@@ -23,6 +22,7 @@
 #include "app/BitMapView.h"
 #include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
+#include "windows/EllipticPanel.h"
 #include "windows/FittedCells.h"
 #include "windows/HelpWindow.h"
 #include "windows/MathErrWindow.h"
@@ -60,7 +60,8 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     ConnectCommands();
     markerMenu = BuildMarkerMenu(this);
     BuildClient();
-    BuildEllipticPanel();
+    ellipticPanel = new EllipticPanel(binder, client);
+    ellipticPanel->hide();
     BuildStatusLine();
     partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
     BuildHelp();
@@ -148,29 +149,6 @@ void MainWindow::BuildClient() {
     scaleBox->setMinimumWidth(0);
     scaleBox->setMaximumWidth(QWIDGETSIZE_MAX);
     scaleBox->hide();
-}
-
-void MainWindow::BuildEllipticPanel() {
-    ellipticPanel = new QWidget(client);
-    ellipticPanel->setObjectName("EllipticPanel");
-    ellipticPanel->setAutoFillBackground(true);
-    auto* const grid = new QGridLayout(ellipticPanel);
-    grid->setContentsMargins(2, 1, 0, 1);
-    grid->setSpacing(1);
-    NumberEdit* const box = binder.AddBox(ellipticPanel, InputId::TrapType);
-    QLabel* const label = binder.AddLabel(ellipticPanel, InputId::TrapType);
-    label->setFont(FontThatFits(valueGrid->font(), PlainText(label->text()), SchematicWidth - 4,
-                                QWIDGETSIZE_MAX));
-    UpDownButton* const arrows =
-        binder.AddArrows(ellipticPanel, InputId::TrapType, "EllipticFormUpDown");
-    box->setMinimumWidth(0);
-    box->setMaximumWidth(QWIDGETSIZE_MAX);
-    grid->addWidget(label, 0, 0, 1, 2);
-    grid->addWidget(box, 1, 0);
-    grid->addWidget(arrows, 1, 1);
-    ellipticPanel->setFixedWidth(SchematicWidth);  // left of the first schematic picture
-    ellipticPanel->adjustSize();
-    ellipticPanel->hide();
 }
 
 void MainWindow::BuildStatusLine() {

@@ -26,6 +26,7 @@ namespace ladderwise {
 
 class DirectCoupledWindow;
 class ElidedLabel;
+class EllipticPanel;
 class HelpWindow;
 class MathErrWindow;
 class PartDefinitionsWindow;
@@ -71,7 +72,6 @@ protected:
 private:
     // MainWindow.cpp: building and handlers
     void BuildClient();
-    void BuildEllipticPanel();
     void BuildStatusLine();
     void ConnectCommands();
     void Draw();  ///< at once, or as soon as no more input waits
@@ -146,7 +146,7 @@ private:
     QScrollArea* panelView;  ///< scrolls the panel where the window is too narrow for it
     QTableWidget* valueGrid;
     QScrollBar* stripBar;
-    QWidget* ellipticPanel;
+    EllipticPanel* ellipticPanel;
     NumberEdit* scaleBox;
     QMenu* markerMenu;
     ElidedLabel* statusLabel;

@@ -9,6 +9,7 @@
 
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
+#include "windows/EllipticPanel.h"
 
 namespace ladderwise {
 
@@ -106,7 +107,7 @@ void MainWindow::LayOutClient() {
     const int scroll = scrolled ? stripBar->value() : 0;
     valueGrid->setGeometry(ValueGridLeft - scroll, client->height() - barHeight - gridHeight,
                            gridWidth, gridHeight);
-    ellipticPanel->move(ValueGridLeft, GridTop() - ellipticPanel->height());
+    ellipticPanel->move(0, GridTop() - ellipticPanel->height());
 }
 
 void MainWindow::ScrollStrip(int position) {

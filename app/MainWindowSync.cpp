@@ -10,6 +10,7 @@
 #include "pipeline/Notes.h"
 #include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
+#include "windows/EllipticPanel.h"
 #include "windows/MathErrWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 
@@ -35,6 +36,7 @@ void MainWindow::ShowInputs() {
     binder.ShowInputs(calculation.Design);
     partDefinitions->Binder().ShowInputs(calculation.Design);
     directCoupled->ShowInputs();
+    ellipticPanel->ShowForms(calculation.Design);
     ShowLabels();
 }
 

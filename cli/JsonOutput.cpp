@@ -10,6 +10,7 @@
 #include "cli/Terminal.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
+#include "scaling/BandScaler.h"
 
 namespace ladderwise {
 
@@ -125,7 +126,26 @@ std::string NoteText(const Note& note) {
     if (note.Kind == NoteKind::Replaced || note.Kind == NoteKind::LoadMoved)
         text += ", \"typed\": " + Quoted(note.Typed) + ", \"in_use\": " + Quoted(note.InUse) +
                 ", \"colour\": " + Quoted(NameOf(note.Colour));
+    if (note.Kind == NoteKind::AttenRaised) text += ", \"in_use\": " + Quoted(note.InUse);
     return text + "}";
+}
+
+/// Where w (rad/s) of the prototype lies in the filter: one number, or the lower and the upper one.
+std::string Scaled(const FilterDesign& design, double w) {
+    const std::vector<double> f = ScaledFrequencies(design, w);
+    return f.size() == 1 ? Number(f[0]) : Numbers(f);
+}
+
+std::string EllipticObject(const FilterDesign& design) {
+    const EllipticResult& result = design.Elliptic;
+    std::vector<double> traps;
+    for (int k = 0; k < result.NumTraps; ++k)
+        for (const double f : ScaledFrequencies(design, result.TrapFreqs[k]))
+            traps.push_back(f);
+    return "{\"attenuation_used_db\": " + Number(result.AttenUsedDb) +
+           ", \"trap_hz\": " + Numbers(traps) +
+           ", \"passband_edge_hz\": " + Scaled(design, result.PassBandEdge) +
+           ", \"stopband_edge_hz\": " + Scaled(design, result.StopBandEdge) + "}";
 }
 
 std::string DirectCoupledObject(const DirectCoupledResult& limits) {
@@ -161,6 +181,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     member("inputs", InputsText(calculation));
     member("r_load", Number(design.RLoad));
     member("form", Quoted(design.FormCLC ? "clc" : "lcl"));
+    if (design.Elliptic.NumTraps > 0) member("elliptic", EllipticObject(design));
     member("elements", List(design.NumElements, [&](std::size_t i) {
                return ElementText(design.Elements[i + 1], i + 1);
            }));

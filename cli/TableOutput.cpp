@@ -61,8 +61,9 @@ std::string TableText(const Calculation& calculation) {
         text += SlotLine(design.Elements[slot], slot);
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
-    const std::string worstCase = WorstCaseText(calculation.WorstCase);
-    return worstCase.empty() ? text : text + worstCase + "\n";
+    for (const std::string& line : {EllipticText(design), WorstCaseText(calculation.WorstCase)})
+        if (!line.empty()) text += line + "\n";
+    return text;
 }
 
 }  // namespace ladderwise

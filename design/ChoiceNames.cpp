@@ -190,8 +190,6 @@ std::string MissingStageText(MissingStage missing) {
     switch (missing) {
         case MissingStage::None:
             return "";
-        case MissingStage::EllipticPrototype:
-            return "The ladder is empty: this version builds no elliptic prototypes yet.";
         case MissingStage::NortonTransform:
             return "The ladder is empty: this version builds no Norton-transformed filters yet.";
     }

@@ -120,7 +120,7 @@ struct SweepResponse {
 };
 
 /// Why a ladder is empty although the inputs are in order: the stage that would fill it.
-enum class MissingStage { None, EllipticPrototype, NortonTransform };
+enum class MissingStage { None, NortonTransform };
 
 /// What a calculation did beyond what was asked, for the looks of boxes and the status line.
 struct CalcFlags {

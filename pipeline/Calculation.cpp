@@ -10,6 +10,7 @@
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "directcoupled/DirectCoupled.h"
+#include "numbers/Formatfunctions.h"
 #include "pipeline/DisplayScale.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
@@ -197,13 +198,19 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
     Summarise(design, IdealPassBand(calculation, report), result);
 }
 
-/// What the stages overrode, into the inputs: the load that was moved shows in its box; a family
-/// that cannot be built is given up, or every later calculation would say so again.
+/// What the stages overrode, into the inputs: the load that was moved shows in its box, one of an
+/// elliptic family with one decimal; a family that cannot be built is given up, or every later
+/// calculation would say so again.
 void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
+    NumberBox& load = inputs.Box(InputId::RLoad);
     if (design.Flags.LoadMoved) {
-        NumberBox& load = inputs.Box(InputId::RLoad);
         load.MoveTo(design.RLoad, "the limit of an even-order Chebyshev");
         load.Colour = BoxColour::Yellow;
+    }
+    if (design.Flags.LoadOfFamily) {
+        load.MoveTo(design.RLoad, "the one that this elliptic ladder needs");
+        load.WriteText(FormatFixed(design.RLoad, 1), design.RLoad);
+        if (design.RLoad != design.RSource) load.Colour = BoxColour::Yellow;
     }
     if (design.Flags.FellBack)
         inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);

@@ -6,13 +6,17 @@
 #include "analysis/PartValues.h"
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
+#include "scaling/BandScaler.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr int NoteDigits = 2;  ///< decimals of values in notes
-constexpr int LoadDigits = 5;  ///< significant digits of a load
+constexpr int NoteDigits = 2;       ///< decimals of values in notes
+constexpr int LoadDigits = 5;       ///< significant digits of a load
+constexpr int AttenDigits = 2;      ///< decimals of an attenuation, dB
+constexpr int FrequencyDigits = 4;  ///< decimals of a band edge
+constexpr int ShapeDigits = 3;      ///< decimals of a shape factor
 
 /// No part has more henries or farads, not even in a prototype for 1 ohm and 1 rad/s.
 constexpr double LargestPartValue = 100.0;
@@ -128,6 +132,20 @@ void AddEndTanks(const FilterDesign& design, std::vector<Note>& notes) {
     }
 }
 
+/// What the prototype took in place of the inputs.
+void AddOverrides(const FilterDesign& design, std::vector<Note>& notes) {
+    if (design.Elliptic.AttenRaised) {
+        const std::string used = FormatFixed(design.Elliptic.AttenUsedDb, AttenDigits);
+        notes.push_back({NoteKind::AttenRaised, "atten",
+                         "Attenuation " + used + " dB used: no ladder with positive parts below.",
+                         "", used});
+    }
+    if (design.Flags.FormForced)
+        notes.push_back({NoteKind::FormForced, "form",
+                         std::string("The terminations ask for the form ") +
+                             (design.FormCLC ? "CLC" : "LCL") + "."});
+}
+
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
@@ -148,6 +166,8 @@ const char* NameOf(NoteKind kind) {
             return "replaced";
         case NoteKind::LoadMoved:
             return "load-moved";
+        case NoteKind::AttenRaised:
+            return "atten-raised";
         case NoteKind::FormForced:
             return "form-forced";
         case NoteKind::EndTank:
@@ -172,10 +192,7 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     const FilterDesign& design = calculation.Design;
     std::vector<Note> notes;
     if (design.Flags.Missing != MissingStage::None)
-        notes.push_back(
-            {NoteKind::Missing,
-             design.Flags.Missing == MissingStage::EllipticPrototype ? "response" : "pass",
-             MissingStageText(design.Flags.Missing)});
+        notes.push_back({NoteKind::Missing, "pass", MissingStageText(design.Flags.Missing)});
     if (const std::uint64_t count = MathErrorCount(calculation); count > 0)
         notes.push_back({NoteKind::MathError, "math",
                          std::to_string(count) + (count == 1 ? " math error" : " math errors") +
@@ -184,10 +201,7 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);
     AddMovedLoad(calculation.Inputs, notes);
-    if (design.Flags.FormForced)
-        notes.push_back({NoteKind::FormForced, "form",
-                         std::string("The terminations ask for the form ") +
-                             (design.FormCLC ? "CLC" : "LCL") + "."});
+    AddOverrides(design, notes);
     if (design.PassType == PassType::DirectCoupled) AddEndTanks(design, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
@@ -202,7 +216,34 @@ StatusLine DescribeStatus(const Calculation& calculation) {
     }
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     if (!worstCase.empty()) status.Text = worstCase + (status.Warning ? "  " + status.Text : "");
+    const std::string elliptic = EllipticText(calculation.Design);
+    if (!elliptic.empty()) status.Text += (status.Text.empty() ? "" : "  ") + elliptic;
     return status;
+}
+
+std::string EllipticText(const FilterDesign& design) {
+    if (design.Elliptic.NumTraps == 0) return {};
+    std::vector<std::string> edges;
+    for (const double f : ScaledFrequencies(design, design.Elliptic.StopBandEdge))
+        edges.push_back(FormatWithPrefix(f, FrequencyDigits, "Hz"));
+    const auto where = [&]() -> std::string {
+        switch (design.PassType) {
+            case PassType::LowPass:
+                return "from " + edges[0];
+            case PassType::HighPass:
+                return "up to " + edges[0];
+            case PassType::BandPassCanonical:
+                return "up to " + edges[0] + " and from " + edges[1];
+            case PassType::Notch:
+                return "from " + edges[0] + " to " + edges[1];
+            case PassType::DirectCoupled:
+            case PassType::Norton:
+                break;
+        }
+        return {};
+    };
+    return "Stop band " + where() + ", shape factor " +
+           FormatFixed(design.Elliptic.StopBandEdge, ShapeDigits) + ".";
 }
 
 std::string WorstCaseText(const WorstCaseResult& result) {

@@ -1,5 +1,6 @@
 // What a builder must know after a calculation: values that cannot be built, a load that was moved,
-// a form that was forced, boxes that were replaced, a stage that is missing. No Qt.
+// an attenuation that was raised, a form that was forced, boxes that were replaced, a stage that is
+// missing. No Qt.
 #pragma once
 
 #include <string>
@@ -12,6 +13,7 @@ namespace ladderwise {
 enum class NoteKind {
     Replaced,
     LoadMoved,
+    AttenRaised,
     FormForced,
     EndTank,
     Unrealisable,
@@ -28,25 +30,30 @@ struct Note {
     std::string Name;
     std::string Text;                      ///< one sentence for people
     std::string Typed{};                   ///< of a replaced or moved box: what stood in it
-    std::string InUse{};                   ///< of a replaced or moved box: what stands in it now
+    std::string InUse{};                   ///< of a replaced, moved or raised input: what is in use
     BoxColour Colour = BoxColour::Normal;  ///< of a replaced or moved box
     bool Idle = false;  ///< of a replaced box: disabled, it plays no part in the present design
 };
 
-/// "replaced", "load-moved", "form-forced", "end-tank", "unrealisable", "math-error", "missing",
-/// "edited", "discarded", "not-varied".
+/// "replaced", "load-moved", "atten-raised", "form-forced", "end-tank", "unrealisable",
+/// "math-error", "missing", "edited", "discarded", "not-varied".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.
 std::vector<Note> CollectNotes(const Calculation& calculation);
 
-/// What the status line says: the notes and the worst case. Idle boxes are passed over. Empty text:
-/// nothing out of the ordinary.
+/// What the status line says: the worst case, the notes and an elliptic design's stop band. Idle
+/// boxes are passed over. Empty text: nothing out of the ordinary.
 struct StatusLine {
     std::string Text;
     bool Warning = false;  ///< something was replaced, moved or cannot be built
 };
 StatusLine DescribeStatus(const Calculation& calculation);
+
+/// The edge or edges of the stop band that an elliptic design is made for, and its shape factor
+/// (the stop-band edge over the 3 dB corner of the low-pass prototype), in one sentence; empty for
+/// other designs.
+std::string EllipticText(const FilterDesign& design);
 
 /// The two figures of a worst-case calculation in one sentence; empty if there was none.
 std::string WorstCaseText(const WorstCaseResult& result);

@@ -332,6 +332,10 @@ double Bounded(double value, double low, double high) {
 
 }  // namespace
 
+ElementArm TrapArm(ResponseType family) {
+    return FormOf(family).Dual ? ElementArm::Shunt : ElementArm::Series;
+}
+
 EllipticLadder BuildEllipticLadder(const EllipticRequest& request) {
     if (!IsElliptic(request.Family) || request.Traps < 1 || request.Traps > MaxPoles) return {};
     EllipticRequest bounded = request;

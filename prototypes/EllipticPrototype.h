@@ -14,6 +14,9 @@ inline constexpr double LargestEllipticAttenDb = 100.0;
 /// A raised attenuation is the requested one and a multiple of this, dB.
 inline constexpr double EllipticAttenStepDb = 0.01;
 
+/// The arm that an elliptic family has its traps in: shunt for A and E.
+ElementArm TrapArm(ResponseType family);
+
 /// What is asked of an elliptic prototype.
 struct EllipticRequest {
     ResponseType Family = ResponseType::EllipticC;  ///< EllipticA .. EllipticE

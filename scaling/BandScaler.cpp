@@ -49,66 +49,70 @@ double BandPassCentre2(const FilterDesign& design) {
     return (design.F0 - halfBand) * (design.F0 + halfBand);
 }
 
-// Partial fractions of the section's immittance: its two resonances are the roots of
-// x^2 - S x + P = 0 in x = 1 / w^2, the larger of which is X.
-struct TwoResonances {
-    double P;
-    double X;
-    double Y;
-};
-
-TwoResonances ResonancesOf(const TrapSection& t) {
-    const double s = t.L2 * t.C2 + t.L1 * t.C1 + t.L2 * t.C1;
-    const double p = t.L1 * t.L2 * t.C1 * t.C2;
-    const double x = s / 2 + GuardedSqrt(s * s - 4 * p) / 2;
-    return {p, x, p - x * x};
-}
+using TrapValues = std::array<double, 4>;  // V1 .. V4
 
 // Each form has the same impedance as the section itself at every frequency. Type 4 is the Foster
-// form (partial fractions), types 2 and 3 are mixed forms that take one pole out first.
-CircuitElement SeriesTrap(const TrapSection& t, int trapType) {
+// form, types 2 and 3 are mixed forms that take one pole out first.
+//
+// The Foster forms are partial fractions of the section's immittance, whose two resonances are the
+// roots of x^2 - S x + P = 0 in x = 1 / w^2. With S = L2 C2 + L1 C1 + m and P = L1 C1 L2 C2 their
+// difference D and the distances of the larger root X from L1 C1 and L2 C2 are written so that
+// nothing cancels where the sections of a narrow band resonate alike: m is what separates the
+// roots.
+struct TwoResonances {
+    double X;            // the larger root, s^2
+    double Y;            // P - X^2
+    double AboveFirst;   // X - L1 C1
+    double AboveSecond;  // X - L2 C2
+};
+
+TwoResonances ResonancesOf(const TrapSection& t, double m) {
+    const double first = t.L1 * t.C1, second = t.L2 * t.C2;
+    const double apart = second - first;
+    const double d = std::sqrt(apart * apart + m * (2 * (first + second) + m));
+    const double x = (first + second + m + d) / 2;
+    return {x, -x * d, (apart + m + d) / 2, (m - apart + d) / 2};
+}
+
+TrapValues SeriesTrap(const TrapSection& t, int trapType) {
     const double l1 = t.L1, c1 = t.C1, l2 = t.L2, c2 = t.C2;
     if (trapType == 2) {
         const double sum = l1 + l2;
         const double ratio = sum / l2;
-        return {ElementType::SeriesElliptic2, l2 * l2 / sum, c1 * (ratio * ratio), l1 * l2 / sum,
-                c2};
+        return {l2 * l2 / sum, c1 * (ratio * ratio), l1 * l2 / sum, c2};
     }
     if (trapType == 3) {
         const double sum = c1 + c2;
-        return {ElementType::SeriesElliptic3, l1 * (c1 * c1) / (sum * sum), sum, l2,
-                (c2 / c1 + 1) * c2};
+        return {l1 * (c1 * c1) / (sum * sum), sum, l2, (c2 / c1 + 1) * c2};
     }
     if (trapType == 4) {
-        const auto [p, x, y] = ResonancesOf(t);
-        const double z = l1 * l2 * c1;
-        const double first = p * l2 - x * z;
-        const double second = z - x * l2;
-        return {ElementType::DualSeriesLC, first / y, y * p / x / first, second * x / y,
-                y / second};
+        const auto [x, y, aboveFirst, aboveSecond] = ResonancesOf(t, l2 * c1);
+        const double p = l1 * c1 * l2 * c2;
+        const double first = -l1 * l2 * c1 * aboveSecond;
+        const double second = -l2 * aboveFirst;
+        return {first / y, y * p / x / first, second * x / y, y / second};
     }
-    return {ElementType::SerSerParLC, l1, c1, l2, c2};
+    return {l1, c1, l2, c2};
 }
 
-CircuitElement ShuntTrap(const TrapSection& t, int trapType) {
+TrapValues ShuntTrap(const TrapSection& t, int trapType) {
     const double l1 = t.L1, c1 = t.C1, l2 = t.L2, c2 = t.C2;
     if (trapType == 2) {
         const double ratio = c2 / c1 + 1;
-        return {ElementType::ShuntElliptic2, l1, c1 * c2 / (c1 + c2), l2 * (ratio * ratio),
-                c1 / ratio};
+        return {l1, c1 * c2 / (c1 + c2), l2 * (ratio * ratio), c1 / ratio};
     }
     if (trapType == 3) {
         const double ratio = l2 / (l1 + l2);
-        return {ElementType::ShuntElliptic3, l1 + l2, c1, (l1 / l2 + 1) * l1, c2 * (ratio * ratio)};
+        return {l1 + l2, c1, (l1 / l2 + 1) * l1, c2 * (ratio * ratio)};
     }
     if (trapType == 4) {
-        const auto [p, x, y] = ResonancesOf(t);
-        const double z = l2 * c2 * c1;
-        const double first = p * c1 - x * z;
-        const double second = z - x * c1;
-        return {ElementType::DualShuntLC, y * p / x / first, first / y, y / second, second * x / y};
+        const auto [x, y, aboveFirst, aboveSecond] = ResonancesOf(t, l2 * c1);
+        const double p = l1 * c1 * l2 * c2;
+        const double first = -l2 * c2 * c1 * aboveFirst;
+        const double second = -c1 * aboveSecond;
+        return {y * p / x / first, first / y, y / second, second * x / y};
     }
-    return {ElementType::ShuntSerParLC, l1, c1, l2, c2};
+    return {l1, c1, l2, c2};
 }
 
 void Put(CircuitElement& slot, ElementType type, const Resonator& resonator) {
@@ -122,14 +126,23 @@ void Put(CircuitElement& slot, ElementType type, const Resonator& resonator) {
 void PutTrap(CircuitElement& slot, const Resonator& seriesResonator, const Resonator& parallelTank,
              int trapType) {
     const TrapSection trap{seriesResonator.L, seriesResonator.C, parallelTank.L, parallelTank.C};
-    if (slot.Type == ElementType::SeriesLC) {
-        slot = SeriesTrap(trap, trapType);
-    } else if (slot.Type == ElementType::ShuntLC) {
-        slot = ShuntTrap(trap, trapType);
-    }
+    const bool series = slot.Type == ElementType::SeriesLC;
+    if (!series && slot.Type != ElementType::ShuntLC) return;
+    const TrapValues v = series ? SeriesTrap(trap, trapType) : ShuntTrap(trap, trapType);
+    const int form = trapType >= 1 && trapType <= 4 ? trapType : 1;
+    slot = {TrapForms(series ? ElementArm::Series : ElementArm::Shunt)[form - 1], v[0], v[1], v[2],
+            v[3]};
 }
 
 }  // namespace
+
+const std::array<ElementType, 4>& TrapForms(ElementArm arm) {
+    static constexpr std::array series{ElementType::SerSerParLC, ElementType::SeriesElliptic2,
+                                       ElementType::SeriesElliptic3, ElementType::DualSeriesLC};
+    static constexpr std::array shunt{ElementType::ShuntSerParLC, ElementType::ShuntElliptic2,
+                                      ElementType::ShuntElliptic3, ElementType::DualShuntLC};
+    return arm == ElementArm::Series ? series : shunt;
+}
 
 std::vector<double> ScaledFrequencies(const FilterDesign& design, double w) {
     // The pair f1, f2 with f2 - f1 = width and f1 f2 = centre2.

@@ -7,6 +7,7 @@
 // one reactance).
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "design/FilterDesign.h"
@@ -17,6 +18,10 @@ namespace ladderwise {
 /// for a low pass or high pass, two for a canonical band pass or notch, below and above the centre.
 /// Hz, ascending. None for the pass types that are not scaled from the prototype's ladder.
 std::vector<double> ScaledFrequencies(const FilterDesign& design, double w);
+
+/// The forms of a band pass's or notch's trap in a series or shunt arm: element [t - 1] is that of
+/// trap type t, 1 .. 4.
+const std::array<ElementType, 4>& TrapForms(ElementArm arm);
 
 /// Slots 1 .. NumElements to a band pass of source RSource (ohm) with the edges F0 -+ BandWidth / 2
 /// (Hz), so that every resonance lies at the edges' geometric mean, slightly below F0. SeriesInd

@@ -119,6 +119,21 @@ TEST(Json, MembersTypesAndCounts) {
     EXPECT_TRUE(json["phase_deg"][512].isDouble());
 }
 
+TEST(Json, EllipticResults) {
+    Calculation calculation;
+    const Settings settings = {
+        {"response", "elliptic-c"}, {"poles", "2"}, {"ripple", "0.1"}, {"atten", "40"}};
+    const QJsonValue lowPass = ParsedJson(JsonOf(calculation, settings))["elliptic"];
+    EXPECT_EQ(lowPass["attenuation_used_db"].toDouble(), 40);
+    EXPECT_NEAR(lowPass["trap_hz"][1].toDouble() / 200e6, 1.35070677736, 1e-10);
+    EXPECT_NEAR(lowPass["passband_edge_hz"].toDouble() / 200e6, 0.91941508804, 1e-10);
+    EXPECT_NEAR(lowPass["stopband_edge_hz"].toDouble() / 200e6, 1.30337901587, 1e-10);
+    const QJsonObject notch = ParsedJson(JsonOf(calculation, {{"pass", "notch"}}));
+    EXPECT_EQ(notch["elliptic"]["trap_hz"].toArray().size(), 4);
+    EXPECT_EQ(notch["elliptic"]["stopband_edge_hz"].toArray().size(), 2);
+    EXPECT_FALSE(ParsedJson(JsonOf(calculation, {{"response", "gauss"}})).contains("elliptic"));
+}
+
 TEST(Json, WhatIsNoNumberIsNull) {
     Calculation calculation;
     JsonOf(calculation, {});

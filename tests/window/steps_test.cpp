@@ -83,6 +83,19 @@ private slots:
         QCOMPARE(f.Design().NumPoles, 4);  // Norton keeps a typed 4
     }
 
+    void PicturesChooseTheTrapForm() {
+        WindowFixture f;
+        f.Trigger("BandPassMenu");
+        for (const bool shunt : {false, true}) {
+            f.Trigger(shunt ? "EllipticEMenu" : "EllipticCMenu");
+            f.Click("TrapForm3");
+            QCOMPARE(f.Text("TrapTypeBox"), "3");
+            QVERIFY(f.Design().Elements[shunt ? 3 : 2].Type ==
+                    (shunt ? ElementType::ShuntElliptic3 : ElementType::SeriesElliptic3));
+            QVERIFY(f.Find("EllipticPanel")->height() <= 96);  // no higher than the schematic
+        }
+    }
+
     void KeysCycleResponseAndSweep() {
         WindowFixture f;
         // Whatever has the focus: the window sees function keys before its controls.

@@ -97,18 +97,24 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
             look = LayerLook::Plain;
         }
     };
+    const PlotAnnotations annotations =
+        BuildAnnotations(content, layout, scales, MetricsOf(painter), work->Points);
+    const auto paintAnnotations = [&] {
+        PaintMarkers(painter, annotations.Markers);
+        PaintLegend(painter, annotations.Key);
+    };
     paintLayers(LayerLook::Plain);
+    paintAnnotations();
     for (const PlotTraces& run : content.Overlays) {
         if (image)
             PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
         else
             PaintLayer(painter, {run}, content.Choices, layout, scales, work->Points);
     }
-    if (!content.Overlays.empty()) paintLayers(LayerLook::Darker);
-    const PlotAnnotations annotations =
-        BuildAnnotations(content, layout, scales, MetricsOf(painter), work->Points);
-    PaintMarkers(painter, annotations.Markers);
-    PaintLegend(painter, annotations.Key);
+    if (!content.Overlays.empty()) {
+        paintLayers(LayerLook::Darker);
+        paintAnnotations();
+    }
 
     const std::vector<GridColumn> columns = BuildValueGrid(content.Design);
     const int needed = 2 * ValueGridLeft + (static_cast<int>(columns.size()) + 1) * TablePitch;

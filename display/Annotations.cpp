@@ -5,7 +5,8 @@ namespace ladderwise {
 
 MarkedSweep SweepOf(const PlotContent& content, const PlotLayout& layout,
                     const PlotScales& scales) {
-    return {content.Design.PassType, content.Design.SweepFreqs, content.Choices, layout, scales};
+    return {content.Design.PassType,     content.Design.SweepFreqs, content.Choices, layout, scales,
+            content.Design.PulseTimeStep};
 }
 
 PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& layout,

@@ -24,6 +24,7 @@ struct MarkedSweep {
     TraceChoices Choices;
     PlotLayout Layout;
     PlotScales Scales;
+    double PulseTimeStep = 0.0;  ///< between two samples of the pulse, s
 };
 
 /// Sweep point under x: the integer part of its share of the plot's width times `count`, kept

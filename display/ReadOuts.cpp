@@ -58,6 +58,8 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
         const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
         std::string text;
         if (!magnitude || !magnitudeShown) text = TextOf(kind, value);
+        if (kind == TraceKind::Pulse)
+            text += " at " + FormatWithPrefix(out.Index * sweep.PulseTimeStep, 3, "s");
         if (magnitude && !magnitudeShown && number == 0 && out.DeltaDb) {
             const double off = value - (out.LevelDb - *out.DeltaDb);
             text += " (" + std::string(delta) + Signed(off, FormatFixed(off, 2)) + ")";

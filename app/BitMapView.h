@@ -1,9 +1,12 @@
-// The widget that shows the plot's off-screen image.
+// The widget that shows the plot's off-screen image, the crosshair with its read-outs, and which
+// element is pointed at. Tells the main window where the mouse is.
 #pragma once
 
 #include <QWidget>
+#include <optional>
 
 #include "display/Plot.h"
+#include "display/ReadOuts.h"
 
 namespace ladderwise {
 
@@ -14,11 +17,34 @@ class BitMapView : public QWidget {
 public:
     BitMapView(const Plot& plot, QWidget* parent);
 
+    /// The crosshair and the read-outs in the plot's title band; none: the band shows the title.
+    void ShowReadOuts(std::optional<CursorReadOuts> newReadOuts);
+
+    /// Lights a part of the schematic strip; an empty rectangle: none.
+    void Light(const QRect& part);
+
+signals:
+    void Hovered(QPoint at);   ///< the mouse moved, no button needed
+    void Left();               ///< the mouse has gone
+    void Pressed(QPoint at);   ///< a button, or the key that opens a context menu
+    void Stepped(int points);  ///< arrow keys: -1 or +1, with Ctrl ten times as far
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    void PaintReadOuts(QPainter& painter);
+
     const Plot& plot;
+    std::optional<CursorReadOuts> readOuts;
+    QRect lit;
 };
 
 }  // namespace ladderwise

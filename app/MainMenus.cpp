@@ -75,13 +75,13 @@ const std::vector<MenuTable> menus = {
 };
 
 const std::vector<MenuPart> markerParts = {
-    {"SetRefF0Menu", "Set Ref to Fo, 0dB", "Will take read-outs against F0 and 0 dB.", {}},
-    {"SetRefPeakMenu", "Set Ref at BPF Peak", "Will take read-outs against the peak of a band-pass.", {}},
-    {"SetRefCursorMenu", "Set Ref at Cursor", "Will take read-outs against the point clicked.", {}},
-    {"ClearRefMenu", "Clear Reference", "Will remove the read-out reference.", {}},
-    {"FreqMarkerMenu", "Freq Marker", "Will put a frequency marker at the point clicked.", {}},
-    {"DbMarkerMenu", "dB Level Marker", "Will put a level marker at the point clicked.", {}},
-    {"ClearMarkersMenu", "Clear Markers", "Will remove all markers.", {}}};
+    {"SetRefF0Menu", "Set Ref to Fo, 0dB", "", {}},
+    {"SetRefPeakMenu", "Set Ref at BPF Peak", "", {}},
+    {"SetRefCursorMenu", "Set Ref at Cursor", "", {}},
+    {"ClearRefMenu", "Clear Reference", "", {}},
+    {"FreqMarkerMenu", "Freq Marker", "", {}},
+    {"DbMarkerMenu", "dB Level Marker", "", {}},
+    {"ClearMarkersMenu", "Clear Markers", "", {}}};
 // clang-format on
 
 QAction* AddCommand(QMenu* menu, const MenuPart& part) {

@@ -177,15 +177,12 @@ QWidget* MainPanel::BuildTracesGroup() {
         AutoScaleCheckBox = binder.AddChoice(group, ChoiceId::AutoScale);
         place(AutoScaleCheckBox, 1, 1);
     }
-    PlotReferenceBox =
-        AddButton<QCheckBox>(group, "PlotReferenceBox", "Plot Ref",
-                             "Will draw the stored reference design (not built yet)");
-    SetRefButton =
-        AddButton<QPushButton>(group, "SetRefButton", "Set Ref",
-                               "Will store this design as the reference (not built yet)");
-    ExchangeRefButton =
-        AddButton<QPushButton>(group, "ExchangeRefButton", "Exhange Ref",
-                               "Will exchange this design and the reference (not built yet)");
+    PlotReferenceBox = AddButton<QCheckBox>(group, "PlotReferenceBox", "Plot Ref",
+                                            "Draws the stored reference design beside this one");
+    SetRefButton = AddButton<QPushButton>(group, "SetRefButton", "Set Ref",
+                                          "Stores this design as the reference to compare with");
+    ExchangeRefButton = AddButton<QPushButton>(group, "ExchangeRefButton", "Exhange Ref",
+                                               "Exchanges this design and the reference");
     place(PlotReferenceBox, 3, 1);
     place(SetRefButton, 0, 2);
     place(ExchangeRefButton, 1, 2);
@@ -193,7 +190,7 @@ QWidget* MainPanel::BuildTracesGroup() {
     keepsPlace.setRetainSizeWhenHidden(true);
     AutoScaleCheckBox->setSizePolicy(keepsPlace);
     for (QWidget* const later :
-         std::initializer_list<QWidget*>{PlotReferenceBox, SetRefButton, ExchangeRefButton})
+         std::initializer_list<QWidget*>{PlotReferenceBox, ExchangeRefButton})
         later->setEnabled(false);
     return group;
 }

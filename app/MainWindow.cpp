@@ -63,6 +63,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     ellipticPanel = new EllipticPanel(binder, client);
     ellipticPanel->hide();
     BuildStatusLine();
+    ConnectPlot();
     partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
     BuildHelp();
     drawing.setSingleShot(true);
@@ -104,9 +105,6 @@ void MainWindow::BuildClient() {
     clientView->setWidget(client);
     setCentralWidget(clientView);
     bitMap = new BitMapView(plot, client);
-    bitMap->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(bitMap, &QWidget::customContextMenuRequested, this,
-            [this](const QPoint& at) { markerMenu->popup(bitMap->mapToGlobal(at)); });
     panel = new MainPanel(binder, client);
     panelView = new QScrollArea(client);
     panelView->setObjectName("PanelView");
@@ -227,7 +225,13 @@ void MainWindow::FinishDrawing() {
     if (!drawing.isActive()) return;
     drawing.stop();
     if (std::exchange(resized, false)) SizePlot(devicePixelRatioF());
+    comingRuns = calculation.PendingSeed ? calculation.Design.PartModel.MonteCarloRuns : 0;
     FinishCalculation(calculation, report, Painter());
+    if (calculation.WorstCase.Runs > 0) {
+        plot.FinishOverlay(Content());
+        bitMap->update();
+    }
+    ShowCursor();
     ShowStatus();
     ShowCommands();
 }

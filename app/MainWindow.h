@@ -5,6 +5,8 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "app/MainMenus.h"
@@ -13,6 +15,7 @@
 #include "display/ValueGridContent.h"
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
+#include "pipeline/ReferenceDesign.h"
 
 class QMenu;
 class QProgressBar;
@@ -24,6 +27,7 @@ class QToolButton;
 
 namespace ladderwise {
 
+class BitMapView;
 class DirectCoupledWindow;
 class ElidedLabel;
 class EllipticPanel;
@@ -42,6 +46,7 @@ public:
     void SetMessageCallback(MessageCallback report);
 
     const Calculation& State() const { return calculation; }
+    const MarkerState& Markers() const { return markers; }
 
     /// Draws now what waits to be drawn. Steps that follow each other quickly are calculated one
     /// by one up to the worst case; the worst case runs when no more input waits.
@@ -113,6 +118,24 @@ private:
     PlotPlacement Placement() const;
     int GridTop() const;
 
+    // MainWindowMarkers.cpp: cursor, markers, reference, links between strip and grid
+    void ConnectPlot();
+    PlotContent Content() const;
+    std::vector<PlotLayer> ReferenceLayers() const;
+    bool ReferenceShown() const;
+    void SetReference();
+    void ExchangeWithReference();
+    void FollowMouse(QPoint at);
+    void StepCursor(int points);
+    void ShowCursor();
+    void OpenMarkerMenu(QPoint at);
+    void RunMarkerCommand(const QString& name);
+    void Replot();
+    void UpdateMarkerMenu(bool bandPass);
+    void LightSlot(int slot);
+    void OpenGridMenu(QPoint at);
+    bool StepCell(QPoint at, int angle);
+
     // MainWindowKeys.cpp: keyboard and grid
     bool HandleKey(QObject* target, int key);
     CellPosition SelectedCell();
@@ -132,6 +155,18 @@ private:
     bool showingGrid = false;  ///< cells change because the program writes them
     QElapsedTimer sinceRepaint;
 
+    /// Where the crosshair stands: sweep point and height, in pixels.
+    struct PlotCursor {
+        int Index;
+        int Y;
+    };
+    std::optional<PlotCursor> cursor;
+    MarkerState markers;
+    std::unique_ptr<ReferenceDesign> reference;  ///< none until the first "Set Ref"
+    bool wasBandPass = false;                    ///< at the last look at the choices
+    int comingRuns = 0;  ///< of the worst case that is drawn, or about to be
+    int litSlot = 0;     ///< ladder slot that is pointed at; 0: none
+
     /// A text in the value grid that is no value: it stays to be seen until the next calculation.
     struct RejectedCell {
         CellPosition At;
@@ -141,7 +176,7 @@ private:
 
     QScrollArea* clientView;  ///< scrolls the client area on a screen too low for it
     QWidget* client;
-    QWidget* bitMap;
+    BitMapView* bitMap;
     MainPanel* panel;
     QScrollArea* panelView;  ///< scrolls the panel where the window is too narrow for it
     QTableWidget* valueGrid;

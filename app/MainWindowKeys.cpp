@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTableWidget>
+#include <QWheelEvent>
 #include <QWindow>
 #include <optional>
 
@@ -26,6 +27,13 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         const bool ours = static_cast<QWidget*>(watched)->window() == this;
         const bool plain = !(key->modifiers() & ~Qt::KeypadModifier);
         if (ours && plain && HandleKey(watched, key->key())) return true;
+    }
+    if (watched == valueGrid->viewport()) {
+        if (event->type() == QEvent::Leave) LightSlot(0);
+        auto* const wheel = static_cast<QWheelEvent*>(event);
+        if (event->type() == QEvent::Wheel &&
+            StepCell(wheel->position().toPoint(), wheel->angleDelta().y()))
+            return true;
     }
     if (watched == client && event->type() == QEvent::Resize && started) ResizePlot();
     return QMainWindow::eventFilter(watched, event);

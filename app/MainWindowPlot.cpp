@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableWidget>
+#include <algorithm>
 
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 const QColor labelBackground(225, 225, 225);
+const QColor unusedLabel(170, 170, 170);
 const QColor editedColour(255, 236, 179);
 const QColor rejectedColour(192, 192, 192);
 
@@ -46,8 +48,8 @@ void MainWindow::PlotRun(const AnalysedRun& run) {
         return ShowProgress(run.Number);
     }
     LayOutClient();
-    plot.PaintContent(ContentOf(calculation.Design, ShownTraces(calculation), run.Quantities, {}),
-                      Placement());
+    if (ReferenceShown()) RefreshReference(*reference, calculation, report);
+    plot.PaintContent(Content(), Placement());
     PlaceGroupDelayControls();
     ShowValueGrid();
     bitMap->update();
@@ -111,6 +113,7 @@ void MainWindow::LayOutClient() {
 }
 
 void MainWindow::ScrollStrip(int position) {
+    LightSlot(0);
     valueGrid->move(ValueGridLeft - position, valueGrid->y());
     plot.ScrollStrip(calculation.Design, position);
     bitMap->update();
@@ -156,8 +159,11 @@ void MainWindow::ShowValueGrid() {
         QTableWidgetItem* const label = ItemAt(valueGrid, row, 0);
         label->setText(GridRowLabels[row]);
         label->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-        label->setBackground(labelBackground);
-        label->setForeground(QBrush(Qt::black));
+        const bool used = std::any_of(columns.begin(), columns.end(), [row](const auto& column) {
+            return !column[static_cast<std::size_t>(row)].Text.empty();
+        });
+        label->setBackground(used ? labelBackground : ToQColor(BackgroundColour));
+        label->setForeground(used ? QColor(Qt::black) : unusedLabel);
         for (int column = 1; column < valueGrid->columnCount(); ++column) {
             const GridCell& cell = columns[column - 1][row];
             QTableWidgetItem* const item = ItemAt(valueGrid, row, column);
@@ -166,6 +172,8 @@ void MainWindow::ShowValueGrid() {
             item->setData(Qt::UserRole, text);
             item->setToolTip(QString::fromStdString(cell.ToolTip));
             MarkCell(item, cell, {column, row});
+            // A row that no element uses is blended into what lies around the grid.
+            if (!used) item->setBackground(ToQColor(BackgroundColour));
             Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
             if (!text.isEmpty()) flags |= Qt::ItemIsEditable;
             item->setFlags(flags);

@@ -8,6 +8,7 @@
 #include "app/MainWindow.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
+#include "pipeline/ResultsText.h"
 #include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
 #include "windows/EllipticPanel.h"
@@ -68,12 +69,11 @@ void MainWindow::ShowStatus() {
         status.Text = RejectedText() + status.Text;
         status.Warning = true;
     }
-    statusLabel->SetText(
-        QString::fromStdString(
-            status.Text.empty() ? DesignTitle(calculation.Design) + ", " +
-                                      std::to_string(calculation.Design.NumElements) + " elements"
-                                : status.Text),
-        status.Warning);
+    const std::string results = ResultsLine(calculation.Design);
+    if (!status.Text.empty() && !results.empty()) status.Text += "  ";
+    status.Text += results;
+    if (status.Text.empty()) status.Text = DesignTitle(calculation.Design) + ", no elements";
+    statusLabel->SetText(QString::fromStdString(status.Text), status.Warning);
     const auto errors = MathErrors().ErrorCount();
     mathErrorButton->setText("Math errors: " + QString::number(errors));
     mathErrorButton->setVisible(errors > 0);
@@ -85,6 +85,7 @@ void MainWindow::SetControlStates() {
     if (inputs.Pass() != PassType::DirectCoupled) directCoupled->close();
     ForbidEllipticCoupling(inputs, report);
     const ControlStates states = StatesFor(inputs, ellipticPanel->isVisibleTo(client));
+    UpdateMarkerMenu(states.RefAtPeakEnabled);
     panel->BandWidthUnits->setEnabled(IsEnabled(RowOf(InputId::BandWidth, inputs), inputs));
     panel->PlotPulseBox->setEnabled(states.PulseEnabled);
     panel->PolesLabel->setText(states.CountsTraps ? "&N Traps" : "&N Poles");

@@ -10,6 +10,7 @@
 #include "cli/Terminal.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
+#include "pipeline/ResultsText.h"
 #include "scaling/BandScaler.h"
 
 namespace ladderwise {
@@ -167,6 +168,39 @@ std::string WorstCaseObject(const WorstCaseResult& result) {
            ",\n    \"high_db\": " + Numbers(result.HighDb) + "}";
 }
 
+std::string OptionalNumber(const std::optional<double>& value) {
+    return value ? Number(*value) : "null";
+}
+
+std::string EdgesText(const ResponseEdges& edges) {
+    return "[" + OptionalNumber(edges.Lower) + ", " + OptionalNumber(edges.Upper) + "]";
+}
+
+std::string ResultsObject(const FilterDesign& design) {
+    const ResponseResults results = ResultsOf(design);
+    if (!results.Valid) return "null";
+    std::string text;
+    const auto member = [&text](const char* name, const std::string& value) {
+        text += (text.empty() ? "{" : ",\n    ") + Quoted(name) + ": " + value;
+    };
+    member("loss_at_f0_db", Number(results.LossAtF0));
+    member("peak_hz", Number(results.PeakFrequency));
+    member("peak_loss_db", Number(results.PeakLoss));
+    member("edge_depth_db", Number(HalfPowerDb));
+    member("edges_hz", EdgesText(results.Edges));
+    member("width_hz", OptionalNumber(results.Edges.Width(design.PassType)));
+    member("return_loss_band_hz", EdgesText(results.ReturnLossBand));
+    member("worst_return_loss_db", Number(results.WorstReturnLoss));
+    member("worst_return_loss_hz", Number(results.WorstReturnLossAt));
+    member("shape_factor_60_6", OptionalNumber(results.ShapeFactor));
+    member("attenuations", List(results.Attenuations.size(), [&](std::size_t i) {
+               const AttenuationAt& at = results.Attenuations[i];
+               return "{\"at\": " + Quoted(at.Where) + ", \"hz\": " + Number(at.Frequency) +
+                      ", \"db\": " + Number(at.Attenuation) + "}";
+           }));
+    return text + "}";
+}
+
 }  // namespace
 
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages) {
@@ -205,6 +239,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
         const std::vector<std::string> lines = MathErrors().Lines(calculation.FirstMathError);
         member("math_errors", List(lines.size(), [&](std::size_t i) { return Quoted(lines[i]); }));
     }
+    member("results", ResultsObject(design));
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     member("messages", List(messages.size(), [&](std::size_t i) {

@@ -5,11 +5,13 @@
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
+#include "pipeline/ResultsText.h"
 
 namespace ladderwise {
 
 namespace {
 
+constexpr std::size_t resultNameWidth = 22;
 constexpr int PartDigits = 4;  ///< decimals of the shown mantissa: five significant digits
 
 const char* PartsText(PartChoice choice) {
@@ -59,6 +61,8 @@ std::string TableText(const Calculation& calculation) {
     if (design.NumElements > 0) text += "Slot  Type                Values, source to load\n";
     for (int slot = 1; slot <= design.NumElements; ++slot)
         text += SlotLine(design.Elements[slot], slot);
+    for (const auto& [name, value] : DescribeResults(design, ResultsOf(design)))
+        text += Padded(name, resultNameWidth) + value + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
     for (const std::string& line : {EllipticText(design), WorstCaseText(calculation.WorstCase)})

@@ -87,6 +87,7 @@ bool WriteOutput(const std::string& name, const std::string& bytes) {
 bool WritePlot(const Session& session, const Arguments& arguments) {
     const Calculation& calc = session.Calc;
     PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities, {});
+    content.WorstCaseRuns = calc.WorstCase.Runs;
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
     const PlotFile file = PaintPlotFile(arguments.PlotFile, {arguments.Width, arguments.Height},

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "display/AnnotationPainter.h"
+
 namespace ladderwise {
 
 Plot::Plot() {
@@ -30,7 +32,28 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
     placement = newPlacement;
     PaintBackground(content.Design);
     for (const PlotLayer& layer : content.Layers)
-        PaintTraces(layer);
+        PaintLayerPixels(image, layer, choices, layout, scales, LayerLook::Plain, work);
+    QPainter painter(&image);
+    painter.setFont(font);
+    annotations = BuildAnnotations(content, layout, scales, MetricsOf(painter), work.Points);
+    painter.end();
+    PaintAnnotations();
+}
+
+void Plot::FinishOverlay(const PlotContent& content) {
+    LayerLook look = LayerLook::Darker;
+    for (const PlotLayer& layer : content.Layers) {
+        PaintLayerPixels(image, layer, choices, layout, scales, look, work);
+        look = LayerLook::Plain;
+    }
+    PaintAnnotations();
+}
+
+void Plot::PaintAnnotations() {
+    QPainter painter(&image);
+    painter.setFont(font);
+    PaintMarkers(painter, annotations.Markers);
+    PaintLegend(painter, annotations.Key);
 }
 
 void Plot::PaintBackground(const FilterDesign& design) {
@@ -42,14 +65,6 @@ void Plot::PaintBackground(const FilterDesign& design) {
     painter.setFont(font);
     PaintFrame(painter, BuildPlotFrame(design, choices, layout, MetricsOf(painter)), size);
     PaintStrip(painter, design, placement.GridTop, placement.StripScroll, Doubled(), pictures);
-}
-
-void Plot::PaintTraces(const PlotLayer& layer) {
-    // The same pixels without a device pixel ratio, so that the pen is one pixel wide.
-    QImage pixels(image.bits(), image.width(), image.height(), image.bytesPerLine(),
-                  image.format());
-    QPainter painter(&pixels);
-    PaintLayer(painter, layer, choices, layout, scales, work.Points, image.devicePixelRatio());
 }
 
 void Plot::PaintOverlay(const PlotTraces& run) {

@@ -5,6 +5,7 @@
 #include <QFont>
 #include <QImage>
 
+#include "display/Annotations.h"
 #include "display/PlotContent.h"
 #include "display/PlotPainter.h"
 
@@ -29,26 +30,31 @@ public:
     /// Font of labels, marks and title from the next run 0 on.
     void SetFont(const QFont& labelFont);
 
-    /// Run 0: repaints frame, strip and the chosen traces of all layers, and fixes layout, scales
-    /// and choices.
+    /// Run 0: repaints frame, strip, the chosen traces of all layers, markers and legend, and fixes
+    /// layout, scales and choices.
     void PaintContent(const PlotContent& content, const PlotPlacement& placement);
 
     /// A worst-case run: draws the chosen traces over what is there, with layout, scales and
     /// choices of the last run 0, by PaintOverlayRun.
     void PaintOverlay(const PlotTraces& run);
 
+    /// After the last worst-case run: the layers of the content of run 0 once more, the design in
+    /// hand darker, then markers and legend.
+    void FinishOverlay(const PlotContent& content);
+
     /// Repaints the strip alone at another scroll position; traces and overlays stay.
     void ScrollStrip(const FilterDesign& design, int scroll);
 
     /// The picture. Keeping a copy of it makes the next run copy all pixels once.
     const QImage& Image() const { return image; }
+    const QFont& Font() const { return font; }
     /// Layout and scales of the last run 0.
     const PlotLayout& Layout() const { return layout; }
     const PlotScales& Scales() const { return scales; }
 
 private:
     void PaintBackground(const FilterDesign& design);
-    void PaintTraces(const PlotLayer& layer);
+    void PaintAnnotations();
     bool Doubled() const { return image.devicePixelRatio() > 1.0; }
 
     QImage image;
@@ -58,6 +64,7 @@ private:
     TraceChoices choices;
     PlotPlacement placement;
     OverlayWork work;
+    PlotAnnotations annotations;
     SchematicPictures pictures;
 };
 

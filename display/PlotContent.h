@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "analysis/Magphasefunctions.h"
+#include "design/MarkerState.h"
 #include "display/TraceKinds.h"
 
 namespace ladderwise {
@@ -15,6 +16,8 @@ struct PlotContent {
     TraceChoices Choices;
     std::vector<PlotLayer> Layers;
     std::vector<PlotTraces> Overlays;
+    int WorstCaseRuns = 0;  ///< that lie, or will lie, over the layers
+    MarkerState Markers{};
 };
 
 /// The arrays of a design whose quantities and sweep outlive the result.

@@ -13,6 +13,8 @@
 #include <memory>
 
 #include "design/ChoiceNames.h"
+#include "display/AnnotationPainter.h"
+#include "display/Annotations.h"
 #include "display/PlotPainter.h"
 
 namespace ladderwise {
@@ -85,14 +87,33 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
                size);
     const PlotScales scales = ScalesOf(content.Design);
     const auto work = std::make_unique<OverlayWork>();
-    for (const PlotLayer& layer : content.Layers)
-        PaintLayer(painter, layer, content.Choices, layout, scales, work->Points);
     QImage* const image = PixelsOf(painter);
+    const auto paintLayers = [&](LayerLook look) {
+        for (const PlotLayer& layer : content.Layers) {
+            if (image)
+                PaintLayerPixels(*image, layer, content.Choices, layout, scales, look, *work);
+            else
+                PaintLayer(painter, layer, content.Choices, layout, scales, work->Points);
+            look = LayerLook::Plain;
+        }
+    };
+    const PlotAnnotations annotations =
+        BuildAnnotations(content, layout, scales, MetricsOf(painter), work->Points);
+    const auto paintAnnotations = [&] {
+        PaintMarkers(painter, annotations.Markers);
+        PaintLegend(painter, annotations.Key);
+    };
+    paintLayers(LayerLook::Plain);
+    paintAnnotations();
     for (const PlotTraces& run : content.Overlays) {
         if (image)
             PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
         else
             PaintLayer(painter, {run}, content.Choices, layout, scales, work->Points);
+    }
+    if (!content.Overlays.empty()) {
+        paintLayers(LayerLook::Darker);
+        paintAnnotations();
     }
 
     const std::vector<GridColumn> columns = BuildValueGrid(content.Design);

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "design/ChoiceNames.h"
+#include "display/Subtitle.h"
 #include "display/TraceMap.h"
 #include "numbers/Formatfunctions.h"
 #include "numbers/UtilityFunctions.h"
@@ -23,6 +25,7 @@ constexpr int groupDelayMarkGap = 8;    // right end of the marks to the plot
 constexpr int groupDelayMarkGapBesideMag = 30;
 constexpr int magMarkOffset = 22;
 constexpr int phaseMarkOffset = 6;
+constexpr int frequencyLabelGap = 14;  // least, between two frequency labels
 
 // Major vertical divisions; a decade sweep spans two or four decades, an octave sweep two, four
 // or six octaves.
@@ -116,6 +119,43 @@ void AddTimeAxis(const FilterDesign& design, const PlotLayout& layout, const Tex
     }
 }
 
+// Grid lines that may carry a label beside the three fixed ones: the major divisions, then the
+// lines of each decade in the order of their usefulness.
+std::vector<int> MoreLabelLines(SweepType sweep) {
+    const bool decades = sweep == SweepType::OneDecade || sweep == SweepType::TwoDecades;
+    return decades ? std::vector{1, 5, 2, 3, 7, 4, 6, 8} : std::vector{1};
+}
+
+void AddMoreFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
+                            const TextMetrics& metrics, PlotFrame& frame) {
+    const int divisions = MajorDivisions(design.SweepType);
+    const bool linear = design.SweepType == SweepType::Linear;
+    std::vector<std::pair<int, int>> taken;  // left and right ends of the labels
+    const auto take = [&](const PlotText& label) {
+        taken.emplace_back(label.X, label.X + metrics.Width(label.Text));
+    };
+    for (const PlotText& label : frame.FrequencyLabels)
+        take(label);
+    for (const int k : MoreLabelLines(design.SweepType)) {
+        for (int j = 0; j < divisions; ++j) {
+            const double share = (j + std::log10(k)) / divisions;
+            const double f =
+                linear ? design.SweepF1 + share * (design.SweepF2 - design.SweepF1)
+                       : design.SweepF1 * std::pow(design.SweepF2 / design.SweepF1, share);
+            const std::string text = FormatWithPrefix(f, 2, "Hz");
+            const int width = metrics.Width(text);
+            const int x = layout.PlotLeft + NearestInt(share * layout.PlotWidth) - width / 2;
+            const bool free = std::none_of(taken.begin(), taken.end(), [&](const auto& other) {
+                return x < other.second + frequencyLabelGap &&
+                       x + width + frequencyLabelGap > other.first;
+            });
+            if (!free) continue;
+            frame.MoreFrequencyLabels.push_back({x, layout.PlotBottom + labelGap, text, Black});
+            take(frame.MoreFrequencyLabels.back());
+        }
+    }
+}
+
 // Every mark where there is room, else every second, fifth or tenth: in a very low plot the marks
 // would overlap. Digits take about three quarters of a line's height.
 int MarkStride(const PlotLayout& layout, const TextMetrics& metrics) {
@@ -151,7 +191,49 @@ void AddScaleMarks(const FilterDesign& design, const TraceChoices& choices,
     }
 }
 
+void AddAxisUnits(const TraceChoices& choices, const PlotLayout& layout, const TextMetrics& metrics,
+                  PlotFrame& frame) {
+    const int y =
+        std::max(LineY(layout, 0) - 2 * metrics.Height + markDrop, layout.Area.PanelHeight);
+    if (choices.Mag10dB)
+        frame.AxisUnits.push_back(
+            {layout.PlotLeft - magMarkOffset, y, "dB", TraceColour(TraceKind::Mag10dB)});
+    if (choices.Phase)
+        frame.AxisUnits.push_back(
+            {layout.PlotRight + phaseMarkOffset, y, "deg", TraceColour(TraceKind::Phase)});
+}
+
+// Title and subtitle one above the other, or one after the other where the font is too large.
+void AddTitles(const FilterDesign& design, const PlotLayout& layout, const TextMetrics& metrics,
+               PlotFrame& frame) {
+    const int panel = layout.Area.PanelHeight, margin = layout.PlotTop - panel;
+    const bool twoLines = 2 * metrics.Height <= margin;
+    frame.Title.Text = DesignTitle(design);
+    frame.Subtitle.Text = PlotSubtitle(design);
+    if (!twoLines) {
+        frame.Title.Text += ", " + frame.Subtitle.Text;
+        frame.Subtitle.Text.clear();
+    }
+    int y = panel + (margin - (twoLines ? 2 : 1) * metrics.Height) / 2;
+    for (PlotText* const line : {&frame.Title, &frame.Subtitle}) {
+        line->Text = FittingList(line->Text, layout.PlotWidth, metrics);
+        line->X = layout.PlotLeft + (layout.PlotWidth - metrics.Width(line->Text)) / 2;
+        line->Y = y;
+        line->Colour = Black;
+        y += metrics.Height;
+    }
+}
+
 }  // namespace
+
+std::string FittingList(std::string list, int width, const TextMetrics& metrics) {
+    while (metrics.Width(list) > width) {
+        const std::size_t comma = list.rfind(", ");
+        if (comma == std::string::npos) break;
+        list.resize(comma);
+    }
+    return list;
+}
 
 PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices,
                          const PlotLayout& layout, const TextMetrics& metrics) {
@@ -159,15 +241,13 @@ PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices
     AddHorizontalLines(design, choices, layout, frame);
     AddVerticalLines(design.SweepType, layout, frame);
     AddFrequencyLabels(design, layout, metrics, frame);
+    AddMoreFrequencyLabels(design, layout, metrics, frame);
     // One pixel below the plot, so that a trace lying on the bottom edge stays visible.
     frame.Border = {layout.PlotLeft, layout.PlotTop, layout.PlotWidth, layout.PlotHeight + 1};
     if (choices.Pulse) AddTimeAxis(design, layout, metrics, frame);
     AddScaleMarks(design, choices, layout, metrics, frame);
-    frame.Title.Text = DesignTitle(design);
-    frame.Title.X = layout.PlotLeft + (layout.PlotWidth - metrics.Width(frame.Title.Text)) / 2;
-    const int panel = layout.Area.PanelHeight;
-    frame.Title.Y = panel + (layout.PlotTop - panel - metrics.Height) / 2;
-    frame.Title.Colour = Black;
+    AddAxisUnits(choices, layout, metrics, frame);
+    AddTitles(design, layout, metrics, frame);
     return frame;
 }
 

@@ -44,8 +44,14 @@ struct PlotFrame {
         GroupDelayMarks;                   ///< top to bottom: 11, fewer in a very low plot, or none
     std::vector<PlotText> MagnitudeMarks;  ///< top to bottom: 11, fewer in a very low plot, or none
     std::vector<PlotText> PhaseMarks;      ///< top to bottom: 11, fewer in a very low plot, or none
+    std::vector<PlotText> MoreFrequencyLabels;  ///< at grid lines, where they fit between those
+    std::vector<PlotText> AxisUnits;            ///< "dB" and "deg" above their columns of marks
     PlotText Title;
+    PlotText Subtitle;  ///< empty where the margin has room for one line only
 };
+
+/// A list "a, b, c" without as many of its last members as it takes to fit into `width` pixels.
+std::string FittingList(std::string list, int width, const TextMetrics& metrics);
 
 /// Builds the frame of a design for the chosen traces.
 PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices,

@@ -2,6 +2,7 @@
 #include "display/PlotLayout.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ladderwise {
 
@@ -31,6 +32,20 @@ PlotLayout ComputePlotLayout(const PlotArea& area, const TraceChoices& choices) 
     layout.PlotBottom += PlotDivisions - layout.PlotHeight % PlotDivisions;
     layout.PlotHeight = layout.PlotBottom - layout.PlotTop;
     return layout;
+}
+
+PlotLayout ScaledLayout(const PlotLayout& layout, double ratio) {
+    const auto scaled = [ratio](int logical) {
+        return static_cast<int>(std::lround(logical * ratio));
+    };
+    PlotLayout pixels = layout;
+    pixels.PlotLeft = scaled(layout.PlotLeft);
+    pixels.PlotRight = scaled(layout.PlotRight);
+    pixels.PlotTop = scaled(layout.PlotTop);
+    pixels.PlotBottom = scaled(layout.PlotBottom);
+    pixels.PlotWidth = pixels.PlotRight - pixels.PlotLeft;
+    pixels.PlotHeight = pixels.PlotBottom - pixels.PlotTop;
+    return pixels;
 }
 
 PlotRect ScaleBoxRect(const PlotLayout& layout, int boxHeight) {

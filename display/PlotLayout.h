@@ -49,6 +49,10 @@ struct PlotLayout {
 /// A client too small gives the smallest plot, partly off the client.
 PlotLayout ComputePlotLayout(const PlotArea& area, const TraceChoices& choices);
 
+/// The same layout in the pixels of a picture with `ratio` of them to a logical one. Its area is
+/// not scaled.
+PlotLayout ScaledLayout(const PlotLayout& layout, double ratio);
+
 /// The group-delay scale box: left of the plot, vertically centred on its top edge.
 PlotRect ScaleBoxRect(const PlotLayout& layout, int boxHeight);
 

@@ -36,6 +36,18 @@ void DrawLines(QPainter& painter, const std::vector<PlotLine>& lines) {
     }
 }
 
+PixelRows PixelsOf(QImage& image) {
+    const auto bytesPerPixel = static_cast<qsizetype>(sizeof(std::uint32_t));
+    return {reinterpret_cast<std::uint32_t*>(image.bits()), image.width(), image.height(),
+            image.bytesPerLine() / bytesPerPixel};
+}
+
+// Dark enough to stand out from a cloud of runs in the colour itself.
+PlotColour DarkerColour(PlotColour colour) {
+    const auto darker = [](std::uint8_t part) { return static_cast<std::uint8_t>(part / 2); };
+    return {darker(colour.Red), darker(colour.Green), darker(colour.Blue)};
+}
+
 void DrawMissingPicture(QPainter& painter, const StripPicture& place) {
     const QRect box(place.X, place.Y, SchematicWidth - 1, SchematicHeight - 1);
     painter.setPen(ToQColor(Black));
@@ -43,6 +55,32 @@ void DrawMissingPicture(QPainter& painter, const StripPicture& place) {
     painter.drawRect(box);
     painter.drawText(box.adjusted(2, 2, -2, -2), Qt::AlignCenter | Qt::TextWrapAnywhere,
                      QString::fromLatin1(InfoOf(place.Type).Name));
+}
+
+// The ink of the schematic pictures, and the size of the names beside their symbols.
+constexpr QColor stripInk(24, 28, 36);
+constexpr int designatorPixels = 10;
+constexpr int schematicStroke = 2;
+
+// Source and load around the pictures, and the names of the parts.
+void PaintStripSigns(QPainter& painter, const FilterDesign& design, int gridTop, int scroll) {
+    painter.save();
+    QFont font = painter.font();
+    font.setPixelSize(designatorPixels);
+    painter.setFont(font);
+    const StripSigns signs = BuildStripSigns(design, gridTop, scroll, MetricsOf(painter));
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(QPen(stripInk, schematicStroke, Qt::SolidLine, Qt::FlatCap));
+    painter.setBrush(Qt::NoBrush);
+    for (const PlotLine& wire : signs.Wires)
+        painter.drawLine(wire.X1, wire.Y1, wire.X2, wire.Y2);
+    for (const PlotRect& box : signs.Resistors)
+        painter.drawRect(box.Left, box.Top, box.Width, box.Height);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.drawEllipse(signs.Source.Left, signs.Source.Top, signs.Source.Width,
+                        signs.Source.Height);
+    DrawTexts(painter, signs.Texts);
+    painter.restore();
 }
 
 }  // namespace
@@ -78,6 +116,7 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size) {
     DrawLines(painter, frame.Lines);
     DrawTexts(painter, frame.FrequencyLabels);
     DrawTexts(painter, frame.TimeLabels);
+    DrawTexts(painter, frame.MoreFrequencyLabels);
     painter.setPen(QPen(ToQColor(Black), 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(frame.Border.Left, frame.Border.Top, frame.Border.Width, frame.Border.Height);
@@ -85,46 +124,54 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size) {
     DrawTexts(painter, frame.GroupDelayMarks);
     DrawTexts(painter, frame.MagnitudeMarks);
     DrawTexts(painter, frame.PhaseMarks);
+    DrawTexts(painter, frame.AxisUnits);
     DrawTextAt(painter, frame.Title);
+    DrawTextAt(painter, frame.Subtitle);
 }
 
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
-                double pixelRatio) {
-    const int penSize = std::max(1, static_cast<int>(std::lround(pixelRatio)));
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour) {
     painter.setRenderHint(QPainter::Antialiasing, false);
     QPen solid(ToQColor(colour), 1, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
     QPen dashed = solid;
-    dashed.setDashPattern({qreal(DashPixels * penSize), qreal(DashGapPixels * penSize)});
+    dashed.setDashPattern({qreal(DashPixels), qreal(DashGapPixels)});
     std::array<QPoint, NumSweepPoints> polyline;
     for (int r = 0; r < points.NumRuns; ++r) {
         const TraceRun& run = points.Runs[static_cast<std::size_t>(r)];
         painter.setPen(run.Style == RunStyle::Dashed ? dashed : solid);
-        for (int pixel = 0; pixel < penSize * penSize; ++pixel) {
-            const QPoint offset(pixel % penSize - penSize / 2, pixel / penSize - penSize / 2);
-            for (int n = run.First; n <= run.Last; ++n)
-                polyline[static_cast<std::size_t>(n)] =
-                    QPoint(points.X[n], points.Y[n]) * pixelRatio + offset;
-            painter.drawPolyline(&polyline[static_cast<std::size_t>(run.First)],
-                                 run.Last - run.First + 1);
-        }
+        for (int n = run.First; n <= run.Last; ++n)
+            polyline[static_cast<std::size_t>(n)] = QPoint(points.X[n], points.Y[n]);
+        painter.drawPolyline(&polyline[static_cast<std::size_t>(run.First)],
+                             run.Last - run.First + 1);
     }
 }
 
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
-                const PlotLayout& layout, const PlotScales& scales, TracePoints& work,
-                double pixelRatio) {
+                const PlotLayout& layout, const PlotScales& scales, TracePoints& work) {
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
         MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, layout, scales, work);
-        PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)], pixelRatio);
+        PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)]);
+    }
+}
+
+void PaintLayerPixels(QImage& image, const PlotLayer& layer, const TraceChoices& choices,
+                      const PlotLayout& layout, const PlotScales& scales, LayerLook look,
+                      OverlayWork& work) {
+    const double ratio = image.devicePixelRatio();
+    const PlotLayout pixels = ScaledLayout(layout, ratio);
+    const PixelRows picture = PixelsOf(image);
+    for (const TraceKind kind : TraceDrawOrder) {
+        if (!IsChosen(choices, kind)) continue;
+        MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, pixels, scales, work.Points);
+        const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
+        work.Strokes.Draw(work.Points, ratio,
+                          look == LayerLook::Darker ? DarkerColour(colour) : colour, picture);
     }
 }
 
 void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& choices,
                      const PlotLayout& layout, const PlotScales& scales, OverlayWork& work) {
-    const auto bytesPerPixel = static_cast<qsizetype>(sizeof(std::uint32_t));
-    const PixelRows picture{reinterpret_cast<std::uint32_t*>(image.bits()), image.width(),
-                            image.height(), image.bytesPerLine() / bytesPerPixel};
+    const PixelRows picture = PixelsOf(image);
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
         MapTrace(ValuesOf(run, kind), kind, false, layout, scales, work.Points);
@@ -149,6 +196,7 @@ void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int 
             painter.drawImage(QRect(place.X, place.Y, SchematicWidth, SchematicHeight), picture);
         }
     }
+    PaintStripSigns(painter, design, gridTop, scroll);
 }
 
 void PaintValueTable(QPainter& painter, const std::vector<GridColumn>& columns, int gridTop) {

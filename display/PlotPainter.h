@@ -12,6 +12,7 @@
 #include "display/PlotFrame.h"
 #include "display/SchematicStrip.h"
 #include "display/TraceSpans.h"
+#include "display/TraceStrokes.h"
 #include "display/ValueGridContent.h"
 
 namespace ladderwise {
@@ -45,23 +46,28 @@ TextMetrics MetricsOf(const QPainter& painter);
 /// font.
 void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size);
 
-/// The runs of a mapped trace as polylines of width 1, not antialiased. `pixelRatio` above 1 is for
-/// a painter on the bare pixels of a dense image: the points are scaled, and the polyline of width
-/// 1 is drawn once for each pixel of a square pen, because a wider pen makes the toolkit stroke
-/// outlines, which takes sixty times as long.
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
-                double pixelRatio = 1.0);
+/// The runs of a mapped trace as polylines of width 1, for vector pictures.
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour);
 
-/// The chosen traces of a layer in drawing order, mapped through `work`.
+/// The chosen traces of a layer in drawing order, mapped through `work`, for vector pictures.
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
-                const PlotLayout& layout, const PlotScales& scales, TracePoints& work,
-                double pixelRatio = 1.0);
+                const PlotLayout& layout, const PlotScales& scales, TracePoints& work);
 
-/// What drawing worst-case runs needs again and again.
+/// What drawing traces onto pixels needs again and again.
 struct OverlayWork {
     TracePoints Points;
     TraceSpans Spans;
+    TraceStrokes Strokes;
 };
+
+/// How a layer is drawn: as it is, or darker on top of a worst case that has its colours.
+enum class LayerLook { Plain, Darker };
+
+/// The chosen traces of a layer onto the pixels of a picture of Format_RGB32, antialiased, one
+/// logical pixel wide. They are mapped to the picture's own pixels at any density.
+void PaintLayerPixels(QImage& image, const PlotLayer& layer, const TraceChoices& choices,
+                      const PlotLayout& layout, const PlotScales& scales, LayerLook look,
+                      OverlayWork& work);
 
 /// The chosen traces of a worst-case run over what a picture of Format_RGB32 shows, by filling
 /// spans of its pixels: many times as fast as lines.

@@ -1,9 +1,53 @@
 // Placement of the schematic pictures.
 #include "display/SchematicStrip.h"
 
+#include <algorithm>
+
+#include "design/Designators.h"
 #include "display/ValueGridContent.h"
+#include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
+
+namespace {
+
+// Pixels; heights count from the top of the pictures.
+constexpr int throughLine = 22;  // as in the pictures
+constexpr int groundLine = 86;
+constexpr int sourceX = 14;  // of the source's axis from the left edge of the window
+constexpr int sourceRadius = 8;
+constexpr int sourceDrop = 22;  // from the through line to the source's circle
+constexpr int resistorLead = 9;
+constexpr int resistorLength = 24;
+constexpr int resistorHalf = 4;
+constexpr int loadX = 14;  // of the load's axis from the last picture
+constexpr int loadDrop = 16;
+constexpr int resistorDigits = 5;
+constexpr int namesTop = 0;         // of a shunt element's names
+constexpr int seriesNamesTop = 62;  // of a series element's names, below its symbols
+constexpr std::size_t namesInARow = 2;
+
+void AddDesignators(const FilterDesign& design, int top, int scroll, const TextMetrics& metrics,
+                    std::vector<PlotText>& texts) {
+    const auto designators = DesignatorsOf(design);
+    for (int slot = 1; slot <= ShownElements(design); ++slot) {
+        std::vector<std::string> names;
+        for (const std::string& name : designators[static_cast<std::size_t>(slot)])
+            if (!name.empty() && (names.empty() || names.back() != name)) names.push_back(name);
+        const bool shunt =
+            InfoOf(design.Elements[static_cast<std::size_t>(slot)].Type).Arm == ElementArm::Shunt;
+        const int middle = ValueGridLeft + SchematicWidth * slot + SchematicWidth / 2 - scroll;
+        int y = top + (shunt ? namesTop : seriesNamesTop);
+        for (std::size_t n = 0; n < names.size(); n += namesInARow) {
+            std::string row = names[n];
+            if (n + 1 < names.size()) row += "  " + names[n + 1];
+            texts.push_back({middle - metrics.Width(row) / 2, y, row, Black});
+            y += metrics.Height - 2;
+        }
+    }
+}
+
+}  // namespace
 
 std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTop, int scroll) {
     std::vector<StripPicture> pictures;
@@ -14,6 +58,54 @@ std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTo
                             gridTop - SchematicHeight});
     }
     return pictures;
+}
+
+StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll,
+                           const TextMetrics& metrics) {
+    StripSigns signs;
+    const int count = ShownElements(design);
+    if (count < 1) return signs;
+    const int top = gridTop - SchematicHeight, line = top + throughLine, ground = top + groundLine;
+    const auto wire = [&](int x1, int y1, int x2, int y2) {
+        signs.Wires.push_back({x1, y1, x2, y2, Black});
+    };
+    const auto earth = [&](int x) {
+        for (int bar = 0; bar < 3; ++bar)
+            wire(x - 8 + 3 * bar, ground + 3 * bar, x + 9 - 3 * bar, ground + 3 * bar);
+    };
+    const auto ohms = [](double r) { return FormatPlain(r, resistorDigits) + " \u03a9"; };
+
+    const int source = sourceX - scroll, first = ValueGridLeft + SchematicWidth - scroll;
+    signs.Source = {source - sourceRadius, line + sourceDrop, 2 * sourceRadius, 2 * sourceRadius};
+    wire(source, line, source, line + sourceDrop);
+    wire(source, line + sourceDrop + 2 * sourceRadius, source, ground);
+    earth(source);
+    signs.Resistors.push_back(
+        {source + resistorLead, line - resistorHalf, resistorLength, 2 * resistorHalf});
+    wire(source - 1, line, source + resistorLead, line);
+    wire(source + resistorLead + resistorLength, line, first, line);
+    signs.Texts.push_back({std::max(source + resistorLead, 0), line - resistorHalf - metrics.Height,
+                           ohms(design.RSource), Black});
+
+    const int end = first + count * SchematicWidth, load = end + loadX;
+    wire(end, line, load + 1, line);
+    wire(load, line, load, line + loadDrop);
+    signs.Resistors.push_back(
+        {load - resistorHalf, line + loadDrop, 2 * resistorHalf, resistorLength});
+    wire(load, line + loadDrop + resistorLength, load, ground);
+    earth(load);
+    signs.Texts.push_back({load + resistorHalf + 3,
+                           line + loadDrop + (resistorLength - metrics.Height) / 2,
+                           ohms(design.RLoad), Black});
+    AddDesignators(design, top, scroll, metrics, signs.Texts);
+    return signs;
+}
+
+int SlotAt(int x, int y, const FilterDesign& design, int gridTop, int scroll) {
+    if (y < gridTop - SchematicHeight || y >= gridTop) return 0;
+    const int offset = x - ValueGridLeft + scroll;
+    const int slot = offset >= 0 ? offset / SchematicWidth : 0;
+    return slot <= ShownElements(design) ? slot : 0;
 }
 
 }  // namespace ladderwise

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "design/FilterDesign.h"
+#include "display/PlotFrame.h"
 #include "display/PlotLayout.h"
 
 namespace ladderwise {
@@ -19,5 +20,21 @@ struct StripPicture {
 /// right of the grid's left edge. A code that is no element shows as errorBitMap. `scroll` pixels
 /// move the strip left, as the scroll bar moves the grid.
 std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTop, int scroll);
+
+/// What stands around and beside the pictures: the source with its resistor on the left, the load
+/// on the right, and the designators of the parts, above shunt elements and below series ones.
+struct StripSigns {
+    std::vector<PlotLine> Wires;
+    std::vector<PlotRect> Resistors;  ///< outlines
+    PlotRect Source;                  ///< of the circle
+    std::vector<PlotText> Texts;
+};
+
+/// Empty for an empty ladder.
+StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll,
+                           const TextMetrics& metrics);
+
+/// The slot whose picture lies at x, y; 0 if none does.
+int SlotAt(int x, int y, const FilterDesign& design, int gridTop, int scroll);
 
 }  // namespace ladderwise

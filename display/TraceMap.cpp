@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 #include "numbers/UtilityFunctions.h"
 
@@ -64,10 +65,12 @@ bool IsLongStep(const TracePoints& points, int n) {
     return dx * dx + dy * dy >= longStepSquared;
 }
 
-void FindRuns(TracePoints& points, bool dashed) {
+// `longestStep`: a vertical step of more pixels is a jump of the quantity and is not drawn.
+void FindRuns(TracePoints& points, bool dashed, int longestStep) {
     points.NumRuns = 0;
     for (int n = 1; n < points.NumPoints; ++n) {
         if (!points.Shown[n] || !points.Shown[n - 1]) continue;
+        if (std::abs(points.Y[n] - points.Y[n - 1]) > longestStep) continue;
         if (!dashed) {
             AddStep(points, n, RunStyle::Solid);
         } else if (IsLongStep(points, n)) {
@@ -125,7 +128,9 @@ void MapTrace(std::span<const double> values, TraceKind kind, bool dashed, const
             if (values[static_cast<std::size_t>(n)] == BlankMarker) points.Shown[n] = false;
         }
     }
-    FindRuns(points, dashed);
+    // More than half a turn of phase between two points is the wrap from -180 to 180 degrees.
+    const int longestStep = kind == TraceKind::Phase ? layout.PlotHeight / 2 : layout.PlotHeight;
+    FindRuns(points, dashed, longestStep);
 }
 
 }  // namespace ladderwise

@@ -67,7 +67,8 @@ struct TracePoints {
 };
 
 /// Maps `values` (at most NumSweepPoints are taken) into `points`. A NaN of any kind, and the
-/// BlankMarker of phase and group delay, leaves a gap to both neighbours. `dashed` is for the
+/// BlankMarker of phase and group delay, leaves a gap to both neighbours; so does a wrap of the
+/// phase between the two points of the step. `dashed` is for the
 /// reference design: short steps are drawn four points on, four points off, steps of 6 pixels or
 /// more with a dash pattern.
 void MapTrace(std::span<const double> values, TraceKind kind, bool dashed, const PlotLayout& layout,

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "design/Designators.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
@@ -43,6 +44,24 @@ std::vector<GridColumn> BuildValueGrid(const FilterDesign& design) {
         }
     }
     return columns;
+}
+
+std::string PartsTableText(const FilterDesign& design) {
+    constexpr int exactDigits = 15;
+    std::string table = "Part\tValue\tExact\n";
+    const auto designators = DesignatorsOf(design);
+    for (int slot = 1; slot <= ShownElements(design); ++slot) {
+        const CircuitElement& element = design.Elements[static_cast<std::size_t>(slot)];
+        for (int row = 0; row < ValueGridRows; ++row) {
+            const ValueKind kind = InfoOf(element.Type).Values[static_cast<std::size_t>(row)];
+            if (kind == ValueKind::Unused) continue;
+            const double value = element.Value(row);
+            table += designators[static_cast<std::size_t>(slot)][static_cast<std::size_t>(row)] +
+                     "\t" + FormatWithPrefix(value, cellDigits, UnitOf(kind)) + "\t" +
+                     FormatScientific(value, exactDigits) + "\n";
+        }
+    }
+    return table;
 }
 
 }  // namespace ladderwise

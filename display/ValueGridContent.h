@@ -34,4 +34,9 @@ GridCell CellOf(const CircuitElement& element, int row);
 /// The columns of slots 1 .. ShownElements; entry k - 1 is slot k, column k of the grid.
 std::vector<GridColumn> BuildValueGrid(const FilterDesign& design);
 
+/// The parts from the source to the load, one a line with tabs between the columns: designator,
+/// value with prefix, value in SI units with all its digits ("L2	159
+/// nH	1.5915494309189536E-7").
+std::string PartsTableText(const FilterDesign& design);
+
 }  // namespace ladderwise

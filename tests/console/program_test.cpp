@@ -70,6 +70,7 @@ TEST(Program, TheTableIsTheDefault) {
     EXPECT_TRUE(table.Out.contains("C = 15.915 pF"));
     EXPECT_TRUE(table.Out.contains("L = 79.577 nH"));
     EXPECT_FALSE(table.Out.contains("bandwidth"));
+    EXPECT_TRUE(table.Out.contains("at 2 F0               18.13 dB"));  // 10 log10(1 + 2^6)
     EXPECT_EQ(Launch({}).Out, table.Out);
     EXPECT_TRUE(Launch({"--set", "r-load=25"}).Out.contains("ask for the form"));
     EXPECT_FALSE(Launch({"--json", "-"}).Out.contains("Pole"));

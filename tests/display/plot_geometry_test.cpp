@@ -92,7 +92,9 @@ TEST(PlotFrame, LabelsMarksAndTitle) {
     expectText(plain.FrequencyLabels[0], "20.0 MHz", 60, 590);
     expectText(plain.FrequencyLabels[1], "200 MHz", 640 - 21, 590);
     expectText(plain.FrequencyLabels[2], "2.00 GHz", 1220 - 48, 590);
-    expectText(plain.Title, "3 Pole Butterworth LPF", 640 - 66, Panel + 11);
+    expectText(plain.Title, "3 Pole Butterworth LPF", 640 - 66, Panel + 4);
+    EXPECT_EQ(plain.Subtitle.Text, "200 MHz, 50 Ω to 50 Ω, ideal parts, 1 decade/div");
+    EXPECT_EQ(plain.MoreFrequencyLabels[0].Text, "100 MHz");
     EXPECT_EQ(plain.Border, (PlotRect{60, 185, 1160, 401}));
 
     choices.Phase = choices.GroupDelay = true;

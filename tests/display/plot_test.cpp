@@ -85,16 +85,17 @@ TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
     EXPECT_EQ(plot->Image(), before);
 }
 
-// Spans of pixels are not exactly the lines of the toolkit, but one pixel aside at most; only where
-// traces cross may another colour lie on top.
+// Spans of pixels are not exactly the smooth lines, but one pixel aside at most.
 TEST(Plot, OverlayFollowsThePaintedLines) {
-    const ButterworthResponse nominal = MakeButterworth(SweepType::OneDecade);
+    ButterworthResponse nominal = MakeButterworth(SweepType::OneDecade);
+    nominal.Design.NumElements = 0;  // neither legend nor labels
     ButterworthResponse other = MakeButterworth(SweepType::TwoDecades, 1.3);
     for (const int gap : {100, 101, 400, 500})
         other.MagnitudeDb[gap] = std::nan("");
     const TraceChoices all{true, true, true, true, true, true};
     for (const double ratio : {1.0, 1.5, 2.0, 3.0}) {
         const auto spans = Painted(nominal, all, ratio);
+        const QImage before = spans->Image().copy();
         spans->PaintOverlay(other.Traces());
         PlotContent both = nominal.Content(all);
         both.Layers.push_back({other.Traces()});
@@ -102,19 +103,21 @@ TEST(Plot, OverlayFollowsThePaintedLines) {
         lines->Resize(Width, Height, ratio);
         lines->PaintContent(both, Placement);
         const QImage& image = spans->Image();
-        int apart = 0, far = 0;
+        int drawn = 0, far = 0;
         for (int at = 0; at < image.width() * image.height(); ++at) {
             const QPoint here(at % image.width(), at / image.width());
-            if (image.pixel(here) == lines->Image().pixel(here)) continue;
-            ++apart;
+            if (image.pixel(here) == before.pixel(here)) continue;
+            ++drawn;
+            const auto same = [&](QPoint at) {
+                return lines->Image().pixel(at) == before.pixel(at);
+            };
             int k = 0;
-            while (k < 9 &&
-                   lines->Image().pixel(here + QPoint(k % 3 - 1, k / 3 - 1)) != image.pixel(here))
+            while (k < 9 && same(here + QPoint(k % 3 - 1, k / 3 - 1)))
                 ++k;
             far += k == 9;
         }
         EXPECT_LE(far, 10) << ratio;
-        EXPECT_LT(apart, 2000 * ratio) << ratio;
+        EXPECT_GT(drawn, 2000 * ratio) << ratio;
     }
 }
 
@@ -126,8 +129,7 @@ TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     EXPECT_EQ(plot->Layout().PlotRight, 1220);
     for (int k = 0; k < 4; ++k) {
         EXPECT_EQ(image.pixel(2 * 1210 - k % 2, 2 * 225 - k / 2), Pixel(Black));
-        EXPECT_EQ(image.pixel(2 * 640 - k % 2, 2 * 237 - k / 2),
-                  Pixel(TraceColour(TraceKind::Mag10dB)));
+        EXPECT_LT(qGreen(image.pixel(2 * 640 - k % 2, 2 * 237 - k / 2)), 60);  // smooth, red
     }
     const QRgb colour = Pixel(ReferenceColours[1]);  // of the 10 dB magnitude
     EXPECT_EQ(CountPixels(image, colour), 0);
@@ -169,6 +171,7 @@ TEST(PlotExport, PaintsWhatTheWindowPaints) {
     });
     PlotContent content =
         ContentOf(calculation->Design, inputs.Traces(), calculation->Quantities, {});
+    window.FinishOverlay(content);
     for (const OverlayRun& run : runs)
         content.Overlays.push_back(run.Traces());
     QImage exported(size, QImage::Format_RGB32);

@@ -1,6 +1,7 @@
 // The main window by real events: what it shows at start, the wiring of every box, menu entry,
 // radio button and check box, colours, the layout of plot and grid, and the status line.
 #include <QLabel>
+#include <QMenu>
 #include <QScrollBar>
 #include <functional>
 
@@ -30,7 +31,10 @@ private slots:
     void StartsWithAButterworthLowPass() {
         WindowFixture f;
         QCOMPARE(f.Window->windowTitle(), "Ladderwise");
-        QCOMPARE(f.Status(), "3 Pole Butterworth LPF, 3 elements");
+        // A Butterworth by its closed form: 10 log10(1 + (f / F0)^6).
+        QCOMPARE(f.Status(),
+                 "Loss at F0 3.01 dB, -3 dB edge 200.00 MHz, return loss at least 18.13 dB up to "
+                 "100.00 MHz, at 2 F0 18.13 dB, at 3 F0 28.63 dB");
         // C = 1 / (2 pi F0 R) and L = 2 R / (2 pi F0), F0 = 200 MHz, R = 50 ohm
         QCOMPARE(f.Cell(0, 0) + f.Cell(0, 1) + f.Cell(0, 2) + f.Cell(0, 3), "    Ind79.6E-9");
         QCOMPARE(f.Cell(1, 1) + f.Cell(1, 2) + f.Cell(1, 3), "15.9E-1215.9E-12");
@@ -215,7 +219,7 @@ private slots:
         WindowFixture f;
         f.Enter("RLBox", "25");
         QVERIFY(f.Checked("FormLCLMenu") && !f.Checked("FormCLCMenu"));
-        QCOMPARE(f.Status(), "The terminations ask for the form LCL.");
+        QVERIFY(f.Status().startsWith("The terminations ask for the form LCL.  Loss at F0 "));
         f.Trigger("ChebyshevMenu");
         f.Enter("RLBox", "50");
         f.Enter("NumPolesBox", "4");
@@ -317,6 +321,62 @@ private slots:
         f.Enter("NumPolesBox", "3");
         QVERIFY(!bar->isVisible());
         QCOMPARE(f.Grid->x(), 50);
+    }
+
+    void MarkersComeFromTheMenuOfThePlot() {
+        WindowFixture f;
+        auto* const bitMap = f.Find("BitMap");
+        auto* const menu = f.Find<QMenu>("MarkerPopupMenu");
+        const int left = LeftEdgeOfFrame(f), width = bitMap->width() - 60 - left;
+        const auto markAt = [&](int x, const char* command) {
+            QTest::mouseClick(bitMap, Qt::LeftButton, {},
+                              {left + x, f.Find("PanelView")->height() + 35 + 60});
+            QVERIFY(menu->isVisible());
+            menu->close();
+            f.Trigger(command);
+        };
+        for (int n = 1; n <= 20; ++n)
+            markAt(10 * n, "FreqMarkerMenu");
+        QCOMPARE(f.Window->Markers().FreqMarkerCount, 19);
+        QCOMPARE(f.Window->Markers().FreqMarkers[19], f.Design().SweepFreqs[200 * 1024 / width]);
+        QVERIFY(!f.Find<QAction>("SetRefPeakMenu")->isEnabled());
+        f.Trigger("BandPassMenu");
+        markAt(width / 2, "SetRefPeakMenu");
+        QVERIFY(f.Window->Markers().RefAtPeak);
+        f.Trigger("LowPassMenu");
+        QVERIFY(!f.Window->Markers().HasReference());
+        markAt(width / 2, "SetRefCursorMenu");
+        f.Check("PlotPhaseBox");
+        QVERIFY(f.Window->Markers().HasReference());
+        QTest::keyClick(bitMap, Qt::Key_Right);
+        f.Trigger("ClearMarkersMenu");
+        QCOMPARE(f.Window->Markers().FreqMarkerCount, 0);
+        QCOMPARE(f.Difference(), QString());
+    }
+
+    void ExchangingTheReferenceTwiceReturnsEverything() {
+        WindowFixture f;
+        QVERIFY(!f.Find("ExchangeRefButton")->isEnabled());
+        f.Enter("F0Box", "145.825");
+        f.Trigger("BandPassMenu");
+        f.Check("PlotPhaseBox");
+        f.Click("SetRefButton");
+        QVERIFY(f.Checked("PlotReferenceBox"));
+        const QImage alone = f.Find("BitMap")->grab().toImage();
+        f.Trigger("ChebyshevMenu");
+        f.Enter("F0Box", "150");
+        f.Check("PlotPhaseBox");
+        const DesignInputs second = f.State().Inputs;
+        f.Click("ExchangeRefButton");
+        QCOMPARE(f.Text("F0Box") + f.InUse("response"), "146butterworth");
+        QVERIFY(f.Checked("PlotPhaseBox"));
+        QCOMPARE(f.Design().F0, 145.825e6);
+        QCOMPARE(f.Difference(), QString());
+        f.Click("ExchangeRefButton");
+        QCOMPARE(f.State().Inputs.Choices, second.Choices);
+        QCOMPARE(f.Design().F0, 150e6);
+        QVERIFY(!f.Checked("PlotPhaseBox"));
+        QVERIFY(f.Find("BitMap")->grab().toImage() != alone);
     }
 
     void ClosesAndDiesWhileTyping() {

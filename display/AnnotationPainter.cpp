@@ -1,0 +1,86 @@
+// Markers, legend and crosshair with the toolkit.
+#include "display/AnnotationPainter.h"
+
+#include <QPen>
+
+#include "display/PlotPainter.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int patchAlpha = 200;  // of 255: what lies below a text stays visible
+constexpr int dotRadius = 2;     // pixels, of a marker on a trace
+constexpr int ringRadius = 4;    // pixels, of the crosshair on a trace
+constexpr QColor crosshairColour(64, 64, 64);
+
+QColor PatchColour() {
+    QColor colour = ToQColor(BackgroundColour);
+    colour.setAlpha(patchAlpha);
+    return colour;
+}
+
+void DrawLine(QPainter& painter, const PlotLine& line, Qt::PenStyle style) {
+    painter.setPen(QPen(ToQColor(line.Colour), 1, style));
+    painter.drawLine(line.X1, line.Y1, line.X2, line.Y2);
+}
+
+}  // namespace
+
+void PaintText(QPainter& painter, const PlotText& text) {
+    if (text.Text.empty()) return;
+    painter.setPen(ToQColor(text.Colour));
+    painter.drawText(text.X, text.Y + painter.fontMetrics().ascent(),
+                     QString::fromStdString(text.Text));
+}
+
+void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing) {
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (const PlotLine& line : drawing.Lines)
+        DrawLine(painter, line, Qt::DotLine);
+    const QFontMetrics metrics = painter.fontMetrics();
+    for (const PlotText& label : drawing.Labels)
+        painter.fillRect(label.X, label.Y,
+                         metrics.horizontalAdvance(QString::fromStdString(label.Text)),
+                         metrics.height(), PatchColour());
+    for (const PlotLine& line : drawing.Leaders)
+        DrawLine(painter, line, Qt::SolidLine);
+    for (const MarkerDot& dot : drawing.Dots)
+        painter.fillRect(dot.X - dotRadius, dot.Y - dotRadius, 2 * dotRadius + 1, 2 * dotRadius + 1,
+                         ToQColor(dot.Colour));
+    for (const PlotText& label : drawing.Labels)
+        PaintText(painter, label);
+}
+
+void PaintLegend(QPainter& painter, const Legend& legend) {
+    if (legend.Texts.empty()) return;
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    const QRect box(legend.Box.Left, legend.Box.Top, legend.Box.Width, legend.Box.Height);
+    painter.setPen(QPen(ToQColor(GridColour), 1));
+    painter.setBrush(PatchColour());
+    painter.drawRect(box.adjusted(0, 0, -1, -1));
+    painter.setBrush(Qt::NoBrush);
+    for (const Legend::Sample& sample : legend.Samples) {
+        QPen pen(ToQColor(sample.Line.Colour), 2);
+        if (sample.Dashed) pen.setDashPattern({DashPixels / 2.0, DashGapPixels / 2.0});
+        painter.setPen(pen);
+        painter.drawLine(sample.Line.X1, sample.Line.Y1, sample.Line.X2, sample.Line.Y2);
+    }
+    for (const PlotText& text : legend.Texts)
+        PaintText(painter, text);
+}
+
+void PaintCrosshair(QPainter& painter, const CursorReadOuts& readOuts, const PlotLayout& layout) {
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(QPen(crosshairColour, 1, Qt::DashLine));
+    painter.drawLine(readOuts.X, layout.PlotTop, readOuts.X, layout.PlotBottom);
+    painter.drawLine(layout.PlotLeft, readOuts.Y, layout.PlotRight, readOuts.Y);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    for (const TraceReadOut& trace : readOuts.Traces) {
+        painter.setPen(QPen(ToQColor(trace.Text.Colour), 1.5));
+        painter.drawEllipse(QPointF(readOuts.X + 0.5, trace.Y + 0.5), ringRadius, ringRadius);
+    }
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,25 @@
+// Paints what lies over the traces: markers, legend, and the crosshair of the cursor. Every
+// position comes from the plain structs.
+#pragma once
+
+#include <QPainter>
+
+#include "display/Legend.h"
+#include "display/Markers.h"
+#include "display/ReadOuts.h"
+
+namespace ladderwise {
+
+/// A text at its place, in the painter's font and the text's colour.
+void PaintText(QPainter& painter, const PlotText& text);
+
+/// Dotted marker lines, leaders, dots and labels; each label on a faint patch of background.
+void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing);
+
+/// The legend on a patch of background that lets strong traces shine through.
+void PaintLegend(QPainter& painter, const Legend& legend);
+
+/// The crosshair within the plot, with a ring on each trace.
+void PaintCrosshair(QPainter& painter, const CursorReadOuts& readOuts, const PlotLayout& layout);
+
+}  // namespace ladderwise

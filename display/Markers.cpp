@@ -1,0 +1,355 @@
+// Marker commands, and the drawing of markers as lines, dots and labels.
+#include "display/Markers.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "numbers/Formatfunctions.h"
+#include "numbers/UtilityFunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double BelowAnyLevel = -1e10;  // dB; where the search for the peak begins
+constexpr PlotColour MarkerLineColour{96, 96, 96};
+constexpr PlotColour ReferenceMarkColour{0, 0, 0};
+constexpr int ReferenceMarkArm = 6;       // pixels
+constexpr std::size_t MostCrossings = 8;  // of one level marker on one trace: ripple has more
+constexpr int LeastFrequencyDigits = 3;   // after the first one
+constexpr int MostFrequencyDigits = 8;
+constexpr int LeaderFrom = 12;  // pixels; closer labels need no leader
+
+bool IsMagnitude(TraceKind kind) {
+    return kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
+}
+
+bool Drawable(TraceKind kind, double value) {
+    const bool blankable = kind == TraceKind::Phase || kind == TraceKind::GroupDelay;
+    return !std::isnan(value) && !(blankable && value == BlankMarker);
+}
+
+int XOf(double index, const MarkedSweep& sweep) {
+    const double step = static_cast<double>(sweep.Layout.PlotWidth) / sweep.Freqs.size();
+    return sweep.Layout.PlotLeft + NearestInt(index * step);
+}
+
+/// Where a frequency lies in the sweep; empty outside of it.
+std::optional<SweepPlace> PlaceOf(double f, std::span<const double> freqs) {
+    if (freqs.empty() || !(f >= freqs.front() && f <= freqs.back())) return std::nullopt;
+    const auto above = std::lower_bound(freqs.begin(), freqs.end(), f);
+    const auto i = static_cast<std::size_t>(above - freqs.begin());
+    if (*above == f) return SweepPlace{static_cast<double>(i), f};
+    const double share = (f - freqs[i - 1]) / (freqs[i] - freqs[i - 1]);
+    return SweepPlace{static_cast<double>(i) - 1.0 + share, f};
+}
+
+/// A value at a place; a blank or missing neighbour makes it missing (NaN).
+double ValueAt(std::span<const double> values, TraceKind kind, double index) {
+    const auto i = static_cast<std::size_t>(index);
+    const double share = index - static_cast<double>(i);
+    const double missing = std::nan("");
+    if (i >= values.size() || !Drawable(kind, values[i])) return missing;
+    if (share == 0.0) return values[i];
+    if (i + 1 >= values.size() || !Drawable(kind, values[i + 1])) return missing;
+    return values[i] + share * (values[i + 1] - values[i]);
+}
+
+std::optional<SweepPlace> CrossingBetween(std::span<const double> levels,
+                                          std::span<const double> freqs, std::size_t i,
+                                          double target) {
+    const double a = levels[i] - target, b = levels[i + 1] - target;
+    if (!((a < 0.0) != (b < 0.0)) || std::isnan(a) || std::isnan(b)) return std::nullopt;
+    const double share = a / (a - b);
+    return SweepPlace{static_cast<double>(i) + share, freqs[i] + share * (freqs[i + 1] - freqs[i])};
+}
+
+/// The first crossing from point `from` upwards (+1) or downwards (-1).
+std::optional<SweepPlace> FirstCrossing(std::span<const double> levels,
+                                        std::span<const double> freqs, int from, int direction,
+                                        double target) {
+    const int count = static_cast<int>(std::min(levels.size(), freqs.size()));
+    for (int i = from; i + direction >= 0 && i + direction < count; i += direction) {
+        const auto place = CrossingBetween(
+            levels, freqs, static_cast<std::size_t>(std::min(i, i + direction)), target);
+        if (place) return place;
+    }
+    return std::nullopt;
+}
+
+/// Index of the smallest level that is a number.
+int LowestIndex(std::span<const double> levels) {
+    int lowest = 0;
+    for (std::size_t i = 0; i < levels.size(); ++i)
+        if (levels[i] < levels[static_cast<std::size_t>(lowest)]) lowest = static_cast<int>(i);
+    return lowest;
+}
+
+/// Puts labels where there is room, and a leader where that is further off.
+class Annotator {
+public:
+    Annotator(const TextMetrics& textMetrics, PlotCover& plotCover, MarkerDrawing& target)
+        : metrics(textMetrics), cover(plotCover), drawing(target) {}
+
+    void Label(int x, int y, const std::string& text, PlotColour colour) {
+        const int width = metrics.Width(text);
+        const PlotRect place = cover.PlaceLabel(x, y, width, metrics.Height);
+        drawing.Labels.push_back({place.Left, place.Top, text, colour});
+        const int nearX = std::clamp(x, place.Left, place.Left + place.Width);
+        const int nearY = std::clamp(y, place.Top, place.Top + place.Height);
+        if (std::max(std::abs(nearX - x), std::abs(nearY - y)) >= LeaderFrom)
+            drawing.Leaders.push_back({x, y, nearX, nearY, colour});
+    }
+
+    void DotWithLabel(int x, int y, const std::string& text, PlotColour colour) {
+        drawing.Dots.push_back({x, y, colour});
+        Label(x, y, text, colour);
+    }
+
+    MarkerDrawing& Drawing() { return drawing; }
+
+private:
+    const TextMetrics& metrics;
+    PlotCover& cover;
+    MarkerDrawing& drawing;
+};
+
+struct AnnotatedTrace {
+    std::span<const double> Values;
+    TraceKind Kind;
+    PlotColour Colour;
+    TraceScale Scale;
+};
+
+void AnnotateFrequencies(const MarkerState& markers, const MarkedSweep& sweep,
+                         const AnnotatedTrace& trace, Annotator& annotator) {
+    for (int k = 1; k <= markers.FreqMarkerCount; ++k) {
+        const auto place = PlaceOf(markers.FreqMarkers[static_cast<std::size_t>(k)], sweep.Freqs);
+        if (!place) continue;
+        const double value = ValueAt(trace.Values, trace.Kind, place->Index);
+        if (std::isnan(value)) continue;
+        annotator.DotWithLabel(XOf(place->Index, sweep), MapValue(value, trace.Scale, sweep.Layout),
+                               TraceValueText(trace.Kind, value), trace.Colour);
+    }
+}
+
+void AnnotateLevels(const MarkerState& markers, const MarkedSweep& sweep,
+                    const AnnotatedTrace& trace, Annotator& annotator) {
+    if (markers.DbMarkerCount < 1) return;
+    const double peak = trace.Values[static_cast<std::size_t>(PeakIndex(trace.Values))];
+    const PlotLayout& layout = sweep.Layout;
+    for (int k = 1; k <= markers.DbMarkerCount; ++k) {
+        const double relative = markers.DbMarkers[static_cast<std::size_t>(k)];
+        const int y = MapValue(peak + relative, trace.Scale, layout);
+        if (y > layout.PlotTop && y < layout.PlotBottom)
+            annotator.Drawing().Lines.push_back(
+                {layout.PlotLeft, y, layout.PlotRight, y, trace.Colour});
+        auto places = LevelCrossings(trace.Values, sweep.Freqs, peak + relative);
+        if (places.size() > MostCrossings) places.resize(MostCrossings);
+        const std::string level = FormatNumber(relative, 2) + " dB ";
+        for (const SweepPlace& place : places)
+            annotator.DotWithLabel(XOf(place.Index, sweep), y,
+                                   level + SweepFrequencyText(place.Frequency, sweep.Freqs),
+                                   trace.Colour);
+    }
+}
+
+void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annotator& annotator) {
+    const DepthReadOut readOut = FindDepthReadOut(trace.Values, sweep.Freqs, sweep.Pass);
+    for (const auto& edge : {readOut.Lower, readOut.Upper}) {
+        if (!edge) continue;
+        const double value = ValueAt(trace.Values, trace.Kind, edge->Index);
+        annotator.DotWithLabel(XOf(edge->Index, sweep), MapValue(value, trace.Scale, sweep.Layout),
+                               "6 dB Freq = " + SweepFrequencyText(edge->Frequency, sweep.Freqs),
+                               trace.Colour);
+    }
+    if (!readOut.Lower || !readOut.Upper) return;
+    const double width = readOut.Upper->Frequency - readOut.Lower->Frequency;
+    const double value = ValueAt(trace.Values, trace.Kind, readOut.Upper->Index);
+    annotator.Label(XOf(readOut.Upper->Index, sweep), MapValue(value, trace.Scale, sweep.Layout),
+                    "6 dB BW = " + FormatWithPrefix(width, LeastFrequencyDigits, "Hz"),
+                    trace.Colour);
+}
+
+}  // namespace
+
+int SweepIndexAt(int x, int count, const PlotLayout& layout) {
+    const double share = static_cast<double>(x - layout.PlotLeft) / layout.PlotWidth;
+    return static_cast<int>(std::clamp(share * count, 0.0, count - 1.0));
+}
+
+TraceKind LevelScaleKind(const TraceChoices& choices) {
+    return choices.Mag1dB && !choices.Mag10dB ? TraceKind::Mag1dB : TraceKind::Mag10dB;
+}
+
+double LevelAtY(int y, const MarkedSweep& sweep) {
+    const TraceScale scale = ScaleOf(LevelScaleKind(sweep.Choices), sweep.Layout, sweep.Scales);
+    return scale.Reference + (scale.Origin - y) / scale.Factor;
+}
+
+int PeakIndex(std::span<const double> levels) {
+    int index = 0;
+    double peak = BelowAnyLevel;
+    for (std::size_t i = 1; i + 1 < levels.size(); ++i) {
+        if (!(levels[i] > peak)) continue;
+        peak = levels[i];
+        index = static_cast<int>(i);
+    }
+    return index;
+}
+
+void SetRefToF0(MarkerState& markers, double F0) {
+    markers.RefDb = 0.0;
+    markers.RefFreq = F0;
+    markers.RefAtPeak = false;
+}
+
+void SetRefAtPeak(MarkerState& markers) {
+    markers.RefAtPeak = true;
+}
+
+void SetRefAtCursor(MarkerState& markers, const MarkedSweep& sweep) {
+    const int index =
+        SweepIndexAt(markers.ClickX, static_cast<int>(sweep.Freqs.size()), sweep.Layout);
+    markers.RefDb = LevelAtY(markers.ClickY, sweep);
+    markers.RefFreq = sweep.Freqs[static_cast<std::size_t>(index)];
+    markers.RefAtPeak = false;
+}
+
+void ClearReference(MarkerState& markers) {
+    markers.RefFreq = NoReference;
+    markers.RefDb = NoReference;
+    markers.RefAtPeak = false;
+}
+
+void AddFreqMarker(MarkerState& markers, const MarkedSweep& sweep) {
+    const int index =
+        SweepIndexAt(markers.ClickX, static_cast<int>(sweep.Freqs.size()), sweep.Layout);
+    markers.FreqMarkerCount = std::min(markers.FreqMarkerCount + 1, MaxMarkers);
+    markers.FreqMarkers[static_cast<std::size_t>(markers.FreqMarkerCount)] =
+        sweep.Freqs[static_cast<std::size_t>(index)];
+}
+
+void AddDbMarker(MarkerState& markers, const MarkedSweep& sweep, std::span<const double> levels) {
+    const double peak = levels.empty() ? 0.0 : levels[static_cast<std::size_t>(PeakIndex(levels))];
+    markers.DbMarkerCount = std::min(markers.DbMarkerCount + 1, MaxMarkers);
+    markers.DbMarkers[static_cast<std::size_t>(markers.DbMarkerCount)] =
+        LevelAtY(markers.ClickY, sweep) - peak;
+}
+
+void ClearMarkers(MarkerState& markers) {
+    markers.FreqMarkerCount = 0;
+    markers.DbMarkerCount = 0;
+}
+
+std::optional<ReadOutReference> ReferenceOf(const MarkerState& markers,
+                                            std::span<const double> freqs,
+                                            std::span<const double> levels) {
+    if (!markers.HasReference()) return std::nullopt;
+    if (!markers.RefAtPeak) return ReadOutReference{markers.RefFreq, markers.RefDb};
+    if (levels.empty() || freqs.size() < levels.size()) return std::nullopt;
+    const auto peak = static_cast<std::size_t>(PeakIndex(levels));
+    return ReadOutReference{freqs[peak], levels[peak]};
+}
+
+std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
+                                       std::span<const double> freqs, double target) {
+    std::vector<SweepPlace> places;
+    for (std::size_t i = 0; i + 1 < std::min(levels.size(), freqs.size()); ++i)
+        if (const auto place = CrossingBetween(levels, freqs, i, target)) places.push_back(*place);
+    return places;
+}
+
+DepthReadOut FindDepthReadOut(std::span<const double> levels, std::span<const double> freqs,
+                              PassType pass) {
+    DepthReadOut readOut;
+    if (levels.empty()) return readOut;
+    const int peak = PeakIndex(levels);
+    const int from = pass == PassType::Notch ? LowestIndex(levels) : peak;
+    const double target = levels[static_cast<std::size_t>(peak)] - ReadOutDepthDb;
+    if (pass == PassType::Notch && !(levels[static_cast<std::size_t>(from)] < target))
+        return readOut;
+    if (pass != PassType::LowPass) readOut.Lower = FirstCrossing(levels, freqs, from, -1, target);
+    if (pass != PassType::HighPass) readOut.Upper = FirstCrossing(levels, freqs, from, +1, target);
+    return readOut;
+}
+
+std::string SweepFrequencyText(double f, std::span<const double> freqs) {
+    int digits = LeastFrequencyDigits;
+    const auto place = PlaceOf(f, freqs);
+    if (place && freqs.size() > 1) {
+        const auto i = std::min(static_cast<std::size_t>(place->Index), freqs.size() - 2);
+        const double ratio = f / (freqs[i + 1] - freqs[i]);
+        if (ratio > 1.0)
+            digits = std::clamp(static_cast<int>(std::ceil(std::log10(ratio))),
+                                LeastFrequencyDigits, MostFrequencyDigits);
+    }
+    return FormatWithPrefix(f, digits, "Hz");
+}
+
+std::string TraceValueText(TraceKind kind, double value) {
+    switch (kind) {
+        case TraceKind::Mag1dB:
+            return FormatFixed(value, 3) + " dB";
+        case TraceKind::Mag10dB:
+        case TraceKind::ReturnLoss:
+            return FormatFixed(value, 2) + " dB";
+        case TraceKind::Phase:
+            return FormatFixed(value, 1) + "\u00b0";
+        case TraceKind::GroupDelay:
+            return FormatWithPrefix(value, 3, "s");
+        case TraceKind::Pulse:
+        case TraceKind::Normalised:
+            return FormatFixed(value, 3);
+    }
+    return {};
+}
+
+void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
+                       std::span<const double> levels, const TextMetrics& metrics, PlotCover& cover,
+                       MarkerDrawing& drawing) {
+    Annotator annotator(metrics, cover, drawing);
+    const PlotLayout& layout = sweep.Layout;
+    for (int k = 1; k <= markers.FreqMarkerCount; ++k) {
+        const double f = markers.FreqMarkers[static_cast<std::size_t>(k)];
+        const auto place = PlaceOf(f, sweep.Freqs);
+        if (!place) continue;
+        const int x = XOf(place->Index, sweep);
+        drawing.Lines.push_back({x, layout.PlotTop, x, layout.PlotBottom, MarkerLineColour});
+        annotator.Label(x, layout.PlotBottom, SweepFrequencyText(f, sweep.Freqs), MarkerLineColour);
+    }
+    const auto reference = ReferenceOf(markers, sweep.Freqs, levels);
+    const auto place = reference ? PlaceOf(reference->Frequency, sweep.Freqs) : std::nullopt;
+    if (!place) return;
+    const TraceKind kind = LevelScaleKind(sweep.Choices);
+    const int x = XOf(place->Index, sweep);
+    const int y = MapValue(reference->LevelDb, ScaleOf(kind, layout, sweep.Scales), layout);
+    const PlotColour colour = ReferenceMarkColour;
+    drawing.Leaders.push_back({x - ReferenceMarkArm, y, x + ReferenceMarkArm, y, colour});
+    drawing.Leaders.push_back({x, y - ReferenceMarkArm, x, y + ReferenceMarkArm, colour});
+    annotator.Label(x, y,
+                    "Ref " + SweepFrequencyText(reference->Frequency, sweep.Freqs) + ", " +
+                        TraceValueText(kind, reference->LevelDb),
+                    colour);
+}
+
+void AppendTraceMarkers(const MarkerState& markers, const MarkedSweep& sweep,
+                        const PlotLayer& layer, const TextMetrics& metrics, PlotCover& cover,
+                        MarkerDrawing& drawing) {
+    Annotator annotator(metrics, cover, drawing);
+    bool depthShown = false;
+    for (const TraceKind kind : TraceDrawOrder) {
+        if (!IsChosen(sweep.Choices, kind) || kind == TraceKind::Pulse) continue;
+        const AnnotatedTrace trace{ValuesOf(layer.Values, kind), kind,
+                                   layer.Colours[static_cast<std::size_t>(kind)],
+                                   ScaleOf(kind, sweep.Layout, sweep.Scales)};
+        if (trace.Values.size() < 2 || trace.Values.size() != sweep.Freqs.size()) continue;
+        AnnotateFrequencies(markers, sweep, trace, annotator);
+        if (!IsMagnitude(kind)) continue;
+        AnnotateLevels(markers, sweep, trace, annotator);
+        if (!depthShown) AnnotateDepth(sweep, trace, annotator);
+        depthShown = true;
+    }
+}
+
+}  // namespace ladderwise

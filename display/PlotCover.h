@@ -1,0 +1,46 @@
+// What of the plot's area is taken: by traces, by labels, by the legend. Finds room for the next
+// label. Cells of a few pixels, no Qt.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "display/PlotLayout.h"
+#include "display/TraceMap.h"
+
+namespace ladderwise {
+
+class PlotCover {
+public:
+    /// An empty plot.
+    explicit PlotCover(const PlotLayout& layout);
+
+    /// Takes the cells that a mapped trace runs through.
+    void AddTrace(const TracePoints& points);
+
+    /// Takes the cells of a label or the legend; they weigh more than traces.
+    void AddBlock(const PlotRect& block);
+
+    /// How much of a rectangle is taken; 0: nothing. What lies outside the plot counts as nothing.
+    int Cost(const PlotRect& rect) const;
+
+    /// The place of a width x height label beside an anchor point: the first free one of a series
+    /// of positions around it, near ones first; where none is free, the least taken one. It lies
+    /// within the plot (its left top corner does, if it is larger than the plot) and is taken from
+    /// now on.
+    PlotRect PlaceLabel(int anchorX, int anchorY, int width, int height);
+
+    /// The corner of the plot, `margin` pixels off its frame, where a width x height block hides
+    /// least: top right, bottom left, top left, bottom right on equal terms. Taken from now on.
+    PlotRect PlaceInCorner(int width, int height, int margin);
+
+private:
+    PlotRect Inside(PlotRect rect) const;
+
+    PlotRect area;
+    int columns = 0;
+    int rows = 0;
+    std::vector<std::uint8_t> cells;
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,128 @@
+// Looks up the traces under the cursor.
+#include "display/ReadOuts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "numbers/Formatfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr const char* delta = "\u0394";
+constexpr double LargestShownVswr = 999.0;
+
+const char* NameOf(TraceKind kind) {
+    switch (kind) {
+        case TraceKind::Mag1dB:
+        case TraceKind::Mag10dB:
+            return "Mag ";
+        case TraceKind::Phase:
+            return "Phase ";
+        case TraceKind::GroupDelay:
+            return "Delay ";
+        case TraceKind::Pulse:
+        case TraceKind::Normalised:
+            return "Pulse ";
+        case TraceKind::ReturnLoss:
+            return "RL ";
+    }
+    return "";
+}
+
+std::string Signed(double value, std::string text) {
+    if (value > 0.0) text.insert(text.begin(), '+');
+    return text;
+}
+
+std::string TextOf(TraceKind kind, double value) {
+    const std::string text = NameOf(kind);
+    if (kind != TraceKind::ReturnLoss) return text + TraceValueText(kind, value);
+    const double vswr = VswrOf(value);
+    return text + TraceValueText(kind, value) + ", VSWR " +
+           (vswr <= LargestShownVswr ? FormatFixed(vswr, 2) : std::string("\u221e"));
+}
+
+void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& layer, int number) {
+    bool magnitudeShown = false;
+    for (const TraceKind kind : TraceDrawOrder) {
+        const std::span<const double> values = ValuesOf(layer.Values, kind);
+        const auto i = static_cast<std::size_t>(out.Index);
+        if (!IsChosen(sweep.Choices, kind) || i >= values.size()) continue;
+        const double value = values[i];
+        const bool blankable = kind == TraceKind::Phase || kind == TraceKind::GroupDelay;
+        if (std::isnan(value) || (blankable && value == BlankMarker)) continue;
+        // Both magnitude traces show one quantity: it is told once.
+        const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
+        std::string text;
+        if (!magnitude || !magnitudeShown) text = TextOf(kind, value);
+        if (kind == TraceKind::Pulse)
+            text += " at " + FormatWithPrefix(out.Index * sweep.PulseTimeStep, 3, "s");
+        if (magnitude && !magnitudeShown && number == 0 && out.DeltaDb) {
+            const double off = value - (out.LevelDb - *out.DeltaDb);
+            text += " (" + std::string(delta) + Signed(off, FormatFixed(off, 2)) + ")";
+        }
+        magnitudeShown = magnitudeShown || magnitude;
+        const int y = MapValue(value, ScaleOf(kind, sweep.Layout, sweep.Scales), sweep.Layout);
+        out.Traces.push_back(
+            {kind, number, value, y, {text, layer.Colours[static_cast<std::size_t>(kind)]}});
+    }
+}
+
+}  // namespace
+
+double VswrOf(double reflectionDb) {
+    const double rho = std::pow(10.0, reflectionDb / 20.0);
+    if (!(rho < 1.0)) return std::numeric_limits<double>::infinity();
+    return (1.0 + rho) / (1.0 - rho);
+}
+
+CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
+                          std::span<const PlotLayer> layers,
+                          const std::optional<ReadOutReference>& readOutReference) {
+    const int count = static_cast<int>(sweep.Freqs.size());
+    CursorReadOuts out;
+    if (count < 1) return out;
+    const TraceKind scaleKind = LevelScaleKind(sweep.Choices);
+    out.Index = std::clamp(index, 0, count - 1);
+    out.X = MapIndex(out.Index, count, sweep.Layout);
+    out.Y = std::clamp(y, sweep.Layout.PlotTop, sweep.Layout.PlotBottom);
+    out.Frequency = sweep.Freqs[static_cast<std::size_t>(out.Index)];
+    out.LevelDb = LevelAtY(out.Y, sweep);
+    out.Cursor.push_back({SweepFrequencyText(out.Frequency, sweep.Freqs), Black});
+    out.Cursor.push_back({TraceValueText(scaleKind, out.LevelDb) + " at the cursor", Black});
+    if (readOutReference) {
+        out.DeltaFrequency = out.Frequency - readOutReference->Frequency;
+        out.DeltaDb = out.LevelDb - readOutReference->LevelDb;
+        out.Cursor.push_back(
+            {delta + std::string("f ") +
+                 Signed(*out.DeltaFrequency, FormatWithPrefix(*out.DeltaFrequency, 3, "Hz")),
+             Black});
+        out.Cursor.push_back(
+            {delta + Signed(*out.DeltaDb, TraceValueText(scaleKind, *out.DeltaDb)), Black});
+    }
+    for (std::size_t n = 0; n < layers.size(); ++n)
+        AddTraces(out, sweep, layers[n], static_cast<int>(n));
+    return out;
+}
+
+std::vector<PlotText> FlowTexts(const std::vector<ReadOutText>& texts, int width, int gap,
+                                const TextMetrics& metrics) {
+    std::vector<PlotText> placed;
+    int x = 0, y = 0;
+    for (const ReadOutText& text : texts) {
+        if (text.Text.empty()) continue;
+        const int own = metrics.Width(text.Text);
+        if (x > 0 && x + own > width) {
+            x = 0;
+            y += metrics.Height;
+        }
+        placed.push_back({x, y, text.Text, text.Colour});
+        x += own + gap;
+    }
+    return placed;
+}
+
+}  // namespace ladderwise

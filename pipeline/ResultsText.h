@@ -1,0 +1,24 @@
+// The figures of a finished design in words: one line for a status bar, a list for a console. No
+// Qt.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "analysis/Results.h"
+
+namespace ladderwise {
+
+/// The results of a design as its prototype's pass band asks for them.
+ResponseResults ResultsOf(const FilterDesign& design);
+
+/// Name and value of each figure: {"Loss at F0", "3.01 dB"}, {"-3 dB edge", "200 MHz"}, ... Empty
+/// for an empty ladder.
+using ResultTexts = std::vector<std::pair<std::string, std::string>>;
+ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results);
+
+/// The same as one line: "Loss at F0 3.01 dB, -3 dB edge 200 MHz, ...".
+std::string ResultsLine(const FilterDesign& design);
+
+}  // namespace ladderwise

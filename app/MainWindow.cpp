@@ -46,6 +46,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     BuildStatusLine();
     partDefinitions = new PartDefinitionsWindow(calculation.Inputs, Actions(), this);
     BuildHelp();
+    norton = new NortonWindow(calculation.Inputs, calculation.Design, ActionsOfNorton(), this);
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
@@ -151,6 +152,27 @@ InputActions MainWindow::Actions() {
             [this](const QObject* sender) { FilterMenuClick(sender); }};
 }
 
+NortonActions MainWindow::ActionsOfNorton() {
+    return {[this](InputId id, double step) {
+                StoreInputs();
+                StepNortonInput(id, step, calculation.Inputs, calculation.Design, report);
+                ApplyNortonControl(NortonControl::SpinButton, calculation.Inputs,
+                                   calculation.Design);
+                Recalculate();
+            },
+            [this](NortonControl control, const QObject* chosen) { UseNorton(control, chosen); }};
+}
+
+void MainWindow::UseNorton(NortonControl control, const QObject* chosen) {
+    StoreInputs();
+    if (const auto choice = chosen ? ChosenBy(chosen) : std::nullopt)
+        Choose(calculation.Inputs, calculation.Design, choice->Id, choice->Code);
+    if (ApplyNortonControl(control, calculation.Inputs, calculation.Design))
+        Recalculate();
+    else
+        ShowInputs();
+}
+
 void MainWindow::ConnectCommands() {
     for (QAction* const action : BuildMenus(this, binder))
         connect(action, &QAction::triggered, this,
@@ -188,6 +210,7 @@ void MainWindow::FilterMenuClick(const QObject* sender) {
             Choose(calculation.Inputs, calculation.Design, chosen->Id, chosen->Code);
     SetControlStates();
     Recalculate();
+    if (sender && sender->objectName() == "NortonMenu") norton->ShowBesideOwner();
 }
 
 void MainWindow::RunCommand(const QString& name) {
@@ -212,6 +235,7 @@ void MainWindow::ShowMessage(const std::string& caption, const std::string& text
 void MainWindow::closeEvent(QCloseEvent* event) {
     partDefinitions->close();
     help->close();
+    norton->close();
     QMainWindow::closeEvent(event);
 }
 

@@ -10,6 +10,7 @@
 #include "display/Plot.h"
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
+#include "windows/NortonWindow.h"
 
 class QMenu;
 class QProgressBar;
@@ -61,6 +62,8 @@ private:
     void ConnectCommands();
     void Recalculate();  ///< the whole pipeline: every user action ends here
     InputActions Actions();
+    NortonActions ActionsOfNorton();
+    void UseNorton(NortonControl control, const QObject* chosen);
     void StepBox(InputId id, bool up);
     void RunCommand(const QString& name);
     void ShowPartDefinitions();
@@ -121,6 +124,7 @@ private:
     QProgressBar* progress;
     PartDefinitionsWindow* partDefinitions;
     HelpWindow* help;
+    NortonWindow* norton;
 };
 
 }  // namespace ladderwise

@@ -24,11 +24,13 @@ std::string WithUnit(const char* label, double value, const char* unit) {
 void MainWindow::StoreInputs() {
     binder.StoreInputs();
     partDefinitions->Binder().StoreInputs();
+    norton->StoreInputs();
 }
 
 void MainWindow::ShowInputs() {
     binder.ShowInputs(calculation.Design);
     partDefinitions->Binder().ShowInputs(calculation.Design);
+    norton->ShowInputs();
     ShowLabels();
 }
 
@@ -56,6 +58,7 @@ void MainWindow::ShowStatus() {
 
 void MainWindow::SetControlStates() {
     DesignInputs& inputs = calculation.Inputs;
+    if (inputs.Pass() != PassType::Norton) norton->close();
     ForbidEllipticCoupling(inputs, report);
     const ControlStates states = StatesFor(inputs, ellipticPanel->isVisibleTo(client));
     panel->BandWidthUnits->setEnabled(IsEnabled(RowOf(InputId::BandWidth, inputs), inputs));

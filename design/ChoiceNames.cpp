@@ -22,6 +22,10 @@ void PutParts(FilterDesign& design, int code) {
     design.PartModel.Choice = static_cast<PartChoice>(code);
 }
 
+void PutNortonType(FilterDesign& design, int code) {
+    design.Norton.NortonType = static_cast<ladderwise::NortonType>(code);
+}
+
 constexpr auto none = nullptr;
 
 /// A check box: one component, checked by code 1.
@@ -107,6 +111,16 @@ const std::vector<ChoiceTable> tables = {
            "Will show the response to a square pulse (not built yet)"),
     Switch(TraceReturnLoss, "traces", Hidden, 0, none, "rl", "PlotReturnLossBox", "Return Loss",
            "Return loss, 10 dB per division"),
+    {NortonType, "norton-type", Word, 0, PutNortonType, none, {
+        {0, "t-cap", "TCapMenu", "&T  Cap", "T  Cap"},
+        {1, "t-ind", "TIndMenu", "T  &Ind", "T  Ind"},
+        {2, "pi-cap", "PiCapMenu", "&Pi Cap", "Pi Cap"},
+        {3, "pi-ind", "PiIndMenu", "Pi I&nd", "Pi Ind"}}},
+    {NortonGoal, "optimize", Word, 1, none, none, {
+        {0, "c", "OptimizeCButton", "Optimize &C's", "Make the capacitors as even as possible"},
+        {1, "l", "OptimizeLButton", "Optimize &L's", "Make the inductors as even as possible"}}},
+    Switch(AutoOptimize, "auto-optimize", Word, 0, none, "on", "AutoOptimizeBox", "&Auto Optimize",
+           "Optimize on every change in this window; off: K and M have spin buttons of their own"),
 };
 // clang-format on
 
@@ -154,8 +168,6 @@ std::string MissingStageText(MissingStage missing) {
             return "The ladder is empty: this version builds no elliptic prototypes yet.";
         case MissingStage::DirectCoupledSynthesis:
             return "The ladder is empty: this version builds no direct-coupled filters yet.";
-        case MissingStage::NortonTransform:
-            return "The ladder is empty: this version builds no Norton-transformed filters yet.";
     }
     return "";
 }

@@ -31,6 +31,9 @@ enum class ChoiceId {
     TraceGroupDelay,
     TracePulse,
     TraceReturnLoss,
+    NortonType,
+    NortonGoal,
+    AutoOptimize,
     Count
 };
 inline constexpr int NumChoices = static_cast<int>(ChoiceId::Count);

@@ -9,6 +9,7 @@
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "pipeline/DisplayScale.h"
+#include "pipeline/NortonSequence.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
 #include "scaling/Protoscaler.h"
@@ -68,7 +69,7 @@ void ScaleLadder(FilterDesign& design) {
         case PassType::DirectCoupled:
             return LeaveEmpty(design, MissingStage::DirectCoupledSynthesis);
         case PassType::Norton:
-            return LeaveEmpty(design, MissingStage::NortonTransform);
+            return BuildNortonLadder(design);
     }
 }
 
@@ -194,7 +195,9 @@ void BuildSweepGrid(FilterDesign& design) {
 void BuildLadder(FilterDesign& design, const MessageCallback& report) {
     design.Flags = {};
     ClearElements(design.Elements);
+    design.NortonResult = {};
     BuildSweepGrid(design);
+    if (design.PassType == PassType::Norton) SetNortonForm(design, report);
     BuildPrototype(design, design.NumPoles, report);
     ScaleLadder(design);
 }
@@ -229,6 +232,8 @@ void RepeatAnalysis(Calculation& calculation, const MessageCallback& report,
 void Calculate(Calculation& calculation, const MessageCallback& report,
                const PlotRunCallback& plotRun) {
     ReadInputs(calculation.Inputs, calculation.Design, report);
+    if (calculation.Design.PassType == PassType::Norton)
+        ReadNortonInputs(calculation.Inputs, calculation.Design, report);
     BuildLadder(calculation.Design, report);
     MarkInputs(calculation.Inputs, calculation.Design);
     RunAnalysis(calculation, report, plotRun);

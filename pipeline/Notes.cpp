@@ -5,6 +5,7 @@
 
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
+#include "pipeline/NortonSequence.h"
 
 namespace ladderwise {
 
@@ -24,13 +25,19 @@ std::string Fault(ValueKind kind, double value) {
     return {};
 }
 
+/// The L-sections at the ends of a Norton band-pass at the level of its terminations: no parts.
+bool IsLeftOut(const FilterDesign& design, int slot, double value) {
+    return design.PassType == PassType::Norton && value == 0.0 &&
+           (slot == 1 || slot == design.NumElements);
+}
+
 void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
     for (int slot = 1; slot <= design.NumElements; ++slot) {
         const CircuitElement& element = design.Elements[slot];
         const ElementInfo& info = InfoOf(element.Type);
         for (int row = 0; row < 4; ++row) {
             const ValueKind kind = info.Values[row];
-            if (kind == ValueKind::Unused) continue;
+            if (kind == ValueKind::Unused || IsLeftOut(design, slot, element.Value(row))) continue;
             const std::string fault = Fault(kind, element.Value(row));
             if (fault.empty()) continue;
             const std::string name = "slot " + std::to_string(slot);
@@ -86,6 +93,8 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     if (calculation.Inputs.IsOn(ChoiceId::TracePulse))
         notes.push_back(
             {NoteKind::Missing, "traces", "This version draws no square-pulse response yet."});
+    if (const std::string fault = NortonFault(design); !fault.empty())
+        notes.push_back({NoteKind::Unrealisable, "norton-type", fault});
     AddUnrealisable(design, notes);
     if (design.Flags.LoadMoved)
         notes.push_back({NoteKind::LoadMoved, "r-load",

@@ -48,6 +48,8 @@ struct PartField {
 };
 template <auto Member>
 using ModelField = PartField<&FilterDesign::PartModel, Member>;
+template <auto Member>
+using NortonField = PartField<&FilterDesign::Norton, Member>;
 
 bool HasBandWidth(const DesignInputs& inputs) {
     return inputs.Pass() != PassType::LowPass && inputs.Pass() != PassType::HighPass;
@@ -60,6 +62,14 @@ bool HasTraps(const DesignInputs& inputs) {
 }
 bool HasTrapForms(const DesignInputs& inputs) {
     return HasTraps(inputs) && HasTrapPanel(inputs.Pass());
+}
+bool IsNorton(const DesignInputs& inputs) {
+    return inputs.Pass() == PassType::Norton;
+}
+bool IsFivePoleNorton(const DesignInputs& inputs) {
+    int poles = 0;
+    return IsNorton(inputs) && TryParseInt(inputs.Box(InputId::NumPoles).Text, poles) &&
+           poles == NortonMostPoles;
 }
 bool TypesScale(const DesignInputs& inputs) {
     return inputs.IsOn(ChoiceId::TraceGroupDelay) && !inputs.IsOn(ChoiceId::AutoScale);
@@ -105,6 +115,8 @@ using enum InputId;
 using enum WriteBack;
 using D = FilterDesign;
 using M = PartModel;
+using N = NortonSettings;
+constexpr const char* nortonOnly = "for a Norton band-pass";
 constexpr const char* bandOnly = "for band-pass and notch";
 
 // clang-format off
@@ -155,6 +167,15 @@ const std::vector<InputRow> rows = {
      "Full scale of the group delay, a hundredth to a hundred times the automatic one", "s", "",
      {}, 0, 1, Nothing, Field<&D::GDFullScale>::Get, Field<&D::GDFullScale>::Put,
      TypesScale, "while Auto Scale is on", -1, true},
+    {NortonA, "a", "A", "&Impedance Scalar", "Level of the ladder over its terminations", "", "1.00",
+     {"1.0", "1.0", "100"}, 0, 1, Nothing, NortonField<&N::ImpedanceScalar>::Get, NortonField<&N::ImpedanceScalar>::Put,
+     IsNorton, nortonOnly, -1, true},
+    {NortonK, "k", "K", "3 Pole &K", "Turns ratio of the first transform of each half", "", "2.00",
+     {"1.001", "1.001", "100"}, 0, 1, Nothing, NortonField<&N::NortonK>::Get, NortonField<&N::NortonK>::Put,
+     IsNorton, nortonOnly, -1, true},
+    {NortonM, "m", "M", "5 Pole &M", "Turns ratio of the second transform of each half", "", "1.00",
+     {"1.001", "1.001", "100"}, 0, 1, Nothing, NortonField<&N::NortonM>::Get, NortonField<&N::NortonM>::Put,
+     IsFivePoleNorton, "for a Norton band-pass of 5 poles", -1, true},
 };
 // clang-format on
 
@@ -208,7 +229,8 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
     constexpr int Digits = 11;  // significant, of the value in use
     const InputRow& row = RowOf(id, inputs);
     std::string tip = row.Meaning;
-    if (!row.ReadLater) tip += ": " + WithUnit(RangeText(LimitsOf(row, inputs, design)), row.Unit);
+    const BoxLimits limits = LimitsOf(row, inputs, design);
+    if (!limits.Minimum.empty()) tip += ": " + WithUnit(RangeText(limits), row.Unit);
     if (row.Get)
         tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
     if (!IsEnabled(row, inputs)) tip += " (" + std::string(row.WhenDisabled) + ")";

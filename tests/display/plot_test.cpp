@@ -107,7 +107,7 @@ TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
 TEST(Plot, EmptyLadderSaysWhy) {
     ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     made.Design.NumElements = 0;
-    for (int stage = 0; stage <= static_cast<int>(MissingStage::NortonTransform); ++stage) {
+    for (int stage = 0; stage <= static_cast<int>(MissingStage::DirectCoupledSynthesis); ++stage) {
         made.Design.Flags.Missing = static_cast<MissingStage>(stage);
         const QImage band = Painted(made, {})->Image().copy(0, 605, Width, SchematicHeight);
         const bool blank = CountPixels(band, Pixel(BackgroundColour)) == Width * SchematicHeight;

@@ -1,0 +1,42 @@
+// Placement of secondary windows.
+#include "windows/WindowPlacement.h"
+
+#include <QLayout>
+#include <QScreen>
+#include <QWidget>
+#include <algorithm>
+
+namespace ladderwise {
+
+namespace {
+
+/// The size with its frame. A window not yet shown does not know its frame; its owner's is as thick
+/// at least.
+QSize OuterSize(const QWidget* window) {
+    const QWidget* const owner = window->parentWidget()->window();
+    return window->size() + owner->frameGeometry().size() - owner->size();
+}
+
+}  // namespace
+
+void ShowOnScreen(QWidget* window, QPoint at) {
+    window->layout()->activate();
+    const QRect screen = window->parentWidget()->screen()->availableGeometry();
+    const QSize outer = OuterSize(window);
+    const int rightmost = std::max(screen.left(), screen.right() + 1 - outer.width());
+    const int lowest = std::max(screen.top(), screen.bottom() + 1 - outer.height());
+    window->move(std::clamp(at.x(), screen.left(), rightmost),
+                 std::clamp(at.y(), screen.top(), lowest));
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void ShowCentredOnOwner(QWidget* window) {
+    window->layout()->activate();
+    const QRect owner = window->parentWidget()->window()->frameGeometry();
+    const QSize outer = OuterSize(window);
+    ShowOnScreen(window, owner.center() - QPoint(outer.width() / 2, outer.height() / 2));
+}
+
+}  // namespace ladderwise

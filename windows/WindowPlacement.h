@@ -1,0 +1,17 @@
+// Where secondary windows appear: near their owner, and always on its screen.
+#pragma once
+
+#include <QPoint>
+
+class QWidget;
+
+namespace ladderwise {
+
+/// Shows a window with its left top corner at `at` (screen coordinates, frame included), moved as
+/// far as needed to lie on the screen of its owner.
+void ShowOnScreen(QWidget* window, QPoint at);
+
+/// The same, centred on its owner.
+void ShowCentredOnOwner(QWidget* window);
+
+}  // namespace ladderwise

@@ -74,6 +74,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     directCoupled =
         new DirectCoupledWindow(calculation.Inputs, calculation.Design, Actions(), this);
     mathErrors = new MathErrWindow(this);
+    norton = new NortonWindow(calculation.Inputs, calculation.Design, ActionsOfNorton(), this);
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
@@ -178,6 +179,27 @@ InputActions MainWindow::Actions() {
             [this](const QObject* sender) { FilterMenuClick(sender); }};
 }
 
+NortonActions MainWindow::ActionsOfNorton() {
+    return {[this](InputId id, double step) {
+                StoreInputs();
+                StepNortonInput(id, step, calculation.Inputs, calculation.Design, report);
+                ApplyNortonControl(NortonControl::SpinButton, calculation.Inputs,
+                                   calculation.Design);
+                Recalculate();
+            },
+            [this](NortonControl control, const QObject* chosen) { UseNorton(control, chosen); }};
+}
+
+void MainWindow::UseNorton(NortonControl control, const QObject* chosen) {
+    StoreInputs();
+    if (const auto choice = chosen ? ChosenBy(chosen) : std::nullopt)
+        Choose(calculation.Inputs, calculation.Design, choice->Id, choice->Code);
+    if (ApplyNortonControl(control, calculation.Inputs, calculation.Design))
+        Recalculate();
+    else
+        ShowInputs();
+}
+
 void MainWindow::ConnectCommands() {
     for (QAction* const action : BuildMenus(this, binder)) {
         if (action->objectName() == "BringBackMenu") action->setShortcut(QKeySequence("Ctrl+B"));
@@ -245,6 +267,7 @@ void MainWindow::FilterMenuClick(const QObject* sender) {
     const bool passChosen = !sender || (chosen && chosen->Id == ChoiceId::Pass);
     if (passChosen && calculation.Design.PassType == PassType::DirectCoupled)
         ShowCentredOnOwner(directCoupled);
+    if (passChosen && calculation.Design.PassType == PassType::Norton) norton->ShowBesideOwner();
 }
 
 void MainWindow::RunCommand(const QString& name) {
@@ -312,6 +335,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     help->close();
     directCoupled->close();
     mathErrors->close();
+    norton->close();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     drawing.stop();

@@ -16,6 +16,7 @@
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
 #include "pipeline/ReferenceDesign.h"
+#include "windows/NortonWindow.h"
 
 class QMenu;
 class QProgressBar;
@@ -85,6 +86,8 @@ private:
     void AskForSeed();
     void Recalculate();  ///< the whole pipeline: every user action ends here
     InputActions Actions();
+    NortonActions ActionsOfNorton();
+    void UseNorton(NortonControl control, const QObject* chosen);
     void StepBox(InputId id, bool up);
     void RunCommand(const QString& name);
     void ShowPartDefinitions();
@@ -191,6 +194,7 @@ private:
     HelpWindow* help;
     DirectCoupledWindow* directCoupled;
     MathErrWindow* mathErrors;
+    NortonWindow* norton;
 };
 
 }  // namespace ladderwise

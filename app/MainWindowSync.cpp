@@ -31,6 +31,7 @@ void MainWindow::StoreInputs() {
     binder.StoreInputs();
     partDefinitions->Binder().StoreInputs();
     directCoupled->StoreInputs();
+    norton->StoreInputs();
 }
 
 void MainWindow::ShowInputs() {
@@ -38,6 +39,7 @@ void MainWindow::ShowInputs() {
     partDefinitions->Binder().ShowInputs(calculation.Design);
     directCoupled->ShowInputs();
     ellipticPanel->ShowForms(calculation.Design);
+    norton->ShowInputs();
     ShowLabels();
 }
 
@@ -83,6 +85,7 @@ void MainWindow::ShowStatus() {
 void MainWindow::SetControlStates() {
     DesignInputs& inputs = calculation.Inputs;
     if (inputs.Pass() != PassType::DirectCoupled) directCoupled->close();
+    if (inputs.Pass() != PassType::Norton) norton->close();
     ForbidEllipticCoupling(inputs, report);
     const ControlStates states = StatesFor(inputs, ellipticPanel->isVisibleTo(client));
     UpdateMarkerMenu(states.RefAtPeakEnabled);

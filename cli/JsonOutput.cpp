@@ -201,6 +201,16 @@ std::string ResultsObject(const FilterDesign& design) {
     return text + "}";
 }
 
+std::string NortonObject(const NortonResult& result) {
+    const auto list = [](const std::array<double, MaxNortonValues>& values, int count) {
+        return Numbers({values.data(), static_cast<std::size_t>(count)});
+    };
+    return "{\"A\": " + Number(result.A) + ", \"K\": " + Number(result.K) +
+           ", \"M\": " + Number(result.M) +
+           ", \"capacitors\": " + list(result.Capacitors, result.NortonCapCount) +
+           ", \"inductors\": " + list(result.Inductors, result.NortonIndCount) + "}";
+}
+
 }  // namespace
 
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages) {
@@ -242,6 +252,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     member("results", ResultsObject(design));
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
+    if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));
     member("messages", List(messages.size(), [&](std::size_t i) {
                return "{\"caption\": " + Quoted(messages[i].Caption) +
                       ", \"text\": " + Quoted(messages[i].Text) + "}";

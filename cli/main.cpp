@@ -18,6 +18,7 @@
 #include "files/DiskFile.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
+#include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
 #include "resources/Resources.h"
 
@@ -61,6 +62,9 @@ bool ApplySettings(Session& session, const Arguments& arguments) {
 }
 
 void Design(Session& session, bool keepOverlay) {
+    DesignInputs& inputs = session.Calc.Inputs;
+    if (inputs.Pass() == PassType::Norton && inputs.IsOn(ChoiceId::AutoOptimize))
+        OptimizeNorton(inputs, session.Calc.Design);
     Calculate(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
         if (run.Number > 0 && keepOverlay)
             session.Overlay.push_back({run.Quantities, run.Response});

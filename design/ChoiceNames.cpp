@@ -38,6 +38,10 @@ void PutInverter(FilterDesign& design, int code) {
         InverterFor(static_cast<ladderwise::InverterType>(code), settings.TankType);
 }
 
+void PutNortonType(FilterDesign& design, int code) {
+    design.Norton.NortonType = static_cast<ladderwise::NortonType>(code);
+}
+
 constexpr auto none = nullptr;
 
 /// A check box: one component, checked by code 1.
@@ -147,6 +151,18 @@ const std::vector<ChoiceTable> tables = {
         {4, "ohms", "OhmsButton", "Tank Z", "Tank values are levels in ohms, from which L and C follow"}}},
     Switch(AlternateMatch, "alternate-match", Word, 1, CoupledField<&DC::AlternateMatch>::Put, "on", "AltInverterBox",
            "&Alternate Match", "Match both ends by the dual inverter: a capacitor for an inductor and the reverse"),
+}
+
+    {NortonType, "norton-type", Word, 0, PutNortonType, none, {
+        {0, "t-cap", "TCapMenu", "&T  Cap", "T  Cap"},
+        {1, "t-ind", "TIndMenu", "T  &Ind", "T  Ind"},
+        {2, "pi-cap", "PiCapMenu", "&Pi Cap", "Pi Cap"},
+        {3, "pi-ind", "PiIndMenu", "Pi I&nd", "Pi Ind"}}},
+    {NortonGoal, "optimize", Word, 1, none, none, {
+        {0, "c", "OptimizeCButton", "Optimize &C's", "Make the capacitors as even as possible"},
+        {1, "l", "OptimizeLButton", "Optimize &L's", "Make the inductors as even as possible"}}},
+    Switch(AutoOptimize, "auto-optimize", Word, 0, none, "on", "AutoOptimizeBox", "&Auto Optimize",
+           "Optimize on every change in this window; off: K and M have spin buttons of their own"),
 };
 // clang-format on
 
@@ -184,16 +200,6 @@ std::string DesignTitle(const FilterDesign& design) {
     const ChoiceRow* const pass = FindRow(Pass, static_cast<int>(design.PassType));
     return std::to_string(design.NumPoles) + (family ? family->Title : " Pole Butterworth") +
            (pass ? pass->Title : "") + (HasEdits(design) ? " (edited)" : "");
-}
-
-std::string MissingStageText(MissingStage missing) {
-    switch (missing) {
-        case MissingStage::None:
-            return "";
-        case MissingStage::NortonTransform:
-            return "The ladder is empty: this version builds no Norton-transformed filters yet.";
-    }
-    return "";
 }
 
 }  // namespace ladderwise

@@ -35,6 +35,9 @@ enum class ChoiceId {
     InverterType,
     TankUnits,
     AlternateMatch,
+    NortonType,
+    NortonGoal,
+    AutoOptimize,
     Count
 };
 inline constexpr int NumChoices = static_cast<int>(ChoiceId::Count);
@@ -91,8 +94,5 @@ std::optional<ChoiceCode> FindComponent(std::string_view component);
 
 /// "3 Pole Butterworth LPF": poles (or traps), family and pass type in use.
 std::string DesignTitle(const FilterDesign& design);
-
-/// Why the ladder is empty: "The ladder is empty: ..."; an empty text when no stage is missing.
-std::string MissingStageText(MissingStage missing);
 
 }  // namespace ladderwise

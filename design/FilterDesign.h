@@ -119,8 +119,33 @@ struct SweepResponse {
     std::array<double, NumSweepPoints> ReflectionDb{};  ///< 10 log10 |Gamma|^2 at the input, dB
 };
 
-/// Why a ladder is empty although the inputs are in order: the stage that would fill it.
-enum class MissingStage { None, NortonTransform };
+/// Structure of a Norton-transformed band-pass: a T or pi of which the coupling is made with
+/// capacitors or inductors. The numbers stand in design files.
+enum class NortonType : int { TCap = 0, TInd = 1, PiCap = 2, PiInd = 3 };
+
+/// What the search for K and M makes even.
+enum class NortonGoal : int { Capacitors = 0, Inductors = 1 };
+
+/// What the Norton window sets.
+struct NortonSettings {
+    ladderwise::NortonType NortonType = ladderwise::NortonType::TCap;
+    double ImpedanceScalar = 1.0;  ///< A, 1 .. 100
+    double NortonK = 2.0;          ///< turns ratio of the first transformer of each half
+    double NortonM = 1.0;          ///< of the second one; 5 poles only
+};
+
+inline constexpr int MaxNortonValues = 9;  ///< inductors, or capacitors, of one transformed ladder
+
+/// The last Norton transform: its numbers, and its values from source to load.
+struct NortonResult {
+    double A = 1.0;
+    double K = 2.0;
+    double M = 1.0;
+    int NortonCapCount = 0;  ///< 0: nothing was transformed
+    int NortonIndCount = 0;
+    std::array<double, MaxNortonValues> Capacitors{};  ///< F
+    std::array<double, MaxNortonValues> Inductors{};   ///< H
+};
 
 /// What a calculation did beyond what was asked, for the looks of boxes and the status line.
 struct CalcFlags {
@@ -129,7 +154,6 @@ struct CalcFlags {
     bool FellBack = false;    ///< ResponseType set to Butterworth: the chosen one cannot be built
     /// RLoad is the one that Elliptic A to C need (one decimal; a yellow box if it is not RSource)
     bool LoadOfFamily = false;
-    MissingStage Missing = MissingStage::None;
 };
 
 /// What an elliptic prototype came to. Frequencies in rad/s of the normalised low pass, whose 3 dB
@@ -188,6 +212,10 @@ struct FilterDesign {
 
     CalcFlags Flags{};
     EllipticResult Elliptic{};
+
+    NortonSettings Norton{};
+    ElementList NortonBaseElements{};  ///< the canonical band-pass in slots 1 .. NumPoles
+    ladderwise::NortonResult NortonResult{};
 };
 
 /// True if a value (row 0 .. 3) of a slot in use was changed by hand since the last calculation.

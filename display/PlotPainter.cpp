@@ -181,13 +181,6 @@ void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& c
 
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
                 bool doubled, SchematicPictures& pictures) {
-    const std::string notice = MissingStageText(design.Flags.Missing);
-    if (!notice.empty()) {
-        painter.setPen(ToQColor(Black));
-        painter.drawText(ValueGridLeft + SchematicWidth, gridTop - SchematicHeight / 2,
-                         QString::fromStdString(notice));
-        return;
-    }
     for (const StripPicture& place : PlaceSchematics(design, gridTop, scroll)) {
         const QImage& picture = pictures.Of(place.Type, doubled);
         if (picture.isNull()) {

@@ -12,6 +12,7 @@
 #include "directcoupled/DirectCoupled.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/DisplayScale.h"
+#include "pipeline/NortonSequence.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
 #include "scaling/Protoscaler.h"
@@ -52,12 +53,6 @@ void SetSweepLimits(FilterDesign& design) {
     }
 }
 
-void LeaveEmpty(FilterDesign& design, MissingStage missing) {
-    ClearElements(design.Elements);
-    design.NumElements = 0;
-    design.Flags.Missing = missing;
-}
-
 void ScaleLadder(FilterDesign& design, const MessageCallback& report) {
     switch (design.PassType) {
         case PassType::LowPass:
@@ -71,7 +66,7 @@ void ScaleLadder(FilterDesign& design, const MessageCallback& report) {
         case PassType::DirectCoupled:
             return CalcDirectCoupled(design, report);
         case PassType::Norton:
-            return LeaveEmpty(design, MissingStage::NortonTransform);
+            return BuildNortonLadder(design);
     }
 }
 
@@ -273,7 +268,9 @@ void BuildSweepGrid(FilterDesign& design) {
 void BuildLadder(FilterDesign& design, const MessageCallback& report) {
     design.Flags = {};
     ClearElements(design.Elements);
+    design.NortonResult = {};
     BuildSweepGrid(design);
+    if (design.PassType == PassType::Norton) SetNortonForm(design, report);
     BuildPrototype(design, design.NumPoles, report);
     ScaleLadder(design, report);
 }
@@ -332,6 +329,7 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     const bool discards = HasEdits(design);
     if (discards) calculation.Discarded = HandMadeLadder{design.Elements, design.NumElements};
     ReadInputs(calculation.Inputs, design, report);
+    if (design.PassType == PassType::Norton) ReadNortonInputs(calculation.Inputs, design, report);
     BuildLadder(design, report);
     MarkInputs(calculation.Inputs, design);
     PrepareAnalysis(calculation, report);

@@ -84,7 +84,7 @@ void ClearElements(ElementList& elements);
 void BuildSweepGrid(FilterDesign& design);
 
 /// From the design inputs in `design` to the unanalysed ladder in Elements: clearing, sweep grid,
-/// prototype, scaling. Where a stage is not built, the ladder stays empty and Flags.Missing tells.
+/// prototype, scaling.
 void BuildLadder(FilterDesign& design, const MessageCallback& report);
 
 /// De-embedding and standard values where asked for, analysis, display quantities, plotRun of run

@@ -6,6 +6,7 @@
 #include "analysis/PartValues.h"
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
+#include "pipeline/NortonSequence.h"
 #include "scaling/BandScaler.h"
 
 namespace ladderwise {
@@ -42,6 +43,12 @@ std::string Fault(ValueKind kind, double value) {
     if (value > LargestPartValue)
         return shown + " is beyond reach (a value is typed as 400p or 400E-12)";
     return {};
+}
+
+/// The L-sections at the ends of a Norton band-pass at the level of its terminations: no parts.
+bool IsLeftOut(const FilterDesign& design, int slot, double value) {
+    return design.PassType == PassType::Norton && value == 0.0 &&
+           (slot == 1 || slot == design.NumElements);
 }
 
 std::string SlotText(const FilterDesign& design, int slot) {
@@ -176,8 +183,6 @@ const char* NameOf(NoteKind kind) {
             return "unrealisable";
         case NoteKind::MathError:
             return "math-error";
-        case NoteKind::Missing:
-            return "missing";
         case NoteKind::Edited:
             return "edited";
         case NoteKind::Discarded:
@@ -191,12 +196,12 @@ const char* NameOf(NoteKind kind) {
 std::vector<Note> CollectNotes(const Calculation& calculation) {
     const FilterDesign& design = calculation.Design;
     std::vector<Note> notes;
-    if (design.Flags.Missing != MissingStage::None)
-        notes.push_back({NoteKind::Missing, "pass", MissingStageText(design.Flags.Missing)});
     if (const std::uint64_t count = MathErrorCount(calculation); count > 0)
         notes.push_back({NoteKind::MathError, "math",
                          std::to_string(count) + (count == 1 ? " math error" : " math errors") +
                              ": the values of this design are doubtful."});
+    if (const std::string fault = NortonFault(design); !fault.empty())
+        notes.push_back({NoteKind::Unrealisable, "norton-type", fault});
     AddUnrealisable(design, notes);
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);

@@ -18,7 +18,6 @@ enum class NoteKind {
     EndTank,
     Unrealisable,
     MathError,
-    Missing,
     Edited,
     Discarded,
     NotVaried,
@@ -36,7 +35,7 @@ struct Note {
 };
 
 /// "replaced", "load-moved", "atten-raised", "form-forced", "end-tank", "unrealisable",
-/// "math-error", "missing", "edited", "discarded", "not-varied".
+/// "math-error", "edited", "discarded", "not-varied".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.

@@ -48,6 +48,8 @@ struct PartField {
 };
 template <auto Member>
 using ModelField = PartField<&FilterDesign::PartModel, Member>;
+template <auto Member>
+using NortonField = PartField<&FilterDesign::Norton, Member>;
 
 template <auto Member>
 using CoupledField = PartField<&FilterDesign::DirectCoupled, Member>;
@@ -96,6 +98,14 @@ bool HasOpenStubs(const DesignInputs& inputs) {
 bool HasTaps(const DesignInputs& inputs) {
     return HasTank(inputs, {TankType::ShuntCSeriesLC, TankType::ShuntLSeriesLC, TankType::TappedByC,
                             TankType::TappedByL});
+}
+bool IsNorton(const DesignInputs& inputs) {
+    return inputs.Pass() == PassType::Norton;
+}
+bool IsFivePoleNorton(const DesignInputs& inputs) {
+    int poles = 0;
+    return IsNorton(inputs) && TryParseInt(inputs.Box(InputId::NumPoles).Text, poles) &&
+           poles == NortonMostPoles;
 }
 bool TypesScale(const DesignInputs& inputs) {
     return inputs.IsOn(ChoiceId::TraceGroupDelay) && !inputs.IsOn(ChoiceId::AutoScale);
@@ -149,6 +159,8 @@ using enum WriteBack;
 using D = FilterDesign;
 using M = PartModel;
 using DC = DirectCoupledSettings;
+using N = NortonSettings;
+constexpr const char* nortonOnly = "for a Norton band-pass";
 constexpr const char* bandOnly = "for band-pass and notch";
 
 // clang-format off
@@ -211,6 +223,15 @@ const std::vector<InputRow> singleRows = {
     {Factor, "factor", "Factor", "&Factor 0.2 - 1.0", "Tapping factor of three-element tanks", "", "1.0",
      {"0.2", "0.50", "1.0"}, 0.02, 1, Decimals, CoupledField<&DC::TankFactor>::Get, CoupledField<&DC::TankFactor>::Put,
      HasTaps, "for tanks 3 to 6"},
+    {NortonA, "a", "A", "&Impedance Scalar", "Level of the ladder over its terminations", "", "1.00",
+     {"1.0", "1.0", "100"}, 0, 1, Nothing, NortonField<&N::ImpedanceScalar>::Get, NortonField<&N::ImpedanceScalar>::Put,
+     IsNorton, nortonOnly, -1, true},
+    {NortonK, "k", "K", "3 Pole &K", "Turns ratio of the first transform of each half", "", "2.00",
+     {"1.001", "1.001", "100"}, 0, 1, Nothing, NortonField<&N::NortonK>::Get, NortonField<&N::NortonK>::Put,
+     IsNorton, nortonOnly, -1, true},
+    {NortonM, "m", "M", "5 Pole &M", "Turns ratio of the second transform of each half", "", "1.00",
+     {"1.001", "1.001", "100"}, 0, 1, Nothing, NortonField<&N::NortonM>::Get, NortonField<&N::NortonM>::Put,
+     IsFivePoleNorton, "for a Norton band-pass of 5 poles", -1, true},
 };
 // clang-format on
 
@@ -303,7 +324,8 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
     constexpr int Digits = 11;  // significant, of the value in use
     const InputRow& row = RowOf(id, inputs);
     std::string tip = row.Meaning;
-    if (!row.ReadLater) tip += ": " + WithUnit(RangeText(LimitsOf(row, inputs, design)), row.Unit);
+    const BoxLimits limits = LimitsOf(row, inputs, design);
+    if (!limits.Minimum.empty()) tip += ": " + WithUnit(RangeText(limits), row.Unit);
     if (row.Get)
         tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
     if (const auto& moved = inputs.Box(id).Moved)

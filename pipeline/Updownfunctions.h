@@ -39,6 +39,9 @@ enum class InputId {
     Factor,
     TankValue1,
     TankValue10 = TankValue1 + MaxTanks - 1,
+    NortonA,
+    NortonK,
+    NortonM,
     Count
 };
 inline constexpr int NumInputs = static_cast<int>(InputId::Count);
@@ -76,7 +79,7 @@ struct InputRow {
     bool (*Enabled)(const DesignInputs&) = nullptr;  ///< null: always
     const char* WhenDisabled = "";                   ///< "for band-pass and notch"
     int UnitCode = -1;       ///< of ChoiceId::BandWidthUnit, if the row is for one unit
-    bool ReadLater = false;  ///< its bounds come from the analysis, which reads it
+    bool ReadLater = false;  ///< the stage that it belongs to reads it
     BoxLimits (*ComputedLimits)(const DesignInputs&, const FilterDesign&) = nullptr;
     double (*Stepped)(const DesignInputs&, double value, int direction) = nullptr;  ///< own rule
 };

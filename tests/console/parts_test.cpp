@@ -78,6 +78,15 @@ QJsonObject ParsedJson(const std::string& text) {
     return document.object();
 }
 
+TEST(Json, NortonValues) {
+    Calculation calculation;
+    const QJsonObject json = ParsedJson(JsonOf(calculation, {{"pass", "norton"}, {"a", "1.5"}}));
+    const QJsonObject norton = json["norton"].toObject();
+    EXPECT_TRUE(norton["A"] == 1.5 && norton["K"] == 2.0 && norton["M"] == 1.0);
+    EXPECT_EQ(norton["capacitors"].toArray().size(), 8);
+    EXPECT_EQ(norton["inductors"][1], json["elements"][4]["V1"]);
+}
+
 TEST(Json, MembersTypesAndCounts) {
     Calculation calculation;
     const Settings settings = {

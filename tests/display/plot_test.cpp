@@ -138,17 +138,6 @@ TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     EXPECT_GT(CountPixels(image, colour), 300);
 }
 
-TEST(Plot, EmptyLadderSaysWhy) {
-    ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
-    made.Design.NumElements = 0;
-    for (int stage = 0; stage <= static_cast<int>(MissingStage::NortonTransform); ++stage) {
-        made.Design.Flags.Missing = static_cast<MissingStage>(stage);
-        const QImage band = Painted(made, {})->Image().copy(0, 605, Width, SchematicHeight);
-        const bool blank = CountPixels(band, Pixel(BackgroundColour)) == Width * SchematicHeight;
-        EXPECT_EQ(blank, stage == 0);
-    }
-}
-
 TEST(PlotExport, PaintsWhatTheWindowPaints) {
     const auto calculation = std::make_unique<Calculation>();
     DesignInputs& inputs = calculation->Inputs;

@@ -10,6 +10,7 @@
 #include "pipeline/Choices.h"
 #include "pipeline/DisplayScale.h"
 #include "pipeline/NamedSettings.h"
+#include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
 #include "pipeline/Updownfunctions.h"
 #include "tests/numeric/support.h"
@@ -141,7 +142,7 @@ TEST(Pipeline, BoundsAndDefaultOfEveryBox) {
                  {"threshold", "-201", -200, -20, "201", -200, "0.5", -0.5}};
     // clang-format on
     // Read by other stages, or tested with their own.
-    std::set<std::string> tested = {"gd-scale", "percent-change", "tank-values"};
+    std::set<std::string> tested = {"gd-scale", "percent-change", "tank-values", "a", "k", "m"};
     for (const auto& c : cases) {
         tested.insert(c.Name);
         for (const auto& [typed, inUse] : {std::pair<std::string, double>{c.TooLow, c.Minimum},
@@ -212,6 +213,73 @@ TEST(Pipeline, NoEllipticCoupledBandPass) {
     }
 }
 
+TEST(Pipeline, NortonReadsItsBoxes) {
+    // clang-format off
+    const struct { Settings Set; int Poles; double A, K, M; const char* Replaced; } cases[] = {
+        {{}, 3, 1, 2, 1, ""},
+        {{{"poles", "4"}, {"response", "chebyshev"}}, 3, 1, 2, 1, ""},  // an even one would move the load
+        {{{"a", "200"}, {"k", "1"}}, 3, 100, 1.001, 1, "ak"},
+        {{{"poles", "5"}}, 5, 1, 2, 1.001, "m"},
+        {{{"poles", "9"}, {"a", "x"}, {"m", "7.5"}}, 5, 1, 2, 7.5, "a"}};
+    // clang-format on
+    for (const auto& c : cases) {
+        Session session;
+        session.Run({{"pass", "norton"}});
+        session.Run(c.Set);
+        EXPECT_EQ(session.Inputs.Box(InputId::NumPoles).Text, std::to_string(c.Poles));
+        EXPECT_EQ(session.Design.RLoad, 50.0);
+        const NortonResult& result = session.Design.NortonResult;
+        EXPECT_EQ(std::tuple(result.A, result.K, result.M), std::tuple(c.A, c.K, c.M));
+        std::string replaced;
+        for (const Note& note : CollectNotes(session.Calc))
+            if (note.Kind == NoteKind::Replaced) replaced += note.Name;
+        EXPECT_EQ(replaced, c.Replaced);
+    }
+}
+
+TEST(Pipeline, NortonSaysWhatTerminationsForbid) {
+    for (const char* const type : {"t-cap", "t-ind", "pi-cap", "pi-ind"})
+        for (const char* const response : {"butterworth", "chebyshev"})
+            for (const char* const load : {"40", "50", "60"}) {
+                Session session;
+                session.Run({{"pass", "norton"},
+                             {"norton-type", type},
+                             {"response", response},
+                             {"r-load", load}});
+                const bool tee = type[0] == 't', smallerLoad = tee == (response[0] == 'b');
+                const bool forbidden = load == std::string(smallerLoad ? "60" : "40");
+                EXPECT_EQ(!NortonFault(session.Design).empty(), forbidden);
+                ASSERT_EQ(session.Messages.size(), forbidden ? 1u : 0u) << type << load;
+                if (!forbidden) continue;
+                const std::string wanted = std::string(tee ? "T Ind" : "Pi Ind") +
+                                           " structure, set R_Load " + (smallerLoad ? "<=" : ">=");
+                EXPECT_NE(session.Messages[0].find(wanted), std::string::npos);
+            }
+}
+
+TEST(Pipeline, NortonStepsAndSearches) {
+    Session session;
+    session.Run({{"pass", "norton"}, {"k", "1.5"}});
+    const auto step = [&](InputId id, double by) {
+        StepNortonInput(id, by, session.Inputs, session.Design, session.Report());
+        session.Run({});
+        return session.Inputs.Box(id).Text;
+    };
+    EXPECT_EQ(step(InputId::NortonA, 0.1), "1.10");
+    EXPECT_EQ(step(InputId::NortonA, -1.0), "1.00");
+    EXPECT_EQ(step(InputId::NortonK, -1.0), "1.001");  // held, shown as 1.00, read as the bound
+    session.Run({{"auto-optimize", "on"}, {"k", "3"}, {"poles", "5"}, {"norton-type", "pi-ind"}});
+    EXPECT_TRUE(ApplyNortonControl(NortonControl::Box, session.Inputs, session.Design));
+    EXPECT_EQ(session.Inputs.Box(InputId::NortonK).Text, "3");  // a search would undo it
+    session.Set({{"a", "1.01"}});
+    EXPECT_TRUE(ApplyNortonControl(NortonControl::Box, session.Inputs, session.Design));
+    EXPECT_NE(session.Inputs.Box(InputId::NortonK).Text, "3");
+    session.Run({{"a", "1"}});
+    EXPECT_TRUE(ApplyNortonControl(NortonControl::SpinButton, session.Inputs, session.Design));
+    EXPECT_EQ(session.Inputs.Box(InputId::NortonK).Text, "31.87");
+    EXPECT_EQ(session.Inputs.Box(InputId::NortonM).Text, "12.82");
+}
+
 TEST(Pipeline, LowPassPrototypeHasTheGValues) {
     Session session;
     session.Read({{"parts", "real"}, {"std", "on"}, {"pass", "low-pass-prototype"}});
@@ -234,7 +302,7 @@ TEST(Pipeline, SlotsBeyondTheLadderStayEmpty) {
                      {"std", response % 2 ? "off" : "on"},
                      {"worst-case", "on"},
                      {"runs", "2"}});
-        ASSERT_EQ(design.NumElements == 0, design.Flags.Missing != MissingStage::None);
+        ASSERT_GT(design.NumElements, 0);
         for (int slot = design.NumElements + 1; slot < NumSlots; ++slot) {
             EXPECT_EQ(static_cast<int>(design.Elements[slot].Type), 26);
             for (int row = 0; row < 4; ++row)
@@ -334,7 +402,7 @@ TEST(Notes, WhatABuilderMustKnow) {
         {{{"response", "elliptic-c"}, {"trap", "7"}}, {"(replaced trap)"}},
         {{{"response", "elliptic-a"}}, {"load-moved r-load"}},
         {{{"response", "elliptic-c"}, {"ripple", "0.1"}, {"atten", "10"}}, {"atten-raised atten"}},
-        {{{"pass", "norton"}, {"runs", "0"}}, {"missing pass", "replaced runs"}},
+        {{{"pass", "norton"}, {"runs", "0"}}, {"replaced runs"}},
         {{{"traces", "pulse"}}, {}}};
     // clang-format on
     for (const auto& [settings, notes] : cases) {
@@ -429,11 +497,6 @@ TEST(Pipeline, GroupDelayScale) {
     EXPECT_EQ(box.Colour, BoxColour::Normal);
     EXPECT_TRUE(NotesOf(session.Calc).empty());
 
-    session.Run({{"pass", "norton"}});  // an empty ladder has none
-    for (const char* const scale : {"auto", ""}) {
-        session.Run({{"gd-scale", scale}});
-        EXPECT_EQ(session.Design.GDFullScale, 0.0);
-    }
     EXPECT_TRUE(session.Messages.empty());
 }
 

@@ -1,0 +1,175 @@
+// The steps of a Norton-transformed band-pass and of its search.
+#include "pipeline/NortonSequence.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "norton/Nortonsearch.h"
+#include "numbers/Formatfunctions.h"
+#include "prototypes/Prototype.h"
+#include "scaling/BandScaler.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int FewestPoles = 3;
+constexpr int MostPoles = 5;
+constexpr int BoxDecimals = 2;           ///< of A, K and M when the program writes them
+constexpr double SmallestScalar = 1.0;   ///< A
+constexpr double SmallestRatio = 1.001;  ///< K and M: at 1 a transformer is none
+constexpr double NoRatio = 1.0;          ///< M while it plays no part
+constexpr double LargestRatio = 100.0;
+constexpr const char* NoRatioText = "1.00";  ///< in the box of M for 3 poles
+
+bool IsTee(NortonType type) {
+    return type == NortonType::TCap || type == NortonType::TInd;
+}
+
+void WriteBox(NumberBox& box, double value) {
+    box.Type(FormatFixed(value, BoxDecimals));
+}
+
+/// M while it plays no part: as its box shows it, "1.00" included, and without the mark of an
+/// earlier reading.
+void TakeUnread(NumberBox& box, double& value) {
+    value = StringToDouble(box.Text, NoRatio, NoRatio, LargestRatio);
+    box.ReplacedText.reset();
+    box.Colour = BoxColour::Normal;
+}
+
+/// The terminations that a structure needs of a family whose form they decide.
+struct TerminationRule {
+    bool LargerLoad;  ///< R Load above R Source is the wrong way round
+    const char* Message;
+};
+
+/// The rule that Rs and RL break; null if none. A Butterworth prototype begins with a capacitor for
+/// the larger load, a Chebyshev one for the smaller load.
+const TerminationRule* BrokenRule(const FilterDesign& design) {
+    static constexpr TerminationRule teeButterworth{
+        true,
+        "Error: R_Load is greater than R_Source. \n To use a T Cap or T Ind structure, set R_Load "
+        "<= R_Source. \n Or select a Pi Cap or Pi Ind structure. \n Or select a Chebyshev "
+        "prototype."};
+    static constexpr TerminationRule teeChebyshev{
+        false,
+        "Error: R_Load is less than R_Source. \n To use a T Cap or T Ind structure, set R_Load >= "
+        "R_Source. \n Or select a Pi Cap or Pi Ind structure. \n Or select a Butterworth "
+        "prototype."};
+    static constexpr TerminationRule piButterworth{
+        false,
+        "Error: R_Load is less than R_Source. \n To use a Pi Cap or Pi Ind structure, set R_Load "
+        ">= R_Source. \n Or select a T Cap or T Ind structure. \n Or select a Chebyshev "
+        "prototype."};
+    static constexpr TerminationRule piChebyshev{
+        true,
+        "Error: R_Load is greater than R_Source. \n To use a Pi Cap or Pi Ind structure, set "
+        "R_Load <= R_Source. \n Or select a T Cap or T Ind structure. \n Or select a Butterworth "
+        "prototype."};
+    const bool tee = IsTee(design.Norton.NortonType);
+    const TerminationRule* rule = nullptr;
+    if (design.ResponseType == ResponseType::Butterworth)
+        rule = tee ? &teeButterworth : &piButterworth;
+    else if (design.ResponseType == ResponseType::Chebyshev)
+        rule = tee ? &teeChebyshev : &piChebyshev;
+    if (!rule) return nullptr;
+    const bool wrong =
+        rule->LargerLoad ? design.RLoad > design.RSource : design.RLoad < design.RSource;
+    return wrong ? rule : nullptr;
+}
+
+}  // namespace
+
+void ReadNortonInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
+    if (design.NumPoles != FewestPoles && design.NumPoles != MostPoles) {
+        design.NumPoles = FewestPoles;
+        inputs.Box(InputId::NumPoles).WriteText(std::to_string(FewestPoles), FewestPoles);
+    }
+    StepInput(InputId::NortonA, inputs, design, {}, report);
+    StepInput(InputId::NortonK, inputs, design, {}, report);
+    if (design.NumPoles == MostPoles)
+        StepInput(InputId::NortonM, inputs, design, {}, report);
+    else
+        TakeUnread(inputs.Box(InputId::NortonM), design.Norton.NortonM);
+}
+
+void SetNortonForm(FilterDesign& design, const MessageCallback& report) {
+    design.FormCLC = !IsTee(design.Norton.NortonType);
+    const TerminationRule* const broken = BrokenRule(design);
+    if (broken && report) report("Error", broken->Message);
+}
+
+void BuildNortonLadder(FilterDesign& design) {
+    ScaleBandPass(design);
+    design.NortonBaseElements = design.Elements;
+    design.Elements.fill({});
+    TransformNorton(design);
+}
+
+std::string NortonFault(const FilterDesign& design) {
+    if (design.PassType != PassType::Norton) return {};
+    if (BrokenRule(design))
+        return "This structure cannot be built between these terminations with this response.";
+    const NortonResult& result = design.NortonResult;
+    const auto unfit = [](double value) { return !std::isfinite(value) || value < 0.0; };
+    const auto count = std::count_if(result.Capacitors.begin(), result.Capacitors.end(), unfit) +
+                       std::count_if(result.Inductors.begin(), result.Inductors.end(), unfit);
+    if (count == 0) return {};
+    return "This ladder cannot be built with these K" +
+           std::string(design.NumPoles == MostPoles ? " and M" : "") + ": " +
+           std::to_string(count) + (count == 1 ? " value is" : " values are") +
+           " negative or not finite.";
+}
+
+void StepNortonInput(InputId id, double step, DesignInputs& inputs, FilterDesign& design,
+                     const MessageCallback& report) {
+    StepInput(id, inputs, design, {}, report);
+    NortonSettings& norton = design.Norton;
+    double& value = id == InputId::NortonA   ? norton.ImpedanceScalar
+                    : id == InputId::NortonK ? norton.NortonK
+                                             : norton.NortonM;
+    value += step;
+    norton.ImpedanceScalar = std::max(norton.ImpedanceScalar, SmallestScalar);
+    norton.NortonK = std::max(norton.NortonK, SmallestRatio);
+    WriteBox(inputs.Box(InputId::NortonA), norton.ImpedanceScalar);
+    WriteBox(inputs.Box(InputId::NortonK), norton.NortonK);
+    if (design.NumPoles != MostPoles && id != InputId::NortonM) return;
+    norton.NortonM = std::max(norton.NortonM, SmallestRatio);
+    WriteBox(inputs.Box(InputId::NortonM), norton.NortonM);
+}
+
+void OptimizeNorton(DesignInputs& inputs, const FilterDesign& design) {
+    // A copy of both: the calculation that follows reads the boxes once more, and the mark of a
+    // replaced entry would not survive two readings.
+    DesignInputs read = inputs;
+    const auto base = std::make_unique<FilterDesign>(design);
+    ReadInputs(read, *base, nullptr);
+    ReadNortonInputs(read, *base, nullptr);
+    SetNortonForm(*base, nullptr);
+    base->Elements.fill({});
+    BuildPrototype(*base, base->NumPoles, nullptr);
+    BuildNortonLadder(*base);
+    const NortonChoice best =
+        SearchEvenest(base->Norton.NortonType, BaseOf(*base, base->Norton.ImpedanceScalar),
+                      static_cast<NortonGoal>(inputs.Choice(ChoiceId::NortonGoal)));
+    WriteBox(inputs.Box(InputId::NortonK), best.K);
+    if (base->NumPoles == MostPoles)
+        WriteBox(inputs.Box(InputId::NortonM), best.M);
+    else
+        inputs.Box(InputId::NortonM).Type(NoRatioText);
+}
+
+bool ApplyNortonControl(NortonControl control, DesignInputs& inputs, const FilterDesign& design) {
+    double typed = 0.0;
+    const bool sameScalar = TryParseDouble(inputs.Box(InputId::NortonA).Text, typed) &&
+                            typed == design.Norton.ImpedanceScalar;
+    const bool automatic =
+        inputs.IsOn(ChoiceId::AutoOptimize) && !(control == NortonControl::Box && sameScalar);
+    const bool search = automatic || control == NortonControl::OptimizeButton;
+    if (search) OptimizeNorton(inputs, design);
+    return search || control != NortonControl::GoalButton;
+}
+
+}  // namespace ladderwise

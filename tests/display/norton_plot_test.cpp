@@ -1,0 +1,41 @@
+// The value plot of a Norton-transformed ladder: scales, places and marks, without a window.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "display/NortonValuePlot.h"
+
+namespace ladderwise {
+namespace {
+
+const TextMetrics eightPixelLetters{
+    [](const std::string& text) { return 8 * static_cast<int>(text.size()); }, 14};
+
+TEST(NortonValuePlot, MarksStandAtTheirValues) {
+    NortonResult result;
+    result.NortonCapCount = 4;
+    result.NortonIndCount = 2;
+    result.Capacitors = {0.0, 1e-12, -100e-12, std::nan("")};
+    result.Inductors = {1e-9, std::sqrt(10.0) * 1e-9};
+    const NortonValuePlot plot = BuildNortonValuePlot(result, "title", 800, 400, eightPixelLetters);
+    const int top = plot.Border.Top, bottom = top + plot.Border.Height;
+    const std::pair<ValueMark, int> wanted[] = {{ValueMark::LeftOut, bottom},
+                                                {ValueMark::Capacitor, bottom},
+                                                {ValueMark::Unrealisable, top},
+                                                {ValueMark::Unrealisable, top},
+                                                {ValueMark::Inductor, (top + bottom) / 2},
+                                                {ValueMark::Inductor, (3 * top + bottom) / 4}};
+    ASSERT_EQ(plot.Points.size(), std::size(wanted));
+    for (std::size_t k = 0; k < std::size(wanted); ++k) {
+        EXPECT_EQ(plot.Points[k].Mark, wanted[k].first) << k;
+        EXPECT_NEAR(plot.Points[k].Y, wanted[k].second, 1) << k;
+        EXPECT_EQ(plot.Points[k].X, plot.Points[k % 4].X) << k;
+    }
+    EXPECT_EQ(std::count_if(plot.Texts.begin(), plot.Texts.end(),
+                            [](const PlotText& t) { return t.Text == "2 values cannot be built"; }),
+              1);
+}
+
+}  // namespace
+}  // namespace ladderwise

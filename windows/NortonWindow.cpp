@@ -1,0 +1,203 @@
+// The Norton window.
+#include "windows/NortonWindow.h"
+
+#include <QActionGroup>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <utility>
+
+#include "display/NortonValuePainter.h"
+#include "display/PlotPainter.h"
+#include "windows/HelpButton.h"
+#include "windows/WindowPlacement.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr QSize SmallestGraph(320, 240);
+constexpr QSize StartGraph(480, 340);
+constexpr int OffsetBelowOwner = 150;  ///< pixels from the owner's top: its boxes stay in view
+
+/// The spin buttons of a box, from left to right.
+struct SpinButton {
+    const char* Suffix;
+    double Step;
+    const char* Caption;
+};
+constexpr SpinButton spinButtons[] = {{"1", 1.0, "1.0"}, {"2", 0.1, "0.1"}, {"3", 0.01, "0.01"}};
+
+constexpr double KeyStep = 0.1;        ///< of Up, Down and the wheel
+constexpr double CtrlKeyStep = 1.0;    ///< ten times as far, as everywhere
+constexpr double ShiftKeyStep = 0.01;  ///< a tenth
+
+/// The values of the transformed ladder.
+class ValueGraph : public QWidget {
+public:
+    ValueGraph(const FilterDesign& design, QWidget* parent) : QWidget(parent), design(design) {
+        setObjectName("Graph");
+        setMinimumSize(SmallestGraph);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    }
+    QSize sizeHint() const override { return StartGraph; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const NortonValuePlot plot = BuildNortonValuePlot(design.NortonResult, Title(), width(),
+                                                          height(), MetricsOf(painter));
+        PaintNortonValuePlot(painter, plot, size());
+    }
+
+private:
+    std::string Title() const {
+        const int type = static_cast<int>(design.Norton.NortonType);
+        return DesignTitle(design) + ", " + FindRow(ChoiceId::NortonType, type)->Title;
+    }
+
+    const FilterDesign& design;
+};
+
+}  // namespace
+
+NortonWindow::NortonWindow(DesignInputs& inputs, const FilterDesign& design, NortonActions actions,
+                           QWidget* parent)
+    : QDialog(parent, Qt::Tool),
+      inputs(inputs),
+      design(design),
+      actions(std::move(actions)),
+      binder(inputs, {[this] { this->actions.Use(NortonControl::Box, nullptr); }, nullptr,
+                      [this](const QObject* sender) { Choose(sender); }}) {
+    setObjectName("TNortonForm");
+    setWindowTitle("Norton TransForm");
+    inputs.Choice(ChoiceId::AutoOptimize) = 1;  // the console has it off
+    auto* const row = new QHBoxLayout(this);
+    auto* const column = new QVBoxLayout;
+    BuildMenus();
+    for (const InputId id : {InputId::NortonA, InputId::NortonK, InputId::NortonM})
+        column->addWidget(BuildFactor(id));
+    column->addWidget(BuildSearch());
+    column->addWidget(NewHelpButton(this, "NortonHelpButton", HelpPage::Transform));
+    column->addStretch(1);
+    graph = new ValueGraph(design, this);
+    row->addLayout(column);
+    row->addWidget(graph, 1);
+    // As in the main window: a click must not have a box read twice.
+    for (auto* const button : findChildren<QAbstractButton*>())
+        if (button->focusPolicy() != Qt::NoFocus) button->setFocusPolicy(Qt::TabFocus);
+    resize(sizeHint());
+}
+
+void NortonWindow::BuildMenus() {
+    auto* const bar = new QMenuBar(this);
+    QMenu* const file = bar->addMenu("&File  ");
+    file->setObjectName("FileMenu");
+    QAction* const exit = file->addAction("E&xit");
+    exit->setObjectName("ExitMenu");
+    connect(exit, &QAction::triggered, this, &QWidget::close);
+    QMenu* const type = bar->addMenu("&Type  ");
+    type->setObjectName("TypeMenu");
+    type->setToolTipsVisible(true);
+    auto* const group = new QActionGroup(type);
+    for (const ChoiceRow& row : TableOf(ChoiceId::NortonType).Rows) {
+        QAction* const entry = type->addAction(QString::fromLatin1(row.Caption));
+        group->addAction(entry);
+        binder.AddChoice(entry, ChoiceId::NortonType, row.Code);
+    }
+    layout()->setMenuBar(bar);
+}
+
+QWidget* NortonWindow::BuildFactor(InputId id) {
+    const InputRow& row = RowOf(id, inputs);
+    auto* const group = new QGroupBox(QString::fromLatin1(row.Label), this);
+    auto* const line = new QHBoxLayout(group);
+    NumberEdit* const box = binder.AddBox(group, id);
+    line->addWidget(box);
+    connect(box, &NumberEdit::StepRequested, this, [this, id](bool up) { StepByKey(id, up); });
+    auto* const buttons = new QWidget(group);
+    auto* const places = new QHBoxLayout(buttons);
+    places->setContentsMargins(0, 0, 0, 0);
+    for (const SpinButton& spin : spinButtons) {
+        auto* const arrow =
+            new UpDownButton(QString::fromLatin1(row.Component) + spin.Suffix, buttons);
+        arrow->setFixedHeight(box->sizeHint().height());
+        arrow->setToolTip(QString("Steps of %1").arg(spin.Caption));
+        connect(arrow, &UpDownButton::StepRequested, this,
+                [this, id, step = spin.Step](bool up) { actions.Step(id, up ? step : -step); });
+        places->addWidget(arrow);
+        places->addWidget(new QLabel(QString::fromLatin1(spin.Caption), buttons));
+    }
+    QSizePolicy policy = buttons->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    buttons->setSizePolicy(policy);
+    line->addWidget(buttons);
+    line->addStretch(1);
+    arrows.push_back({id, buttons});
+    return group;
+}
+
+QWidget* NortonWindow::BuildSearch() {
+    auto* const group = new QGroupBox("Even parts", this);
+    auto* const column = new QVBoxLayout(group);
+    for (const NortonGoal goal : {NortonGoal::Capacitors, NortonGoal::Inductors})
+        column->addWidget(binder.AddChoice(group, ChoiceId::NortonGoal, static_cast<int>(goal)));
+    column->addWidget(binder.AddChoice(group, ChoiceId::AutoOptimize));
+    auto* const button = new QPushButton("&Optimize K and M", group);
+    button->setObjectName("OptimizeButton");
+    button->setAutoDefault(false);
+    button->setToolTip("Searches the K and M that make these parts most alike");
+    connect(button, &QPushButton::clicked, this,
+            [this] { actions.Use(NortonControl::OptimizeButton, nullptr); });
+    column->addWidget(button);
+    return group;
+}
+
+bool NortonWindow::StepsShown(InputId id) const {
+    if (id == InputId::NortonA) return true;
+    if (inputs.IsOn(ChoiceId::AutoOptimize)) return false;
+    return id == InputId::NortonK || design.NumPoles == 5;
+}
+
+void NortonWindow::StepByKey(InputId id, bool up) {
+    if (!StepsShown(id)) return;
+    const Qt::KeyboardModifiers keys = QGuiApplication::keyboardModifiers();
+    const double step = keys.testFlag(Qt::ControlModifier) ? CtrlKeyStep
+                        : keys.testFlag(Qt::ShiftModifier) ? ShiftKeyStep
+                                                           : KeyStep;
+    actions.Step(id, up ? step : -step);
+}
+
+void NortonWindow::Choose(const QObject* sender) {
+    const auto chosen = ChosenBy(sender);
+    if (!chosen) return;
+    const NortonControl control = chosen->Id == ChoiceId::AutoOptimize
+                                      ? NortonControl::AutoOptimizeBox
+                                  : chosen->Id == ChoiceId::NortonGoal ? NortonControl::GoalButton
+                                                                       : NortonControl::SpinButton;
+    actions.Use(control, sender);
+}
+
+void NortonWindow::ShowBesideOwner() {
+    if (isVisible()) {
+        raise();
+        activateWindow();
+        return;
+    }
+    ShowOnScreen(
+        this, parentWidget()->window()->frameGeometry().topRight() + QPoint(1, OffsetBelowOwner));
+}
+
+void NortonWindow::ShowInputs() {
+    binder.ShowInputs(design);
+    for (const Arrows& a : arrows)
+        a.Row->setVisible(StepsShown(a.Id));
+    graph->update();
+}
+
+}  // namespace ladderwise

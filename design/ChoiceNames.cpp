@@ -151,8 +151,6 @@ const std::vector<ChoiceTable> tables = {
         {4, "ohms", "OhmsButton", "Tank Z", "Tank values are levels in ohms, from which L and C follow"}}},
     Switch(AlternateMatch, "alternate-match", Word, 1, CoupledField<&DC::AlternateMatch>::Put, "on", "AltInverterBox",
            "&Alternate Match", "Match both ends by the dual inverter: a capacitor for an inductor and the reverse"),
-}
-
     {NortonType, "norton-type", Word, 0, PutNortonType, none, {
         {0, "t-cap", "TCapMenu", "&T  Cap", "T  Cap"},
         {1, "t-ind", "TIndMenu", "T  &Ind", "T  Ind"},

@@ -68,7 +68,7 @@ void ForEveryValue(const FilterDesign& design, Take take) {
 void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
     ForEveryValue(design, [&](int slot, ValueKind kind, double value) {
         const std::string fault = Fault(kind, value);
-        if (fault.empty()) return;
+        if (fault.empty() || IsLeftOut(design, slot, value)) return;
         notes.push_back({NoteKind::Unrealisable, "slot " + std::to_string(slot),
                          SlotText(design, slot) + fault + "."});
     });

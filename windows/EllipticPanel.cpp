@@ -29,7 +29,7 @@ struct PictureLayout {
 };
 
 PictureLayout LayoutOf(ElementArm arm) {
-    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), 2, QSize(42, 33)};
+    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), 2, QSize(38, 30)};
     return {QRect(8, 16, 48, 76), 4, QSize(24, 38)};
 }
 

@@ -43,7 +43,7 @@ private slots:
         f.Click("OptimizeButton");
         QVERIFY(f.Text("KBox") != before);
         QCOMPARE(f.Difference(), QString());
-        QCOMPARE(f.Status(), "3 Pole Butterworth Norton BPF, 9 elements");
+        QVERIFY2(f.Status().startsWith("Loss at F0 0.00 dB"), qPrintable(f.Status()));
     }
 
     void SpinButtonsFollowTheSearchAndThePoles() {

@@ -42,11 +42,6 @@ constexpr QSize SmallestSize(640, 560);
 constexpr QSize FrameAllowance(12, 40);    ///< title bar and borders of most desktops
 constexpr int SmallestClientHeight = 480;  ///< a lower client area is scrolled
 
-/// A caption without its mnemonic.
-QString PlainText(QString caption) {
-    return caption.remove('&');
-}
-
 }  // namespace
 
 MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {

@@ -11,14 +11,16 @@
 #include "prototypes/EllipticPrototype.h"
 #include "resources/Resources.h"
 #include "scaling/BandScaler.h"
+#include "windows/FittedCells.h"
 
 namespace ladderwise {
 
 namespace {
 
 constexpr int PanelWidth = ValueGridLeft + SchematicWidth;
-constexpr int Density = 2;     ///< of the schematic pictures that are made smaller
-constexpr int FrameWidth = 2;  ///< around a picture, for the mark of the form in use
+constexpr int Density = 2;      ///< of the schematic pictures that are made smaller
+constexpr int FrameWidth = 2;   ///< around a picture, for the mark of the form in use
+constexpr int LabelWidth = 60;  ///< most that the caption takes of a row
 constexpr int SmallestDigits = 3;
 
 /// How the four pictures of an arm stand: series sections are wide, shunt ones high.
@@ -58,9 +60,8 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
     NumberEdit* const box = binder.AddBox(this, InputId::TrapType);
     QLabel* const label = binder.AddLabel(this, InputId::TrapType);
     UpDownButton* const arrows = binder.AddArrows(this, InputId::TrapType, "EllipticFormUpDown");
-    QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 0.9);
-    label->setFont(font);
+    label->setFont(
+        FontThatFits(label->font(), label->text().remove('&'), LabelWidth, QWIDGETSIZE_MAX));
     box->setMinimumWidth(box->fontMetrics().horizontalAdvance('0') * SmallestDigits);
     box->setMaximumWidth(QWIDGETSIZE_MAX);
     entry->addWidget(label);

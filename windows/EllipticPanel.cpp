@@ -31,7 +31,7 @@ struct PictureLayout {
 };
 
 PictureLayout LayoutOf(ElementArm arm) {
-    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), 2, QSize(42, 33)};
+    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), 2, QSize(40, 31)};
     return {QRect(8, 16, 48, 76), 4, QSize(24, 38)};
 }
 
@@ -53,10 +53,10 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
     setObjectName("EllipticPanel");
     setAutoFillBackground(true);
     auto* const rows = new QVBoxLayout(this);
-    rows->setContentsMargins(2, 1, 0, 1);
+    rows->setContentsMargins(2, 0, 0, 0);
     rows->setSpacing(1);
     auto* const entry = new QHBoxLayout;
-    entry->setSpacing(1);
+    entry->setSpacing(3);
     NumberEdit* const box = binder.AddBox(this, InputId::TrapType);
     QLabel* const label = binder.AddLabel(this, InputId::TrapType);
     UpDownButton* const arrows = binder.AddArrows(this, InputId::TrapType, "EllipticFormUpDown");
@@ -69,6 +69,7 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
     entry->addWidget(arrows);
     rows->addLayout(entry);
     rows->addWidget(pictures);
+    rows->addStretch();
     for (int form = 1; form <= 4; ++form) {
         auto* const button = new QToolButton(pictures);
         button->setObjectName("TrapForm" + QString::number(form));
@@ -82,7 +83,7 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
         box->setText(QString::number(form));
         binder.Actions().Calculate();
     });
-    setFixedWidth(PanelWidth);
+    setFixedSize(PanelWidth, SchematicHeight);
     LayOut(ElementArm::Series);
 }
 
@@ -101,12 +102,12 @@ void EllipticPanel::LayOut(ElementArm arm) {
         button->setFixedSize(layout.Size + 2 * QSize(FrameWidth, FrameWidth));
         grid->addWidget(button, (form - 1) / layout.Columns, (form - 1) % layout.Columns);
     }
-    adjustSize();
 }
 
 void EllipticPanel::ShowForms(const FilterDesign& design) {
     if (!IsElliptic(design.ResponseType)) return;
     LayOut(TrapArm(design.ResponseType));
+    pictures->setEnabled(HasTrapPanel(design.PassType));
     if (QAbstractButton* const button = forms->button(design.TrapType)) button->setChecked(true);
 }
 

@@ -11,14 +11,16 @@
 #include "prototypes/EllipticPrototype.h"
 #include "resources/Resources.h"
 #include "scaling/BandScaler.h"
+#include "windows/FittedCells.h"
 
 namespace ladderwise {
 
 namespace {
 
 constexpr int PanelWidth = ValueGridLeft + SchematicWidth;
-constexpr int Density = 2;     ///< of the schematic pictures that are made smaller
-constexpr int FrameWidth = 2;  ///< around a picture, for the mark of the form in use
+constexpr int Density = 2;      ///< of the schematic pictures that are made smaller
+constexpr int FrameWidth = 2;   ///< around a picture, for the mark of the form in use
+constexpr int LabelWidth = 60;  ///< most that the caption takes of a row
 constexpr int SmallestDigits = 3;
 
 /// How the four pictures of an arm stand: series sections are wide, shunt ones high.
@@ -29,7 +31,7 @@ struct PictureLayout {
 };
 
 PictureLayout LayoutOf(ElementArm arm) {
-    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), 2, QSize(38, 30)};
+    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), 2, QSize(40, 31)};
     return {QRect(8, 16, 48, 76), 4, QSize(24, 38)};
 }
 
@@ -51,16 +53,15 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
     setObjectName("EllipticPanel");
     setAutoFillBackground(true);
     auto* const rows = new QVBoxLayout(this);
-    rows->setContentsMargins(2, 1, 0, 1);
+    rows->setContentsMargins(2, 0, 0, 0);
     rows->setSpacing(1);
     auto* const entry = new QHBoxLayout;
-    entry->setSpacing(1);
+    entry->setSpacing(3);
     NumberEdit* const box = binder.AddBox(this, InputId::TrapType);
     QLabel* const label = binder.AddLabel(this, InputId::TrapType);
     UpDownButton* const arrows = binder.AddArrows(this, InputId::TrapType, "EllipticFormUpDown");
-    QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 0.9);
-    label->setFont(font);
+    label->setFont(
+        FontThatFits(label->font(), label->text().remove('&'), LabelWidth, QWIDGETSIZE_MAX));
     box->setMinimumWidth(box->fontMetrics().horizontalAdvance('0') * SmallestDigits);
     box->setMaximumWidth(QWIDGETSIZE_MAX);
     entry->addWidget(label);
@@ -68,6 +69,7 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
     entry->addWidget(arrows);
     rows->addLayout(entry);
     rows->addWidget(pictures);
+    rows->addStretch();
     for (int form = 1; form <= 4; ++form) {
         auto* const button = new QToolButton(pictures);
         button->setObjectName("TrapForm" + QString::number(form));
@@ -81,7 +83,7 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
         box->setText(QString::number(form));
         binder.Actions().Calculate();
     });
-    setFixedWidth(PanelWidth);
+    setFixedSize(PanelWidth, SchematicHeight);
     LayOut(ElementArm::Series);
 }
 
@@ -100,12 +102,12 @@ void EllipticPanel::LayOut(ElementArm arm) {
         button->setFixedSize(layout.Size + 2 * QSize(FrameWidth, FrameWidth));
         grid->addWidget(button, (form - 1) / layout.Columns, (form - 1) % layout.Columns);
     }
-    adjustSize();
 }
 
 void EllipticPanel::ShowForms(const FilterDesign& design) {
     if (!IsElliptic(design.ResponseType)) return;
     LayOut(TrapArm(design.ResponseType));
+    pictures->setEnabled(HasTrapPanel(design.PassType));
     if (QAbstractButton* const button = forms->button(design.TrapType)) button->setChecked(true);
 }
 

@@ -14,7 +14,7 @@ class EllipticPanel : public QWidget {
     Q_OBJECT
 
 public:
-    /// As wide as the room left of the first schematic picture and no higher than that picture.
+    /// As wide as the room left of the first schematic picture and as high as that picture.
     EllipticPanel(InputBinder& binder, QWidget* parent);
 
     /// Marks the form in use and shows the forms for the arm of the family's traps.

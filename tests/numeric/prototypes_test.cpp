@@ -253,6 +253,7 @@ TEST(Scaling, ResponsesKeepTheirShape) {
         ExpectMoved(p, ScaleHighPass, [=](double f) { return f0 / f; });
         ExpectMoved(p, ScaleBandPass, [=](double f) { return (f - centre2 / f) / bw; });
         ExpectMoved(p, ScaleNotch, [=](double f) { return bw / (f - f0 * f0 / f); });
+        if (i >= 60) continue;  // the slots below are those of the five
         constexpr ElementType series[] = {SerSerParLC, SeriesElliptic2, SeriesElliptic3,
                                           DualSeriesLC};
         constexpr ElementType shunt[] = {ShuntSerParLC, ShuntElliptic2, ShuntElliptic3,

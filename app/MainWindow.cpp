@@ -242,12 +242,7 @@ void MainWindow::FinishDrawing() {
     if (!drawing.isActive()) return;
     drawing.stop();
     if (std::exchange(resized, false)) SizePlot(devicePixelRatioF());
-    comingRuns = calculation.PendingSeed ? calculation.Design.PartModel.MonteCarloRuns : 0;
-    FinishCalculation(calculation, report, Painter());
-    if (calculation.WorstCase.Runs > 0) {
-        plot.FinishOverlay(Content());
-        bitMap->update();
-    }
+    PlotPrepared();
     ShowCursor();
     ShowStatus();
     ShowCommands();

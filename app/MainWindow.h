@@ -110,6 +110,7 @@ private:
     // MainWindowPlot.cpp: picture and value grid
     void PlotRun(const AnalysedRun& run);
     PlotRunCallback Painter();
+    void PlotPrepared();  ///< the second half of a calculation, with the nominal design on top
     void ShowProgress(int run);
     void LayOutClient();
     void SizePlot(double pixelRatio);

@@ -41,7 +41,7 @@ void MainWindow::PrintPage() {
     FinishDrawing();
     SizePlot(PaperRatio);
     AskForRepeat(calculation);
-    FinishCalculation(calculation, report, Painter());
+    PlotPrepared();
     PrintScreen(this, *client, QString::fromStdString(DesignTitle(calculation.Design)), {});
     ResizePlot();
 }

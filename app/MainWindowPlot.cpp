@@ -55,6 +55,14 @@ void MainWindow::PlotRun(const AnalysedRun& run) {
     bitMap->update();
 }
 
+void MainWindow::PlotPrepared() {
+    comingRuns = calculation.PendingSeed ? calculation.Design.PartModel.MonteCarloRuns : 0;
+    FinishCalculation(calculation, report, Painter());
+    if (calculation.WorstCase.Runs == 0) return;
+    plot.FinishOverlay(Content());
+    bitMap->update();
+}
+
 void MainWindow::ShowProgress(int run) {
     const int runs = calculation.WorstCase.Runs;
     if (run == 1) {

@@ -26,6 +26,11 @@ bool IsPart(ValueKind kind) {
     return kind == ValueKind::Inductance || kind == ValueKind::Capacitance;
 }
 
+/// Line impedances beyond these, ohm, come of a line of 180 or a stub of 90 degrees, whose tangent
+/// or sine rounding keeps from infinity or zero.
+constexpr double HighestLineImpedance = 1e9;
+constexpr double LowestLineImpedance = 1e-9;
+
 std::string Shown(ValueKind kind, double value) {
     return std::string(SymbolOf(kind)) + " = " + FormatWithPrefix(value, NoteDigits, UnitOf(kind));
 }
@@ -38,6 +43,10 @@ std::string Fault(ValueKind kind, double value) {
     const std::string shown = Shown(kind, value);
     if (value < 0.0) return shown + " is negative";
     if (value == 0.0) return shown + " is zero";
+    if (kind == ValueKind::Impedance && value > HighestLineImpedance)
+        return shown + " is too high to build";
+    if (kind == ValueKind::Impedance && value < LowestLineImpedance)
+        return shown + " is too low to build";
     if (!IsPart(kind)) return {};
     if (value < SmallestPartValue) return shown + " is too small to build";
     if (value > LargestPartValue)

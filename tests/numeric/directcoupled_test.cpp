@@ -2,7 +2,6 @@
 // ladders do.
 #include <gtest/gtest.h>
 
-
 #include "directcoupled/DirectCoupled.h"
 #include "numbers/Matherrmain.h"
 #include "pipeline/NamedSettings.h"
@@ -171,6 +170,13 @@ TEST(DirectCoupled, InputsByName) {
     EXPECT_GT(MathErrors().ErrorCount(), errors);
     const std::vector<Note> wideNotes = CollectNotes(calculation);
     EXPECT_EQ(wideNotes[0].Kind, NoteKind::MathError);
+    // A line of half a wave inverts nothing: its impedance is no more than a rounding error.
+    const std::pair<const char*, const char*> half[] = {
+        {"inverter", "line"}, {"tlin", "180"}, {"bw", "10"}};
+    for (const auto& [name, value] : half)
+        ApplySetting(calculation, name, value, {});
+    Calculate(calculation, {});
+    EXPECT_EQ(CollectNotes(calculation)[0].Kind, NoteKind::Unrealisable);
 }
 
 }  // namespace

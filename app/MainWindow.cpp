@@ -76,7 +76,8 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     // The window's frame comes on top of what is set here.
     const QSize room = screen()->availableSize() - FrameAllowance;
     setMinimumSize(SmallestSize.boundedTo(room));
-    resize(StartSize.boundedTo(room));
+    // Where the screen has room for it the whole input panel is seen, whatever the font.
+    resize(StartSize.expandedTo({panel->minimumSizeHint().width(), 0}).boundedTo(room));
 }
 
 MainWindow::~MainWindow() {

@@ -259,7 +259,6 @@ TEST(Scaling, ResponsesKeepTheirShape) {
         constexpr ElementType shunt[] = {ShuntSerParLC, ShuntElliptic2, ShuntElliptic3,
                                          DualShuntLC};
         for (const auto scale : {ScaleBandPass, ScaleNotch}) {
-            if (i >= 60) break;  // the families have their traps elsewhere
             FilterDesign scaled = p;
             scale(scaled);
             EXPECT_EQ(scaled.Elements[2].Type, series[form]);

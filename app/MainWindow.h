@@ -5,12 +5,18 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
+#include <optional>
+#include <string>
 #include <vector>
 
+#include "app/FileDialogs.h"
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "display/Plot.h"
 #include "display/ValueGridContent.h"
+#include "files/Directories.h"
+#include "files/FileReadSave.h"
+#include "files/Settings.h"
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
 
@@ -28,6 +34,7 @@ class DirectCoupledWindow;
 class ElidedLabel;
 class HelpWindow;
 class MathErrWindow;
+class OptionsWindow;
 class PartDefinitionsWindow;
 
 class MainWindow : public QMainWindow {
@@ -39,6 +46,17 @@ public:
 
     /// Replaces the modal message boxes, for tests: every message then goes to `report`.
     void SetMessageCallback(MessageCallback report);
+
+    /// Replaces the dialogs about files, for tests.
+    void SetFileDialogs(FileDialogs replacement);
+
+    /// The end of start-up, after the window was shown: reads the settings in the folders found and
+    /// opens the design file named on the command line, if any. Without it nothing is remembered.
+    void Start(const Folders& found, const std::string& design);
+
+    /// Opens a design file (UTF-8, full path), or, with an empty path, the one chosen in a dialog.
+    /// A file that is no design file changes nothing.
+    void OpenDesign(std::string path);
 
     const Calculation& State() const { return calculation; }
 
@@ -83,6 +101,7 @@ private:
     void StepBox(InputId id, bool up);
     void RunCommand(const QString& name);
     void ShowPartDefinitions();
+    void ShowOptions();
     void ShowMessage(const std::string& caption, const std::string& text);
 
     // MainWindowHelp.cpp: help, the About window and print screen
@@ -98,6 +117,20 @@ private:
     void ShowStatus();
     void ShowCommands();
     void SetControlStates();
+
+    // MainWindowFiles.cpp: design files, recent files, coefficients files, settings
+    std::string RecordBytes();  ///< the design as its file would hold it
+    void CalcIfTyped();         ///< what was typed and not yet read counts
+    void ShowTitle();
+    void ShowRecentFiles();
+    bool WriteDesignFile(const std::string& path);
+    bool SaveDesign();      ///< to its file; without one as SaveDesignAs
+    bool SaveDesignAs();    ///< true if it was saved
+    bool MayLeaveDesign();  ///< false: the user wants to keep a design that is not saved
+    void TakeRecord(const DesignRecord& record);  ///< controls from a record, and the calculation
+    void ChooseCoefficientsFile();
+    void ReadSettings();
+    void WriteSettings();
 
     // MainWindowPlot.cpp: picture and value grid
     void PlotRun(const AnalysedRun& run);
@@ -126,6 +159,11 @@ private:
     InputBinder binder;
     Plot plot;
     MessageCallback report;
+    FileDialogs dialogs;
+    std::optional<Folders> folders;
+    ProgramSettings settings;
+    std::string currentFile;  ///< full path; empty: the design has no file yet
+    std::string savedRecord;  ///< as it was saved, opened or started with
     bool started = false;
     QTimer drawing;            ///< runs out when no more input waits
     bool resized = false;      ///< the picture has another size than the client area
@@ -156,6 +194,7 @@ private:
     HelpWindow* help;
     DirectCoupledWindow* directCoupled;
     MathErrWindow* mathErrors;
+    OptionsWindow* options;
 };
 
 }  // namespace ladderwise

@@ -11,6 +11,7 @@
 #include "windows/DirectCoupledWindow.h"
 #include "windows/ElidedLabel.h"
 #include "windows/MathErrWindow.h"
+#include "windows/OptionsWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 
 namespace ladderwise {
@@ -29,12 +30,14 @@ void MainWindow::StoreInputs() {
     binder.StoreInputs();
     partDefinitions->Binder().StoreInputs();
     directCoupled->StoreInputs();
+    options->Binder().StoreInputs();
 }
 
 void MainWindow::ShowInputs() {
     binder.ShowInputs(calculation.Design);
     partDefinitions->Binder().ShowInputs(calculation.Design);
     directCoupled->ShowInputs();
+    options->Binder().ShowInputs(calculation.Design);
     ShowLabels();
 }
 

@@ -46,17 +46,18 @@ using enum ChoiceId;
 // clang-format off
 const std::vector<MenuTable> menus = {
     {"FileMenu", "&File", {
-        {"OpenMenu", "&Open...", "Will open a saved design file.", {}},
-        {"SaveMenu", "&Save...", "Will save the design to a file.", {}},
+        {"OpenMenu", "&Open...", "", {}, QKeySequence::Open},
+        {"SaveMenu", "&Save", "", {}, QKeySequence::Save},
+        {"SaveAsMenu", "Save &As...", "", {}, QKeySequence::SaveAs},
         Line,
-        {"PrevFile0Menu", "&1", "Will open the most recent design file.", {}},
-        {"PrevFile1Menu", "&2", "Will open the second most recent design file.", {}},
-        {"PrevFile2Menu", "&3", "Will open the third most recent design file.", {}},
-        {"PrevFile3Menu", "&4", "Will open the fourth most recent design file.", {}},
+        {"PrevFile0Menu", "", "", {}},
+        {"PrevFile1Menu", "", "", {}},
+        {"PrevFile2Menu", "", "", {}},
+        {"PrevFile3Menu", "", "", {}},
         Line,
         {"PrintMenu", "&Print Screen...", "", {}, QKeySequence::Print},
         Line,
-        {"ExitMenu", "E&xit", "", {}}}},
+        {"ExitMenu", "E&xit", "", {}, QKeySequence::Quit}}},
     {"PassMenu", "&Pass", {Choices(Pass, 0, 5), Line, Choices(Pass, PrototypePassCode, PrototypePassCode)}},
     {"ResponseMenu", "&Response F4", {Choices(Response, 0, 6), Choices(Response, 13, 13), Line, Choices(Form, 0, 1)}},
     {"EllipticMenu", "&Elliptic", {Choices(Response, 7, 11)}},
@@ -65,7 +66,7 @@ const std::vector<MenuTable> menus = {
         {"PartDefinitionsMenu", "Part &Definitions", "", {}},
         {"BringBackMenu", "Bring Back &Edited Values", "", {}}}},
     {"OptionsMenu", "&Options", {
-        {"OptionsWindowMenu", "&Options...", "Will set the level below which phase and group delay are not plotted.", {}},
+        {"OptionsWindowMenu", "&Options...", "", {}},
         {"FixSeedMenu", "&Fix Worst-Case Seed", "", {}},
         {"SetSeedMenu", "Worst-Case &Seed...", "", {}}}},
     {"HelpMenu", "&Help", {
@@ -88,6 +89,9 @@ QAction* AddCommand(QMenu* menu, const MenuPart& part) {
     auto* const action = menu->addAction(QString::fromLatin1(part.Caption));
     action->setObjectName(QString::fromLatin1(part.Name));
     if (part.Key != QKeySequence::UnknownKey) action->setShortcuts(part.Key);
+    // Some desktops have no standard key for it.
+    if (part.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
+        action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     if (*part.Later) {
         action->setEnabled(false);
         action->setToolTip(QString::fromLatin1(part.Later));
@@ -118,9 +122,6 @@ std::vector<QAction*> BuildMenus(QMainWindow* window, InputBinder& binder) {
                 commands.push_back(AddCommand(menu, part));
         }
     }
-    QAction* const coefficients = window->findChild<QAction*>("CoefficientsFileMenu");
-    coefficients->setEnabled(false);
-    coefficients->setToolTip("Will read the g-values of the prototype from a file.");
     return commands;
 }
 

@@ -26,6 +26,7 @@
 #include "windows/FittedCells.h"
 #include "windows/HelpWindow.h"
 #include "windows/MathErrWindow.h"
+#include "windows/OptionsWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 #include "windows/WindowPlacement.h"
 
@@ -37,6 +38,12 @@ constexpr int GridRowHeight = 22;      ///< pixels of a row of the value grid, a
 constexpr int CellMargin = 2;          ///< pixels above and below a cell's text
 constexpr double GridFontScale = 0.9;  ///< of the normal font: "-15.9E-12" fits its cell
 constexpr int ProgressWidth = 200;
+/// The choice that needs a file first.
+bool IsCoefficientsFile(const ChoiceCode& chosen) {
+    return chosen.Id == ChoiceId::Response &&
+           chosen.Code == static_cast<int>(ResponseType::CoefficientsFile);
+}
+
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
 constexpr QSize FrameAllowance(12, 40);    ///< title bar and borders of most desktops
@@ -50,6 +57,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     report = [this](const std::string& caption, const std::string& text) {
         ShowMessage(caption, text);
     };
+    dialogs = StandardFileDialogs(this);
     SeedFromClock(calculation);
     calculation.PulseInWorstCase = false;
     ConnectCommands();
@@ -68,11 +76,13 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     });
     directCoupled =
         new DirectCoupledWindow(calculation.Inputs, calculation.Design, Actions(), this);
+    options = new OptionsWindow(calculation.Inputs, Actions(), this);
     mathErrors = new MathErrWindow(this);
     norton = new NortonWindow(calculation.Inputs, calculation.Design, ActionsOfNorton(), this);
     connect(panel->CalcButton, &QPushButton::clicked, this, &MainWindow::CalcButtonClick);
     qApp->installEventFilter(this);
     ShowInputs();
+    ShowRecentFiles();
     // The window's frame comes on top of what is set here.
     const QSize room = screen()->availableSize() - FrameAllowance;
     setMinimumSize(SmallestSize.boundedTo(room));
@@ -247,11 +257,13 @@ void MainWindow::FinishDrawing() {
     ShowCursor();
     ShowStatus();
     ShowCommands();
+    ShowTitle();
 }
 
 void MainWindow::FilterMenuClick(const QObject* sender) {
     StoreInputs();
     const auto chosen = sender ? ChosenBy(sender) : std::nullopt;
+    if (chosen && IsCoefficientsFile(*chosen)) return ChooseCoefficientsFile();
     if (chosen) Choose(calculation.Inputs, calculation.Design, chosen->Id, chosen->Code);
     SetControlStates();
     Recalculate();
@@ -262,7 +274,13 @@ void MainWindow::FilterMenuClick(const QObject* sender) {
 }
 
 void MainWindow::RunCommand(const QString& name) {
+    if (name == "OpenMenu") OpenDesign({});
+    if (name == "SaveMenu") SaveDesign();
+    if (name == "SaveAsMenu") SaveDesignAs();
+    for (std::size_t i = 0; i < settings.Recent.Paths().size(); ++i)
+        if (name == QString("PrevFile%1Menu").arg(i)) return OpenDesign(settings.Recent.Paths()[i]);
     if (name == "ExitMenu") close();
+    if (name == "OptionsWindowMenu") ShowOptions();
     if (name == "PartDefinitionsMenu") ShowPartDefinitions();
     if (name == "PrintMenu") PrintPage();
     if (name == "HelpWindowMenu") ShowHelp();
@@ -315,6 +333,13 @@ void MainWindow::ShowPartDefinitions() {
     partDefinitions->ShowBesideOwner();
 }
 
+void MainWindow::ShowOptions() {
+    ShowInputs();
+    options->show();
+    options->raise();
+    options->activateWindow();
+}
+
 void MainWindow::ShowMessage(const std::string& caption, const std::string& text) {
     QMessageBox box(QMessageBox::NoIcon, QString::fromStdString(caption),
                     QString::fromStdString(text), QMessageBox::Ok, this);
@@ -322,11 +347,14 @@ void MainWindow::ShowMessage(const std::string& caption, const std::string& text
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!MayLeaveDesign()) return event->ignore();
+    WriteSettings();
     partDefinitions->close();
     help->close();
     directCoupled->close();
     mathErrors->close();
     norton->close();
+    options->close();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     drawing.stop();

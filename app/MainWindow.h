@@ -7,12 +7,17 @@
 #include <QTimer>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "app/FileDialogs.h"
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "display/Plot.h"
 #include "display/ValueGridContent.h"
+#include "files/Directories.h"
+#include "files/FileReadSave.h"
+#include "files/Settings.h"
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
 #include "pipeline/ReferenceDesign.h"
@@ -34,6 +39,7 @@ class ElidedLabel;
 class EllipticPanel;
 class HelpWindow;
 class MathErrWindow;
+class OptionsWindow;
 class PartDefinitionsWindow;
 
 class MainWindow : public QMainWindow {
@@ -45,6 +51,17 @@ public:
 
     /// Replaces the modal message boxes, for tests: every message then goes to `report`.
     void SetMessageCallback(MessageCallback report);
+
+    /// Replaces the dialogs about files, for tests.
+    void SetFileDialogs(FileDialogs replacement);
+
+    /// The end of start-up, after the window was shown: reads the settings in the folders found and
+    /// opens the design file named on the command line, if any. Without it nothing is remembered.
+    void Start(const Folders& found, const std::string& design);
+
+    /// Opens a design file (UTF-8, full path), or, with an empty path, the one chosen in a dialog.
+    /// A file that is no design file changes nothing.
+    void OpenDesign(std::string path);
 
     const Calculation& State() const { return calculation; }
     const MarkerState& Markers() const { return markers; }
@@ -91,6 +108,7 @@ private:
     void StepBox(InputId id, bool up);
     void RunCommand(const QString& name);
     void ShowPartDefinitions();
+    void ShowOptions();
     void ShowMessage(const std::string& caption, const std::string& text);
 
     // MainWindowHelp.cpp: help, the About window and print screen
@@ -106,6 +124,20 @@ private:
     void ShowStatus();
     void ShowCommands();
     void SetControlStates();
+
+    // MainWindowFiles.cpp: design files, recent files, coefficients files, settings
+    std::string RecordBytes();  ///< the design as its file would hold it
+    void CalcIfTyped();         ///< what was typed and not yet read counts
+    void ShowTitle();
+    void ShowRecentFiles();
+    bool WriteDesignFile(const std::string& path);
+    bool SaveDesign();      ///< to its file; without one as SaveDesignAs
+    bool SaveDesignAs();    ///< true if it was saved
+    bool MayLeaveDesign();  ///< false: the user wants to keep a design that is not saved
+    void TakeRecord(const DesignRecord& record);  ///< controls from a record, and the calculation
+    void ChooseCoefficientsFile();
+    void ReadSettings();
+    void WriteSettings();
 
     // MainWindowPlot.cpp: picture and value grid
     void PlotRun(const AnalysedRun& run);
@@ -153,6 +185,11 @@ private:
     InputBinder binder;
     Plot plot;
     MessageCallback report;
+    FileDialogs dialogs;
+    std::optional<Folders> folders;
+    ProgramSettings settings;
+    std::string currentFile;  ///< full path; empty: the design has no file yet
+    std::string savedRecord;  ///< as it was saved, opened or started with
     bool started = false;
     QTimer drawing;            ///< runs out when no more input waits
     bool resized = false;      ///< the picture has another size than the client area
@@ -196,6 +233,7 @@ private:
     DirectCoupledWindow* directCoupled;
     MathErrWindow* mathErrors;
     NortonWindow* norton;
+    OptionsWindow* options;
 };
 
 }  // namespace ladderwise

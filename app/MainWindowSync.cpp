@@ -13,6 +13,7 @@
 #include "windows/ElidedLabel.h"
 #include "windows/EllipticPanel.h"
 #include "windows/MathErrWindow.h"
+#include "windows/OptionsWindow.h"
 #include "windows/PartDefinitionsWindow.h"
 
 namespace ladderwise {
@@ -32,6 +33,7 @@ void MainWindow::StoreInputs() {
     partDefinitions->Binder().StoreInputs();
     directCoupled->StoreInputs();
     norton->StoreInputs();
+    options->Binder().StoreInputs();
 }
 
 void MainWindow::ShowInputs() {
@@ -40,6 +42,7 @@ void MainWindow::ShowInputs() {
     directCoupled->ShowInputs();
     ellipticPanel->ShowForms(calculation.Design);
     norton->ShowInputs();
+    options->Binder().ShowInputs(calculation.Design);
     ShowLabels();
 }
 

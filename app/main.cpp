@@ -3,18 +3,21 @@
 #include <QFontMetrics>
 #include <QIcon>
 #include <QLocale>
+#include <QMessageBox>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
 #include "app/MainWindow.h"
+#include "files/Directories.h"
 #include "numbers/Formatfunctions.h"
 #include "resources/Resources.h"
 
 namespace {
 
 /// Exit codes of a program that ends by itself. The toolkit ends it with 1 when the display goes.
+constexpr int ExitNoFolders = 4;
 constexpr int ExitNoMemory = 2;
 constexpr int ExitNoWindow = 3;  ///< no window was ever shown
 
@@ -27,6 +30,11 @@ void EndOnFatalMessage(QtMsgType type, const QMessageLogContext& context, const 
     if (type != QtFatalMsg || shown) return toolkitHandler(type, context, text);
     std::fprintf(stderr, "ladderwise: %s\n", qPrintable(text));
     std::_Exit(ExitNoWindow);
+}
+
+void ShowError(const std::string& caption, const std::string& text) {
+    QMessageBox(QMessageBox::NoIcon, QString::fromStdString(caption), QString::fromStdString(text))
+        .exec();
 }
 
 int ShowWindow(int argc, char** argv) {
@@ -43,6 +51,11 @@ int ShowWindow(int argc, char** argv) {
     QApplication::setWindowIcon(icon);
     const QString point = QLocale::system().decimalPoint();
     ladderwise::SetSystemFormatSettings({point == "," ? ',' : '.'});
+    // Taken before the folder of the designs becomes the current one.
+    const std::string design =
+        ladderwise::FullPath(QApplication::arguments().value(1).toStdString());
+    const auto folders = ladderwise::EnterFolders(ShowError);
+    if (!folders) return ExitNoFolders;
     ladderwise::MainWindow window;
     // Input that waits behind the request to close may still open a menu or a box, which would
     // count as a window and keep the program alive: it ends with its main window, whatever is open.
@@ -50,6 +63,7 @@ int ShowWindow(int argc, char** argv) {
                      [] { QApplication::exit(EXIT_SUCCESS); });
     window.show();
     shown = true;
+    window.Start(*folders, design);
     return QApplication::exec();
 }
 

@@ -13,8 +13,8 @@ namespace {
 constexpr int SmallestPlot = 200;  ///< pixels; below it there is no room for the scale marks
 constexpr int LargestPlot = 16384;
 
-const std::vector<std::string> options = {"--set",  "--table", "--json",   "--plot",
-                                          "--size", "--help",  "--version"};
+const std::vector<std::string> options = {"--set",  "--table", "--json", "--plot",
+                                          "--size", "--save",  "--help", "--version"};
 
 bool ParseSize(const std::string& text, int& width, int& height) {
     const auto cross = text.find('x');
@@ -35,6 +35,8 @@ std::string TakeValue(Arguments& arguments, const std::string& option, const std
         const auto equals = value.find('=');
         if (equals == std::string::npos) return "--set takes NAME=VALUE, not \"" + value + "\"";
         arguments.Settings.emplace_back(value.substr(0, equals), value.substr(equals + 1));
+    } else if (option == "--save") {
+        arguments.SaveFile = value;
     } else if (option == "--json") {
         arguments.JsonFile = value;
     } else if (option == "--plot") {
@@ -57,6 +59,11 @@ Arguments ParseArguments(const std::vector<std::string>& words) {
             arguments.Help = true;
         } else if (word == "--version") {
             arguments.Version = true;
+        } else if (!word.empty() && word[0] != '-') {
+            if (!arguments.DesignFile.empty())
+                arguments.Error = "two design files, \"" + arguments.DesignFile + "\" and \"" +
+                                  word + "\"; one can be opened";
+            arguments.DesignFile = word;
         } else if (std::find(options.begin(), options.end(), word) == options.end()) {
             arguments.Error = "unknown option \"" + word + "\"; the nearest valid one is \"" +
                               NearestWord(word, options) + "\"";
@@ -66,18 +73,22 @@ Arguments ParseArguments(const std::vector<std::string>& words) {
             arguments.Error = TakeValue(arguments, word, words[++i]);
         }
     }
-    if (arguments.JsonFile.empty() && arguments.PlotFile.empty()) arguments.Table = true;
+    if (arguments.JsonFile.empty() && arguments.PlotFile.empty() && arguments.SaveFile.empty())
+        arguments.Table = true;
     return arguments;
 }
 
 std::string UsageText() {
     std::string text =
-        "usage: ladderwise-cli [--set NAME=VALUE]... [--table] [--json FILE] [--plot FILE]"
-        " [--size WxH]\n"
+        "usage: ladderwise-cli [DESIGN] [--set NAME=VALUE]... [--table] [--json FILE]"
+        " [--plot FILE]\n"
+        "                      [--size WxH] [--save FILE]\n"
+        "  DESIGN        a design file, opened before anything is set\n"
         "  --table       the part table on standard output (meant if no output is named)\n"
         "  --json FILE   inputs, elements, sweep and notes as JSON; - is standard output\n"
         "  --plot FILE   the plot as .png, .svg or .pdf\n"
         "  --size WxH    size of the plot in pixels (1280x800)\n"
+        "  --save FILE   the inputs as a design file (*.tk_ldfilt)\n"
         "  --help        this text\n"
         "  --version     the version\n"
         "NAME and its values:\n";

@@ -13,6 +13,8 @@ struct Arguments {
     bool Table = false;
     bool Help = false;
     bool Version = false;
+    std::string DesignFile;  ///< to open first
+    std::string SaveFile;    ///< to save to
     std::string JsonFile;
     std::string PlotFile;
     int Width = 1280;  ///< of the plot, pixels

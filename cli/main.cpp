@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli/Arguments.h"
+#include "cli/DesignFiles.h"
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
 #include "cli/Terminal.h"
@@ -53,6 +54,12 @@ MessageCallback Recorder(Session& session) {
 /// Sets every input in the order of the command line. False after a usage error.
 bool ApplySettings(Session& session, const Arguments& arguments) {
     for (const auto& [name, value] : arguments.Settings) {
+        if (name == CoefficientsSetting) {
+            const std::string error = UseCoefficientsFile(session.Calc, value, Recorder(session));
+            if (error.empty()) continue;
+            PrintError(error);
+            return false;
+        }
         const auto reason = ApplySetting(session.Calc, name, value, Recorder(session));
         if (!reason) continue;
         PrintError(*reason);
@@ -134,10 +141,23 @@ int Run(const Arguments& arguments) {
     SetSystemFormatSettings({point == "," ? ',' : '.'});
     const auto session = std::make_unique<Session>();
     SeedFromClock(session->Calc);
+    if (!arguments.DesignFile.empty()) {
+        const std::string error = OpenDesignFile(session->Calc, arguments.DesignFile);
+        if (!error.empty()) {
+            PrintError(error);
+            return ExitUsage;
+        }
+    }
     if (!ApplySettings(*session, arguments)) return ExitUsage;
     Design(*session, !arguments.PlotFile.empty());
     PrintNotes(*session, arguments);
     bool written = true;
+    if (!arguments.SaveFile.empty()) {
+        const std::string error =
+            SaveDesignFile(session->Calc, arguments.SaveFile, Recorder(*session));
+        if (!error.empty()) PrintError(error);
+        written = error.empty();
+    }
     if (arguments.Table) written = WriteOutput("-", TableText(session->Calc)) && written;
     if (!arguments.JsonFile.empty())
         written =

@@ -54,6 +54,7 @@ struct ChoiceRow {
     const char* Component;  ///< name of the control; stands in design files and never changes
     const char* Caption;    ///< of the control, with its mnemonic
     const char* Title;      ///< in the title of a plot; the control's tool tip where none is shown
+    const char* FileTitle = "";  ///< of a response, in the file name that saving proposes
 };
 
 /// How the console shows and takes a choice.
@@ -72,6 +73,8 @@ struct ChoiceTable {
     void (*Put)(FilterDesign&, int code);  ///< null: the design has no such member
     int (*InUse)(const FilterDesign&);     ///< code after the calculation; null: as chosen
     std::vector<ChoiceRow> Rows;
+    const char* Record;           ///< field of design files with the component that is checked
+    const char* RecordCode = "";  ///< field with the code, for files whose component is unknown
 };
 
 /// Every choice, in the order of ChoiceId.

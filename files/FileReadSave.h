@@ -17,6 +17,9 @@ inline constexpr int OLDER_STRUCT_SIZE = 2680;  ///< bytes of the design files o
 inline constexpr int DesignVersionMajor = 2;
 inline constexpr int DesignVersionMinor = 2;
 inline constexpr const char* DesignFileExtension = "tk_ldfilt";
+/// What the user is told of a file that is no design file.
+inline constexpr const char* IncompatibleFileText =
+    "Open File operation failed due to an incompatibility with this program.";
 
 /// How a field stands in the file. Numbers are little-endian.
 enum class RecordType {

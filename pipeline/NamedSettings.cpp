@@ -6,6 +6,7 @@
 #include <limits>
 #include <numeric>
 
+#include "files/CoefficientsFile.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Choices.h"
 #include "pipeline/TankValues.h"
@@ -104,6 +105,21 @@ SettingValue ScaleInUse(const Calculation& c) {
     return c.Design.GDFullScale;
 }
 
+Reason SetCoefficients(Calculation&, std::string_view) {
+    return "a coefficients file cannot be read here";
+}
+
+/// The orders read from a coefficients file, as long as its response is the one in use.
+SettingValue CoefficientsInUse(const Calculation& c) {
+    std::string orders;
+    const bool used = c.Design.ResponseType == ResponseType::CoefficientsFile;
+    for (int n = 1; used && c.Design.CoefFileRead && n <= MaxPoles; ++n)
+        if (HasOrder(c.Design.CoefficientTable, n))
+            orders += (orders.empty() ? "" : ",") + std::to_string(n);
+    if (orders.empty()) return {};
+    return orders;
+}
+
 std::string TraceHelp() {
     return "comma list of " + Joined(TraceWords()) + "; or " + NoTracesWord;
 }
@@ -129,6 +145,8 @@ const SpecialRow specials[] = {
      [] { return std::string("comma list, one value for each pole [50]"); }},
     {"traces", SetTraces, TracesInUse, TraceHelp},
     {"gd-scale", SetScale, ScaleInUse, [] { return std::string("auto, or seconds"); }},
+    {CoefficientsSetting, SetCoefficients, CoefficientsInUse,
+     [] { return std::string("file of g-values; the orders read are shown"); }},
     {"seed", SetSeed, SeedInUse, [] { return std::string("0 to 4294967295"); }},
 };
 

@@ -11,6 +11,9 @@
 
 namespace ladderwise {
 
+/// The setting whose value is a file, which its program reads and hands to UseCoefficients.
+inline constexpr const char* CoefficientsSetting = "coefficients";
+
 /// Sets an input as a user would type or choose it. Gives the reason if the name or the word is
 /// unknown, naming the nearest valid one; nothing is changed then. Numbers are not judged here: the
 /// bounded readers do that when the calculation reads the boxes.

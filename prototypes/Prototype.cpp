@@ -11,8 +11,12 @@ namespace ladderwise {
 
 namespace {
 
+/// True if a coefficients file was read and has the order.
+bool HasFileCoefficients(const FilterDesign& design, int n) {
+    return design.CoefFileRead && n <= MaxPoles && design.CoefficientTable[n][0] > 0.0;
+}
+
 void CopyFileCoefficients(FilterDesign& design, int n) {
-    if (n > MaxPoles) return;
     std::copy_n(design.CoefficientTable[n].begin(), n, design.G.begin() + 1);
 }
 
@@ -42,7 +46,7 @@ void ComputeGValues(FilterDesign& design, int n, const MessageCallback& report) 
         case ResponseType::EllipticE:
             return;  // has its own ladder
         case ResponseType::CoefficientsFile:
-            if (design.CoefFileRead) return CopyFileCoefficients(design, n);
+            if (HasFileCoefficients(design, n)) return CopyFileCoefficients(design, n);
             FallBackToButterworth(design, n);
             if (report) report("Error", "The file read failed. \n Defaulted to Butterworth");
             return;

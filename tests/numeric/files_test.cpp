@@ -41,7 +41,7 @@ TEST(DesignRecord, FieldsLieEdgeToEdge) {
         offset += SizeOf(field);
     }
     EXPECT_EQ(offset, FILT_STRUCT_SIZE);
-    EXPECT_EQ(FindField("TLINLength")->Offset, OLDER_STRUCT_SIZE);
+    EXPECT_EQ(FindField("TLIN")->Offset, OLDER_STRUCT_SIZE);
     const std::string bytes = EncodeRecord({});
     EXPECT_EQ(bytes.substr(0, 6), std::string("T\0a\0r\0", 6));
     EXPECT_EQ(bytes.substr(268, 12), Int32(2) + Int32(2) + Int32(3448));
@@ -83,26 +83,26 @@ TEST(DesignRecord, AcceptsExactlyTheKnownSizesAndVersions) {
 TEST(DesignRecord, KeepsWhatFitsAndTamesTheRest) {
     DesignRecord record;
     record.Number("F0") = 1.0 / 3.0;
-    record.Number("TankValue", 9) = 7;
+    record.Number("TankValue10") = 7;
     record.Number("NumPoles") = 1e99;
-    record.Number("RLoad") = NaN;
+    record.Number("RL") = NaN;
     record.Text("PassItem") = std::string(40, 'x');
-    record.Number("PhaseGDThreshold") = 15;
+    record.Number("GDPhaseThreshold") = 15;
     RefreshRecord(record, {});
     std::string bytes = EncodeRecord(record);
     const auto read = DecodeRecord(bytes);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->Number("F0"), 1.0 / 3.0);
-    EXPECT_EQ(read->Number("TankValue", 9), 7);
+    EXPECT_EQ(read->Number("TankValue10"), 7);
     EXPECT_EQ(read->Number("NumPoles"), 2147483647);
-    EXPECT_EQ(read->Number("RLoad"), 50);
+    EXPECT_EQ(read->Number("RL"), 50);
     EXPECT_EQ(read->Text("PassItem"), std::string(31, 'x'));
-    EXPECT_EQ(read->Number("PhaseGDThreshold"), -15);
+    EXPECT_EQ(read->Number("GDPhaseThreshold"), -15);
     // An older file ends before the tanks; a text may fill its field.
     bytes.replace(424, 32, std::string(32, 'y')).resize(2680);
     const auto older = DecodeRecord(bytes.replace(276, 4, Int32(2680)));
     ASSERT_TRUE(older);
-    EXPECT_EQ(older->Number("TankValue", 9), 50);
+    EXPECT_EQ(older->Number("TankValue10"), 50);
     EXPECT_EQ(older->Text("PassItem"), std::string(32, 'y'));
 }
 

@@ -84,6 +84,10 @@ public:
         Window->SetMessageCallback([this](const std::string& caption, const std::string& text) {
             messages << QString::fromStdString(caption + ": " + text);
         });
+        // No file is chosen, and no change is worth saving, unless a test answers otherwise.
+        const auto noName = [](const FileDialogTexts&) { return QString(); };
+        Window->SetFileDialogs(
+            {noName, noName, [](const QString&) { return UnsavedAnswer::Discard; }});
         QObject::connect(&watchdog, &QTimer::timeout, [this] {
             QWidget* const modal = QApplication::activeModalWidget();
             if (modal && modal->windowTitle() != expectedModal) modals << modal->windowTitle();

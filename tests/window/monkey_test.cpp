@@ -26,7 +26,8 @@ const char* const texts[] = {
 class Monkey {
 public:
     Monkey(WindowFixture& fixture, std::uint32_t seed) : f(fixture), random(seed) {
-        const QRegularExpression named("^(?!qt_|AboutMenu|PrintMenu|SetSeedMenu|Help|.*HelpButton).");
+        const QRegularExpression named(
+            "^(?!qt_|AboutMenu|PrintMenu|SetSeedMenu|Help|.*HelpButton).");
         actions = f.Window->findChildren<QAction*>(named);
         buttons = f.Window->findChildren<QAbstractButton*>(named);
     }

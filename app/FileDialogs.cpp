@@ -1,0 +1,46 @@
+// The toolkit's dialogs about files.
+#include "app/FileDialogs.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+
+namespace ladderwise {
+
+namespace {
+
+QString AskName(QWidget* window, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
+    QFileDialog dialog(window, texts.Title);
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
+                                                       : QFileDialog::AnyFile);
+    dialog.setNameFilters({texts.Filter, "All Files (*)"});
+    dialog.setDefaultSuffix(texts.Extension);
+    const QFileInfo start(texts.Start);
+    dialog.setDirectory(start.isDir() ? start.filePath() : start.path());
+    if (!start.isDir()) dialog.selectFile(start.fileName());
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+UnsavedAnswer AskUnsaved(QWidget* window, const QString& design) {
+    QMessageBox box(QMessageBox::Question, "Ladderwise",
+                    QString("The design \"%1\" has changes that are not saved.").arg(design),
+                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, window);
+    box.setDefaultButton(QMessageBox::Save);
+    const int answer = box.exec();
+    if (answer == QMessageBox::Save) return UnsavedAnswer::Save;
+    return answer == QMessageBox::Discard ? UnsavedAnswer::Discard : UnsavedAnswer::Cancel;
+}
+
+}  // namespace
+
+FileDialogs StandardFileDialogs(QWidget* window) {
+    return {[window](const FileDialogTexts& texts) {
+                return AskName(window, texts, QFileDialog::AcceptOpen);
+            },
+            [window](const FileDialogTexts& texts) {
+                return AskName(window, texts, QFileDialog::AcceptSave);
+            },
+            [window](const QString& design) { return AskUnsaved(window, design); }};
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,32 @@
+// What the main window asks about files. Tests answer in its place.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+class QWidget;
+
+namespace ladderwise {
+
+/// The words of an open or save dialog.
+struct FileDialogTexts {
+    QString Title;
+    QString Filter;     ///< "Design Files (*.tk_ldfilt)"
+    QString Extension;  ///< added to a name without one
+    QString Start;      ///< folder, with the proposed file name when saving
+};
+
+/// What to do with a design that differs from its file.
+enum class UnsavedAnswer { Save, Discard, Cancel };
+
+/// Empty names: cancelled.
+struct FileDialogs {
+    std::function<QString(const FileDialogTexts&)> NameToOpen;
+    std::function<QString(const FileDialogTexts&)> NameToSave;
+    std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
+};
+
+/// The toolkit's dialogs over a window.
+FileDialogs StandardFileDialogs(QWidget* window);
+
+}  // namespace ladderwise

@@ -1,0 +1,207 @@
+// The main window: design files, recent files, coefficients files and settings.
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QStatusBar>
+
+#include "app/MainWindow.h"
+#include "files/CoefficientsFile.h"
+#include "files/DiskFile.h"
+#include "pipeline/SavedDesigns.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr const char* DesignFilter = "Design Files (*.tk_ldfilt)";
+constexpr int ReasonTime = 10000;  ///< ms for which the status line tells why saving failed
+
+QString Name(const std::string& path) {
+    return QString::fromStdString(path);
+}
+
+/// A path as captions show it, shortened.
+QString Caption(const std::string& path) {
+    return Name(ShortenedPath(QDir::toNativeSeparators(Name(path)).toStdString()));
+}
+
+std::string SettingsPath(const Folders& folders) {
+    return folders.SettingsFolder + "/" + SettingsFileName;
+}
+
+}  // namespace
+
+void MainWindow::SetFileDialogs(FileDialogs replacement) {
+    dialogs = std::move(replacement);
+}
+
+void MainWindow::Start(const Folders& found, const std::string& design) {
+    folders = found;
+    ReadSettings();
+    if (!design.empty()) OpenDesign(design);
+}
+
+std::string MainWindow::RecordBytes() {
+    DesignRecord record = RecordOf(calculation);
+    RefreshRecord(record, report);
+    return EncodeRecord(record);
+}
+
+void MainWindow::CalcIfTyped() {
+    const std::string before = RecordBytes();
+    StoreInputs();
+    if (RecordBytes() != before) Recalculate();
+}
+
+void MainWindow::ShowTitle() {
+    const std::string now = RecordBytes();
+    if (savedRecord.empty()) savedRecord = now;  // a fresh program has nothing to save
+    QString title = currentFile.empty() ? "Ladderwise" : Caption(currentFile);
+    title.replace("[*]", "[*][*]");
+    const bool modified = now != savedRecord;
+    if (!modified) setWindowModified(false);
+    setWindowTitle(modified ? title + "[*]" : title);  // the toolkit puts its mark there
+    if (modified) setWindowModified(true);
+}
+
+void MainWindow::ShowRecentFiles() {
+    const std::vector<std::string>& paths = settings.Recent.Paths();
+    for (std::size_t i = 0; i < MaxRecentFiles; ++i) {
+        auto* const item = findChild<QAction*>(QString("PrevFile%1Menu").arg(i));
+        const bool used = i < paths.size();
+        QString caption = used ? Caption(paths[i]) : QString();
+        item->setText(QString("&%1 ").arg(i + 1) + caption.replace("&", "&&"));
+        item->setToolTip(used ? QDir::toNativeSeparators(Name(paths[i])) : QString());
+        item->setVisible(used);
+    }
+}
+
+bool MainWindow::WriteDesignFile(const std::string& path) {
+    const std::string bytes = RecordBytes();
+    const std::string error = WriteWholeFile(path, bytes);
+    if (!error.empty()) {
+        currentFile.clear();
+        ShowTitle();
+        statusBar()->showMessage(Name(error), ReasonTime);
+        report("Program Info", "Save File operation failed.");
+        return false;
+    }
+    settings.Recent.Add(path);
+    ShowRecentFiles();
+    currentFile = path;
+    savedRecord = bytes;
+    ShowTitle();
+    return true;
+}
+
+bool MainWindow::SaveDesign() {
+    CalcIfTyped();
+    return currentFile.empty() ? SaveDesignAs() : WriteDesignFile(currentFile);
+}
+
+bool MainWindow::SaveDesignAs() {
+    CalcIfTyped();
+    const QString folder =
+        currentFile.empty() ? QDir::currentPath() : QFileInfo(Name(currentFile)).absolutePath();
+    const QString name = dialogs.NameToSave(
+        {"Save Design to File:", DesignFilter, DesignFileExtension,
+         folder + "/" + Name(ProposedFileName(calculation.Design)) + "." + DesignFileExtension});
+    return !name.isEmpty() && WriteDesignFile(FullPath(name.toStdString()));
+}
+
+bool MainWindow::MayLeaveDesign() {
+    CalcIfTyped();
+    if (RecordBytes() == savedRecord) return true;
+    const QString design = currentFile.empty() ? Name(ProposedFileName(calculation.Design))
+                                               : QFileInfo(Name(currentFile)).fileName();
+    switch (dialogs.AskUnsaved(design)) {
+        case UnsavedAnswer::Save:
+            return SaveDesign();
+        case UnsavedAnswer::Discard:
+            return true;
+        case UnsavedAnswer::Cancel:
+            return false;
+    }
+    return false;
+}
+
+void MainWindow::OpenDesign(std::string path) {
+    if (!MayLeaveDesign()) return;
+    if (!path.empty() && !FileExists(path)) {
+        report("Program Info", "This file doesn't exist. \n\n" + path);
+        settings.Recent.Remove(path);
+        ShowRecentFiles();
+        path.clear();
+    }
+    if (path.empty()) {
+        const QString name =
+            dialogs.NameToOpen({"Open Design File:", DesignFilter, DesignFileExtension,
+                                currentFile.empty() ? QDir::currentPath()
+                                                    : QFileInfo(Name(currentFile)).absolutePath()});
+        if (name.isEmpty()) return;
+        path = FullPath(name.toStdString());
+    }
+    // A pipe would keep the window waiting for its other end.
+    if (!QFileInfo(Name(path)).isFile()) return;
+    // One byte more than a record has: a longer file must not pass for one.
+    const FileContent file = ReadWholeFile(path, FILT_STRUCT_SIZE + 1);
+    if (!file.Error.empty()) return;
+    const auto record = DecodeRecord(file.Bytes);
+    if (!record) return report("Program Info", IncompatibleFileText);
+    settings.Recent.Add(path);
+    ShowRecentFiles();
+    currentFile = path;
+    TakeRecord(*record);
+    FinishDrawing();
+    savedRecord = RecordBytes();
+    ShowTitle();
+}
+
+void MainWindow::TakeRecord(const DesignRecord& record) {
+    LoadRecord(record, calculation);
+    ShowInputs();
+    FilterMenuClick(nullptr);
+}
+
+void MainWindow::ChooseCoefficientsFile() {
+    const QString folder = folders ? Name(folders->RunTimeFolder + "/Coefficients") : QString();
+    const QString name =
+        dialogs.NameToOpen({"Open Coefficients File:", "Coefficients Files (*.csv)", "csv",
+                            QFileInfo(folder).isDir() ? folder : QDir::currentPath()});
+    if (name.isEmpty() || !QFileInfo(name).isFile()) return ShowInputs();  // the check goes back
+    const FileContent file = ReadWholeFile(name.toStdString(), MaxCoefficientsBytes + 1);
+    const std::string fault =
+        file.Error.empty() ? UseCoefficients(calculation, file.Bytes) : file.Error;
+    if (!file.Error.empty()) UseCoefficients(calculation, {});
+    if (!fault.empty()) report("Error", fault);
+    SetControlStates();
+    Recalculate();
+}
+
+void MainWindow::ReadSettings() {
+    const std::string path = SettingsPath(*folders);
+    if (!QFileInfo(Name(path)).isFile()) return;  // the first run
+    ReadSettingsText(ReadWholeFile(path, MaxSettingsBytes).Bytes, settings, report);
+    if (!settings.Threshold.empty())
+        calculation.Inputs.Box(InputId::GDPhaseThreshold).Type(settings.Threshold);
+    findChild<QLineEdit*>("SamplingFrequencyBox")->setText(Name(settings.SamplingFrequency));
+    findChild<QAction*>("MouseReadOutMenu")->setChecked(settings.ReadOutMenu);
+    ShowRecentFiles();
+    ShowInputs();
+    Recalculate();
+    FinishDrawing();
+    savedRecord.clear();
+    ShowTitle();
+}
+
+void MainWindow::WriteSettings() {
+    if (!folders) return;
+    settings.Version = VersionText();
+    settings.SamplingFrequency =
+        findChild<QLineEdit*>("SamplingFrequencyBox")->text().toStdString();
+    settings.Threshold = calculation.Inputs.Box(InputId::GDPhaseThreshold).Text;
+    settings.ReadOutMenu = findChild<QAction*>("MouseReadOutMenu")->isChecked();
+    WriteWholeFile(SettingsPath(*folders), SettingsText(settings));
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,201 @@
+// Between design records and inputs.
+#include "pipeline/SavedDesigns.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "files/CoefficientsFile.h"
+#include "numbers/Formatfunctions.h"
+#include "pipeline/Choices.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double NoSeed = -1.0;  ///< every worst case draws its own
+constexpr double LargestSeed = 4294967295.0;
+constexpr int TypedDigits = 15;     ///< significant; no one types more
+constexpr int NeighboursTried = 4;  ///< floating-point neighbours on either side
+
+/// The row that stands for an input in the record: the first of its rows, in SI units.
+const InputRow& RecordRow(const InputRow& row) {
+    return *std::find_if(InputRows().begin(), InputRows().end(),
+                         [&](const InputRow& other) { return other.Id == row.Id; });
+}
+
+bool IsSwitch(const ChoiceTable& table) {
+    return !*table.Rows.front().Component;  // "off" has no control of its own
+}
+
+/// Calls `use` for every input with the row of the unit chosen.
+template <typename Use>
+void ForEachInput(const DesignInputs& inputs, Use use) {
+    for (const InputRow& row : InputRows())
+        if (&row == &RowOf(row.Id, inputs)) use(row);
+}
+
+// --- inputs to record
+
+/// What stands in a box; 0 if it is no number.
+double TypedNumber(const NumberBox& box) {
+    double number = 0.0;
+    if (box.HoldsExactValue()) return *box.ExactValue;
+    return TryParseDouble(box.Text, number) && std::isfinite(number) ? number : 0.0;
+}
+
+void StoreNumbers(const Calculation& calculation, DesignRecord& record) {
+    DesignInputs inputs = calculation.Inputs;
+    FilterDesign design = calculation.Design;
+    ForEachInput(inputs, [&](const InputRow& row) {
+        double& number = record.Number(row.Component);
+        if (row.ReadLater) {
+            number = inputs.IsOn(ChoiceId::AutoScale) ? 0.0 : TypedNumber(inputs.Box(row.Id));
+            return;
+        }
+        StepInput(row.Id, inputs, design, {}, {});
+        number = RecordRow(row).Get(design);
+    });
+}
+
+void StoreChoices(const DesignInputs& inputs, DesignRecord& record) {
+    for (const ChoiceTable& table : ChoiceTables()) {
+        const int code = inputs.Choice(table.Id);
+        const ChoiceRow* const row = FindRow(table.Id, code);
+        record.Text(table.Record) = row ? row->Component : "";
+        if (*table.RecordCode)
+            record.Number(table.RecordCode) =
+                table.Id == ChoiceId::Pass ? static_cast<int>(inputs.Pass()) : code;
+    }
+}
+
+void StoreCoefficients(const FilterDesign& design, DesignRecord& record) {
+    record.Number("CoefFileRead") = design.CoefFileRead;
+    for (std::size_t n = 1; design.CoefFileRead && n <= MaxPoles; ++n)
+        for (std::size_t k = 0; k < MaxCoefficients; ++k)
+            record.Number("CoefficientTable", (n - 1) * MaxCoefficients + k) =
+                design.CoefficientTable[n][k];
+}
+
+// --- record to inputs
+
+/// The number for the box of `row` that stores exactly `number` in the design: the one that a user
+/// would have typed, or failing that one of its neighbours, so that the way there and back loses
+/// nothing although units are converted in binary.
+double BoxValue(const InputRow& row, FilterDesign design, double number) {
+    const InputRow& base = RecordRow(row);
+    base.Put(design, number);
+    const double nearest = row.Get(design) / row.Factor;
+    if (!std::isfinite(nearest)) return nearest;
+    const auto fits = [&](double value) {
+        row.Put(design, value * row.Factor);
+        return base.Get(design) == number;
+    };
+    const double typed = RoundToSignificant(nearest, TypedDigits);
+    if (fits(typed)) return typed;
+    double below = nearest, above = nearest;
+    for (int i = 0; i <= NeighboursTried; ++i) {
+        if (fits(below)) return below;
+        if (fits(above)) return above;
+        below = std::nextafter(below, -HUGE_VAL);
+        above = std::nextafter(above, HUGE_VAL);
+    }
+    return nearest;
+}
+
+void LoadNumbers(const DesignRecord& record, DesignInputs& inputs, const FilterDesign& fresh) {
+    FilterDesign scratch = fresh;
+    ForEachInput(inputs, [&](const InputRow& row) {
+        const double number = record.Number(row.Component);
+        NumberBox box;
+        box.Text = row.Initial;
+        const double value = BoxValue(row, scratch, number);
+        // An empty box of a value that a stage provides stays empty.
+        if (std::isfinite(value) && !(row.ReadLater && value <= 0.0)) {
+            if (row.Back == WriteBack::Significant)
+                box.WriteValue(value);
+            else
+                box.WriteText(
+                    row.ReadLater ? FormatEngineering(value, 1) : FormatFullPrecision(value),
+                    value);
+        }
+        RecordRow(row).Put(scratch, number);  // what follows may be relative to it
+        inputs.Box(row.Id) = box;
+    });
+}
+
+int LoadedChoice(const DesignRecord& record, const ChoiceTable& table) {
+    const std::string& name = record.Text(table.Record);
+    if (name.empty() && IsSwitch(table)) return 0;
+    const auto found = FindComponent(name);
+    if (found && found->Id == table.Id) return found->Code;
+    if (*table.RecordCode) {
+        const int code = static_cast<int>(record.Number(table.RecordCode));
+        if (FindRow(table.Id, code)) return code;
+    }
+    return table.Initial;
+}
+
+/// Takes over the complete rows; an order with a gap counts as lacking.
+void LoadCoefficients(const DesignRecord& record, FilterDesign& design) {
+    design.CoefficientTable = {};
+    design.CoefFileRead = false;
+    if (record.Number("CoefFileRead") == 0.0) return;
+    for (std::size_t n = 1; n <= MaxPoles; ++n) {
+        auto& row = design.CoefficientTable[n];
+        for (std::size_t k = 0; k < MaxCoefficients; ++k)
+            row[k] = record.Number("CoefficientTable", (n - 1) * MaxCoefficients + k);
+        if (std::all_of(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(n),
+                        [](double g) { return g > 0.0; }))
+            design.CoefFileRead = true;
+        else
+            row = {};
+    }
+}
+
+}  // namespace
+
+DesignRecord RecordOf(const Calculation& calculation) {
+    DesignRecord record;
+    StoreNumbers(calculation, record);
+    StoreChoices(calculation.Inputs, record);
+    if (const auto& moved = calculation.Inputs.Box(InputId::RLoad).Moved) {
+        record.Number("RLWanted") = moved->Wanted;
+        record.Text("RLWhy") = moved->Why;
+    }
+    StoreCoefficients(calculation.Design, record);
+    if (calculation.FixedSeed) record.Number("Seed") = *calculation.FixedSeed;
+    return record;
+}
+
+void LoadRecord(const DesignRecord& record, Calculation& calculation) {
+    DesignInputs& inputs = calculation.Inputs;
+    for (const ChoiceTable& table : ChoiceTables())
+        inputs.Choice(table.Id) = LoadedChoice(record, table);
+    LoadNumbers(record, inputs, calculation.Design);
+    const double wanted = record.Number("RLWanted");
+    if (wanted > 0.0) inputs.Box(InputId::RLoad).Moved = MovedEntry{wanted, record.Text("RLWhy")};
+    LoadCoefficients(record, calculation.Design);
+    const double seed = record.Number("Seed");
+    calculation.FixedSeed.reset();
+    if (seed > NoSeed && seed <= LargestSeed)
+        calculation.FixedSeed = static_cast<std::uint32_t>(seed);
+}
+
+std::string UseCoefficients(Calculation& calculation, std::string_view text) {
+    Choose(calculation.Inputs, calculation.Design, ChoiceId::Response,
+           static_cast<int>(ResponseType::CoefficientsFile));
+    const CoefficientsResult result = ReadCoefficients(text);
+    calculation.Design.CoefficientTable = result.Rows;
+    calculation.Design.CoefFileRead = result.Error.empty();
+    return result.Error;
+}
+
+std::string ProposedFileName(const FilterDesign& design) {
+    const ChoiceRow* const family =
+        FindRow(ChoiceId::Response, static_cast<int>(design.ResponseType));
+    const ChoiceRow* const pass = FindRow(ChoiceId::Pass, static_cast<int>(design.PassType));
+    return std::to_string(design.NumPoles) + (family ? family->FileTitle : "") +
+           (pass ? pass->Title : "");
+}
+
+}  // namespace ladderwise

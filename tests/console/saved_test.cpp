@@ -1,0 +1,173 @@
+// Designs in records: component names never change, and saving and opening loses nothing.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <random>
+
+#include "cli/JsonOutput.h"
+#include "pipeline/SavedDesigns.h"
+
+using namespace ladderwise;
+
+namespace {
+
+/// Every component that a design file may name. Files of all users hold these: names may be added
+/// here, but none may be changed or removed.
+const char* const frozenComponents[] = {"LowPassMenu",
+                                        "HighPassMenu",
+                                        "NotchMenu",
+                                        "BandPassMenu",
+                                        "DirectCoupledMenu",
+                                        "NortonMenu",
+                                        "LowPassPrototypeMenu",
+                                        "ButterworthMenu",
+                                        "ChebyshevMenu",
+                                        "BesselFreqMenu",
+                                        "BesselDelayMenu",
+                                        "PapoulisMenu",
+                                        "GaussMenu",
+                                        "LinearChebyshevMenu",
+                                        "EllipticAMenu",
+                                        "EllipticBMenu",
+                                        "EllipticCMenu",
+                                        "EllipticDMenu",
+                                        "EllipticEMenu",
+                                        "CoefficientsFileMenu",
+                                        "FormCLCMenu",
+                                        "FormLCLMenu",
+                                        "LinearMenu",
+                                        "OneOctaveMenu",
+                                        "TwoOctavesMenu",
+                                        "ThreeOctavesMenu",
+                                        "OneDecadeMenu",
+                                        "TwoDecadesMenu",
+                                        "BWMHzButton",
+                                        "BWPercentButton",
+                                        "IdealPartsButton",
+                                        "RealPartsButton",
+                                        "DeEmbedButton",
+                                        "TenPercentCap",
+                                        "FivePercentCap",
+                                        "TwoPercentCap",
+                                        "OnePercentCap",
+                                        "TenPercentInd",
+                                        "FivePercentInd",
+                                        "TwoPercentInd",
+                                        "OnePercentInd",
+                                        "StdValuesBox",
+                                        "WorstCaseBox",
+                                        "AutoScaleCheckBox",
+                                        "PlotMag1dBBox",
+                                        "PlotMagBox",
+                                        "PlotPhaseBox",
+                                        "PlotGDBox",
+                                        "SeriesLCTankMenu_1",
+                                        "ShuntLCTankMenu_2",
+                                        "ShuntLCParCTankMenu_3",
+                                        "ShuntLCParLTankMenu_4",
+                                        "ShuntTappedCTankMenu_5",
+                                        "ShuntTappedLTankMenu_6",
+                                        "ShuntIndTLOCTankMenu_7",
+                                        "ShuntCapTLSCTankMenu_8",
+                                        "TLOCTLSCTankMenu_9",
+                                        "TLSCTankMenu_10",
+                                        "InductorInverterMenu_1",
+                                        "CapacitorInverterMenu_2",
+                                        "TLINInverterMenu_3",
+                                        "nHButton",
+                                        "uHButton",
+                                        "pFButton",
+                                        "nFButton",
+                                        "OhmsButton",
+                                        "AltInverterBox",
+                                        "PlotPulseBox",
+                                        "PlotReturnLossBox"};
+
+std::string Json(const Calculation& calculation) {
+    return JsonText(calculation, {});
+}
+
+/// Random choices everywhere, and random numbers within the bounds.
+void Randomise(Calculation& calculation, std::mt19937& random) {
+    const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
+    for (const ChoiceTable& table : ChoiceTables())
+        if (table.Id != ChoiceId::WorstCase)
+            calculation.Inputs.Choice(table.Id) = table.Rows[below(table.Rows.size())].Code;
+    ReadInputs(calculation.Inputs, calculation.Design, {});
+    for (const InputRow& row : InputRows()) {
+        if (&row != &RowOf(row.Id, calculation.Inputs) || row.ReadLater) continue;
+        const BoxLimits limits = LimitsOf(row, calculation.Inputs, calculation.Design);
+        const double low = std::stod(limits.Minimum), high = std::stod(limits.Maximum);
+        double value = low + (high - low) * static_cast<double>(random()) / 4294967295.0;
+        if (row.Back == WriteBack::Whole) value = std::floor(value);
+        calculation.Inputs.Box(row.Id).WriteText("?", value);
+        StepInput(row.Id, calculation.Inputs, calculation.Design, {}, {});
+    }
+}
+
+}  // namespace
+
+TEST(SavedDesigns, ComponentNamesAreFrozen) {
+    for (const char* const name : frozenComponents)
+        EXPECT_TRUE(FindComponent(name)) << name;
+    for (const ChoiceTable& table : ChoiceTables()) {
+        EXPECT_TRUE(FindField(table.Record)) << table.Name;
+        for (const ChoiceRow& row : table.Rows)
+            EXPECT_TRUE(!*row.Component ||
+                        std::find_if(std::begin(frozenComponents), std::end(frozenComponents),
+                                     [&](std::string_view name) {
+                                         return name == row.Component;
+                                     }) != std::end(frozenComponents))
+                << row.Component << " is new: add it";
+    }
+}
+
+TEST(SavedDesigns, AFreshProgramHasTheDefaultsOfTheTable) {
+    EXPECT_EQ(EncodeRecord(RecordOf(*std::make_unique<Calculation>())), EncodeRecord({}));
+}
+
+TEST(SavedDesigns, SavingAndOpeningLosesNothing) {
+    std::mt19937 random(20261);
+    for (int i = 0; i < 40; ++i) {
+        const auto saved = std::make_unique<Calculation>(),
+                   opened = std::make_unique<Calculation>();
+        Randomise(*saved, random);
+        Calculate(*saved, {});
+        Calculate(*saved, {});  // what the first one corrected is the design now
+        const auto record = DecodeRecord(EncodeRecord(RecordOf(*saved)));
+        ASSERT_TRUE(record);
+        LoadRecord(*record, *opened);
+        Calculate(*opened, {});
+        EXPECT_EQ(Json(*opened), Json(*saved)) << "state " << i;
+    }
+}
+
+TEST(SavedDesigns, WhatARecordSaysIsJudgedByTheBoxes) {
+    DesignRecord record;
+    record.Text("PassItem") = "HighPassMen";
+    record.Number("PassType") = 3;
+    record.Text("ResponseItem") = record.Text("SweepItem") = "PlotMagBox";
+    record.Number("ResponseType") = 12;
+    record.Number("SweepType") = -1;
+    record.Text("PlotMagBox") = "Something";
+    record.Number("NumPoles") = 2147483647;
+    record.Number("F0") = -1e308;
+    record.Number("BandWidth") = 1e308;
+    record.Number("CoefFileRead") = 1;
+    record.Number("CoefficientTable", 12) = -3;
+    record.Number("Seed") = 1e300;
+    const auto opened = std::make_unique<Calculation>();
+    LoadRecord(record, *opened);
+    Calculate(*opened, {});
+    EXPECT_EQ(opened->Design.PassType, PassType::Notch);
+    EXPECT_EQ(opened->Design.ResponseType, ResponseType::Butterworth);
+    EXPECT_EQ(opened->Design.SweepType, SweepType::OneDecade);
+    EXPECT_TRUE(opened->Inputs.IsOn(ChoiceId::TraceMag10dB));
+    EXPECT_EQ(opened->Design.NumPoles, MaxPoles);
+    EXPECT_EQ(opened->Design.F0, 1000.0);
+    EXPECT_DOUBLE_EQ(opened->Design.BandWidth, 1990.0);
+    EXPECT_FALSE(opened->Design.CoefFileRead);
+    EXPECT_FALSE(opened->FixedSeed);
+}

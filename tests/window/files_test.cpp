@@ -1,0 +1,152 @@
+// Design files, recent files, coefficients files and settings in the main window.
+#include <QLabel>
+
+#include "WindowFixture.h"
+#include "files/DiskFile.h"
+#include "files/FileReadSave.h"
+#include "windows/OptionsWindow.h"
+
+using namespace ladderwise;
+
+namespace {
+
+/// A window whose dialogs are answered by the test.
+class FilesFixture : public WindowFixture {
+public:
+    FilesFixture() {
+        Window->SetFileDialogs({[this](const FileDialogTexts& texts) { return Asked(texts); },
+                                [this](const FileDialogTexts& texts) { return Asked(texts); },
+                                [this](const QString&) {
+                                    ++Questions;
+                                    return Answer;
+                                }});
+    }
+    QString Path(const char* name) const { return QDir::current().filePath(name); }
+    void SaveAs(const QString& name) {
+        NextName = name;
+        Trigger("SaveAsMenu");
+    }
+    void Open(const QString& name) {
+        NextName = name;
+        Trigger("OpenMenu");
+    }
+
+    QString NextName;
+    FileDialogTexts LastTexts;
+    UnsavedAnswer Answer = UnsavedAnswer::Cancel;
+    int Questions = 0;
+
+private:
+    QString Asked(const FileDialogTexts& texts) {
+        LastTexts = texts;
+        return NextName;
+    }
+};
+
+}  // namespace
+
+class FilesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void SavesOpensAndAsks() {
+        FilesFixture f;
+        QVERIFY(!f.Window->isWindowModified());
+        f.Trigger("ChebyshevMenu");
+        f.Enter("F0Box", "145.825");
+        QVERIFY(f.Window->isWindowModified());
+        f.SaveAs(f.Path("a.tk_ldfilt"));
+        QCOMPARE(f.LastTexts.Title, "Save Design to File:");
+        QVERIFY(f.LastTexts.Start.endsWith("/3 Pole Chebyshev LPF.tk_ldfilt"));
+        QVERIFY(!f.Window->isWindowModified());
+        QVERIFY(f.Window->windowTitle().endsWith("a.tk_ldfilt"));
+        QVERIFY(f.Find<QAction>("PrevFile0Menu")->text().endsWith("a.tk_ldfilt"));
+        const ElementList saved = f.Design().Elements;
+        // Typed and not yet read counts too.
+        f.Enter("F0Box", "7", Qt::Key_unknown);
+        f.Open(f.Path("a.tk_ldfilt"));
+        QCOMPARE(f.Questions, 1);
+        QCOMPARE(f.InUse("f0"), "7000000");
+        f.Answer = UnsavedAnswer::Discard;
+        f.Trigger("PrevFile0Menu");
+        QCOMPARE(f.Questions, 2);
+        QVERIFY(SameLadder(f.Design().Elements, saved));
+        QVERIFY(f.Checked("ChebyshevMenu") && !f.Window->isWindowModified());
+        QCOMPARE(f.Text("F0Box"), "146");
+        // Closing: Cancel keeps the window, Save saves.
+        f.Trigger("HighPassMenu");
+        f.Answer = UnsavedAnswer::Cancel;
+        QVERIFY(!f.Window->close());
+        f.Answer = UnsavedAnswer::Save;
+        QVERIFY(f.Window->close());
+        const auto record = DecodeRecord(ReadWholeFile("a.tk_ldfilt", 9999).Bytes);
+        QCOMPARE(QString::fromStdString(record->Text("PassItem")), "HighPassMenu");
+    }
+
+    void WhatIsNoDesignChangesNothing() {
+        FilesFixture f;
+        QCOMPARE(WriteWholeFile("bad.tk_ldfilt", std::string(3448, 'x')), std::string());
+        f.Open(f.Path("bad.tk_ldfilt"));
+        QCOMPARE(f.TakeMessages(),
+                 QStringList{"Program Info: Open File operation failed due to an incompatibility "
+                             "with this program."});
+        QVERIFY(!f.Find<QAction>("PrevFile0Menu")->isVisible());
+        QCOMPARE(f.Window->windowTitle(), "Ladderwise");
+        f.NextName.clear();
+        f.Window->OpenDesign("/none.tk_ldfilt");
+        QCOMPARE(f.TakeMessages(),
+                 QStringList{"Program Info: This file doesn't exist. \n\n/none.tk_ldfilt"});
+        QCOMPARE(f.LastTexts.Title, "Open Design File:");
+        f.SaveAs("/dev/null/x");
+        QCOMPARE(f.TakeMessages(), QStringList{"Program Info: Save File operation failed."});
+    }
+
+    void CoefficientsFilesAreChosenOrFallBack() {
+        FilesFixture f;
+        WriteWholeFile("c.csv", "3; 1,5; 2,5; 0,5\n");
+        WriteWholeFile("bad.csv", "3,1,2\n");
+        f.Trigger("CoefficientsFileMenu");  // cancelled
+        QVERIFY(f.Checked("ButterworthMenu") && !f.Checked("CoefficientsFileMenu"));
+        f.NextName = f.Path("c.csv");
+        f.Trigger("CoefficientsFileMenu");
+        QVERIFY(f.Checked("CoefficientsFileMenu"));
+        QCOMPARE(f.Design().G[2], 2.5);
+        f.SaveAs(f.Path("c.tk_ldfilt"));
+        f.Enter("NumPolesBox", "4");  // not in the file
+        const QString fallback = "Error: The file read failed. \n Defaulted to Butterworth";
+        QCOMPARE(f.TakeMessages(), QStringList{fallback});
+        f.NextName = f.Path("bad.csv");
+        f.Trigger("CoefficientsFileMenu");
+        QCOMPARE(
+            f.TakeMessages(),
+            (QStringList{"Error: Line 1: order 3 needs 3 values, but the row has 2.", fallback}));
+        QFile::remove("c.csv");
+        f.Answer = UnsavedAnswer::Discard;
+        f.Trigger("PrevFile0Menu");
+        QCOMPARE(f.Design().G[2], 2.5);
+    }
+
+    void SettingsLastFromRunToRun() {
+        Folders folders;
+        QTemporaryDir settings;
+        folders.SettingsFolder = settings.path().toStdString();
+        {
+            FilesFixture f;
+            f.Window->Start(folders, "");
+            f.Trigger("OptionsWindowMenu");
+            f.Enter("GDPhaseThresholdBox", "35");
+            QCOMPARE(f.InUse("threshold"), "-35");
+            f.SaveAs(f.Path("kept.tk_ldfilt"));
+            f.Click("CloseButton");
+            QVERIFY(f.Window->close());
+        }
+        FilesFixture f;
+        f.Window->Start(folders, "");
+        QCOMPARE(f.InUse("threshold"), "-35");
+        QVERIFY(!f.Window->isWindowModified());
+        QVERIFY(f.Find<QAction>("PrevFile0Menu")->text().endsWith("kept.tk_ldfilt"));
+    }
+};
+
+QTEST_MAIN(FilesTest)
+#include "files_test.moc"

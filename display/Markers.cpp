@@ -91,9 +91,9 @@ public:
     Annotator(const TextMetrics& textMetrics, PlotCover& plotCover, MarkerDrawing& target)
         : metrics(textMetrics), cover(plotCover), drawing(target) {}
 
-    void Label(int x, int y, const std::string& text, PlotColour colour) {
+    void Label(int x, int y, const std::string& text, PlotColour colour, bool leftFirst = false) {
         const int width = metrics.Width(text);
-        const PlotRect place = cover.PlaceLabel(x, y, width, metrics.Height);
+        const PlotRect place = cover.PlaceLabel(x, y, width, metrics.Height, leftFirst);
         drawing.Labels.push_back({place.Left, place.Top, text, colour});
         const int nearX = std::clamp(x, place.Left, place.Left + place.Width);
         const int nearY = std::clamp(y, place.Top, place.Top + place.Height);
@@ -101,9 +101,10 @@ public:
             drawing.Leaders.push_back({x, y, nearX, nearY, colour});
     }
 
-    void DotWithLabel(int x, int y, const std::string& text, PlotColour colour) {
+    void DotWithLabel(int x, int y, const std::string& text, PlotColour colour,
+                      bool leftFirst = false) {
         drawing.Dots.push_back({x, y, colour});
-        Label(x, y, text, colour);
+        Label(x, y, text, colour, leftFirst);
     }
 
     MarkerDrawing& Drawing() { return drawing; }
@@ -156,12 +157,14 @@ void AnnotateLevels(const MarkerState& markers, const MarkedSweep& sweep,
 
 void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annotator& annotator) {
     const DepthReadOut readOut = FindDepthReadOut(trace.Values, sweep.Freqs, sweep.Pass);
+    // The lower edge has its label on its left, the upper one on its right.
+    const double at = readOut.Upper ? readOut.Upper->Index : 0.0;
     for (const auto& edge : {readOut.Lower, readOut.Upper}) {
         if (!edge) continue;
         const double value = ValueAt(trace.Values, trace.Kind, edge->Index);
         annotator.DotWithLabel(XOf(edge->Index, sweep), MapValue(value, trace.Scale, sweep.Layout),
                                "6 dB Freq = " + SweepFrequencyText(edge->Frequency, sweep.Freqs),
-                               trace.Colour);
+                               trace.Colour, edge->Index < at);
     }
     if (!readOut.Lower || !readOut.Upper) return;
     const double width = readOut.Upper->Frequency - readOut.Lower->Frequency;

@@ -68,11 +68,12 @@ PlotRect PlotCover::Inside(PlotRect rect) const {
     return rect;
 }
 
-PlotRect PlotCover::PlaceLabel(int anchorX, int anchorY, int width, int height) {
+PlotRect PlotCover::PlaceLabel(int anchorX, int anchorY, int width, int height, bool leftFirst) {
     PlotRect best;
     int least = -1;
     for (const int d : labelDistances) {
-        const int right = anchorX + d, left = anchorX - d - width;
+        int right = anchorX + d, left = anchorX - d - width;
+        if (leftFirst) std::swap(left, right);
         const int above = anchorY - d - height, below = anchorY + d;
         const int middleX = anchorX - width / 2, middleY = anchorY - height / 2;
         for (const auto& [x, y] : {std::pair{right, above},

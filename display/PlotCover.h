@@ -28,7 +28,8 @@ public:
     /// of positions around it, near ones first; where none is free, the least taken one. It lies
     /// within the plot (its left top corner does, if it is larger than the plot) and is taken from
     /// now on.
-    PlotRect PlaceLabel(int anchorX, int anchorY, int width, int height);
+    /// `leftFirst` prefers its left side.
+    PlotRect PlaceLabel(int anchorX, int anchorY, int width, int height, bool leftFirst = false);
 
     /// The corner of the plot, `margin` pixels off its frame, where a width x height block hides
     /// least: top right, bottom left, top left, bottom right on equal terms. Taken from now on.

@@ -62,6 +62,7 @@ void NumberEdit::Show(const NumberBox& box) {
     }
     if (moved != box.Moved.has_value()) update();
     moved = box.Moved.has_value();
+    setTextMargins(moved ? MovedBarWidth : 0, 0, 0, 0);
     setModified(false);
     QPalette colours;
     colours.setColor(QPalette::Base, ColourOf(box.Colour, colours));

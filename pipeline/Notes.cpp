@@ -166,7 +166,7 @@ void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
         const NumberBox& box = inputs.Box(row.Id);
-        if (!box.ReplacedText) continue;
+        if (!box.ReplacedText || box.Moved) continue;  // a moved value is the program's own
         Note note{NoteKind::Replaced, row.Name, ReplacedText(row, box),
                   *box.ReplacedText,  box.Text, box.Colour};
         note.Idle = !IsEnabled(row, inputs);

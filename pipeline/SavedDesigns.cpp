@@ -49,7 +49,8 @@ void StoreNumbers(const Calculation& calculation, DesignRecord& record) {
     ForEachInput(inputs, [&](const InputRow& row) {
         double& number = record.Number(row.Component);
         if (row.ReadLater) {
-            number = inputs.IsOn(ChoiceId::AutoScale) ? 0.0 : TypedNumber(inputs.Box(row.Id));
+            const bool automatic = row.Id == InputId::Scale && inputs.IsOn(ChoiceId::AutoScale);
+            number = automatic ? 0.0 : TypedNumber(inputs.Box(row.Id));
             return;
         }
         StepInput(row.Id, inputs, design, {}, {});
@@ -102,6 +103,13 @@ double BoxValue(const InputRow& row, FilterDesign design, double number) {
     return nearest;
 }
 
+/// As the stage that reads the box writes it: the scale in its notation, the numbers of a Norton
+/// filter with two decimals; all others so that they read back as they are.
+std::string ShownNumber(const InputRow& row, double value) {
+    if (row.Id == InputId::Scale) return FormatEngineering(value, 1);
+    return row.ReadLater ? FormatFixed(value, 2) : FormatFullPrecision(value);
+}
+
 void LoadNumbers(const DesignRecord& record, DesignInputs& inputs, const FilterDesign& fresh) {
     FilterDesign scratch = fresh;
     ForEachInput(inputs, [&](const InputRow& row) {
@@ -114,9 +122,7 @@ void LoadNumbers(const DesignRecord& record, DesignInputs& inputs, const FilterD
             if (row.Back == WriteBack::Significant)
                 box.WriteValue(value);
             else
-                box.WriteText(
-                    row.ReadLater ? FormatEngineering(value, 1) : FormatFullPrecision(value),
-                    value);
+                box.WriteText(ShownNumber(row, value), value);
         }
         RecordRow(row).Put(scratch, number);  // what follows may be relative to it
         inputs.Box(row.Id) = box;

@@ -67,10 +67,10 @@ struct InputRow {
     const char* Name;       ///< on the console and in notes
     const char* Component;  ///< of its controls: Component + "Box", "UpDown", "Label"; and its
                             ///< field in design files
-    const char* Label;    ///< beside the box, with its mnemonic
-    const char* Meaning;  ///< in tool tips and help
-    const char* Unit;     ///< as typed
-    const char* Initial;  ///< text in a fresh program
+    const char* Label;      ///< beside the box, with its mnemonic
+    const char* Meaning;    ///< in tool tips and help
+    const char* Unit;       ///< as typed
+    const char* Initial;    ///< text in a fresh program
     BoxLimits Limits;
     double Step;    ///< of the spin buttons, in the unit typed; 0: none
     double Factor;  ///< SI units per unit typed

@@ -83,7 +83,14 @@ const char* const frozenComponents[] = {"LowPassMenu",
                                         "OhmsButton",
                                         "AltInverterBox",
                                         "PlotPulseBox",
-                                        "PlotReturnLossBox"};
+                                        "PlotReturnLossBox",
+                                        "TCapMenu",
+                                        "TIndMenu",
+                                        "PiCapMenu",
+                                        "PiIndMenu",
+                                        "OptimizeCButton",
+                                        "OptimizeLButton",
+                                        "AutoOptimizeBox"};
 
 std::string Json(const Calculation& calculation) {
     return JsonText(calculation, {});
@@ -136,11 +143,12 @@ TEST(SavedDesigns, SavingAndOpeningLosesNothing) {
         Randomise(*saved, random);
         Calculate(*saved, {});
         Calculate(*saved, {});  // what the first one corrected is the design now
+        const std::string wanted = Json(*saved);
         const auto record = DecodeRecord(EncodeRecord(RecordOf(*saved)));
         ASSERT_TRUE(record);
         LoadRecord(*record, *opened);
         Calculate(*opened, {});
-        EXPECT_EQ(Json(*opened), Json(*saved)) << "state " << i;
+        EXPECT_TRUE(Json(*opened) == wanted) << "state " << i;
     }
 }
 

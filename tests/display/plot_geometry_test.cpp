@@ -131,6 +131,26 @@ TEST(PlotFrame, LabelsMarksAndTitle) {
     }
 }
 
+TEST(PlotFrame, TheTimeAxisOfThePulse) {
+    FilterDesign design = MakeButterworth(SweepType::OneDecade).Design;
+    TraceChoices choices;
+    choices.Pulse = true;
+    for (const double bad : {0.0, NAN, INFINITY}) {
+        design.PulseTimeStep = bad;
+        EXPECT_TRUE(FrameOf(design, choices).TimeLabels.empty());
+    }
+    design.PulseTimeStep = 125e-12;  // 128 ns across 1160 pixels
+    const PlotFrame frame = FrameOf(design, choices);
+    ASSERT_EQ(frame.TimeLabels.size(), 13u);
+    EXPECT_EQ(frame.TimeLabels[0].Text, "0 s");
+    EXPECT_EQ(frame.TimeLabels[12].Text, "120 ns");
+    EXPECT_EQ(frame.TimeTicks[12].X1, 60 + 1088);  // 120 / 128 of 1160 is 1087.5
+    EXPECT_GT(frame.TimeLabels[0].Y, frame.FrequencyLabels[0].Y + 12);
+    EXPECT_LE(frame.TimeLabels[0].Y + 13, Area.GridTop - SchematicHeight);
+    choices.Pulse = false;
+    EXPECT_TRUE(FrameOf(design, choices).TimeLabels.empty());
+}
+
 TEST(ValueGrid, CellsPerElementType) {
     const CircuitElement part{ElementType::SeriesInd, 79.5775e-9, 15.9155e-12, 1e-6, 1e50};
     const CircuitElement line{ElementType::SeriesTLIN, 90.0, 50.0, 45.3, 75.0};

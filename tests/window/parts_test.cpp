@@ -1,7 +1,9 @@
 // The part-definitions window, part models, standard values and the worst case, by real events.
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QScreen>
 
+#include "numbers/Matherrmain.h"
 #include "tests/window/WindowFixture.h"
 
 using namespace ladderwise;
@@ -39,6 +41,8 @@ private slots:
         WindowFixture f;
         f.Trigger("PartDefinitionsMenu");
         const ElementList nominal = f.Design().Elements;
+        f.Check("PlotPulseBox");
+        QVERIFY(ShownTraces(f.State()).Pulse && f.State().Quantities.Pulse[256] > 0.7);
         const QImage before = f.Find("BitMap")->grab().toImage();
         f.Check("WorstCaseBox");
         const auto& result = f.State().WorstCase;
@@ -50,6 +54,7 @@ private slots:
             QVERIFY(SameLadder(f.Design().Elements, nominal));
             QVERIFY(!f.Find("WorstCaseProgress")->isVisible() && !QApplication::overrideCursor());
             QVERIFY(!f.Find("PlotPulseBox")->isEnabled());
+            QVERIFY(!ShownTraces(f.State()).Pulse);
             QCOMPARE(f.Difference(), QString());
         }
         QVERIFY2(f.Find("BitMap")->grab().toImage() != before, "the overlay is on the plot");
@@ -61,6 +66,28 @@ private slots:
         QVERIFY(result.Seed != seed);
         f.Check("WorstCaseBox");
         QVERIFY(result.Runs == 0 && !f.Status().contains("Worst case"));
+    }
+
+    void MathErrorsAreCountedAndListed() {
+        WindowFixture f;
+        auto* const button = f.Find("MathErrorButton");
+        auto* const window = f.Find("MathErrForm");
+        QVERIFY(!button->isVisible() && !window->isVisible());
+        GuardedSqrt(-4.0);
+        f.Click("CalcButton");
+        QVERIFY(button->isVisible() && !window->isVisible());
+        f.Click("MathErrorButton");
+        const auto text = [&] { return window->findChild<QPlainTextEdit*>()->toPlainText(); };
+        QVERIFY(window->isVisible() && window->windowTitle() == "Math Err");
+        QCOMPARE(text(), QString("type=DOMAIN   name=sqrt   arg1=-4   arg2=0\n"
+                                 "Math Error was Corrected. ReturnValue =2"));
+        GuardedLog(0.0);
+        f.Click("CalcButton");
+        QVERIFY(text().endsWith("ReturnValue =1E99") && text().startsWith("type=DOMAIN"));
+        f.Click("Button1");
+        QVERIFY(!window->isVisible());
+        f.Trigger("MathErrMenu");
+        QVERIFY(window->isVisible());
     }
 };
 

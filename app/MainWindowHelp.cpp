@@ -42,7 +42,8 @@ void MainWindow::PrintPage() {
     SizePlot(PaperRatio);
     AskForRepeat(calculation);
     PlotPrepared();
-    PrintScreen(this, *client, QString::fromStdString(DesignTitle(calculation.Design)), {});
+    PrintScreen(this, *client, QString::fromStdString(DesignTitle(calculation.Design)),
+                QString::fromStdString(currentFile));
     ResizePlot();
 }
 

@@ -135,7 +135,7 @@ TEST(PlotFrame, TheTimeAxisOfThePulse) {
     FilterDesign design = MakeButterworth(SweepType::OneDecade).Design;
     TraceChoices choices;
     choices.Pulse = true;
-    for (const double bad : {0.0, NAN, INFINITY}) {
+    for (const double bad : {0.0, double(NAN), double(INFINITY)}) {
         design.PulseTimeStep = bad;
         EXPECT_TRUE(FrameOf(design, choices).TimeLabels.empty());
     }

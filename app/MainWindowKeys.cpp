@@ -30,10 +30,10 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     }
     if (watched == valueGrid->viewport()) {
         if (event->type() == QEvent::Leave) LightSlot(0);
-        auto* const wheel = static_cast<QWheelEvent*>(event);
-        if (event->type() == QEvent::Wheel &&
-            StepCell(wheel->position().toPoint(), wheel->angleDelta().y()))
-            return true;
+        if (event->type() == QEvent::Wheel) {
+            auto* const wheel = static_cast<QWheelEvent*>(event);
+            if (StepCell(wheel->position().toPoint(), wheel->angleDelta().y())) return true;
+        }
     }
     if (watched == client && event->type() == QEvent::Resize && started) ResizePlot();
     return QMainWindow::eventFilter(watched, event);

@@ -48,7 +48,8 @@ std::string Fault(ValueKind kind, double value) {
     if (kind == ValueKind::Impedance && value < LowestLineImpedance)
         return shown + " is too low to build";
     if (!IsPart(kind)) return {};
-    if (value < SmallestPartValue) return shown + " is too small to build";
+    if (value < SmallestPartValue)
+        return shown + " is too small to build; the response counts it as 1E-18";
     if (value > LargestPartValue)
         return shown + " is beyond reach (a value is typed as 400p or 400E-12)";
     return {};

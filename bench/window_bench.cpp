@@ -2,7 +2,11 @@
 // the way from nothing to the first picture.
 #include <benchmark/benchmark.h>
 
+#include <QAction>
 #include <QCheckBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <array>
 #include <memory>
 
 #include "app/MainWindow.h"
@@ -29,6 +33,39 @@ void CalculateAndRedraw(benchmark::State& state) {
     }
 }
 BENCHMARK(CalculateAndRedraw)->Unit(benchmark::kMillisecond);
+
+// The same with ten poles, real parts, every trace and the reference design's dashed ones.
+void CalculateAndRedrawEverything(benchmark::State& state) {
+    const auto window = ShownWindow();
+    window->findChild<QLineEdit*>("NumPolesBox")->setText("10");
+    window->findChild<QRadioButton*>("RealPartsButton")->click();
+    window->findChild<QPushButton*>("SetRefButton")->click();
+    window->findChild<QLineEdit*>("NumPolesBox")->setText("9");
+    for (QCheckBox* const box : window->findChildren<QCheckBox*>())
+        if (box->objectName().startsWith("Plot") && box->isEnabled() && !box->isChecked())
+            box->click();
+    for (auto _ : state) {
+        window->CalcButtonClick();
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(CalculateAndRedrawEverything)->Unit(benchmark::kMillisecond);
+
+// One click on an arrow of the Norton window, 5 poles: search, ladder, response and both plots.
+void NortonArrowWithSearch(benchmark::State& state) {
+    const auto window = ShownWindow();
+    window->findChild<QLineEdit*>("NumPolesBox")->setText("5");
+    window->findChild<QAction*>("NortonMenu")->trigger();
+    QWidget* const norton = window->findChild<QWidget*>("TNortonForm");
+    const std::array<QAbstractButton*, 2> arrows = {norton->findChild<QAbstractButton*>("A3Up"),
+                                                    norton->findChild<QAbstractButton*>("A3Down")};
+    std::size_t turn = 0;
+    for (auto _ : state) {
+        arrows[turn++ % 2]->click();
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(NortonArrowWithSearch)->Unit(benchmark::kMillisecond);
 
 void WorstCaseOf1000Runs(benchmark::State& state) {
     const auto window = ShownWindow();

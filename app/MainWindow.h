@@ -126,7 +126,7 @@ private:
     void SetControlStates();
 
     // MainWindowFiles.cpp: design files, recent files, coefficients files, settings
-    std::string RecordBytes();  ///< the design as its file would hold it
+    DesignRecord Record();  ///< the design as its file would hold it
     void CalcIfTyped();         ///< what was typed and not yet read counts
     void ShowTitle();
     void ShowRecentFiles();
@@ -189,7 +189,7 @@ private:
     std::optional<Folders> folders;
     ProgramSettings settings;
     std::string currentFile;  ///< full path; empty: the design has no file yet
-    std::string savedRecord;  ///< as it was saved, opened or started with
+    std::optional<DesignRecord> savedRecord;  ///< as it was saved, opened or started with
     bool started = false;
     QTimer drawing;            ///< runs out when no more input waits
     bool resized = false;      ///< the picture has another size than the client area

@@ -41,24 +41,24 @@ void MainWindow::Start(const Folders& found, const std::string& design) {
     if (!design.empty()) OpenDesign(design);
 }
 
-std::string MainWindow::RecordBytes() {
+DesignRecord MainWindow::Record() {
     DesignRecord record = RecordOf(calculation);
     RefreshRecord(record, report);
-    return EncodeRecord(record);
+    return record;
 }
 
 void MainWindow::CalcIfTyped() {
-    const std::string before = RecordBytes();
+    const DesignRecord before = Record();
     StoreInputs();
-    if (RecordBytes() != before) Recalculate();
+    if (!SameDesign(Record(), before)) Recalculate();
 }
 
 void MainWindow::ShowTitle() {
-    const std::string now = RecordBytes();
-    if (savedRecord.empty()) savedRecord = now;  // a fresh program has nothing to save
+    const DesignRecord now = Record();
+    if (!savedRecord) savedRecord = now;  // a fresh program has nothing to save
     QString title = currentFile.empty() ? "Ladderwise" : Caption(currentFile);
     title.replace("[*]", "[*][*]");
-    const bool modified = now != savedRecord;
+    const bool modified = !SameDesign(now, *savedRecord);
     if (!modified) setWindowModified(false);
     setWindowTitle(modified ? title + "[*]" : title);  // the toolkit puts its mark there
     if (modified) setWindowModified(true);
@@ -77,8 +77,8 @@ void MainWindow::ShowRecentFiles() {
 }
 
 bool MainWindow::WriteDesignFile(const std::string& path) {
-    const std::string bytes = RecordBytes();
-    const std::string error = WriteWholeFile(path, bytes);
+    const DesignRecord record = Record();
+    const std::string error = WriteWholeFile(path, EncodeRecord(record));
     if (!error.empty()) {
         currentFile.clear();
         ShowTitle();
@@ -89,7 +89,7 @@ bool MainWindow::WriteDesignFile(const std::string& path) {
     settings.Recent.Add(path);
     ShowRecentFiles();
     currentFile = path;
-    savedRecord = bytes;
+    savedRecord = record;
     ShowTitle();
     return true;
 }
@@ -111,7 +111,7 @@ bool MainWindow::SaveDesignAs() {
 
 bool MainWindow::MayLeaveDesign() {
     CalcIfTyped();
-    if (RecordBytes() == savedRecord) return true;
+    if (savedRecord && SameDesign(Record(), *savedRecord)) return true;
     const QString design = currentFile.empty() ? Name(ProposedFileName(calculation.Design))
                                                : QFileInfo(Name(currentFile)).fileName();
     switch (dialogs.AskUnsaved(design)) {
@@ -153,7 +153,7 @@ void MainWindow::OpenDesign(std::string path) {
     currentFile = path;
     TakeRecord(*record);
     FinishDrawing();
-    savedRecord = RecordBytes();
+    savedRecord = Record();
     ShowTitle();
 }
 
@@ -190,7 +190,7 @@ void MainWindow::ReadSettings() {
     ShowInputs();
     Recalculate();
     FinishDrawing();
-    savedRecord.clear();
+    savedRecord.reset();
     ShowTitle();
 }
 

@@ -11,6 +11,7 @@
 
 #include "app/MainWindow.h"
 #include "files/Directories.h"
+#include "files/DiskFile.h"
 #include "numbers/Formatfunctions.h"
 #include "resources/Resources.h"
 
@@ -74,6 +75,7 @@ int main(int argc, char** argv) {
         std::puts("ladderwise " LADDERWISE_VERSION);
         return EXIT_SUCCESS;
     }
+    ladderwise::OutliveFileLimits();
     toolkitHandler = qInstallMessageHandler(EndOnFatalMessage);
     try {
         return ShowWindow(argc, argv);

@@ -171,6 +171,7 @@ int Run(const Arguments& arguments) {
 int main(int argc, char** argv) {
     qInstallMessageHandler(TakeToolkitMessage);
     PrepareStreams();
+    OutliveFileLimits();
     try {
         return Run(ParseArguments(ArgumentWords(argc, argv)));
     } catch (const std::bad_alloc&) {

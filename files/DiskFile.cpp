@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <csignal>
 #include <optional>
 
 namespace ladderwise {
@@ -25,6 +26,14 @@ bool IsStream(const QFileInfo& target) {
     const QString place = QDir::cleanPath(target.absoluteFilePath());
     return place.startsWith(QLatin1String("/dev/")) || place.startsWith(QLatin1String("/proc/")) ||
            (target.exists() && !target.isFile() && !target.isDir());
+}
+
+/// True for a link that leads to a link for ever: QSaveFile would replace it.
+bool LeadsInACircle(QFileInfo link) {
+    constexpr int MostLinks = 40;  // the system follows no more
+    for (int i = 0; i < MostLinks && link.isSymLink(); ++i)
+        link = QFileInfo(link.symLinkTarget());
+    return link.isSymLink();
 }
 
 /// Why a file device failed, in the system's words.
@@ -67,6 +76,7 @@ std::string WriteToStream(const QFileInfo& target, std::string_view bytes) {
 
 /// Writes a complete file beside the target and renames it.
 std::string ReplaceFile(const QFileInfo& target, std::string_view bytes) {
+    if (LeadsInACircle(target)) return "the link leads in a circle";
     QSaveFile file(target.filePath());
     // Unbuffered, because QSaveFile::commit overlooks an error in writing its last buffer.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
@@ -85,6 +95,12 @@ std::string WriteWholeFile(const std::string& path, std::string_view bytes) {
     const std::string reason =
         IsStream(target) ? WriteToStream(target, bytes) : ReplaceFile(target, bytes);
     return reason.empty() ? reason : failed + reason;
+}
+
+void OutliveFileLimits() {
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 FileContent ReadWholeFile(const std::string& path, std::size_t limit) {

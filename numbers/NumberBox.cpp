@@ -74,11 +74,12 @@ void NumberBox::WriteText(std::string text, double value) {
     ExactValue = value;
 }
 
-void NumberBox::MoveTo(double value, const std::string& why) {
-    const double wanted = Moved ? Moved->Wanted : ExactValue.value_or(value);
+void NumberBox::MoveTo(double value, std::string_view why) {
+    const double held = ExactValue.value_or(value);
+    const double wanted = Moved ? Moved->Wanted : held;
     WriteValue(value);
     Moved.reset();
-    if (value != wanted) Moved = MovedEntry{wanted, why};
+    if (value != wanted) Moved = MovedEntry{wanted, std::string(why), held};
 }
 
 double EditBoxToDouble(NumberBox& box, const std::string& minText, const std::string& defaultText,

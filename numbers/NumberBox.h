@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "design/Messages.h"
 
@@ -23,6 +24,7 @@ enum class Unfit { NotANumber, BelowMinimum, AboveMaximum };
 struct MovedEntry {
     double Wanted;    ///< the user's value
     std::string Why;  ///< "the limit of an even-order Chebyshev"
+    double Held;      ///< what stood in the box before the last move; often Wanted
 };
 
 /// One input box. As long as Text is what the program wrote, ExactValue stands behind it, so that
@@ -48,7 +50,7 @@ struct NumberBox {
     /// Puts a value of the program's in the place of the value that was read, and keeps in Moved
     /// what that was and why it moved, until the user types. A value that is the user's own again
     /// ends the move.
-    void MoveTo(double value, const std::string& why);
+    void MoveTo(double value, std::string_view why);
 
     /// True while the text in the box is the program's own and an exact value stands behind it.
     bool HoldsExactValue() const { return ExactValue && Text == WrittenText; }

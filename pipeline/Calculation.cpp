@@ -199,11 +199,11 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
 void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
     NumberBox& load = inputs.Box(InputId::RLoad);
     if (design.Flags.LoadMoved) {
-        load.MoveTo(design.RLoad, "the limit of an even-order Chebyshev");
+        load.MoveTo(design.RLoad, LoadReason::Chebyshev);
         load.Colour = BoxColour::Yellow;
     }
     if (design.Flags.LoadOfFamily) {
-        load.MoveTo(design.RLoad, "the one that this elliptic ladder needs");
+        load.MoveTo(design.RLoad, LoadReason::Elliptic);
         load.WriteText(FormatFixed(design.RLoad, 1), design.RLoad);
         if (design.RLoad != design.RSource) load.Colour = BoxColour::Yellow;
     }

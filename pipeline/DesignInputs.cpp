@@ -45,10 +45,9 @@ void ForceLoad(DesignInputs& inputs, FilterDesign& design) {
     box.WriteValue(design.RLoad);
     if (!ForcesLoad(response)) return;
     design.RLoad = LoadFor(response, design.RSource, design.RLoad);
-    const char* const share = response == ResponseType::EllipticA   ? "twice R Source"
-                              : response == ResponseType::EllipticB ? "half of R Source"
-                                                                    : "equal to R Source";
-    box.MoveTo(design.RLoad, std::string(share) + ", as this response needs it");
+    box.MoveTo(design.RLoad, response == ResponseType::EllipticA   ? LoadReason::Twice
+                             : response == ResponseType::EllipticB ? LoadReason::Half
+                                                                   : LoadReason::Equal);
 }
 
 }  // namespace

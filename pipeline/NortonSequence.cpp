@@ -34,7 +34,8 @@ void WriteBox(NumberBox& box, double value) {
 /// M while it plays no part: as its box shows it, "1.00" included, and without the mark of an
 /// earlier reading.
 void TakeUnread(NumberBox& box, double& value) {
-    value = StringToDouble(box.Text, NoRatio, NoRatio, LargestRatio);
+    value = box.HoldsExactValue() ? std::clamp(*box.ExactValue, NoRatio, LargestRatio)
+                                  : StringToDouble(box.Text, NoRatio, NoRatio, LargestRatio);
     box.ReplacedText.reset();
     box.Colour = BoxColour::Normal;
 }

@@ -7,6 +7,7 @@
 #include "analysis/Circuitanalysis.h"
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
+#include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
 
@@ -19,14 +20,14 @@ constexpr int sweepDigits = 2;             ///< decimals of the sweep's limits i
 
 ReferenceDesign StoreReference(const Calculation& calculation) {
     const FilterDesign& design = calculation.Design;
-    return {calculation.Inputs,     design.Elements,  design.NumElements,
+    return {RecordOf(calculation),  design.Elements,  design.NumElements,
             calculation.Quantities, design.Response,  design.SweepF1,
             design.SweepF2,         design.SweepType, DesignTitle(design)};
 }
 
 void ExchangeReference(ReferenceDesign& reference, Calculation& calculation) {
     ReferenceDesign inHand = StoreReference(calculation);
-    calculation.Inputs = reference.Inputs;
+    LoadRecord(reference.Record, calculation);
     calculation.Design.Elements = reference.Elements;
     calculation.Design.NumElements = reference.NumElements;
     reference = std::move(inHand);

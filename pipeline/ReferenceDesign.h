@@ -3,13 +3,14 @@
 
 #include <string>
 
+#include "files/FileReadSave.h"
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {
 
 /// All of a calculated design that a comparison needs; the arrays are those of its own sweep.
 struct ReferenceDesign {
-    DesignInputs Inputs{};
+    DesignRecord Record{};  ///< its inputs, as a file would hold them
     ElementList Elements{};
     int NumElements = 0;
     DisplayQuantities Quantities{};
@@ -23,8 +24,9 @@ struct ReferenceDesign {
 /// "Set Ref": the nominal design of a finished calculation.
 ReferenceDesign StoreReference(const Calculation& calculation);
 
-/// "Exhange Ref": the inputs of the reference become those in hand, and the design in hand becomes
-/// the reference. A full calculation has to follow. Doing so twice returns to the first design.
+/// "Exhange Ref": the inputs of the reference are loaded as from a file, and the design in hand
+/// becomes the reference. A full calculation has to follow. Doing so twice returns to the first
+/// design.
 void ExchangeReference(ReferenceDesign& reference, Calculation& calculation);
 
 /// Analyses the reference ladder between the terminations and over the sweep in hand, and takes the

@@ -141,6 +141,17 @@ int LoadedChoice(const DesignRecord& record, const ChoiceTable& table) {
     return table.Initial;
 }
 
+/// The load that stands in the place of the user's, or stood there before the last calculation
+/// moved it once more. A reason that no stage gives is none to believe.
+void LoadMovedLoad(const DesignRecord& record, NumberBox& box) {
+    const double wanted = record.Number("RLWanted"), held = record.Number("RLHeld");
+    const std::string& why = record.Text("RLWhy");
+    const auto& reasons = LoadReason::All;
+    if (wanted <= 0.0 || std::find(reasons.begin(), reasons.end(), why) == reasons.end()) return;
+    if (held > 0.0) box.WriteValue(held);
+    box.Moved = MovedEntry{wanted, why, held};
+}
+
 /// Takes over the complete rows; an order with a gap counts as lacking.
 void LoadCoefficients(const DesignRecord& record, FilterDesign& design) {
     design.CoefficientTable = {};
@@ -167,6 +178,9 @@ DesignRecord RecordOf(const Calculation& calculation) {
     if (const auto& moved = calculation.Inputs.Box(InputId::RLoad).Moved) {
         record.Number("RLWanted") = moved->Wanted;
         record.Text("RLWhy") = moved->Why;
+        // Yellow: the last calculation itself moved it. The one after opening has to do so again.
+        if (calculation.Inputs.Box(InputId::RLoad).Colour == BoxColour::Yellow)
+            record.Number("RLHeld") = moved->Held;
     }
     StoreCoefficients(calculation.Design, record);
     if (calculation.FixedSeed) record.Number("Seed") = *calculation.FixedSeed;
@@ -178,13 +192,18 @@ void LoadRecord(const DesignRecord& record, Calculation& calculation) {
     for (const ChoiceTable& table : ChoiceTables())
         inputs.Choice(table.Id) = LoadedChoice(record, table);
     LoadNumbers(record, inputs, calculation.Design);
-    const double wanted = record.Number("RLWanted");
-    if (wanted > 0.0) inputs.Box(InputId::RLoad).Moved = MovedEntry{wanted, record.Text("RLWhy")};
+    LoadMovedLoad(record, inputs.Box(InputId::RLoad));
     LoadCoefficients(record, calculation.Design);
     const double seed = record.Number("Seed");
     calculation.FixedSeed.reset();
     if (seed > NoSeed && seed <= LargestSeed)
         calculation.FixedSeed = static_cast<std::uint32_t>(seed);
+}
+
+bool SameDesign(const DesignRecord& one, const DesignRecord& other) {
+    DesignRecord alike = one;
+    alike.Number("RLHeld") = other.Number("RLHeld");
+    return EncodeRecord(alike) == EncodeRecord(other);
 }
 
 std::string UseCoefficients(Calculation& calculation, std::string_view text) {

@@ -20,6 +20,10 @@ DesignRecord RecordOf(const Calculation& calculation);
 /// gives the very numbers that it gave when the record was made.
 void LoadRecord(const DesignRecord& record, Calculation& calculation);
 
+/// True if two records describe one design. Whether the last calculation moved the load or the one
+/// before it makes no difference.
+bool SameDesign(const DesignRecord& one, const DesignRecord& other);
+
 /// Chooses the response "coefficients file" with the rows of a file's text. Returns what is wrong
 /// with the text, naming the line; then no rows are in use, and the next calculation falls back.
 std::string UseCoefficients(Calculation& calculation, std::string_view text);

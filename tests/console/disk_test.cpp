@@ -36,7 +36,9 @@ TEST(DiskFile, WritesReplacesAndFollowsLinks) {
 TEST(DiskFile, RefusesWithAReason) {
     const QTemporaryDir folder;
     ASSERT_EQ(WriteWholeFile(In(folder, "file"), "x"), "");
+    ASSERT_TRUE(QFile::link(folder.filePath("circle"), folder.filePath("circle")));
     const std::pair<std::string, const char*> cases[] = {
+        {In(folder, "circle"), "in a circle"},
         {"", "this is no valid file name"},
         {folder.path().toStdString() + "/a\xff", "this is no valid file name"},
         {std::string("a\0b", 3), "this is no valid file name"},

@@ -33,7 +33,8 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
     box.ReplacedText.reset();
     if (!box.HoldsExactValue()) box.Moved.reset();
     const auto replace = [&box](const std::string& text, Unfit reason) {
-        if (!box.ReplacedText) {
+        // A value of the program's that lies out of bounds is nobody's entry.
+        if (!box.ReplacedText && !box.Moved) {
             box.ReplacedText = box.Text;
             box.Reason = reason;
         }
@@ -53,6 +54,7 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
         value = maximum;
         replace(maxText, Unfit::AboveMaximum);
     }
+    box.ReplacedBy = static_cast<double>(value);
     return value;
 }
 
@@ -80,6 +82,14 @@ void NumberBox::MoveTo(double value, std::string_view why) {
     WriteValue(value);
     Moved.reset();
     if (value != wanted) Moved = MovedEntry{wanted, std::string(why), held};
+}
+
+void NumberBox::Replace(double value, const std::string& text) {
+    if (!ReplacedText) ReplacedText = Text;
+    Reason = Unfit::NotOffered;
+    ReplacedBy = value;
+    Colour = BoxColour::Silver;
+    WriteText(text, value);
 }
 
 double EditBoxToDouble(NumberBox& box, const std::string& minText, const std::string& defaultText,

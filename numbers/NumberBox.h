@@ -18,7 +18,7 @@ enum class BoxColour { Normal, Silver, Yellow };
 inline constexpr int BoxDigits = 3;
 
 /// Why a read replaced what stood in a box.
-enum class Unfit { NotANumber, BelowMinimum, AboveMaximum };
+enum class Unfit { NotANumber, BelowMinimum, AboveMaximum, NotOffered };
 
 /// What a box held before the program put a value of its own in its place.
 struct MovedEntry {
@@ -36,6 +36,7 @@ struct NumberBox {
     std::optional<double> ExactValue{};         ///< the value that WrittenText stands for
     std::optional<std::string> ReplacedText{};  ///< what the last read found unfit and replaced
     Unfit Reason = Unfit::NotANumber;           ///< of that replacement
+    double ReplacedBy = 0.0;                    ///< what it took in the place of ReplacedText
     std::optional<MovedEntry> Moved{};          ///< set while a value of the program's stands here
 
     /// Puts a text into the box as a user types it: no exact value stands behind it.
@@ -51,6 +52,10 @@ struct NumberBox {
     /// what that was and why it moved, until the user types. A value that is the user's own again
     /// ends the move.
     void MoveTo(double value, std::string_view why);
+
+    /// Replaces what was read by a value that the design in hand offers, marked as a bound would
+    /// be.
+    void Replace(double value, const std::string& text);
 
     /// True while the text in the box is the program's own and an exact value stands behind it.
     bool HoldsExactValue() const { return ExactValue && Text == WrittenText; }

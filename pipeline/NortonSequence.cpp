@@ -86,7 +86,7 @@ const TerminationRule* BrokenRule(const FilterDesign& design) {
 void ReadNortonInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
     if (design.NumPoles != FewestPoles && design.NumPoles != MostPoles) {
         design.NumPoles = FewestPoles;
-        inputs.Box(InputId::NumPoles).WriteText(std::to_string(FewestPoles), FewestPoles);
+        inputs.Box(InputId::NumPoles).Replace(FewestPoles, std::to_string(FewestPoles));
     }
     StepInput(InputId::NortonA, inputs, design, {}, report);
     StepInput(InputId::NortonK, inputs, design, {}, report);

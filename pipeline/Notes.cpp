@@ -14,6 +14,7 @@ namespace ladderwise {
 namespace {
 
 constexpr int NoteDigits = 2;       ///< decimals of values in notes
+constexpr int ReplacedDigits = 11;  ///< significant digits of a bound
 constexpr int LoadDigits = 5;       ///< significant digits of a load
 constexpr int AttenDigits = 2;      ///< decimals of an attenuation, dB
 constexpr int FrequencyDigits = 4;  ///< decimals of a band edge
@@ -122,15 +123,23 @@ std::string ReplacedText(const InputRow& row, const NumberBox& box) {
     std::string name = PlainLabel(row);
     if (!unit.empty() && name.size() > unit.size() && name.ends_with(unit))
         name.resize(name.size() - unit.size());
-    const std::string used = ": " + box.Text + unit + " used.";
+    // Boxes that round show less than the bound has.
+    const std::string instead =
+        (row.Back == WriteBack::Significant ? FormatPlain(box.ReplacedBy, ReplacedDigits)
+                                            : box.Text) +
+        unit;
+    const std::string used = ": " + instead + " used.";
     const std::string typed = name + " " + *box.ReplacedText + unit;
     switch (box.Reason) {
         case Unfit::NotANumber:
-            return name + " \"" + *box.ReplacedText + "\" is no number" + used;
+            return name + " \"" + *box.ReplacedText + "\" is no " +
+                   (row.Back == WriteBack::Whole ? "whole number" : "number") + used;
         case Unfit::BelowMinimum:
-            return typed + " is below " + box.Text + unit + used;
+            return typed + " is below " + instead + used;
         case Unfit::AboveMaximum:
-            return typed + " is above " + box.Text + unit + used;
+            return typed + " is above " + instead + used;
+        case Unfit::NotOffered:
+            return typed + " is not possible for a Norton band-pass" + used;
     }
     return typed;
 }
@@ -167,7 +176,7 @@ void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
         const NumberBox& box = inputs.Box(row.Id);
-        if (!box.ReplacedText || box.Moved) continue;  // a moved value is the program's own
+        if (!box.ReplacedText) continue;
         Note note{NoteKind::Replaced, row.Name, ReplacedText(row, box),
                   *box.ReplacedText,  box.Text, box.Colour};
         note.Idle = !IsEnabled(row, inputs);

@@ -344,13 +344,20 @@ void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep 
     const int direction = spin.Direction == SpinDirection::Up     ? 1
                           : spin.Direction == SpinDirection::Down ? -1
                                                                   : 0;
+    const double read = value;
     if (row.Stepped)
         value = row.Stepped(inputs, value, direction);
     else if (direction != 0)
         value += direction * (spin.TenTimes ? CtrlFactor : 1.0) * row.Step;
     if (row.Back == Significant) box.WriteValue(value);
     if (row.Back == Decimals) box.WriteText(OneOrTwoDecimals(value), value);
-    if (whole) box.WriteText(std::to_string(static_cast<int>(value)), value);
+    if (whole) {
+        const std::string text = std::to_string(static_cast<int>(value));
+        if (direction == 0 && value != read)
+            box.Replace(value, text);
+        else
+            box.WriteText(text, value);
+    }
     row.Put(design, value * row.Factor);
 }
 

@@ -217,10 +217,10 @@ TEST(Pipeline, NortonReadsItsBoxes) {
     // clang-format off
     const struct { Settings Set; int Poles; double A, K, M; const char* Replaced; } cases[] = {
         {{}, 3, 1, 2, 1, ""},
-        {{{"poles", "4"}, {"response", "chebyshev"}}, 3, 1, 2, 1, ""},  // an even one would move the load
+        {{{"poles", "4"}, {"response", "chebyshev"}}, 3, 1, 2, 1, "poles"},  // an even one would move the load
         {{{"a", "200"}, {"k", "1"}}, 3, 100, 1.001, 1, "ak"},
         {{{"poles", "5"}}, 5, 1, 2, 1.001, "m"},
-        {{{"poles", "9"}, {"a", "x"}, {"m", "7.5"}}, 5, 1, 2, 7.5, "a"}};
+        {{{"poles", "9"}, {"a", "x"}, {"m", "7.5"}}, 5, 1, 2, 7.5, "polesa"}};
     // clang-format on
     for (const auto& c : cases) {
         Session session;

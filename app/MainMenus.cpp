@@ -23,7 +23,6 @@ struct ChoiceRange {
 struct MenuPart {
     const char* Name;
     const char* Caption;
-    const char* Later;  ///< not empty: disabled for now, and this tool tip says what it will do
     std::optional<ChoiceRange> Choice;
     QKeySequence::StandardKey Key = QKeySequence::UnknownKey;
 };
@@ -35,10 +34,10 @@ struct MenuTable {
     std::vector<MenuPart> Parts;
 };
 
-const MenuPart Line = {"", "", "", {}};
+const MenuPart Line = {"", "", {}};
 
 MenuPart Choices(ChoiceId id, int first, int last) {
-    return {"", "", "", ChoiceRange{id, first, last}};
+    return {"", "", ChoiceRange{id, first, last}};
 }
 
 using enum ChoiceId;
@@ -46,43 +45,43 @@ using enum ChoiceId;
 // clang-format off
 const std::vector<MenuTable> menus = {
     {"FileMenu", "&File", {
-        {"OpenMenu", "&Open...", "", {}, QKeySequence::Open},
-        {"SaveMenu", "&Save", "", {}, QKeySequence::Save},
-        {"SaveAsMenu", "Save &As...", "", {}, QKeySequence::SaveAs},
+        {"OpenMenu", "&Open...", {}, QKeySequence::Open},
+        {"SaveMenu", "&Save", {}, QKeySequence::Save},
+        {"SaveAsMenu", "Save &As...", {}, QKeySequence::SaveAs},
         Line,
-        {"PrevFile0Menu", "", "", {}},
-        {"PrevFile1Menu", "", "", {}},
-        {"PrevFile2Menu", "", "", {}},
-        {"PrevFile3Menu", "", "", {}},
+        {"PrevFile0Menu", "", {}},
+        {"PrevFile1Menu", "", {}},
+        {"PrevFile2Menu", "", {}},
+        {"PrevFile3Menu", "", {}},
         Line,
-        {"PrintMenu", "&Print Screen...", "", {}, QKeySequence::Print},
+        {"PrintMenu", "&Print Screen...", {}, QKeySequence::Print},
         Line,
-        {"ExitMenu", "E&xit", "", {}, QKeySequence::Quit}}},
+        {"ExitMenu", "E&xit", {}, QKeySequence::Quit}}},
     {"PassMenu", "&Pass", {Choices(Pass, 0, 5), Line, Choices(Pass, PrototypePassCode, PrototypePassCode)}},
-    {"ResponseMenu", "&Response F4", {Choices(Response, 0, 6), Choices(Response, 13, 13), Line, Choices(Form, 0, 1)}},
+    {"ResponseMenu", "Response F&4", {Choices(Response, 0, 6), Choices(Response, 13, 13), Line, Choices(Form, 0, 1)}},
     {"EllipticMenu", "&Elliptic", {Choices(Response, 7, 11)}},
-    {"SweepMenu", "&Sweep F7", {Choices(Sweep, 0, 5)}},
+    {"SweepMenu", "Sweep F&7", {Choices(Sweep, 0, 5)}},
     {"PartsMenu", "P&arts", {
-        {"PartDefinitionsMenu", "Part &Definitions", "", {}},
-        {"BringBackMenu", "Bring Back &Edited Values", "", {}}}},
+        {"PartDefinitionsMenu", "Part &Definitions", {}},
+        {"BringBackMenu", "Bring Back &Edited Values", {}}}},
     {"OptionsMenu", "&Options", {
-        {"OptionsWindowMenu", "&Options...", "", {}},
-        {"FixSeedMenu", "&Fix Worst-Case Seed", "", {}},
-        {"SetSeedMenu", "Worst-Case &Seed...", "", {}}}},
+        {"OptionsWindowMenu", "&Options...", {}},
+        {"FixSeedMenu", "&Fix Worst-Case Seed", {}},
+        {"SetSeedMenu", "Worst-Case &Seed...", {}}}},
     {"HelpMenu", "&Help", {
-        {"HelpWindowMenu", "&Help...", "", {}},
-        {"MathErrMenu", "&Math Err...", "", {}},
-        {"AboutMenu", "&About...", "", {}}}},
+        {"HelpWindowMenu", "&Help...", {}},
+        {"MathErrMenu", "&Math Err...", {}},
+        {"AboutMenu", "&About...", {}}}},
 };
 
 const std::vector<MenuPart> markerParts = {
-    {"SetRefF0Menu", "Set Ref to Fo, 0dB", "", {}},
-    {"SetRefPeakMenu", "Set Ref at BPF Peak", "", {}},
-    {"SetRefCursorMenu", "Set Ref at Cursor", "", {}},
-    {"ClearRefMenu", "Clear Reference", "", {}},
-    {"FreqMarkerMenu", "Freq Marker", "", {}},
-    {"DbMarkerMenu", "dB Level Marker", "", {}},
-    {"ClearMarkersMenu", "Clear Markers", "", {}}};
+    {"SetRefF0Menu", "Set Ref to &Fo, 0dB", {}},
+    {"SetRefPeakMenu", "Set Ref at BPF &Peak", {}},
+    {"SetRefCursorMenu", "Set Ref at &Cursor", {}},
+    {"ClearRefMenu", "Clear &Reference", {}},
+    {"FreqMarkerMenu", "Fre&q Marker", {}},
+    {"DbMarkerMenu", "dB &Level Marker", {}},
+    {"ClearMarkersMenu", "Clear &Markers", {}}};
 // clang-format on
 
 QAction* AddCommand(QMenu* menu, const MenuPart& part) {
@@ -92,10 +91,6 @@ QAction* AddCommand(QMenu* menu, const MenuPart& part) {
     // Some desktops have no standard key for it.
     if (part.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
         action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
-    if (*part.Later) {
-        action->setEnabled(false);
-        action->setToolTip(QString::fromLatin1(part.Later));
-    }
     return action;
 }
 

@@ -8,6 +8,7 @@
 #include <QIcon>
 #include <QLineEdit>
 #include <QPixmap>
+#include <algorithm>
 
 #include "display/PlotPainter.h"
 
@@ -80,6 +81,7 @@ MainPanel::MainPanel(InputBinder& binder, QWidget* parent) : QWidget(parent), bi
     row->addWidget(BuildPartsGroup());
     row->addWidget(BuildTracesGroup());
     row->addStretch(1);
+    AlignRows();
     BuildHiddenControls();
     SetTabOrder();
 }
@@ -89,7 +91,11 @@ void MainPanel::AddInput(QGridLayout* grid, int row, int column, InputId id) {
     NumberEdit* const box = binder.AddBox(group, id);
     grid->addWidget(binder.AddLabel(group, id), row, column, Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(box, row, column + 1);
-    if (binder.HasArrows(id)) grid->addWidget(binder.AddArrows(group, id), row, column + 2);
+    const bool arrows = binder.HasArrows(id);
+    if (arrows) grid->addWidget(binder.AddArrows(group, id), row, column + 2);
+    // The bandwidth's unit is a choice below its box.
+    QLabel* const unit = id == InputId::BandWidth ? nullptr : binder.AddUnit(group, id);
+    if (unit) grid->addWidget(unit, row, column + (arrows ? 3 : 2), 1, arrows ? 1 : 2);
     tabOrder.push_back(box);
 }
 
@@ -177,11 +183,11 @@ QWidget* MainPanel::BuildTracesGroup() {
         AutoScaleCheckBox = binder.AddChoice(group, ChoiceId::AutoScale);
         place(AutoScaleCheckBox, 1, 1);
     }
-    PlotReferenceBox = AddButton<QCheckBox>(group, "PlotReferenceBox", "Plot Ref",
+    PlotReferenceBox = AddButton<QCheckBox>(group, "PlotReferenceBox", "Plot &Ref",
                                             "Draws the stored reference design beside this one");
-    SetRefButton = AddButton<QPushButton>(group, "SetRefButton", "Set Ref",
+    SetRefButton = AddButton<QPushButton>(group, "SetRefButton", "Se&t Ref",
                                           "Stores this design as the reference to compare with");
-    ExchangeRefButton = AddButton<QPushButton>(group, "ExchangeRefButton", "Exhange Ref",
+    ExchangeRefButton = AddButton<QPushButton>(group, "ExchangeRefButton", "E&xhange Ref",
                                                "Exchanges this design and the reference");
     place(PlotReferenceBox, 3, 1);
     place(SetRefButton, 0, 2);
@@ -189,10 +195,28 @@ QWidget* MainPanel::BuildTracesGroup() {
     QSizePolicy keepsPlace = AutoScaleCheckBox->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true);
     AutoScaleCheckBox->setSizePolicy(keepsPlace);
-    for (QWidget* const later :
-         std::initializer_list<QWidget*>{PlotReferenceBox, ExchangeRefButton})
-        later->setEnabled(false);
+    EnableReference(false);
     return group;
+}
+
+void MainPanel::EnableReference(bool stored) {
+    for (QWidget* const control :
+         std::initializer_list<QWidget*>{PlotReferenceBox, ExchangeRefButton})
+        EnableFor(control, stored, "after Set Ref");
+}
+
+/// One height for the rows of all groups, so that they stand on common lines.
+void MainPanel::AlignRows() {
+    const auto groups = findChildren<QGroupBox*>(Qt::FindDirectChildrenOnly);
+    int height = 0;
+    for (const QGroupBox* const group : groups)
+        for (const auto* const control : group->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+            if (control != CalcButton) height = std::max(height, control->sizeHint().height());
+    for (const QGroupBox* const group : groups) {
+        auto* const grid = static_cast<QGridLayout*>(group->layout());
+        for (int row = 0; row < grid->rowCount(); ++row)
+            grid->setRowMinimumHeight(row, height);
+    }
 }
 
 void MainPanel::BuildHiddenControls() {

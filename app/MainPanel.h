@@ -22,6 +22,9 @@ class MainPanel : public QWidget {
 public:
     explicit MainPanel(InputBinder& binder, QWidget* parent = nullptr);
 
+    /// The two controls of a stored reference.
+    void EnableReference(bool stored);
+
     QLabel* PolesLabel;
     QWidget* BandWidthUnits;  ///< "BW MHz" and "BW %"
     QPushButton* CalcButton;
@@ -45,6 +48,7 @@ private:
     QWidget* BuildTracesGroup();
     void AddInput(QGridLayout* grid, int row, int column, InputId id);
     void BuildHiddenControls();
+    void AlignRows();
     void SetTabOrder();
 
     InputBinder& binder;

@@ -131,6 +131,7 @@ void MainWindow::BuildClient() {
     valueGrid->setFrameShape(QFrame::NoFrame);
     valueGrid->setSelectionMode(QAbstractItemView::SingleSelection);
     valueGrid->setTabKeyNavigation(false);
+    valueGrid->setAccessibleName("Part values");
     valueGrid->setItemDelegate(new FittedCells(valueGrid));
     QFont cellFont = valueGrid->font();
     cellFont.setPointSizeF(cellFont.pointSizeF() * GridFontScale);
@@ -149,6 +150,7 @@ void MainWindow::BuildClient() {
             [this](int, int column) { RevealColumn(column); });
     stripBar = new QScrollBar(Qt::Horizontal, client);
     stripBar->setObjectName("StripScrollBar");
+    stripBar->setAccessibleName("Schematic and part values");
     connect(stripBar, &QScrollBar::valueChanged, this, &MainWindow::ScrollStrip);
     scaleBox = binder.AddBox(client, InputId::Scale);  // as wide as the plot's left margin
     scaleBox->setMinimumWidth(0);

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QMenu>
 #include <QTableWidget>
+#include <QToolButton>
 #include <algorithm>
 
 #include "app/BitMapView.h"
@@ -55,7 +56,12 @@ void MainWindow::ConnectPlot() {
     connect(panel->SetRefButton, &QAbstractButton::clicked, this, &MainWindow::SetReference);
     connect(panel->ExchangeRefButton, &QAbstractButton::clicked, this,
             &MainWindow::ExchangeWithReference);
-    setTabOrder(valueGrid, bitMap);
+    QWidget* before = panel->ExchangeRefButton;
+    for (QWidget* const next : std::initializer_list<QWidget*>{
+             scaleBox, bitMap, findChild<NumberEdit*>("TrapTypeBox"), valueGrid, mathErrorButton}) {
+        setTabOrder(before, next);
+        before = next;
+    }
     valueGrid->setMouseTracking(true);
     connect(valueGrid, &QTableWidget::cellEntered, this,
             [this](int, int column) { LightSlot(column); });
@@ -128,7 +134,7 @@ void MainWindow::Replot() {
 void MainWindow::UpdateMarkerMenu(bool bandPass) {
     if (!bandPass && (wasBandPass || markers.RefAtPeak)) ClearReference(markers);
     wasBandPass = bandPass;
-    findChild<QAction*>("SetRefPeakMenu")->setEnabled(bandPass);
+    EnableFor(findChild<QAction*>("SetRefPeakMenu"), bandPass, "for band-pass");
 }
 
 std::vector<PlotLayer> MainWindow::ReferenceLayers() const {
@@ -146,8 +152,7 @@ void MainWindow::SetReference() {
     StoreInputs();
     FinishDrawing();
     reference = std::make_unique<ReferenceDesign>(StoreReference(calculation));
-    panel->PlotReferenceBox->setEnabled(true);
-    panel->ExchangeRefButton->setEnabled(true);
+    panel->EnableReference(true);
     const QSignalBlocker blocker(panel->PlotReferenceBox);
     panel->PlotReferenceBox->setChecked(true);
     FilterMenuClick(nullptr);

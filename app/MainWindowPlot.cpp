@@ -117,12 +117,13 @@ void MainWindow::LayOutClient() {
     const int scroll = scrolled ? stripBar->value() : 0;
     valueGrid->setGeometry(ValueGridLeft - scroll, client->height() - barHeight - gridHeight,
                            gridWidth, gridHeight);
-    ellipticPanel->move(0, GridTop() - ellipticPanel->height());
+    ellipticPanel->PlaceAt(valueGrid->pos());
 }
 
 void MainWindow::ScrollStrip(int position) {
     LightSlot(0);
     valueGrid->move(ValueGridLeft - position, valueGrid->y());
+    ellipticPanel->PlaceAt(valueGrid->pos());
     plot.ScrollStrip(calculation.Design, position);
     bitMap->update();
 }

@@ -60,7 +60,8 @@ void MainWindow::ShowLabels() {
 
 void MainWindow::ShowCommands() {
     const auto command = [this](const char* name) { return findChild<QAction*>(name); };
-    command("BringBackMenu")->setEnabled(calculation.Discarded.has_value());
+    EnableFor(command("BringBackMenu"), calculation.Discarded.has_value(),
+              "after a calculation that discarded values changed by hand");
     QAction* const fix = command("FixSeedMenu");
     fix->setChecked(calculation.FixedSeed.has_value());
     const bool known = calculation.FixedSeed || calculation.WorstCase.Runs > 0;
@@ -92,8 +93,10 @@ void MainWindow::SetControlStates() {
     ForbidEllipticCoupling(inputs, report);
     const ControlStates states = StatesFor(inputs, ellipticPanel->isVisibleTo(client));
     UpdateMarkerMenu(states.RefAtPeakEnabled);
-    panel->BandWidthUnits->setEnabled(IsEnabled(RowOf(InputId::BandWidth, inputs), inputs));
-    panel->PlotPulseBox->setEnabled(states.PulseEnabled);
+    const InputRow& bandWidth = RowOf(InputId::BandWidth, inputs);
+    for (auto* const unit : panel->BandWidthUnits->findChildren<QAbstractButton*>())
+        EnableFor(unit, IsEnabled(bandWidth, inputs), bandWidth.WhenDisabled);
+    EnableFor(panel->PlotPulseBox, states.PulseEnabled, "not in a worst case");
     panel->PolesLabel->setText(states.CountsTraps ? "&N Traps" : "&N Poles");
     ellipticPanel->setVisible(states.TrapPanelVisible);
 }

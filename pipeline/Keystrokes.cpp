@@ -1,7 +1,9 @@
 // What the function keys do to the design.
 #include "pipeline/Keystrokes.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cmath>
 #include <string>
 #include <string_view>
@@ -18,6 +20,10 @@ namespace {
 constexpr std::array<int, 4> PartnerRow = {1, 0, 3, 2};  ///< the other half of the same resonator
 constexpr int NumCycledResponses = 12;                   ///< F4 never reaches the coefficients file
 constexpr int NumSweepTypes = 6;
+
+/// Units that take a prefix, and how people write them.
+constexpr std::pair<std::string_view, std::string_view> baseUnits[] = {
+    {"Hz", "Hz"}, {"H", "H"}, {"F", "F"}, {"ohm", "ohms"}, {"ohm", "ohm"}, {"ohm", "\u03a9"}};
 
 ValueKind KindAt(const FilterDesign& design, CellPosition cell) {
     if (cell.Slot < 1 || cell.Slot > design.NumElements || cell.Row < 0 || cell.Row > 3)
@@ -151,6 +157,22 @@ bool TryParseWithPrefix(std::string_view text, std::string_view unit, double& va
             return true;
         }
     return TryParseSpacedExponent(text, value);
+}
+
+bool TryParseInUnit(std::string_view text, std::string_view unit, double factor, double& value) {
+    constexpr int Digits = 15;
+    text = Without(text, "");
+    const std::string_view tail = text.substr(text.size() - std::min(unit.size(), text.size()));
+    const bool named = std::equal(
+        tail.begin(), tail.end(), unit.begin(), unit.end(),
+        [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+    if (named && TryParseDouble(text.substr(0, text.size() - unit.size()), value)) return true;
+    for (const auto& [base, spelling] : baseUnits) {
+        if (!unit.ends_with(base) || !TryParseWithPrefix(text, spelling, value)) continue;
+        value = RoundToSignificant(value / factor, Digits);
+        return true;
+    }
+    return false;
 }
 
 bool TryParsePartValue(std::string_view text, double& value) {

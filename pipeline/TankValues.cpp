@@ -53,6 +53,7 @@ void FillEmptyTankValues(DesignInputs& inputs) {
 
 void StepTankValue(DesignInputs& inputs, const FilterDesign& design, int tank, bool larger,
                    const MessageCallback& report) {
+    UnderstandUnit(TankValueId(tank), inputs);
     NumberBox& box = inputs.Box(TankValueId(tank));
     const double read =
         EditBoxToDouble(box, keyLimits.Minimum, keyLimits.Default, keyLimits.Maximum, report);

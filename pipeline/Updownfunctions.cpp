@@ -6,6 +6,7 @@
 
 #include "numbers/Formatfunctions.h"
 #include "pipeline/DesignInputs.h"
+#include "pipeline/Keystrokes.h"
 
 namespace ladderwise {
 
@@ -188,7 +189,7 @@ const std::vector<InputRow> singleRows = {
      HasTrapForms, "for elliptic band-pass and notch", -1, false, nullptr, StepTrapType},
     {RSource, "r-source", "RS", "R So&urce", "Source resistance", "ohm", "50",
      {"0.001", "50", "1.0E6"}, 0, 1, Significant, Field<&D::RSource>::Get, Field<&D::RSource>::Put},
-    {RLoad, "r-load", "RL", "R &Load", "Load resistance", "ohm", "50",
+    {RLoad, "r-load", "RL", "R Loa&d", "Load resistance", "ohm", "50",
      {"0.001", "50", "1.0E6"}, 0, 1, Significant, Field<&D::RLoad>::Get, Field<&D::RLoad>::Put},
     {IndQ, "ind-q", "IndQ", "Inductor &Q", "Unloaded Q of every inductor at F0", "", "35",
      {"0.1", "35", "1.0E9"}, 0, 1, Nothing, ModelField<&M::IndQ>::Get, ModelField<&M::IndQ>::Put},
@@ -198,9 +199,9 @@ const std::vector<InputRow> singleRows = {
      {"0", ".5", "1.0E6"}, 0, Henries, Nothing, ModelField<&M::CapL>::Get, ModelField<&M::CapL>::Put},
     {CapR, "cap-r", "CapR", "Capacitor &R", "Resistance in series with every capacitor", "ohm", "0.25",
      {"0", "0.25", "1.0E6"}, 0, 1, Nothing, ModelField<&M::CapR>::Get, ModelField<&M::CapR>::Put},
-    {WorstCaseSims, "runs", "WorstCaseSims", "Monte Carlo runs", "Analyses of a worst case", "", "100",
+    {WorstCaseSims, "runs", "WorstCaseSims", "&Number of Monte Carlo Simulations", "Analyses of a worst case", "", "100",
      {"1", "100", "1000"}, 0, 1, Whole, ModelField<&M::MonteCarloRuns>::Get, ModelField<&M::MonteCarloRuns>::Put},
-    {GDPhaseThreshold, "threshold", "GDPhaseThreshold", "Phase and delay threshold",
+    {GDPhaseThreshold, "threshold", "GDPhaseThreshold", "Cutoff for Phase and &Group delay plots",
      "Level below which phase and group delay are not drawn; a positive number counts as negative", "dB", "20.0",
      {"-200.0", "20.0", "200.0"}, 0, 1, Nothing, Field<&D::PhaseGDThreshold>::Get, PutThreshold},
     {PercentChange, "percent-change", "PercentChange", "% Chan&ge",
@@ -211,7 +212,7 @@ const std::vector<InputRow> singleRows = {
      "Full scale of the group delay, a hundredth to a hundred times the automatic one", "s", "",
      {}, 0, 1, Nothing, Field<&D::GDFullScale>::Get, Field<&D::GDFullScale>::Put,
      TypesScale, "while Auto Scale is on", -1, true},
-    {TLIN, "tlin", "TLIN", "I&nverter line", "Length of line inverters at Fo", "deg", "45",
+    {TLIN, "tlin", "TLIN", "In&verter line", "Length of line inverters at Fo", "deg", "45",
      {"1.0", "45.0", "180.0"}, 1, 1, Decimals, CoupledField<&DC::TLINLength>::Get, CoupledField<&DC::TLINLength>::Put,
      HasLineInverters, "for line inverters"},
     {TLSC, "tlsc", "TLSC", "&Shorted line", "Length of shorted stubs in tanks at Fo", "deg", "45",
@@ -220,7 +221,7 @@ const std::vector<InputRow> singleRows = {
     {TLOC, "tloc", "TLOC", "&Open line", "Length of open stubs in tanks at Fo", "deg", "45",
      {"1.0", "45.0", "180.0"}, 1, 1, Decimals, CoupledField<&DC::TLOCLength>::Get, CoupledField<&DC::TLOCLength>::Put,
      HasOpenStubs, "for tanks 7 and 9"},
-    {Factor, "factor", "Factor", "&Factor 0.2 - 1.0", "Tapping factor of three-element tanks", "", "1.0",
+    {Factor, "factor", "Factor", "Facto&r 0.2 - 1.0", "Tapping factor of three-element tanks", "", "1.0",
      {"0.2", "0.50", "1.0"}, 0.02, 1, Decimals, CoupledField<&DC::TankFactor>::Get, CoupledField<&DC::TankFactor>::Put,
      HasTaps, "for tanks 3 to 6"},
     {NortonA, "a", "A", "&Impedance Scalar", "Level of the ladder over its terminations", "", "1.00",
@@ -276,6 +277,29 @@ std::string OneOrTwoDecimals(double value) {
 
 std::string WithUnit(std::string text, const char* unit) {
     return *unit ? text + " " + unit : text;
+}
+
+/// What a number in the box of an input counts: "MHz", 1e6.
+struct TypedUnit {
+    const char* Unit;
+    double Factor;
+};
+
+TypedUnit UnitOf(const InputRow& row, const DesignInputs& inputs) {
+    if (row.Id < TankValue1 || row.Id > TankValue10) return {row.Unit, row.Factor};
+    switch (static_cast<TankUnits>(inputs.Choice(ChoiceId::TankUnits))) {
+        case TankUnits::nH:
+            return {"nH", Henries};
+        case TankUnits::uH:
+            return {"uH", 1e-6};
+        case TankUnits::pF:
+            return {"pF", Farads};
+        case TankUnits::nF:
+            return {"nF", 1e-9};
+        case TankUnits::TankZ:
+            return {"ohm", 1};
+    }
+    return {"", 1};
 }
 
 double ReadBox(NumberBox& box, const BoxLimits& limits, bool whole, const MessageCallback& report) {
@@ -335,9 +359,19 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
     return tip;
 }
 
+void UnderstandUnit(InputId id, DesignInputs& inputs) {
+    NumberBox& box = inputs.Box(id);
+    const TypedUnit typed = UnitOf(RowOf(id, inputs), inputs);
+    double value = 0.0;
+    if (box.HoldsExactValue() || TryParseDouble(box.Text, value)) return;
+    if (TryParseInUnit(box.Text, typed.Unit, typed.Factor, value))
+        box.WriteText(FormatGeneral(value), value);
+}
+
 void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep spin,
                const MessageCallback& report) {
     const InputRow& row = RowOf(id, inputs);
+    UnderstandUnit(id, inputs);
     NumberBox& box = inputs.Box(id);
     const bool whole = row.Back == Whole;
     double value = ReadBox(box, LimitsOf(row, inputs, design), whole, report);

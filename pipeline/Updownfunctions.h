@@ -106,6 +106,10 @@ std::string RangeText(const BoxLimits& limits);
 /// What a tool tip says: "Bandwidth: 1 to 398 MHz. In use: 40 MHz", or for what it is there.
 std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign& design);
 
+/// Turns a text with a unit or a prefix behind its number ("145.825 MHz", "145825k", "50 ohm") into
+/// the number alone, in the unit of the box.
+void UnderstandUnit(InputId id, DesignInputs& inputs);
+
 /// None: only read, write back and store.
 enum class SpinDirection { None, Up, Down };
 

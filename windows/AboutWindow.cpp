@@ -87,7 +87,8 @@ AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
     licence->setMinimumHeight(licence->fontMetrics().lineSpacing() * 9);
     grid->addWidget(licence, 4, 0, 1, 2);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
-    auto* const copy = buttons->addButton("&Copy", QDialogButtonBox::ActionRole);
+    buttons->button(QDialogButtonBox::Close)->setText("&Close");  // a mnemonic on every desktop
+    auto* const copy = buttons->addButton("C&opy", QDialogButtonBox::ActionRole);
     copy->setToolTip("Copies version and build, for a report");
     auto* const qt = buttons->addButton("About &Qt", QDialogButtonBox::ActionRole);
     buttons->button(QDialogButtonBox::Close)->setDefault(true);

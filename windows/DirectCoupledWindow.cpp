@@ -1,7 +1,6 @@
 // The direct-coupled window.
 #include "windows/DirectCoupledWindow.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCheckBox>
 #include <QGridLayout>
@@ -103,11 +102,9 @@ QMenu* DirectCoupledWindow::BuildChoiceMenu(QMenuBar* bar, const char* title, co
     auto* const style = new PictureMenuStyle;
     style->setParent(menu);
     menu->setStyle(style);
-    auto* const group = new QActionGroup(menu);
     for (const ChoiceRow& row : TableOf(id).Rows) {
         QAction* const entry = menu->addAction(QString::fromLatin1(row.Caption));
         entry->setData(row.Code);
-        group->addAction(entry);
         binder.AddChoice(entry, id, row.Code);
     }
     return menu;
@@ -126,6 +123,7 @@ QWidget* DirectCoupledWindow::BuildTankValues() {
     tankValue->setColumnWidth(ValueColumn, ValueWidth);
     tankValue->setSelectionMode(QAbstractItemView::SingleSelection);
     tankValue->setTabKeyNavigation(false);
+    tankValue->setAccessibleName("Tank values");
     tankValue->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     const int frame = 2 * tankValue->frameWidth();
     tankValue->setFixedSize(
@@ -169,7 +167,7 @@ QWidget* DirectCoupledWindow::BuildBoxes() {
         grid->addWidget(binder.AddLabel(group, id), row, 0);
         grid->addWidget(box, row, 1);
         grid->addWidget(binder.AddArrows(group, id), row, 2);
-        grid->addWidget(new QLabel(QString::fromLatin1(RowOf(id, inputs).Unit), group), row, 3);
+        if (QLabel* const unit = binder.AddUnit(group, id)) grid->addWidget(unit, row, 3);
         ++row;
     }
     grid->setColumnStretch(0, 1);
@@ -263,7 +261,8 @@ void DirectCoupledWindow::ShowPictures() {
     ShowPicture(tankPicture, ElementOf(settings.TankType));
     ShowPicture(inverterPicture, ElementOf(settings.InverterType));
     ShowPicture(endInverterPicture, ElementOf(EndTypeOf(settings)));
-    altInverterBox->setEnabled(DualOf(settings.InverterType) != settings.InverterType);
+    EnableFor(altInverterBox, DualOf(settings.InverterType) != settings.InverterType,
+              "for inductor and capacitor inverters");
 }
 
 void DirectCoupledWindow::ShowReadouts() {

@@ -3,7 +3,6 @@
 
 #include <QButtonGroup>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
 
@@ -17,22 +16,21 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int PanelWidth = ValueGridLeft + SchematicWidth;
-constexpr int Density = 2;      ///< of the schematic pictures that are made smaller
-constexpr int FrameWidth = 2;   ///< around a picture, for the mark of the form in use
-constexpr int LabelWidth = 60;  ///< most that the caption takes of a row
-constexpr int SmallestDigits = 3;
+constexpr int RoomBelowWire = 68;  ///< pixels from the source's wire to the value grid
+constexpr int Density = 2;         ///< of the schematic pictures that are made smaller
+constexpr int FrameWidth = 1;      ///< around a picture, for the mark of the form in use
+constexpr int Columns = 2;
+constexpr int EntryGap = 2;
 
-/// How the four pictures of an arm stand: series sections are wide, shunt ones high.
+/// How the four pictures of an arm are made: series sections are wide, shunt ones high.
 struct PictureLayout {
     QRect Section;  ///< what is cut out of a schematic picture, logical units
-    int Columns;
-    QSize Size;  ///< of a small picture
+    QSize Size;     ///< of a small picture
 };
 
 PictureLayout LayoutOf(ElementArm arm) {
-    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), 2, QSize(40, 31)};
-    return {QRect(8, 16, 48, 76), 4, QSize(24, 38)};
+    if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), QSize(30, 23)};
+    return {QRect(8, 16, 48, 76), QSize(20, 32)};
 }
 
 QPixmap SmallPicture(ElementType type, const PictureLayout& layout, qreal pixelRatio) {
@@ -49,65 +47,79 @@ QPixmap SmallPicture(ElementType type, const PictureLayout& layout, qreal pixelR
 }  // namespace
 
 EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
-    : QWidget(parent), pictures(new QWidget(this)), forms(new QButtonGroup(this)) {
+    : QWidget(parent), entry(BuildEntry(binder)), forms(new QButtonGroup(this)) {
     setObjectName("EllipticPanel");
-    setAutoFillBackground(true);
-    auto* const rows = new QVBoxLayout(this);
-    rows->setContentsMargins(2, 0, 0, 0);
-    rows->setSpacing(1);
-    auto* const entry = new QHBoxLayout;
-    entry->setSpacing(3);
-    NumberEdit* const box = binder.AddBox(this, InputId::TrapType);
-    QLabel* const label = binder.AddLabel(this, InputId::TrapType);
-    UpDownButton* const arrows = binder.AddArrows(this, InputId::TrapType, "EllipticFormUpDown");
-    label->setFont(
-        FontThatFits(label->font(), label->text().remove('&'), LabelWidth, QWIDGETSIZE_MAX));
-    box->setMinimumWidth(box->fontMetrics().horizontalAdvance('0') * SmallestDigits);
-    box->setMaximumWidth(QWIDGETSIZE_MAX);
-    entry->addWidget(label);
-    entry->addWidget(box, 1);
-    entry->addWidget(arrows);
-    rows->addLayout(entry);
-    rows->addWidget(pictures);
-    rows->addStretch();
     for (int form = 1; form <= 4; ++form) {
-        auto* const button = new QToolButton(pictures);
+        auto* const button = new QToolButton(this);
         button->setObjectName("TrapForm" + QString::number(form));
-        button->setToolTip("Trap type " + QString::number(form));
+        button->setAccessibleName("Trap type " + QString::number(form));
         button->setCheckable(true);
         button->setAutoRaise(true);
         button->setFocusPolicy(Qt::NoFocus);
         forms->addButton(button, form);
     }
+    auto* const box = entry->findChild<NumberEdit*>();
     connect(forms, &QButtonGroup::idClicked, this, [box, &binder](int form) {
         box->setText(QString::number(form));
         binder.Actions().Calculate();
     });
-    setFixedSize(PanelWidth, SchematicHeight);
+    setFixedSize(SchematicWidth, RoomBelowWire);
     LayOut(ElementArm::Series);
+}
+
+QWidget* EllipticPanel::BuildEntry(InputBinder& binder) {
+    auto* const widget = new QWidget(parentWidget());
+    auto* const grid = new QGridLayout(widget);
+    grid->setContentsMargins(EntryGap, EntryGap, EntryGap, 0);
+    grid->setSpacing(1);
+    NumberEdit* const box = binder.AddBox(widget, InputId::TrapType);
+    QLabel* const label = binder.AddLabel(widget, InputId::TrapType);
+    UpDownButton* const arrows = binder.AddArrows(widget, InputId::TrapType, "EllipticFormUpDown");
+    const int room = ValueGridLeft - 2 * EntryGap;
+    label->setFont(FontThatFits(label->font(), label->text().remove('&'), room, QWIDGETSIZE_MAX));
+    box->setMinimumWidth(0);
+    box->setMaximumWidth(room - arrows->width() - grid->spacing());
+    grid->addWidget(label, 0, 0, 1, 2);
+    grid->addWidget(box, 1, 0);
+    grid->addWidget(arrows, 1, 1);
+    widget->setFixedSize(ValueGridLeft, widget->sizeHint().height());
+    return widget;
+}
+
+void EllipticPanel::PlaceAt(QPoint gridCorner) {
+    move(gridCorner - QPoint(0, height()));
+    entry->move(gridCorner - QPoint(entry->width(), 0));
+}
+
+void EllipticPanel::setVisible(bool visible) {
+    entry->setVisible(visible);
+    QWidget::setVisible(visible);
 }
 
 void EllipticPanel::LayOut(ElementArm arm) {
     if (arm == shown) return;
     shown = arm;
-    const PictureLayout layout = LayoutOf(arm);
-    delete pictures->layout();
-    auto* const grid = new QGridLayout(pictures);
+    const PictureLayout pictures = LayoutOf(arm);
+    delete layout();
+    auto* const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(0);
     for (int form = 1; form <= 4; ++form) {
         auto* const button = static_cast<QToolButton*>(forms->button(form));
-        button->setIcon(SmallPicture(TrapForms(arm)[form - 1], layout, devicePixelRatioF()));
-        button->setIconSize(layout.Size);
-        button->setFixedSize(layout.Size + 2 * QSize(FrameWidth, FrameWidth));
-        grid->addWidget(button, (form - 1) / layout.Columns, (form - 1) % layout.Columns);
+        const ElementType type = TrapForms(arm)[form - 1];
+        button->setIcon(SmallPicture(type, pictures, devicePixelRatioF()));
+        button->setIconSize(pictures.Size);
+        button->setFixedSize(pictures.Size + 2 * QSize(FrameWidth, FrameWidth));
+        button->setToolTip(
+            QString("<p>Trap type %1</p><img src=\"%2\">").arg(form).arg(SchematicPath(type)));
+        grid->addWidget(button, (form - 1) / Columns, (form - 1) % Columns);
     }
 }
 
 void EllipticPanel::ShowForms(const FilterDesign& design) {
     if (!IsElliptic(design.ResponseType)) return;
     LayOut(TrapArm(design.ResponseType));
-    pictures->setEnabled(HasTrapPanel(design.PassType));
+    setEnabled(HasTrapPanel(design.PassType));
     if (QAbstractButton* const button = forms->button(design.TrapType)) button->setChecked(true);
 }
 

@@ -110,6 +110,7 @@ QToolBar* HelpWindow::BuildTools() {
         action->setToolTip(hint.isEmpty() ? QString(tip) : QString("%1 (%2)").arg(tip, hint));
         connect(action, &QAction::triggered, this, act);
         addAction(action);
+        tools->widgetForAction(action)->setAccessibleName(tip);
         return action;
     };
     auto* const back = add("HelpBack", "&Back", "To the page before", QKeySequence::Back,

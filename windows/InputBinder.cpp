@@ -2,10 +2,12 @@
 #include "windows/InputBinder.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QCheckBox>
 #include <QLabel>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <algorithm>
 #include <utility>
 
 namespace ladderwise {
@@ -37,7 +39,8 @@ NumberEdit* InputBinder::AddBox(QWidget* parent, InputId id) {
     auto* const box = new NumberEdit(ComponentName(RowOf(id, inputs), "Box"), parent);
     box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * BoxWidthInDigits);
     QObject::connect(box, &NumberEdit::CalculationRequested, box, [this] { actions.Calculate(); });
-    boxes.push_back({id, box, nullptr, nullptr});
+    box->setAccessibleName(QString::fromStdString(PlainLabel(RowOf(id, inputs))));
+    boxes.push_back({id, box, nullptr, nullptr, nullptr});
     if (HasArrows(id))
         QObject::connect(box, &NumberEdit::StepRequested, box,
                          [this, id](bool up) { actions.Step(id, up); });
@@ -53,6 +56,7 @@ UpDownButton* InputBinder::AddArrows(QWidget* parent, InputId id, const char* na
     bound.Arrows = new UpDownButton(
         name ? QString::fromLatin1(name) : ComponentName(RowOf(id, inputs), "UpDown"), parent);
     bound.Arrows->setFixedHeight(bound.Edit->sizeHint().height());
+    bound.Arrows->Describe(bound.Edit->accessibleName());
     QObject::connect(bound.Arrows, &UpDownButton::StepRequested, bound.Arrows,
                      [this, id](bool up) { actions.Step(id, up); });
     return bound.Arrows;
@@ -65,6 +69,14 @@ QLabel* InputBinder::AddLabel(QWidget* parent, InputId id) {
     bound.Label->setObjectName(ComponentName(row, "Label"));
     bound.Label->setBuddy(bound.Edit);
     return bound.Label;
+}
+
+QLabel* InputBinder::AddUnit(QWidget* parent, InputId id) {
+    const InputRow& row = RowOf(id, inputs);
+    if (QString::fromLatin1(row.Label).contains(QString::fromLatin1(row.Unit))) return nullptr;
+    BoundBox& bound = Find(id);
+    bound.Unit = new QLabel(QString::fromLatin1(row.Unit), parent);
+    return bound.Unit;
 }
 
 QAbstractButton* InputBinder::AddChoice(QWidget* parent, ChoiceId id, int code) {
@@ -87,6 +99,12 @@ QAbstractButton* InputBinder::AddChoice(QWidget* parent, ChoiceId id, int code) 
 void InputBinder::AddChoice(QAction* action, ChoiceId id, int code) {
     action->setObjectName(QString::fromLatin1(FindRow(id, code)->Component));
     action->setCheckable(true);
+    const auto sibling = std::find_if(choices.begin(), choices.end(), [id](const auto& bound) {
+        return bound.Id == id && qobject_cast<QAction*>(bound.Control);
+    });
+    action->setActionGroup(sibling == choices.end()
+                               ? new QActionGroup(action->parent())
+                               : static_cast<QAction*>(sibling->Control)->actionGroup());
     QObject::connect(action, &QAction::triggered, action,
                      [this, action] { actions.Choose(action); });
     choices.push_back({id, code, action});
@@ -103,7 +121,7 @@ void InputBinder::ShowInputs(const FilterDesign& design) {
         bound.Edit->setToolTip(QString::fromStdString(InputTip(bound.Id, inputs, design)));
         const bool enabled = IsEnabled(RowOf(bound.Id, inputs), inputs);
         for (QWidget* const control :
-             std::initializer_list<QWidget*>{bound.Edit, bound.Arrows, bound.Label})
+             std::initializer_list<QWidget*>{bound.Edit, bound.Arrows, bound.Label, bound.Unit})
             if (control) control->setEnabled(enabled);
     }
     for (const BoundChoice& bound : choices) {
@@ -111,6 +129,9 @@ void InputBinder::ShowInputs(const FilterDesign& design) {
         const ChoiceTable& table = TableOf(bound.Id);
         const int shown = table.InUse ? table.InUse(design) : inputs.Choice(bound.Id);
         bound.Control->setProperty("checked", shown == bound.Code);
+        // The Tab key stops at the one in use; the arrow keys go on from there.
+        if (auto* const radio = qobject_cast<QRadioButton*>(bound.Control))
+            radio->setFocusPolicy(shown == bound.Code ? Qt::TabFocus : Qt::NoFocus);
     }
 }
 

@@ -41,12 +41,16 @@ public:
     /// The caption of an input; its mnemonic moves the focus to the box. AddBox comes first.
     QLabel* AddLabel(QWidget* parent, InputId id);
 
+    /// The unit of an input, to stand behind its box; null where the caption names it already.
+    QLabel* AddUnit(QWidget* parent, InputId id);
+
     /// The radio button or, for a switch, check box of an entry of a choice. It takes no focus from
     /// a box by a click: a box that lost it would be read once for the focus and once more for the
     /// click, and the second reading would take the mark off a replaced entry.
     QAbstractButton* AddChoice(QWidget* parent, ChoiceId id, int code = 1);
 
     /// Lets a checkable menu entry stand for an entry of a choice, whose component name it gets.
+    /// The entries of a choice exclude each other.
     void AddChoice(QAction* action, ChoiceId id, int code);
 
     /// Takes the texts of the boxes into the inputs. Choices are there already.
@@ -64,6 +68,7 @@ private:
         NumberEdit* Edit;
         UpDownButton* Arrows;
         QLabel* Label;
+        QLabel* Unit;
     };
     struct BoundChoice {
         ChoiceId Id;
@@ -77,6 +82,15 @@ private:
     std::vector<BoundBox> boxes;
     std::vector<BoundChoice> choices;
 };
+
+/// Enables a control, or disables it and lets its tool tip say what it is for.
+template <typename Control>
+void EnableFor(Control* control, bool enabled, const char* purpose) {
+    const QString note = " (" + QString::fromLatin1(purpose) + ")";
+    const QString tip = control->toolTip().remove(note);
+    control->setEnabled(enabled);
+    control->setToolTip(enabled ? tip : tip + note);
+}
 
 /// Which choice and code a control made by AddChoice asks for when it is used: a check box that is
 /// now off asks for 0. Nothing for any other control.

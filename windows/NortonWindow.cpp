@@ -1,7 +1,6 @@
 // The Norton window.
 #include "windows/NortonWindow.h"
 
-#include <QActionGroup>
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -22,7 +21,8 @@ namespace ladderwise {
 namespace {
 
 constexpr QSize SmallestGraph(320, 240);
-constexpr QSize StartGraph(480, 340);
+constexpr int StartGraphHeight = 340;  ///< pixels
+constexpr int MostColumns = 9;         ///< of a transformed ladder
 constexpr int OffsetBelowOwner = 150;  ///< pixels from the owner's top: its boxes stay in view
 
 /// The spin buttons of a box, from left to right.
@@ -42,10 +42,14 @@ class ValueGraph : public QWidget {
 public:
     ValueGraph(const FilterDesign& design, QWidget* parent) : QWidget(parent), design(design) {
         setObjectName("Graph");
+        setAccessibleName("Part values from source to load");
         setMinimumSize(SmallestGraph);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     }
-    QSize sizeHint() const override { return StartGraph; }
+    /// Wide enough for a value beside each mark.
+    QSize sizeHint() const override {
+        return {(MostColumns + 2) * fontMetrics().horizontalAdvance("-100 pF_"), StartGraphHeight};
+    }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -104,10 +108,8 @@ void NortonWindow::BuildMenus() {
     QMenu* const type = bar->addMenu("&Type  ");
     type->setObjectName("TypeMenu");
     type->setToolTipsVisible(true);
-    auto* const group = new QActionGroup(type);
     for (const ChoiceRow& row : TableOf(ChoiceId::NortonType).Rows) {
         QAction* const entry = type->addAction(QString::fromLatin1(row.Caption));
-        group->addAction(entry);
         binder.AddChoice(entry, ChoiceId::NortonType, row.Code);
     }
     layout()->setMenuBar(bar);
@@ -128,6 +130,7 @@ QWidget* NortonWindow::BuildFactor(InputId id) {
             new UpDownButton(QString::fromLatin1(row.Component) + spin.Suffix, buttons);
         arrow->setFixedHeight(box->sizeHint().height());
         arrow->setToolTip(QString("Steps of %1").arg(spin.Caption));
+        arrow->Describe(box->accessibleName() + " by " + spin.Caption);
         connect(arrow, &UpDownButton::StepRequested, this,
                 [this, id, step = spin.Step](bool up) { actions.Step(id, up ? step : -step); });
         places->addWidget(arrow);

@@ -144,4 +144,9 @@ UpDownButton::UpDownButton(const QString& name, QWidget* parent) : QWidget(paren
     }
 }
 
+void UpDownButton::Describe(const QString& input) {
+    for (auto* const arrow : findChildren<QToolButton*>())
+        arrow->setAccessibleName(input + (arrow->arrowType() == Qt::UpArrow ? " up" : " down"));
+}
+
 }  // namespace ladderwise

@@ -54,6 +54,9 @@ class UpDownButton : public QWidget {
 public:
     explicit UpDownButton(const QString& name, QWidget* parent = nullptr);
 
+    /// Names the arrows for a screen reader after what they step.
+    void Describe(const QString& input);
+
 signals:
     void StepRequested(bool up);
 };

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "windows/HelpButton.h"
+
 namespace ladderwise {
 
 namespace {
@@ -27,24 +29,25 @@ OptionsWindow::OptionsWindow(DesignInputs& inputs, const InputActions& actions, 
     setObjectName("OptionsForm");
     setWindowTitle("Options");
     auto* const grid = new QGridLayout(this);
-    auto* const explanation = new QLabel(
-        "Cutoff for Phase and Group delay plots. (dB) Stops the phase and GD plots in the stop "
-        "band.",
-        this);
+    NumberEdit* const box = binder.AddBox(this, InputId::GDPhaseThreshold);
+    QLabel* const explanation = binder.AddLabel(this, InputId::GDPhaseThreshold);
+    explanation->setText(explanation->text() +
+                         ". (dB) Stops the phase and GD plots in the stop band.");
     explanation->setWordWrap(true);
     explanation->setMinimumWidth(TextWidth);
-    NumberEdit* const box = binder.AddBox(this, InputId::GDPhaseThreshold);
-    explanation->setBuddy(box);
     QPushButton* const apply =
         AddButton(this, "ApplyButton", "&Apply", "Recalculates with this level");
     QPushButton* const close = AddButton(this, "CloseButton", "&Close", "Closes this window");
     apply->setDefault(true);
     close->setAutoDefault(false);
-    grid->addWidget(explanation, 0, 0, 1, 3);
-    grid->addWidget(box, 1, 0, Qt::AlignLeft);
-    grid->addWidget(apply, 1, 1);
-    grid->addWidget(close, 1, 2);
-    grid->setColumnStretch(0, 1);
+    QPushButton* const help = NewHelpButton(this, "OptionsHelpButton", HelpPage::Start, "plot");
+    grid->addWidget(explanation, 0, 0, 1, 5);
+    grid->addWidget(box, 1, 0);
+    grid->addWidget(binder.AddUnit(this, InputId::GDPhaseThreshold), 1, 1);
+    grid->addWidget(apply, 1, 2);
+    grid->addWidget(close, 1, 3);
+    grid->addWidget(help, 1, 4);
+    grid->setColumnStretch(1, 1);
     grid->setSizeConstraint(QLayout::SetFixedSize);
     connect(apply, &QPushButton::clicked, this, [this] { binder.Actions().Calculate(); });
     connect(close, &QPushButton::clicked, this, &QWidget::close);

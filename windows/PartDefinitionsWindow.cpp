@@ -71,7 +71,7 @@ void PartDefinitionsWindow::PlaceInput(QGridLayout* grid, int row, InputId id) {
     QWidget* const group = grid->parentWidget();
     grid->addWidget(binder.AddBox(group, id), row, 1);
     grid->addWidget(binder.AddLabel(group, id), row, 0);
-    grid->addWidget(new QLabel(QString::fromLatin1(RowOf(id, inputs).Unit), group), row, 2);
+    if (QLabel* const unit = binder.AddUnit(group, id)) grid->addWidget(unit, row, 2);
 }
 
 QWidget* PartDefinitionsWindow::BuildInductorGroup() {
@@ -138,8 +138,8 @@ QWidget* PartDefinitionsWindow::BuildToleranceGroup() {
                     "the part values when the Std Value Box is checked."),
         2, 0, 1, 2);
     auto* const runs = binder.AddBox(group, InputId::WorstCaseSims);
-    auto* const label = new QLabel("Number of Monte Carlo Simulations <= 1000", group);
-    label->setBuddy(runs);
+    QLabel* const label = binder.AddLabel(group, InputId::WorstCaseSims);
+    label->setText(label->text() + " <= 1000");
     grid->addWidget(label, 3, 0);
     grid->addWidget(runs, 3, 1, Qt::AlignLeft);
     return group;
@@ -149,7 +149,7 @@ QWidget* PartDefinitionsWindow::BuildButtons() {
     auto* const row = new QWidget(this);
     auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    auto* const calc = new QPushButton("&Calc", row);
+    auto* const calc = new QPushButton("C&alc", row);
     calc->setObjectName("PartCalcButton");
     calc->setDefault(true);
     calc->setToolTip("Recalculates with these part models");
@@ -158,9 +158,9 @@ QWidget* PartDefinitionsWindow::BuildButtons() {
     exit->setAutoDefault(false);
     exit->setToolTip("Closes this window");
     layout->addStretch(1);
-    layout->addWidget(NewHelpButton(row, "PartHelpButton", HelpPage::Start, "parts"));
     layout->addWidget(calc);
     layout->addWidget(exit);
+    layout->addWidget(NewHelpButton(row, "PartHelpButton", HelpPage::Start, "parts"));
     connect(calc, &QPushButton::clicked, this, [this] { binder.Actions().Calculate(); });
     connect(exit, &QPushButton::clicked, this, &QWidget::close);
     return row;

@@ -10,11 +10,11 @@ namespace ladderwise {
 
 namespace {
 
-/// The size with its frame. A window not yet shown does not know its frame; its owner's is as thick
-/// at least.
-QSize OuterSize(const QWidget* window) {
+/// What the frame adds. A window not yet shown does not know its frame; its owner's is as thick at
+/// least.
+QSize FrameOf(const QWidget* window) {
     const QWidget* const owner = window->parentWidget()->window();
-    return window->size() + owner->frameGeometry().size() - owner->size();
+    return owner->frameGeometry().size() - owner->size();
 }
 
 }  // namespace
@@ -22,7 +22,9 @@ QSize OuterSize(const QWidget* window) {
 void ShowOnScreen(QWidget* window, QPoint at) {
     window->layout()->activate();
     const QRect screen = window->parentWidget()->screen()->availableGeometry();
-    const QSize outer = OuterSize(window);
+    const QSize frame = FrameOf(window);
+    window->resize(window->size().boundedTo(screen.size() - frame));
+    const QSize outer = window->size() + frame;
     const int rightmost = std::max(screen.left(), screen.right() + 1 - outer.width());
     const int lowest = std::max(screen.top(), screen.bottom() + 1 - outer.height());
     window->move(std::clamp(at.x(), screen.left(), rightmost),
@@ -35,7 +37,7 @@ void ShowOnScreen(QWidget* window, QPoint at) {
 void ShowCentredOnOwner(QWidget* window) {
     window->layout()->activate();
     const QRect owner = window->parentWidget()->window()->frameGeometry();
-    const QSize outer = OuterSize(window);
+    const QSize outer = window->size() + FrameOf(window);
     ShowOnScreen(window, owner.center() - QPoint(outer.width() / 2, outer.height() / 2));
 }
 

@@ -7,8 +7,8 @@ class QWidget;
 
 namespace ladderwise {
 
-/// Shows a window with its left top corner at `at` (screen coordinates, frame included), moved as
-/// far as needed to lie on the screen of its owner.
+/// Shows a window with its left top corner at `at` (screen coordinates, frame included), moved and
+/// made smaller as far as needed to lie on the screen of its owner.
 void ShowOnScreen(QWidget* window, QPoint at);
 
 /// The same, centred on its owner.

@@ -114,7 +114,9 @@ private slots:
             {"EllipticAttenBox", "atten", "inf", "40", "40", true}, {"TrapTypeBox", "trap", "7", "4", "4", true},
             {"IndQBox", "ind-q", "good", "35", "35", true}, {"IndCBox", "ind-c", "", ".25", "2.5e-13", true},
             {"CapRBox", "cap-r", "1e9", "1.0E6", "1000000", true}, {"WorstCaseSimsBox", "runs", "0", "1", "1", true},
-            {"CapLBox", "cap-l", ".75", ".75", "7.5e-10", false}};
+            {"CapLBox", "cap-l", ".75", ".75", "7.5e-10", false}, {"F0Box", "f0", "145825k", "146", "145825000", false},
+            {"BandWidthBox", "bw", " 12 mhz", "12", "12000000", false}, {"RSBox", "r-source", "1 kohm", "1000", "1000", false},
+            {"RippleBox", "ripple", "0.5 dB", "0.5", "0.5", false}, {"IndCBox", "ind-c", "2f", "0.002", "2e-15", false}};
         // clang-format on
         for (const auto& c : cases) {
             WindowFixture f;
@@ -174,7 +176,7 @@ private slots:
                        {"F0Box", "menu entry", [&] { f.Trigger("HighPassMenu"); }},
                        {"F0Box", "menu by keys: Sweep, Linear",
                         [&] {
-                            QTest::keyClick(f.Window.get(), Qt::Key_S, Qt::AltModifier);
+                            QTest::keyClick(f.Window.get(), Qt::Key_7, Qt::AltModifier);
                             QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_L);
                         }},
                        {"F0Box", "F7", [&] { key("F0Box", Qt::Key_F7); }},

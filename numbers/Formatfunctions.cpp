@@ -207,6 +207,15 @@ double StringToDouble(std::string_view text, double minimum, double fallback, do
     return value < minimum ? minimum : value > maximum ? maximum : value;
 }
 
+double PowerOfTen(int n) {
+    constexpr int LargestExact = 22;  // 5 to the 23rd needs more than 53 bits
+    if (std::abs(n) > LargestExact) return std::pow(10.0, n);
+    double power = 1.0;
+    for (int i = 0; i < std::abs(n); ++i)
+        power *= 10.0;
+    return n < 0 ? 1.0 / power : power;
+}
+
 double DecomposeDecimal(double x, int& exponent) {
     exponent = 0;
     if (x == 0.0 || !std::isfinite(x)) return x;
@@ -225,9 +234,9 @@ double DecomposeDecimal(double x, int& exponent) {
 double RoundToSignificant(double x, int digits) {
     digits = std::clamp(digits, 1, MaxMantissaDigits);
     int exponent = 0;
-    double mantissa = DecomposeDecimal(x, exponent) * std::pow(10.0, digits - 1);
+    double mantissa = DecomposeDecimal(x, exponent) * PowerOfTen(digits - 1);
     mantissa = mantissa < 0.0 ? std::ceil(mantissa - 0.5) : std::floor(mantissa + 0.5);
-    return mantissa * std::pow(10.0, exponent - (digits - 1));
+    return mantissa * PowerOfTen(exponent - (digits - 1));
 }
 
 std::string FormatFixed(double x, int digits) {
@@ -237,7 +246,7 @@ std::string FormatFixed(double x, int digits) {
 std::string FormatNumber(double x, int digits) {
     digits = std::clamp(digits, 0, MaxFixedDigits);
     if (std::abs(x) <= ShownAsZero) return FormatFixed(0.0, digits);
-    if (std::abs(x) < std::pow(10.0, -digits)) return FormatScientific(x, digits);
+    if (std::abs(x) < PowerOfTen(-digits)) return FormatScientific(x, digits);
     return FormatFixed(x, digits);
 }
 

@@ -33,6 +33,10 @@ bool TryParseInt(std::string_view text, int& value);
 /// ParseDoubleDef, then clamped into [minimum, maximum]; nothing is shown to the user.
 double StringToDouble(std::string_view text, double minimum, double fallback, double maximum);
 
+/// 10 raised to n, correctly rounded for -22 <= n <= 22 on every platform. The pow() of some C
+/// libraries is not, and a power that is off in its last bits turns 50 into 50.0000000000001.
+double PowerOfTen(int n);
+
 /// Mantissa m and exponent e with x = m 10^e and 1 <= |m| < 10; zero and non-finite x give e = 0
 /// and m = x. The last bit of m follows the binary exponent times log10(2), truncated.
 double DecomposeDecimal(double x, int& exponent);

@@ -88,6 +88,8 @@ QAction* AddCommand(QMenu* menu, const MenuPart& part) {
     auto* const action = menu->addAction(QString::fromLatin1(part.Caption));
     action->setObjectName(QString::fromLatin1(part.Name));
     if (part.Key != QKeySequence::UnknownKey) action->setShortcuts(part.Key);
+    // Saving and the like from every window; the help window prints its own page.
+    if (part.Key != QKeySequence::Print) action->setShortcutContext(Qt::ApplicationShortcut);
     // Some desktops have no standard key for it.
     if (part.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
         action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));

@@ -163,7 +163,7 @@ QWidget* MainPanel::BuildPartsGroup() {
     row = 0;
     for (QLabel* const label : {IndQLabel, IndCLabel, CapRLabel, CapLLabel})
         grid->addWidget(label, row++, 2);
-    grid->setColumnMinimumWidth(2, group->fontMetrics().horizontalAdvance("Cap Ro = 0.000000 ohm"));
+    grid->setColumnMinimumWidth(2, group->fontMetrics().horizontalAdvance("Cap Ro = 0.0000 ohm"));
     return group;
 }
 
@@ -227,6 +227,7 @@ void MainPanel::BuildHiddenControls() {
     QLabel* const font = AddLabel(this, "FontLabel", "This is the font label for the Bitmap");
     auto* const sampling = new QLineEdit("Here for FileReadSave.cpp", this);
     sampling->setObjectName("SamplingFrequencyBox");
+    sampling->setAccessibleName("Sampling frequency");
     for (QWidget* const hidden : std::initializer_list<QWidget*>{reminder, font, sampling})
         hidden->hide();
 }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "app/MainWindow.h"
+#include "design/Designators.h"
 
 namespace ladderwise {
 
@@ -117,11 +118,11 @@ bool MainWindow::ReadCell(int slot, int row) {
 
 std::string MainWindow::RejectedText() const {
     std::string text;
+    const auto designators = DesignatorsOf(calculation.Design);
     for (const RejectedCell& reject : rejected) {
         const CircuitElement& element = calculation.Design.Elements[reject.At.Slot];
-        text += "Slot " + std::to_string(reject.At.Slot) + " " + InfoOf(element.Type).Name +
-                ": \"" + reject.Text.toStdString() + "\" is no value, " +
-                CellOf(element, reject.At.Row).ToolTip + " is used.  ";
+        text += designators[reject.At.Slot][reject.At.Row] + ": \"" + reject.Text.toStdString() +
+                "\" is no value, " + CellOf(element, reject.At.Row).ToolTip + " is used.  ";
     }
     return text;
 }

@@ -19,6 +19,7 @@
 #include "pipeline/TankValues.h"
 #include "resources/Resources.h"
 #include "windows/ElidedLabel.h"
+#include "windows/FittedCells.h"
 #include "windows/HelpButton.h"
 
 namespace ladderwise {
@@ -53,6 +54,8 @@ QLabel* AddPicture(QGridLayout* grid, int column, const char* name, const char* 
     picture->setObjectName(QString::fromLatin1(name));
     picture->setFixedSize(SchematicWidth, SchematicHeight);
     auto* const label = new QLabel(QString::fromLatin1(caption), grid->parentWidget());
+    // A wider caption would tear the pictures apart.
+    label->setFont(FontThatFits(label->font(), label->text(), SchematicWidth, QWIDGETSIZE_MAX));
     grid->addWidget(picture, 0, column, Qt::AlignHCenter);
     grid->addWidget(label, 1, column, Qt::AlignHCenter);
     return picture;
@@ -72,7 +75,7 @@ ElementType InverterPicture(int code, TankType tank) {
 
 DirectCoupledWindow::DirectCoupledWindow(DesignInputs& inputs, const FilterDesign& design,
                                          const InputActions& actions, QWidget* parent)
-    : QDialog(parent, Qt::Tool), inputs(inputs), design(design), binder(inputs, actions) {
+    : QDialog(parent), inputs(inputs), design(design), binder(inputs, actions) {
     setObjectName("TDCForm");
     setWindowTitle("Direct Coupled Filters");
     auto* const grid = new QGridLayout(this);
@@ -124,6 +127,7 @@ QWidget* DirectCoupledWindow::BuildTankValues() {
     tankValue->setSelectionMode(QAbstractItemView::SingleSelection);
     tankValue->setTabKeyNavigation(false);
     tankValue->setAccessibleName("Tank values");
+    tankValue->setItemDelegate(new FittedCells(tankValue));
     tankValue->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     const int frame = 2 * tankValue->frameWidth();
     tankValue->setFixedSize(

@@ -77,6 +77,10 @@ QWidget* EllipticPanel::BuildEntry(InputBinder& binder) {
     UpDownButton* const arrows = binder.AddArrows(widget, InputId::TrapType, "EllipticFormUpDown");
     const int room = ValueGridLeft - 2 * EntryGap;
     label->setFont(FontThatFits(label->font(), label->text().remove('&'), room, QWIDGETSIZE_MAX));
+    // It stands on the plot, which is light in dark themes too.
+    QPalette colours = label->palette();
+    colours.setColor(QPalette::WindowText, Qt::black);
+    label->setPalette(colours);
     box->setMinimumWidth(0);
     box->setMaximumWidth(room - arrows->width() - grid->spacing());
     grid->addWidget(label, 0, 0, 1, 2);

@@ -5,6 +5,7 @@
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QStyle>
 #include <QWidget>
 #include <algorithm>
@@ -13,6 +14,7 @@ namespace ladderwise {
 
 namespace {
 
+constexpr int CurrentFrame = 2;            ///< pixels, around the current cell
 constexpr double SmallestPointSize = 4.0;  ///< below it nobody can read a text anyway
 
 }  // namespace
@@ -37,6 +39,18 @@ void FittedCells::initStyleOption(QStyleOptionViewItem* option, const QModelInde
                                 option->rect.height());
     option->fontMetrics = QFontMetrics(option->font);
     option->textElideMode = Qt::ElideNone;
+}
+
+void FittedCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const {
+    QStyleOptionViewItem plain = option;
+    plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    QStyledItemDelegate::paint(painter, plain, index);
+    if (!(option.state & QStyle::State_Selected)) return;
+    const bool focused = option.state & QStyle::State_HasFocus;
+    painter->setPen(
+        QPen(option.palette.color(focused ? QPalette::Highlight : QPalette::Mid), CurrentFrame));
+    painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
 }
 
 void FittedCells::setModelData(QWidget* editor, QAbstractItemModel* model,

@@ -11,15 +11,19 @@ namespace ladderwise {
 QFont FontThatFits(QFont font, const QString& text, double width, double height);
 
 /// A cell's text is drawn in the largest size up to the view's font at which it fits; nothing is
-/// elided. Enter in an editor commits at once: the toolkit's delegate does so from the event queue,
-/// where a key or a recalculation in between may have closed the editor already.
-/// A text that was typed is taken as typed even if it is the same as before: the cell's UserRole,
-/// which holds the program's own text, is cleared.
+/// elided. The current cell has a frame, so that the colour that marks it stays to be seen. Enter
+/// in an editor commits at once: the toolkit's delegate does so from the event queue, where a key
+/// or a recalculation in between may have closed the editor already. A text that was typed is taken
+/// as typed even if it is the same as before: the cell's UserRole, which holds the program's own
+/// text, is cleared.
 class FittedCells : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;

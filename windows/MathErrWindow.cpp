@@ -14,7 +14,7 @@ namespace {
 constexpr QSize StartSize(560, 360);
 }
 
-MathErrWindow::MathErrWindow(QWidget* parent) : QDialog(parent, Qt::Tool) {
+MathErrWindow::MathErrWindow(QWidget* parent) : QDialog(parent) {
     setObjectName("MathErrForm");
     setWindowTitle("Math Err");
     auto* const request = new QLabel(

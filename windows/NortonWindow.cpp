@@ -72,7 +72,7 @@ private:
 
 NortonWindow::NortonWindow(DesignInputs& inputs, const FilterDesign& design, NortonActions actions,
                            QWidget* parent)
-    : QDialog(parent, Qt::Tool),
+    : QDialog(parent),
       inputs(inputs),
       design(design),
       actions(std::move(actions)),

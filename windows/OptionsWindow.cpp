@@ -25,7 +25,7 @@ QPushButton* AddButton(QWidget* parent, const char* name, const char* caption, c
 }  // namespace
 
 OptionsWindow::OptionsWindow(DesignInputs& inputs, const InputActions& actions, QWidget* parent)
-    : QDialog(parent, Qt::Tool), binder(inputs, actions) {
+    : QDialog(parent), binder(inputs, actions) {
     setObjectName("OptionsForm");
     setWindowTitle("Options");
     auto* const grid = new QGridLayout(this);

@@ -52,7 +52,7 @@ private:
 
 PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs, const InputActions& actions,
                                              QWidget* parent)
-    : QDialog(parent, Qt::Tool), inputs(inputs), binder(inputs, actions) {
+    : QDialog(parent), inputs(inputs), binder(inputs, actions) {
     setObjectName("PartDefinitionsWindow");
     setWindowTitle("L and C Model Definitions");
     auto* const grid = new QGridLayout(this);

@@ -183,11 +183,12 @@ public:
     QString Cell(int row, int column) const { return Grid->item(row, column)->text(); }
 
     /// Double-clicks a cell and gives the editor that opens, or null.
-    QLineEdit* OpenCell(int row, int column) {
-        const QPoint at = Grid->visualItemRect(Grid->item(row, column)).center();
-        QTest::mouseClick(Grid->viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(Grid->viewport(), Qt::LeftButton, {}, at);
-        return Grid->viewport()->findChild<QLineEdit*>();
+    QLineEdit* OpenCell(int row, int column, QTableWidget* grid = nullptr) {
+        if (!grid) grid = Grid;
+        const QPoint at = grid->visualItemRect(grid->item(row, column)).center();
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, at);
+        return grid->viewport()->findChild<QLineEdit*>();
     }
 
     /// Types into a cell of the value grid.

@@ -116,7 +116,10 @@ private:
     QString UseGrid() {
         auto* const bar = f.Find<QScrollBar>("StripScrollBar");
         if (!Below(4)) bar->setValue(Below(bar->maximum() + 1));
-        QLineEdit* const editor = f.OpenCell(Below(4), Below(f.Grid->columnCount()));
+        auto* const tanks = f.Find<QTableWidget>("TankValue");
+        QTableWidget* const grid = tanks->isVisible() && Below(2) ? tanks : f.Grid;
+        QLineEdit* const editor =
+            f.OpenCell(Below(grid->rowCount()), Below(grid->columnCount()), grid);
         if (!editor || !Below(4)) return "cell";
         const QString text = RandomText();
         editor->selectAll();
@@ -162,7 +165,7 @@ private slots:
         for (unsigned i = 1; i <= events && !QTest::currentTestFailed(); ++i) {
             log << monkey.Act();
             KeepWorstCasesShort(f);
-            WindowFixture::Settle();
+            if (i % 3 == 0) WindowFixture::Settle();  // else the next event comes before
             f.TakeMessages();
             if (i % EventsBetweenChecks == 0 || i == events) CheckState(f);
         }

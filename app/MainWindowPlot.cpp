@@ -11,11 +11,13 @@
 #include "app/BitMapView.h"
 #include "app/MainWindow.h"
 #include "windows/EllipticPanel.h"
+#include "windows/FittedCells.h"
 
 namespace ladderwise {
 
 namespace {
 
+constexpr int AxisLabelHeight = 18;  ///< pixels
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 const QColor labelBackground(225, 225, 225);
 const QColor unusedLabel(170, 170, 170);
@@ -85,7 +87,9 @@ void MainWindow::ShowProgress(int run) {
 }
 
 void MainWindow::SizePlot(double pixelRatio) {
-    plot.SetFont(panel->findChild<QLabel*>("FontLabel")->font());
+    // The labels of the frequency axis stand between the plot and the names of the parts.
+    plot.SetFont(FontThatFits(panel->findChild<QLabel*>("FontLabel")->font(), {}, QWIDGETSIZE_MAX,
+                              AxisLabelHeight));
     plot.Resize(client->width(), client->height(), pixelRatio);
     bitMap->setGeometry(0, 0, client->width(), client->height());
 }

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QLocale>
 #include <QMessageBox>
+#include <QPalette>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -33,6 +34,15 @@ void EndOnFatalMessage(QtMsgType type, const QMessageLogContext& context, const 
     std::_Exit(ExitNoWindow);
 }
 
+/// Some dark themes leave the hints in empty boxes black.
+void ReadablePlaceholders() {
+    QPalette colours = QApplication::palette();
+    QColor hint = colours.color(QPalette::Text);
+    hint.setAlphaF(0.5F);
+    colours.setColor(QPalette::PlaceholderText, hint);
+    QApplication::setPalette(colours);
+}
+
 void ShowError(const std::string& caption, const std::string& text) {
     QMessageBox(QMessageBox::NoIcon, QString::fromStdString(caption), QString::fromStdString(text))
         .exec();
@@ -46,6 +56,7 @@ int ShowWindow(int argc, char** argv) {
         std::fputs("ladderwise: no font is installed, and a window needs one\n", stderr);
         return ExitNoWindow;
     }
+    ReadablePlaceholders();
     ladderwise::InitResources();
     QIcon icon(":/icons/ladderwise.png");
     icon.addFile(":/icons/ladderwise-64.png");

@@ -28,7 +28,7 @@ QLabel* Explanation(QWidget* parent, const char* text) {
     return label;
 }
 
-/// A drawing from the resources at its own size.
+/// A drawing from the resources at its own size, in the colour of the texts around it.
 class ModelPicture : public QWidget {
 public:
     ModelPicture(const char* path, const char* name, QWidget* parent)
@@ -39,9 +39,15 @@ public:
 
 protected:
     void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
+        QImage ink(size() * devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied);
+        ink.fill(Qt::transparent);
+        QPainter painter(&ink);
         painter.setRenderHint(QPainter::Antialiasing);
-        drawing.render(&painter, rect());
+        drawing.render(&painter, ink.rect());
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(ink.rect(), palette().windowText());
+        painter.end();
+        QPainter(this).drawImage(rect(), ink);
     }
 
 private:

@@ -329,7 +329,7 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     const bool discards = HasEdits(design);
     if (discards) calculation.Discarded = HandMadeLadder{design.Elements, design.NumElements};
     ReadInputs(calculation.Inputs, design, report);
-    if (design.PassType == PassType::Norton) ReadNortonInputs(calculation.Inputs, design, report);
+    ReadNortonInputs(calculation.Inputs, design, report);
     BuildLadder(design, report);
     MarkInputs(calculation.Inputs, design);
     PrepareAnalysis(calculation, report);

@@ -31,11 +31,18 @@ void WriteBox(NumberBox& box, double value) {
     box.Type(FormatFixed(value, BoxDecimals));
 }
 
-/// M while it plays no part: as its box shows it, "1.00" included, and without the mark of an
-/// earlier reading.
-void TakeUnread(NumberBox& box, double& value) {
-    value = box.HoldsExactValue() ? std::clamp(*box.ExactValue, NoRatio, LargestRatio)
-                                  : StringToDouble(box.Text, NoRatio, NoRatio, LargestRatio);
+/// A number that plays no part: as its box says it, "1.00" for M included, and without the mark of
+/// an earlier reading.
+void TakeUnread(InputId id, DesignInputs& inputs, FilterDesign& design) {
+    const InputRow& row = RowOf(id, inputs);
+    NumberBox& box = inputs.Box(id);
+    double value = 0.0;
+    if (box.HoldsExactValue())
+        value = *box.ExactValue;
+    else
+        TryParseDouble(box.Text, value);
+    if (!(value > 0.0) || !std::isfinite(value)) TryParseDouble(row.Initial, value);
+    row.Put(design, std::clamp(value, NoRatio, LargestRatio));
     box.ReplacedText.reset();
     box.Colour = BoxColour::Normal;
 }
@@ -84,6 +91,11 @@ const TerminationRule* BrokenRule(const FilterDesign& design) {
 }  // namespace
 
 void ReadNortonInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report) {
+    if (design.PassType != PassType::Norton) {
+        for (const InputId id : {InputId::NortonA, InputId::NortonK, InputId::NortonM})
+            TakeUnread(id, inputs, design);
+        return;
+    }
     if (design.NumPoles != FewestPoles && design.NumPoles != MostPoles) {
         design.NumPoles = FewestPoles;
         inputs.Box(InputId::NumPoles).Replace(FewestPoles, std::to_string(FewestPoles));
@@ -93,7 +105,7 @@ void ReadNortonInputs(DesignInputs& inputs, FilterDesign& design, const MessageC
     if (design.NumPoles == MostPoles)
         StepInput(InputId::NortonM, inputs, design, {}, report);
     else
-        TakeUnread(inputs.Box(InputId::NortonM), design.Norton.NortonM);
+        TakeUnread(InputId::NortonM, inputs, design);
 }
 
 void SetNortonForm(FilterDesign& design, const MessageCallback& report) {

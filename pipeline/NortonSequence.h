@@ -8,7 +8,8 @@
 namespace ladderwise {
 
 /// Reads A, K and, for 5 poles, M, after ReadInputs. Poles other than 3 and 5 become 3, and the box
-/// says so. With 3 poles M plays no part: what its box says is taken as it is, without a mark.
+/// says so. With 3 poles M plays no part, and of other filters none of them does: what such a box
+/// says is taken as it is, without a mark.
 void ReadNortonInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallback& report);
 
 /// Before the prototype: the form of the structure, series resonators first for a T, shunt ones for

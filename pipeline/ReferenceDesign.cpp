@@ -20,15 +20,17 @@ constexpr int sweepDigits = 2;             ///< decimals of the sweep's limits i
 
 ReferenceDesign StoreReference(const Calculation& calculation) {
     const FilterDesign& design = calculation.Design;
-    return {RecordOf(calculation),  design.Elements,  design.NumElements,
-            calculation.Quantities, design.Response,  design.SweepF1,
-            design.SweepF2,         design.SweepType, DesignTitle(design)};
+    return {RecordOf(calculation), design.Elements,        design.CalculatedElements,
+            design.NumElements,    calculation.Quantities, design.Response,
+            design.SweepF1,        design.SweepF2,         design.SweepType,
+            DesignTitle(design)};
 }
 
 void ExchangeReference(ReferenceDesign& reference, Calculation& calculation) {
     ReferenceDesign inHand = StoreReference(calculation);
     LoadRecord(reference.Record, calculation);
     calculation.Design.Elements = reference.Elements;
+    calculation.Design.CalculatedElements = reference.CalculatedElements;
     calculation.Design.NumElements = reference.NumElements;
     reference = std::move(inHand);
 }

@@ -1,6 +1,7 @@
 // A design that is kept for comparison: its inputs, its ladder and its response. No Qt.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "files/FileReadSave.h"
@@ -10,8 +11,9 @@ namespace ladderwise {
 
 /// All of a calculated design that a comparison needs; the arrays are those of its own sweep.
 struct ReferenceDesign {
-    DesignRecord Record{};  ///< its inputs, as a file would hold them
-    ElementList Elements{};
+    DesignRecord Record{};   ///< its inputs, as a file would hold them
+    ElementList Elements{};  ///< with what was changed by hand
+    std::optional<ElementList> CalculatedElements{};
     int NumElements = 0;
     DisplayQuantities Quantities{};
     SweepResponse Response{};
@@ -25,8 +27,8 @@ struct ReferenceDesign {
 ReferenceDesign StoreReference(const Calculation& calculation);
 
 /// "Exhange Ref": the inputs of the reference are loaded as from a file, and the design in hand
-/// becomes the reference. A full calculation has to follow. Doing so twice returns to the first
-/// design.
+/// becomes the reference, values changed by hand included. A full calculation has to follow. Doing
+/// so twice returns to the first design.
 void ExchangeReference(ReferenceDesign& reference, Calculation& calculation);
 
 /// Analyses the reference ladder between the terminations and over the sweep in hand, and takes the

@@ -11,6 +11,7 @@
 #include "pipeline/Choices.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
+#include "pipeline/ReferenceDesign.h"
 #include "pipeline/SavedDesigns.h"
 
 using namespace ladderwise;
@@ -110,6 +111,16 @@ void Design(Calculation& calculation) {
     Calculate(calculation, {});
 }
 
+/// Designs until no entry has to be replaced: what the first calculation corrected is the design.
+void Settle(Calculation& calculation) {
+    Design(calculation);
+    const auto notes = CollectNotes(calculation);
+    const auto unsettled = [](const Note& note) {
+        return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded;
+    };
+    if (std::any_of(notes.begin(), notes.end(), unsettled)) Design(calculation);
+}
+
 /// Random choices and g-values everywhere, and random numbers within the bounds, as typed.
 void Randomise(Calculation& calculation, std::mt19937& random) {
     const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
@@ -163,11 +174,7 @@ TEST(SavedDesigns, SavingAndOpeningLosesNothing) {
         const auto saved = std::make_unique<Calculation>(),
                    opened = std::make_unique<Calculation>();
         Randomise(*saved, random);
-        Design(*saved);
-        const auto notes = CollectNotes(*saved);
-        if (std::any_of(notes.begin(), notes.end(),
-                        [](const Note& note) { return note.Kind == NoteKind::Replaced; }))
-            Design(*saved);  // what the first one corrected is the design now
+        Settle(*saved);
         const std::string wanted = Json(*saved);
         const DesignRecord record = RecordOf(*saved);
         const auto read = DecodeRecord(EncodeRecord(record));
@@ -176,6 +183,25 @@ TEST(SavedDesigns, SavingAndOpeningLosesNothing) {
         Design(*opened);
         EXPECT_TRUE(Json(*opened) == wanted) << "state " << i;
         EXPECT_EQ(EncodeRecord(RecordOf(*opened)), EncodeRecord(record)) << "state " << i;
+    }
+}
+
+TEST(SavedDesigns, ExchangingTwiceReturnsEverything) {
+    std::mt19937 random(20262);
+    for (int i = 0; i < randomStates / 2; ++i) {
+        const auto calculation = std::make_unique<Calculation>();
+        Randomise(*calculation, random);
+        Settle(*calculation);
+        const std::string first = Json(*calculation);
+        ReferenceDesign reference = StoreReference(*calculation);
+        Randomise(*calculation, random);
+        Settle(*calculation);
+        const std::string second = Json(*calculation);
+        for (const std::string& wanted : {first, second}) {
+            ExchangeReference(reference, *calculation);
+            Design(*calculation);
+            EXPECT_TRUE(Json(*calculation) == wanted) << "state " << i;
+        }
     }
 }
 

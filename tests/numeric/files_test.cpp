@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "files/CoefficientsFile.h"
 #include "files/FileReadSave.h"
@@ -25,6 +26,19 @@ std::string File(std::size_t size, int structSize, int major, int minor) {
     return bytes.replace(268, 12, Int32(major) + Int32(minor) + Int32(structSize));
 }
 
+/// The field's line in the documents.
+std::string DocumentedRow(const RecordField& field) {
+    const char* const types[] = {"int32", "double", "text ", "UTF-16 ", "unused "};
+    const bool number = field.Type == RecordType::Int32 || field.Type == RecordType::Double;
+    std::ostringstream row;
+    row << "\n| " << field.Offset << " | " << types[static_cast<int>(field.Type)];
+    if (!number || field.Count > 1) row << (number ? " x " : "") << field.Count;
+    row << " | " << field.Name << " | ";
+    number ? row << field.Default : row << field.DefaultText;
+    row << " | " << field.Meaning << " |\n";
+    return row.str();
+}
+
 }  // namespace
 
 TEST(DesignRecord, FieldsLieEdgeToEdge) {
@@ -32,8 +46,7 @@ TEST(DesignRecord, FieldsLieEdgeToEdge) {
     const std::string docs{std::istreambuf_iterator<char>(file), {}};
     int offset = 0;
     for (const RecordField& field : RecordFields()) {
-        const std::size_t row = docs.find("\n| " + std::to_string(offset) + " | ");
-        EXPECT_LT(docs.find(std::string(" | ") + field.Name + " | ", row), row + 30) << field.Name;
+        EXPECT_NE(docs.find(DocumentedRow(field)), std::string::npos) << DocumentedRow(field);
         EXPECT_EQ(field.Offset, offset) << field.Name;
         EXPECT_EQ(FindField(field.Name), &field);
         EXPECT_LT(std::string(field.DefaultText).size(), static_cast<std::size_t>(TextBytes));

@@ -32,7 +32,7 @@ void WriteBox(NumberBox& box, double value) {
 }
 
 /// A number that plays no part: as its box says it, "1.00" for M included, and without the mark of
-/// an earlier reading.
+/// an earlier reading. What is no such number gives way to that of a fresh program.
 void TakeUnread(InputId id, DesignInputs& inputs, FilterDesign& design) {
     const InputRow& row = RowOf(id, inputs);
     NumberBox& box = inputs.Box(id);
@@ -41,7 +41,10 @@ void TakeUnread(InputId id, DesignInputs& inputs, FilterDesign& design) {
         value = *box.ExactValue;
     else
         TryParseDouble(box.Text, value);
-    if (!(value > 0.0) || !std::isfinite(value)) TryParseDouble(row.Initial, value);
+    if (!(value > 0.0) || !std::isfinite(value)) {
+        box.Type(row.Initial);
+        TryParseDouble(row.Initial, value);
+    }
     row.Put(design, std::clamp(value, NoRatio, LargestRatio));
     box.ReplacedText.reset();
     box.Colour = BoxColour::Normal;

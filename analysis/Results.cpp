@@ -8,16 +8,20 @@
 #include "analysis/Results.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
+#include <limits>
 
 #include "analysis/Circuitanalysis.h"
 
 namespace ladderwise {
 namespace {
 
+constexpr double LeastRise = 1e-9;                  // dB, over a sample: less is rounding
 constexpr double GoldenShare = 0.3819660112501051;  // (3 - sqrt 5) / 2
-constexpr int GoldenSteps = 30;                     // shrink a bracket 1.8 million times
+constexpr double PeakTolerance = 1e-6;              // of a bracket
+constexpr int MostPeakSteps = 60;                   // a guard: a dozen are usual
 constexpr int MostRootSteps = 100;                  // a guard: ten are usual
 constexpr double RootTolerance = 1e-14;             // relative, of a crossing's frequency
 
@@ -32,12 +36,8 @@ constexpr double TopOfHighPass = 3.0;  // F0 times this ends a return-loss band 
 constexpr double TrapDepth = 10.0;
 constexpr double ResonanceNudge = 1e-12;  // relative step aside from an exact resonance
 
-bool IsBand(PassType pass) {
-    return pass != PassType::LowPass && pass != PassType::HighPass;
-}
-
 double FrequencyOf(const FilterDesign& design, double x) {
-    if (!IsBand(design.PassType)) return design.F0 * x;
+    if (!HasBandWidth(design.PassType)) return design.F0 * x;
     const double edge = design.PassType == PassType::Notch ? 0.0 : 0.5 * design.BandWidth;
     const double centre = std::sqrt((design.F0 - edge) * (design.F0 + edge));
     const double half = 0.5 * std::abs(x) * design.BandWidth / centre;
@@ -70,7 +70,7 @@ struct Samples {
 };
 
 std::vector<double> GridOf(const FilterDesign& design) {
-    const bool band = IsBand(design.PassType);
+    const bool band = HasBandWidth(design.PassType);
     const int side = band ? NumSweepPoints / 2 : NumSweepPoints;
     const int linear = static_cast<int>(LinearShare * side);
     std::vector<double> grid;
@@ -111,27 +111,59 @@ Samples TakeSamples(const FilterDesign& design) {
     return samples;
 }
 
-/// Where `value` is largest between a and b, by golden section in the logarithm of the frequency.
+/// Three places of a search in the logarithm of the frequency, the best one first.
+struct Trials {
+    std::array<double, 3> X{};
+    std::array<double, 3> Value{};
+
+    /// Takes a place among the three if it belongs there.
+    void Take(double x, double value) {
+        std::size_t rank = 0;
+        while (rank < X.size() && !(value >= Value[rank]))
+            ++rank;
+        for (std::size_t k = X.size() - 1; k > rank; --k)
+            X[k] = X[k - 1], Value[k] = Value[k - 1];
+        if (rank < X.size()) X[rank] = x, Value[rank] = value;
+    }
+
+    /// Step from the best place to the top of the parabola through the three; NaN if there is none.
+    double ToTop() const {
+        const double r = (X[0] - X[1]) * (Value[0] - Value[2]);
+        const double q = (X[0] - X[2]) * (Value[0] - Value[1]);
+        return ((X[0] - X[1]) * r - (X[0] - X[2]) * q) / (2.0 * (q - r));
+    }
+};
+
+/// Where `value` is largest between a and b, in the logarithm of the frequency: parabolas, and the
+/// golden section where they do not help (R. P. Brent, "Algorithms for Minimization without
+/// Derivatives", 1973, chapter 5).
 double LargestWithin(double a, double b, const std::function<double(double)>& value) {
     double low = std::log(a), high = std::log(b);
-    double left = low + GoldenShare * (high - low), right = high - GoldenShare * (high - low);
-    double atLeft = value(std::exp(left)), atRight = value(std::exp(right));
-    for (int step = 0; step < GoldenSteps; ++step) {
-        if (atLeft >= atRight) {
-            high = right;
-            right = left;
-            atRight = atLeft;
-            left = low + GoldenShare * (high - low);
-            atLeft = value(std::exp(left));
+    const double tolerance = PeakTolerance * (high - low);
+    const double start = low + GoldenShare * (high - low), first = value(std::exp(start));
+    constexpr double none = -std::numeric_limits<double>::infinity();
+    Trials trials{{start, start, start}, {first, none, none}};
+    double step = 0.0, before = 0.0;  // the last step and the one before it
+    for (int n = 0; n < MostPeakSteps; ++n) {
+        const double x = trials.X[0], middle = 0.5 * (low + high);
+        if (std::abs(x - middle) <= 2.0 * tolerance - 0.5 * (high - low)) break;
+        const double top = trials.ToTop();
+        // Steps must halve every second time, or the parabolas lead nowhere.
+        if (std::abs(before) > tolerance && std::abs(top) < 0.5 * std::abs(before) &&
+            x + top > low + tolerance && x + top < high - tolerance) {
+            before = step;
+            step = top;
         } else {
-            low = left;
-            left = right;
-            atLeft = atRight;
-            right = high - GoldenShare * (high - low);
-            atRight = value(std::exp(right));
+            before = (x < middle ? high : low) - x;
+            step = GoldenShare * before;
         }
+        const double u = x + (std::abs(step) < tolerance ? std::copysign(tolerance, step) : step);
+        const double atU = value(std::exp(u));
+        const bool better = atU >= trials.Value[0];
+        ((u < x) == better ? high : low) = better ? x : u;
+        trials.Take(u, atU);
     }
-    return std::exp(0.5 * (low + high));
+    return std::exp(trials.X[0]);
 }
 
 /// The frequency between a and b at which the level crosses `target`, by Ridders' method (IEEE
@@ -185,30 +217,81 @@ std::optional<double> FirstCrossing(const FilterDesign& design, const Samples& s
     return std::nullopt;
 }
 
-/// Index of the largest level between two frequencies; -1 if none is a number.
-int LargestSample(const Samples& samples, double low, double high) {
-    int best = -1;
-    for (int i = 0; i < samples.Count(); ++i) {
-        if (samples.F[i] < low || samples.F[i] > high || std::isnan(samples.Level[i])) continue;
-        if (best < 0 || samples.Level[i] > samples.Level[best]) best = i;
+/// A local maximum of a sampled quantity between two samples, or one of these.
+struct Lobe {
+    int Index = 0;
+    double Reach = 0.0;  ///< dB, beyond what the quantity itself comes to
+    bool Whole = true;   ///< both neighbours lie between the two samples too
+};
+
+/// The lobes of `values` from sample `first` to `last` that may be the highest of the quantity
+/// itself. A lobe rises over its sample by about as much as the parabola through it and its
+/// neighbours, and certainly by no more than twice as much.
+std::vector<Lobe> HighestLobes(const std::vector<double>& values, int first, int last) {
+    std::vector<Lobe> lobes;
+    double highest = -std::numeric_limits<double>::infinity();
+    for (int i = first; i <= last; ++i) {
+        const double y = values[i];
+        if (std::isnan(y)) continue;
+        Lobe lobe{i, y, i > first && i < last};
+        if (lobe.Whole) {
+            const double before = values[i - 1], after = values[i + 1];
+            if (y < before || y < after) continue;
+            const double curve = before - 2.0 * y + after;
+            if (curve < 0.0)
+                lobe.Reach -= 2.0 * (after - before) * (after - before) / (8.0 * curve);
+        }
+        lobes.push_back(lobe);
+        highest = std::max(highest, y);
     }
-    return best;
+    std::erase_if(lobes, [&](const Lobe& lobe) { return lobe.Reach < highest; });
+    return lobes;
 }
 
-int FindPeak(const FilterDesign& design, const Samples& samples) {
+/// The largest level in the pass band and the sample nearest to it; Index -1 where there is none.
+struct Peak {
+    int Index = -1;
+    double Frequency = 0.0;
+    double Level = 0.0;
+};
+
+Peak PeakBetween(const FilterDesign& design, const Samples& samples, double low, double high) {
+    const auto at = [&](double f) {
+        return static_cast<int>(std::lower_bound(samples.F.begin(), samples.F.end(), f) -
+                                samples.F.begin());
+    };
+    const int first = at(low), last = std::min(at(high), samples.Count() - 1);
+    Peak peak;
+    const auto raise = [&](int index, double f, double level) {
+        if (peak.Index < 0 || level > peak.Level) peak = {index, f, level};
+    };
+    for (const Lobe& lobe : HighestLobes(samples.Level, first, last)) {
+        const int i = lobe.Index;
+        raise(i, samples.F[i], samples.Level[i]);
+        if (!lobe.Whole || lobe.Reach < peak.Level + LeastRise) continue;
+        const double f = LargestWithin(samples.F[i - 1], samples.F[i + 1],
+                                       [&](double at) { return LevelAt(design, at); });
+        raise(i, f, LevelAt(design, f));
+    }
+    return peak;
+}
+
+Peak FindPeak(const FilterDesign& design, const Samples& samples) {
+    const double bottom = samples.F.front(), top = samples.F.back();
     switch (design.PassType) {
         case PassType::LowPass:
-            return LargestSample(samples, 0.0, PeakX * design.F0);
+            return PeakBetween(design, samples, bottom, PeakX * design.F0);
         case PassType::HighPass:
-            return LargestSample(samples, design.F0 / PeakX, samples.F.back());
+            return PeakBetween(design, samples, design.F0 / PeakX, top);
         case PassType::Notch:
-            return LargestSample(samples, 0.0, samples.F.back());
+            return PeakBetween(design, samples, bottom, top);
         case PassType::BandPassCanonical:
         case PassType::DirectCoupled:
         case PassType::Norton:
-            return LargestSample(samples, FrequencyOf(design, -PeakX), FrequencyOf(design, PeakX));
+            return PeakBetween(design, samples, FrequencyOf(design, -PeakX),
+                               FrequencyOf(design, PeakX));
     }
-    return -1;
+    return {};
 }
 
 /// The edges at `depth` dB below the peak. Those of a notch are looked for from F0 outwards.
@@ -238,24 +321,22 @@ void RaiseReflection(const FilterDesign& design, const Samples& samples, double 
         const double db = ReflectionAt(design, f);
         if (db > worst) worst = db, at = f;
     };
-    // The lobe whose parabola through three samples reaches highest is worth the search.
-    int best = -1;
-    double highest = 0.0;
-    for (int i = 1; i + 1 < samples.Count(); ++i) {
-        if (samples.F[i - 1] < low || samples.F[i + 1] > high) continue;
-        const double y = samples.Reflection[i], before = samples.Reflection[i - 1],
-                     after = samples.Reflection[i + 1];
-        if (y < before || y < after) continue;
-        const double curve = before - 2.0 * y + after;
-        const double top =
-            curve < 0.0 ? y - (after - before) * (after - before) / (8.0 * curve) : y;
-        if (best < 0 || top > highest) best = i, highest = top;
-    }
+    // A lobe across an end of the band is searched for what of it lies inside.
+    const auto search = [&](int i) {
+        if (i < 1 || i + 1 >= samples.Count()) return;
+        raise(LargestWithin(std::max(low, samples.F[i - 1]), std::min(high, samples.F[i + 1]),
+                            [&](double f) { return ReflectionAt(design, f); }));
+    };
+    const auto begin = samples.F.begin(), end = samples.F.end();
+    const int first = static_cast<int>(std::lower_bound(begin, end, low) - begin);
+    const int last = static_cast<int>(std::upper_bound(begin, end, high) - begin) - 1;
     raise(low);
     raise(high);
-    if (best >= 0)
-        raise(LargestWithin(samples.F[best - 1], samples.F[best + 1],
-                            [&](double f) { return ReflectionAt(design, f); }));
+    if (first > last) return;
+    for (const int i : {first - 1, first, last, last + 1})
+        search(i);
+    for (const Lobe& lobe : HighestLobes(samples.Reflection, first, last))
+        if (lobe.Whole && lobe.Reach > worst + LeastRise) search(lobe.Index);
 }
 
 void FindReturnLoss(const FilterDesign& design, const Samples& samples, double bandEdge,
@@ -309,7 +390,7 @@ void TakeAttenuations(const FilterDesign& design, std::vector<AttenuationAt>& at
         if (f > 0.0) attenuations.push_back({where, f, -LevelAt(design, f)});
     };
     const double F0 = design.F0, BW = design.BandWidth;
-    if (IsBand(design.PassType)) {
+    if (HasBandWidth(design.PassType)) {
         take("F0 - 2 BW", F0 - 2.0 * BW);
         take("F0 - BW", F0 - BW);
         take("F0 + BW", F0 + BW);
@@ -332,6 +413,7 @@ std::optional<double> ResponseEdges::Width(PassType pass) const {
 
 double ReturnLossBandEdge(const FilterDesign& design) {
     constexpr double InnerHalf = 0.5;
+    if (design.Elliptic.NumTraps > 0) return design.Elliptic.PassBandEdge;
     if (design.ResponseType != ResponseType::Chebyshev) return InnerHalf;
     // Ripple edge over half-power edge: 1 / cosh(acosh(1 / epsilon) / n).
     const double epsilon = std::sqrt(std::pow(10.0, 0.1 * design.RippleDb) - 1.0);
@@ -343,21 +425,15 @@ ResponseResults ComputeResults(const FilterDesign& design, double bandEdge) {
     ResponseResults results;
     if (design.NumElements < 1 || !(design.F0 > 0.0)) return results;
     const Samples samples = TakeSamples(design);
-    const int peak = FindPeak(design, samples);
+    const Peak peak = FindPeak(design, samples);
     results.LossAtF0 = -LevelAt(design, design.F0);
-    if (peak < 0 || std::isnan(results.LossAtF0)) return results;
+    if (peak.Index < 0 || std::isnan(results.LossAtF0)) return results;
     results.Valid = true;
-    results.PeakFrequency = samples.F[peak];
-    results.PeakLoss = -samples.Level[peak];
-    if (peak > 0 && peak + 1 < samples.Count()) {
-        const double f = LargestWithin(samples.F[peak - 1], samples.F[peak + 1],
-                                       [&](double at) { return LevelAt(design, at); });
-        const double loss = -LevelAt(design, f);
-        if (loss < results.PeakLoss) results.PeakFrequency = f, results.PeakLoss = loss;
-    }
-    results.Edges = FindEdges(design, samples, peak, -results.PeakLoss - HalfPowerDb);
+    results.PeakFrequency = peak.Frequency;
+    results.PeakLoss = -peak.Level;
+    results.Edges = FindEdges(design, samples, peak.Index, -results.PeakLoss - HalfPowerDb);
     FindReturnLoss(design, samples, bandEdge, results);
-    if (IsBand(design.PassType)) FindShapeFactor(design, samples, peak, results);
+    if (HasBandWidth(design.PassType)) FindShapeFactor(design, samples, peak.Index, results);
     TakeAttenuations(design, results.Attenuations);
     return results;
 }

@@ -168,7 +168,7 @@ private:
     void RunMarkerCommand(const QString& name);
     void Replot();
     void UpdateMarkerMenu(bool bandPass);
-    void LightSlot(int slot);
+    void LightPart(int slot, int row = -1);
     void OpenGridMenu(QPoint at);
     bool StepCell(QPoint at, int angle);
 
@@ -207,6 +207,7 @@ private:
     bool wasBandPass = false;                    ///< at the last look at the choices
     int comingRuns = 0;  ///< of the worst case that is drawn, or about to be
     int litSlot = 0;     ///< ladder slot that is pointed at; 0: none
+    int litRow = -1;     ///< value that is pointed at; -1: the whole slot
 
     /// A text in the value grid that is no value: it stays to be seen until the next calculation.
     struct RejectedCell {

@@ -30,7 +30,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         if (ours && plain && HandleKey(watched, key->key())) return true;
     }
     if (watched == valueGrid->viewport()) {
-        if (event->type() == QEvent::Leave) LightSlot(0);
+        if (event->type() == QEvent::Leave) LightPart(0);
         if (event->type() == QEvent::Wheel) {
             auto* const wheel = static_cast<QWheelEvent*>(event);
             if (StepCell(wheel->position().toPoint(), wheel->angleDelta().y())) return true;

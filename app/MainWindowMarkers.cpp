@@ -11,12 +11,37 @@
 #include "app/MainWindow.h"
 #include "design/ChoiceNames.h"
 #include "display/Annotations.h"
+#include "display/SchematicPainter.h"
 
 namespace ladderwise {
 
 namespace {
 
-const QColor litCell(255, 238, 180);
+constexpr int symbolMargin = 4;  ///< pixels around a symbol that belong to it
+
+/// Behind a value that is pointed at: lighter than light cells' text, darker than that of dark
+/// ones.
+QColor LitCell(const QPalette& palette) {
+    constexpr int middle = 128;
+    return palette.base().color().lightness() < middle ? QColor(96, 78, 16) : QColor(255, 238, 180);
+}
+
+QRect PictureOf(int slot, const PlotPlacement& placement) {
+    return {ValueGridLeft + SchematicWidth * slot - placement.StripScroll,
+            placement.GridTop - SchematicHeight, SchematicWidth, SchematicHeight};
+}
+
+QRect Around(const QRect& symbol) {
+    return symbol.adjusted(-symbolMargin, -symbolMargin, symbolMargin, symbolMargin);
+}
+
+/// The value whose symbol lies at a point of an element's picture; -1 if none does.
+int RowAt(QPoint at, ElementType type) {
+    const SymbolRects symbols = SymbolsOf(type);
+    for (int row = 0; row < ValueGridRows; ++row)
+        if (!symbols[row].isEmpty() && Around(symbols[row]).contains(at)) return row;
+    return -1;
+}
 
 bool Within(const PlotLayout& layout, QPoint at) {
     return at.x() >= layout.PlotLeft && at.x() <= layout.PlotRight && at.y() >= layout.PlotTop &&
@@ -44,7 +69,7 @@ void MainWindow::ConnectPlot() {
     connect(bitMap, &BitMapView::Left, this, [this] {
         cursor.reset();
         ShowCursor();
-        LightSlot(0);
+        LightPart(0);
     });
     connect(bitMap, &BitMapView::Pressed, this, &MainWindow::OpenMarkerMenu);
     connect(bitMap, &BitMapView::Stepped, this, &MainWindow::StepCursor);
@@ -64,7 +89,7 @@ void MainWindow::ConnectPlot() {
     }
     valueGrid->setMouseTracking(true);
     connect(valueGrid, &QTableWidget::cellEntered, this,
-            [this](int, int column) { LightSlot(column); });
+            [this](int row, int column) { LightPart(column, row); });
     valueGrid->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(valueGrid, &QWidget::customContextMenuRequested, this, &MainWindow::OpenGridMenu);
 }
@@ -84,7 +109,11 @@ void MainWindow::FollowMouse(QPoint at) {
         cursor = PlotCursor{SweepIndexAt(at.x(), NumSweepPoints, layout), at.y()};
     ShowCursor();
     const PlotPlacement placement = Placement();
-    LightSlot(SlotAt(at.x(), at.y(), calculation.Design, placement.GridTop, placement.StripScroll));
+    const int slot =
+        SlotAt(at.x(), at.y(), calculation.Design, placement.GridTop, placement.StripScroll);
+    LightPart(slot, slot > 0 ? RowAt(at - PictureOf(slot, placement).topLeft(),
+                                     calculation.Design.Elements[slot].Type)
+                             : -1);
 }
 
 void MainWindow::StepCursor(int points) {
@@ -166,25 +195,33 @@ void MainWindow::ExchangeWithReference() {
     FilterMenuClick(nullptr);
 }
 
-void MainWindow::LightSlot(int slot) {
+void MainWindow::LightPart(int slot, int row) {
     if (slot < 0 || slot > ShownElements(calculation.Design)) slot = 0;
-    if (slot == litSlot) return;
-    const PlotPlacement placement = Placement();
+    if (slot == litSlot && row == litRow) return;
     QRect part;
-    if (slot > 0)
-        part = QRect(ValueGridLeft + SchematicWidth * slot - placement.StripScroll,
-                     placement.GridTop - SchematicHeight, SchematicWidth, SchematicHeight);
+    SymbolRects symbols;
+    if (slot > 0) {
+        part = PictureOf(slot, Placement());
+        symbols = SymbolsOf(calculation.Design.Elements[slot].Type);
+        if (row >= 0 && !symbols[row].isEmpty())
+            part = Around(symbols[row]).translated(part.topLeft());
+    }
     bitMap->Light(part);
     showingGrid = true;
-    for (int row = 0; row < ValueGridRows; ++row) {
-        QTableWidgetItem* const old = litSlot > 0 ? valueGrid->item(row, litSlot) : nullptr;
-        if (old && old->background().color() == litCell) old->setBackground(palette().base());
-        QTableWidgetItem* const item = slot > 0 ? valueGrid->item(row, slot) : nullptr;
-        if (item && !item->text().isEmpty() && item->background() == palette().base())
-            item->setBackground(litCell);
+    const QColor lit = LitCell(palette());
+    for (int r = 0; r < ValueGridRows; ++r) {
+        QTableWidgetItem* const old = litSlot > 0 ? valueGrid->item(r, litSlot) : nullptr;
+        if (old && old->background().color() == lit) old->setBackground(palette().base());
+    }
+    for (int r = 0; r < ValueGridRows; ++r) {
+        QTableWidgetItem* const item = slot > 0 ? valueGrid->item(r, slot) : nullptr;
+        const bool meant = row < 0 || r == row || (slot > 0 && symbols[r] == symbols[row]);
+        if (item && meant && !item->text().isEmpty() && item->background() == palette().base())
+            item->setBackground(lit);
     }
     showingGrid = false;
     litSlot = slot;
+    litRow = row;
 }
 
 void MainWindow::OpenGridMenu(QPoint at) {

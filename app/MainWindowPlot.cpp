@@ -20,7 +20,6 @@ namespace {
 constexpr int AxisLabelHeight = 18;  ///< pixels
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 const QColor labelBackground(225, 225, 225);
-const QColor unusedLabel(170, 170, 170);
 const QColor editedColour(255, 236, 179);
 const QColor rejectedColour(192, 192, 192);
 
@@ -125,7 +124,7 @@ void MainWindow::LayOutClient() {
 }
 
 void MainWindow::ScrollStrip(int position) {
-    LightSlot(0);
+    LightPart(0);
     valueGrid->move(ValueGridLeft - position, valueGrid->y());
     ellipticPanel->PlaceAt(valueGrid->pos());
     plot.ScrollStrip(calculation.Design, position);
@@ -172,11 +171,9 @@ void MainWindow::ShowValueGrid() {
         QTableWidgetItem* const label = ItemAt(valueGrid, row, 0);
         label->setText(GridRowLabels[row]);
         label->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-        const bool used = std::any_of(columns.begin(), columns.end(), [row](const auto& column) {
-            return !column[static_cast<std::size_t>(row)].Text.empty();
-        });
+        const bool used = IsRowUsed(columns, row);
         label->setBackground(used ? labelBackground : ToQColor(BackgroundColour));
-        label->setForeground(used ? QColor(Qt::black) : unusedLabel);
+        label->setForeground(used ? QColor(Qt::black) : ToQColor(UnusedLabelColour));
         for (int column = 1; column < valueGrid->columnCount(); ++column) {
             const GridCell& cell = columns[column - 1][row];
             QTableWidgetItem* const item = ItemAt(valueGrid, row, column);

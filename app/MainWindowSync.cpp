@@ -75,11 +75,16 @@ void MainWindow::ShowStatus() {
         status.Text = RejectedText() + status.Text;
         status.Warning = true;
     }
-    const std::string results = ResultsLine(calculation.Design);
-    if (!status.Text.empty() && !results.empty()) status.Text += "  ";
-    status.Text += results;
-    if (status.Text.empty()) status.Text = DesignTitle(calculation.Design) + ", no elements";
-    statusLabel->SetText(QString::fromStdString(status.Text), status.Warning);
+    const FilterDesign& design = calculation.Design;
+    const ResponseResults results = ResultsOf(design);
+    const std::string line = ResultsLine(design, results);
+    if (status.Text.empty() && line.empty()) status.Text = DesignTitle(design) + ", no elements";
+    std::string list = status.Text;
+    for (const auto& [name, value] : DescribeResults(design, results))
+        list += (list.empty() ? "" : "\n") + name + ": " + value;
+    if (!status.Text.empty() && !line.empty()) status.Text += "  ";
+    statusLabel->SetText(QString::fromStdString(status.Text + line), status.Warning,
+                         QString::fromStdString(list));
     const auto errors = MathErrors().ErrorCount();
     mathErrorButton->setText("Math errors: " + QString::number(errors));
     mathErrorButton->setVisible(errors > 0);

@@ -25,6 +25,11 @@ enum class PassType : int {
     Norton = 5,
 };
 
+/// Whether a pass type has a bandwidth: band-passes and the notch.
+constexpr bool HasBandWidth(PassType pass) {
+    return pass != PassType::LowPass && pass != PassType::HighPass;
+}
+
 /// Response family. The numbers stand in design files; 12 is not in use and falls back to
 /// Butterworth.
 enum class ResponseType : int {

@@ -27,13 +27,6 @@ void DrawLine(QPainter& painter, const PlotLine& line, Qt::PenStyle style) {
 
 }  // namespace
 
-void PaintText(QPainter& painter, const PlotText& text) {
-    if (text.Text.empty()) return;
-    painter.setPen(ToQColor(text.Colour));
-    painter.drawText(text.X, text.Y + painter.fontMetrics().ascent(),
-                     QString::fromStdString(text.Text));
-}
-
 void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing) {
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (const PlotLine& line : drawing.Lines)

@@ -10,9 +10,6 @@
 
 namespace ladderwise {
 
-/// A text at its place, in the painter's font and the text's colour.
-void PaintText(QPainter& painter, const PlotText& text);
-
 /// Dotted marker lines, leaders, dots and labels; each label on a faint patch of background.
 void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing);
 

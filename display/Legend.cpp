@@ -14,11 +14,10 @@ constexpr int sampleLength = 22;  // pixels
 constexpr int sampleGap = 6;      // between samples, and to the text
 constexpr int padding = 6;        // within the box
 constexpr int cornerMargin = 6;   // from the plot's frame to the box
+constexpr int columnGap = 14;     // between two columns of rows
+constexpr int mostColumns = 3;
+constexpr int thresholdDigits = 4;
 constexpr PlotColour hintColour{160, 64, 0};
-
-bool HasBandWidth(PassType pass) {
-    return pass != PassType::LowPass && pass != PassType::HighPass;
-}
 
 int SamplesWidth(const LegendRow& row) {
     return static_cast<int>(row.Samples.size()) * (sampleLength + sampleGap);
@@ -31,6 +30,63 @@ std::vector<LegendSample> SamplesOf(const PlotLayer& layer, const TraceChoices& 
         if (IsChosen(choices, kind) && !ValuesOf(layer.Values, kind).empty())
             samples.push_back({layer.Colours[static_cast<std::size_t>(kind)], layer.Dashed});
     return samples;
+}
+
+/// Rows in columns, filled one after the other.
+struct LegendForm {
+    int InAColumn = 0;
+    std::vector<int> Columns;  ///< their widths
+    int Width = 0;             ///< of the whole box
+    int Height = 0;
+};
+
+LegendForm FormOf(const std::vector<LegendRow>& rows, int columns, const TextMetrics& metrics) {
+    const int count = static_cast<int>(rows.size());
+    LegendForm form;
+    form.InAColumn = (count + columns - 1) / columns;
+    for (int n = 0; n < count; ++n) {
+        if (n % form.InAColumn == 0) form.Columns.push_back(0);
+        const LegendRow& row = rows[static_cast<std::size_t>(n)];
+        form.Columns.back() =
+            std::max(form.Columns.back(), SamplesWidth(row) + metrics.Width(row.Text));
+    }
+    for (const int width : form.Columns)
+        form.Width += width + columnGap;
+    form.Width += 2 * padding - columnGap;
+    form.Height = form.InAColumn * metrics.Height + 2 * padding;
+    return form;
+}
+
+Legend LayOut(const std::vector<LegendRow>& rows, const LegendForm& form, const PlotRect& box,
+              const TextMetrics& metrics) {
+    Legend legend;
+    legend.Box = box;
+    int left = box.Left + padding;
+    for (std::size_t n = 0; n < rows.size(); ++n) {
+        const auto inAColumn = static_cast<std::size_t>(form.InAColumn);
+        if (n > 0 && n % inAColumn == 0) left += form.Columns[n / inAColumn - 1] + columnGap;
+        int x = left;
+        const int y = box.Top + padding + static_cast<int>(n % inAColumn) * metrics.Height;
+        const int middle = y + metrics.Height / 2;
+        for (const LegendSample& sample : rows[n].Samples) {
+            legend.Samples.push_back(
+                {{x, middle, x + sampleLength, middle, sample.Colour}, sample.Dashed});
+            x += sampleLength + sampleGap;
+        }
+        legend.Texts.push_back({x, y, rows[n].Text, rows[n].Samples.empty() ? hintColour : Black});
+    }
+    return legend;
+}
+
+/// What is to be said of a trace that has no point to draw.
+std::string BlankRemark(const PlotContent& content, TraceKind kind) {
+    const bool blankable = kind == TraceKind::Phase || kind == TraceKind::GroupDelay;
+    if (!blankable || content.Layers.empty()) return {};
+    const std::span<const double> values = ValuesOf(content.Layers.front().Values, kind);
+    const bool blank = std::all_of(values.begin(), values.end(),
+                                   [](double value) { return value == BlankMarker; });
+    if (values.empty() || !blank) return {};
+    return ": below " + FormatPlain(content.Design.PhaseGDThreshold, thresholdDigits) + " dB";
 }
 
 }  // namespace
@@ -69,7 +125,8 @@ std::vector<LegendRow> BuildLegendRows(const PlotContent& content) {
     const PlotScales scales = ScalesOf(design);
     for (const TraceKind kind : TraceDrawOrder)
         if (IsChosen(content.Choices, kind))
-            rows.push_back({{{TraceColour(kind), false}}, TraceLegendText(kind, scales)});
+            rows.push_back({{{TraceColour(kind), false}},
+                            TraceLegendText(kind, scales) + BlankRemark(content, kind)});
     if (content.WorstCaseRuns > 0)
         rows.push_back(
             {{},
@@ -80,33 +137,27 @@ std::vector<LegendRow> BuildLegendRows(const PlotContent& content) {
     if (points < FewestBandWidthPoints && design.NumElements > 0)
         rows.push_back({{},
                         "Coarse: " + std::to_string(points) + (points == 1 ? " point" : " points") +
-                            " in the bandwidth (F7 changes the sweep)"});
+                            " in the band (F7)"});
     return rows;
 }
 
 Legend PlaceLegend(const std::vector<LegendRow>& rows, const TextMetrics& metrics,
                    PlotCover& cover) {
-    Legend legend;
-    if (rows.empty()) return legend;
-    int width = 0;
-    for (const LegendRow& row : rows)
-        width = std::max(width, SamplesWidth(row) + metrics.Width(row.Text));
-    legend.Box = cover.PlaceInCorner(width + 2 * padding,
-                                     static_cast<int>(rows.size()) * metrics.Height + 2 * padding,
-                                     cornerMargin);
-    int y = legend.Box.Top + padding;
-    for (const LegendRow& row : rows) {
-        int x = legend.Box.Left + padding;
-        const int middle = y + metrics.Height / 2;
-        for (const LegendSample& sample : row.Samples) {
-            legend.Samples.push_back(
-                {{x, middle, x + sampleLength, middle, sample.Colour}, sample.Dashed});
-            x += sampleLength + sampleGap;
-        }
-        legend.Texts.push_back({x, y, row.Text, row.Samples.empty() ? hintColour : Black});
-        y += metrics.Height;
+    Legend best;
+    int least = -1;
+    for (int columns = 1; columns <= mostColumns && least != 0; ++columns) {
+        const LegendForm form = FormOf(rows, columns, metrics);
+        if (rows.empty() || !cover.HasRoomFor(form.Width, form.Height, cornerMargin)) continue;
+        const PlotRect box = cover.FindCorner(form.Width, form.Height, cornerMargin);
+        const int cost = cover.Cost(box);
+        // More columns hide more of what lies in the middle of the plot: only where they hide
+        // nothing.
+        if (least >= 0 && cost > 0) continue;
+        best = LayOut(rows, form, box, metrics);
+        least = cost;
     }
-    return legend;
+    if (least >= 0) cover.AddBlock(best.Box);
+    return best;
 }
 
 }  // namespace ladderwise

@@ -47,7 +47,8 @@ struct Legend {
     std::vector<PlotText> Texts;
 };
 
-/// Lays the rows out and finds their corner. Without rows the box is empty.
+/// Lays the rows out and finds their corner: in one column, or in two or three where only
+/// they hide no trace. The box is empty without rows, and in a plot too small for them.
 Legend PlaceLegend(const std::vector<LegendRow>& rows, const TextMetrics& metrics,
                    PlotCover& cover);
 

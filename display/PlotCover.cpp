@@ -8,7 +8,8 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int cellSize = 4;  // pixels
+constexpr int cellSize = 4;   // pixels
+constexpr int placeStep = 8;  // between the places tried where no corner is free
 constexpr std::uint8_t traceWeight = 1;
 constexpr std::uint8_t blockWeight = 20;  // a covered label cannot be read, a covered trace can
 constexpr int labelDistances[] = {3, 14, 28, 46, 70};  // from anchor to label, pixels
@@ -97,20 +98,62 @@ PlotRect PlotCover::PlaceLabel(int anchorX, int anchorY, int width, int height, 
     return best;
 }
 
-PlotRect PlotCover::PlaceInCorner(int width, int height, int margin) {
+PlotRect PlotCover::PlaceNearCorner(const PlotRect& corners, const PlotRect& block) const {
+    // Sums over all cells above and left of each, so that a place costs four look-ups.
+    const int stride = columns + 1;
+    std::vector<int> sums(static_cast<std::size_t>(stride) * (rows + 1));
+    for (int row = 0; row < rows; ++row)
+        for (int column = 0, inRow = 0; column < columns; ++column) {
+            const auto at = static_cast<std::size_t>(row) * stride + column;
+            inRow += cells[static_cast<std::size_t>(row) * columns + column];
+            sums[at + stride + 1] = sums[at + 1] + inRow;
+        }
+    const int across = block.Width / cellSize + 2, down = block.Height / cellSize + 2;
+    PlotRect best = block;
+    int least = -1, nearest = 0;
+    for (int y = corners.Top; y <= corners.Top + corners.Height; y += placeStep)
+        for (int x = corners.Left; x <= corners.Left + corners.Width; x += placeStep) {
+            const int column = (x - area.Left) / cellSize, row = (y - area.Top) / cellSize;
+            const int right = std::min(column + across, columns),
+                      below = std::min(row + down, rows);
+            const auto sum = [&](int r, int c) {
+                return sums[static_cast<std::size_t>(r) * stride + c];
+            };
+            const int cost =
+                sum(below, right) - sum(below, column) - sum(row, right) + sum(row, column);
+            const int aside = std::min(x - corners.Left, corners.Left + corners.Width - x) +
+                              std::min(y - corners.Top, corners.Top + corners.Height - y);
+            if (least >= 0 && (cost > least || (cost == least && aside >= nearest))) continue;
+            best.Left = x;
+            best.Top = y;
+            least = cost;
+            nearest = aside;
+        }
+    return best;
+}
+
+bool PlotCover::HasRoomFor(int width, int height, int margin) const {
+    return width + 2 * margin <= area.Width && height + 2 * margin <= area.Height;
+}
+
+PlotRect PlotCover::FindCorner(int width, int height, int margin) const {
     const int left = area.Left + margin, right = area.Left + area.Width - margin - width;
     const int top = area.Top + margin, bottom = area.Top + area.Height - margin - height;
+    const std::pair<int, int> corners[] = {
+        {right, top}, {left, bottom}, {left, top}, {right, bottom}};
     PlotRect best;
     int least = -1;
-    for (const auto& [x, y] :
-         {std::pair{right, top}, {left, bottom}, {left, top}, {right, bottom}}) {
+    for (const auto& [x, y] : corners) {
         const PlotRect place = Inside({x, y, width, height});
         const int cost = Cost(place);
         if (least >= 0 && cost >= least) continue;
         best = place;
         least = cost;
     }
-    AddBlock(best);
+    if (least > 0) {
+        const PlotRect elsewhere = PlaceNearCorner({left, top, right - left, bottom - top}, best);
+        if (Cost(elsewhere) == 0) best = elsewhere;
+    }
     return best;
 }
 

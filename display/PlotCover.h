@@ -31,11 +31,18 @@ public:
     /// `leftFirst` prefers its left side.
     PlotRect PlaceLabel(int anchorX, int anchorY, int width, int height, bool leftFirst = false);
 
+    /// Whether a width x height block fits in, `margin` pixels off the frame.
+    bool HasRoomFor(int width, int height, int margin) const;
+
     /// The corner of the plot, `margin` pixels off its frame, where a width x height block hides
-    /// least: top right, bottom left, top left, bottom right on equal terms. Taken from now on.
-    PlotRect PlaceInCorner(int width, int height, int margin);
+    /// least: top right, bottom left, top left, bottom right on equal terms. Where no corner is
+    /// free, the free place nearest to one, if there is any.
+    PlotRect FindCorner(int width, int height, int margin) const;
 
 private:
+    /// The place for `block` that is taken least, nearest to a corner; its left top corner may be
+    /// anywhere in `corners`.
+    PlotRect PlaceNearCorner(const PlotRect& corners, const PlotRect& block) const;
     PlotRect Inside(PlotRect rect) const;
 
     PlotRect area;

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int middlePoint = NumSweepPoints / 2;  // its frequency stands below the plot's middle
 constexpr int labelGap = 5;                      // between the plot and a frequency label
+constexpr double labelShare = 0.9;               // of a line's height that its letters take
 constexpr int timeTickLength = 6;                // pixels upwards from the plot's bottom
 constexpr int mostTimeSteps = 15;
 constexpr double timeTolerance = 1e-9;  // a last tick that rounding puts beyond the plot's end
@@ -24,8 +25,12 @@ constexpr int markDrop = 5;             // a mark's bottom lies this far below i
 constexpr int groupDelayMarkGap = 8;    // right end of the marks to the plot
 constexpr int groupDelayMarkGapBesideMag = 30;
 constexpr int magMarkOffset = 22;
+constexpr int leastMarkGap = 2;  // from a mark to what stands beside it
 constexpr int phaseMarkOffset = 6;
-constexpr int frequencyLabelGap = 14;  // least, between two frequency labels
+constexpr int logarithmicDigits = 2;  // of a frequency label, after the first
+constexpr int mostLabelDigits = 6;
+constexpr double labelTolerance = 0.02;  // of a division
+constexpr int frequencyLabelGap = 14;    // least, between two frequency labels
 
 // Major vertical divisions; a decade sweep spans two or four decades, an octave sweep two, four
 // or six octaves.
@@ -73,6 +78,20 @@ void AddVerticalLines(SweepType sweep, const PlotLayout& layout, PlotFrame& fram
             add(x0 + NearestInt(std::log10(k) * layout.PlotWidth / divisions));
         }
     }
+}
+
+// A large font is made smaller where rows of labels would reach into the strip below the plot.
+double LabelScale(const PlotLayout& layout, int rows, const TextMetrics& metrics) {
+    const int room = layout.Area.GridTop - SchematicHeight - layout.PlotBottom - labelGap;
+    const double needed = labelShare * rows * metrics.Height;
+    return room > 0 && room < needed ? room / needed : 1.0;
+}
+
+TextMetrics Scaled(const TextMetrics& metrics, double scale) {
+    return {[&metrics, scale](const std::string& text) {
+                return NearestInt(scale * metrics.Width(text));
+            },
+            NearestInt(scale * metrics.Height)};
 }
 
 void AddFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
@@ -126,10 +145,21 @@ std::vector<int> MoreLabelLines(SweepType sweep) {
     return decades ? std::vector{1, 5, 2, 3, 7, 4, 6, 8} : std::vector{1};
 }
 
+// A frequency with as many digits as tell it to within `tolerance`, at least three.
+std::string LabelText(double f, double tolerance) {
+    int digits = leastLabelDigits;
+    for (; digits < mostLabelDigits; ++digits) {
+        const double power = f > 0.0 ? std::pow(10.0, digits - std::floor(std::log10(f))) : 1.0;
+        if (std::abs(std::round(f * power) / power - f) <= tolerance) break;
+    }
+    return FormatWithPrefix(f, digits, "Hz");
+}
+
 void AddMoreFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
                             const TextMetrics& metrics, PlotFrame& frame) {
     const int divisions = MajorDivisions(design.SweepType);
     const bool linear = design.SweepType == SweepType::Linear;
+    const double span = design.SweepF2 - design.SweepF1;
     std::vector<std::pair<int, int>> taken;  // left and right ends of the labels
     const auto take = [&](const PlotText& label) {
         taken.emplace_back(label.X, label.X + metrics.Width(label.Text));
@@ -140,9 +170,9 @@ void AddMoreFrequencyLabels(const FilterDesign& design, const PlotLayout& layout
         for (int j = 0; j < divisions; ++j) {
             const double share = (j + std::log10(k)) / divisions;
             const double f =
-                linear ? design.SweepF1 + share * (design.SweepF2 - design.SweepF1)
+                linear ? design.SweepF1 + share * span
                        : design.SweepF1 * std::pow(design.SweepF2 / design.SweepF1, share);
-            const std::string text = FormatWithPrefix(f, 2, "Hz");
+            const std::string text = LabelText(f, labelTolerance * (linear ? span / divisions : f));
             const int width = metrics.Width(text);
             const int x = layout.PlotLeft + NearestInt(share * layout.PlotWidth) - width / 2;
             const bool free = std::none_of(taken.begin(), taken.end(), [&](const auto& other) {
@@ -166,29 +196,55 @@ int MarkStride(const PlotLayout& layout, const TextMetrics& metrics) {
     return PlotDivisions;
 }
 
+int WidestOf(const std::vector<PlotText>& texts, const TextMetrics& metrics) {
+    int widest = 0;
+    for (const PlotText& text : texts)
+        widest = std::max(widest, metrics.Width(text.Text));
+    return widest;
+}
+
+// The marks of the levels begin magMarkOffset left of the plot; in a large font further left, so
+// that they end before it.
+int MagnitudeMarkOffset(const std::vector<PlotText>& marks, const TextMetrics& metrics) {
+    return std::max(magMarkOffset, WidestOf(marks, metrics) + leastMarkGap);
+}
+
+// Ends the marks of the group delay `gap` before the plot, smaller where the margin is too narrow.
+void AlignGroupDelayMarks(const PlotLayout& layout, int gap, const TextMetrics& metrics,
+                          std::vector<PlotText>& marks) {
+    const int room = layout.PlotLeft - gap - leastMarkGap, widest = WidestOf(marks, metrics);
+    const double scale = widest > room ? static_cast<double>(room) / widest : 1.0;
+    for (PlotText& mark : marks) {
+        mark.Scale = scale;
+        mark.X = layout.PlotLeft - gap - NearestInt(scale * metrics.Width(mark.Text));
+        mark.Y += NearestInt((1.0 - scale) * metrics.Height);
+    }
+}
+
 void AddScaleMarks(const FilterDesign& design, const TraceChoices& choices,
                    const PlotLayout& layout, const TextMetrics& metrics, PlotFrame& frame) {
     const double fullScale = ScalesOf(design).GDFullScale;
-    const int gap = choices.Mag10dB ? groupDelayMarkGapBesideMag : groupDelayMarkGap;
     const int stride = MarkStride(layout, metrics);
     for (int i = 0; i <= PlotDivisions; i += stride) {
         const int y = LineY(layout, i) - metrics.Height + markDrop;
-        if (choices.GroupDelay) {
-            const std::string text = FormatWithPrefix(fullScale * 0.1 * (10 - i), 1, "s");
-            frame.GroupDelayMarks.push_back({layout.PlotLeft - gap - metrics.Width(text), y, text,
+        if (choices.GroupDelay)
+            frame.GroupDelayMarks.push_back({0, y,
+                                             FormatWithPrefix(fullScale * 0.1 * (10 - i), 1, "s"),
                                              TraceColour(TraceKind::GroupDelay)});
-        }
-        if (choices.Mag10dB) {
-            frame.MagnitudeMarks.push_back({layout.PlotLeft - magMarkOffset, y,
-                                            FormatNumber(design.MagTopRef - 10.0 * i, 0),
+        if (choices.Mag10dB)
+            frame.MagnitudeMarks.push_back({0, y, FormatNumber(design.MagTopRef - 10.0 * i, 0),
                                             TraceColour(TraceKind::Mag10dB)});
-        }
-        if (choices.Phase) {
+        if (choices.Phase)
             frame.PhaseMarks.push_back({layout.PlotRight + phaseMarkOffset, y,
                                         FormatNumber(180.0 - 36.0 * i, 0),
                                         TraceColour(TraceKind::Phase)});
-        }
     }
+    const int offset = MagnitudeMarkOffset(frame.MagnitudeMarks, metrics);
+    for (PlotText& mark : frame.MagnitudeMarks)
+        mark.X = layout.PlotLeft - offset;
+    const int gap =
+        choices.Mag10dB ? groupDelayMarkGapBesideMag + offset - magMarkOffset : groupDelayMarkGap;
+    AlignGroupDelayMarks(layout, gap, metrics, frame.GroupDelayMarks);
 }
 
 void AddAxisUnits(const TraceChoices& choices, const PlotLayout& layout, const TextMetrics& metrics,
@@ -197,7 +253,7 @@ void AddAxisUnits(const TraceChoices& choices, const PlotLayout& layout, const T
         std::max(LineY(layout, 0) - 2 * metrics.Height + markDrop, layout.Area.PanelHeight);
     if (choices.Mag10dB)
         frame.AxisUnits.push_back(
-            {layout.PlotLeft - magMarkOffset, y, "dB", TraceColour(TraceKind::Mag10dB)});
+            {frame.MagnitudeMarks.front().X, y, "dB", TraceColour(TraceKind::Mag10dB)});
     if (choices.Phase)
         frame.AxisUnits.push_back(
             {layout.PlotRight + phaseMarkOffset, y, "deg", TraceColour(TraceKind::Phase)});
@@ -240,11 +296,17 @@ PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices
     PlotFrame frame;
     AddHorizontalLines(design, choices, layout, frame);
     AddVerticalLines(design.SweepType, layout, frame);
-    AddFrequencyLabels(design, layout, metrics, frame);
-    AddMoreFrequencyLabels(design, layout, metrics, frame);
+    const double scale = LabelScale(layout, choices.Pulse ? 2 : 1, metrics);
+    const TextMetrics labelMetrics = Scaled(metrics, scale);
+    AddFrequencyLabels(design, layout, labelMetrics, frame);
+    AddMoreFrequencyLabels(design, layout, labelMetrics, frame);
+    if (choices.Pulse) AddTimeAxis(design, layout, labelMetrics, frame);
+    for (auto* const labels :
+         {&frame.FrequencyLabels, &frame.MoreFrequencyLabels, &frame.TimeLabels})
+        for (PlotText& label : *labels)
+            label.Scale = scale;
     // One pixel below the plot, so that a trace lying on the bottom edge stays visible.
     frame.Border = {layout.PlotLeft, layout.PlotTop, layout.PlotWidth, layout.PlotHeight + 1};
-    if (choices.Pulse) AddTimeAxis(design, layout, metrics, frame);
     AddScaleMarks(design, choices, layout, metrics, frame);
     AddAxisUnits(choices, layout, metrics, frame);
     AddTitles(design, layout, metrics, frame);

@@ -32,6 +32,7 @@ struct PlotText {
     int Y = 0;
     std::string Text;  ///< UTF-8
     PlotColour Colour;
+    double Scale = 1.0;  ///< of the plot's font
 };
 
 struct PlotFrame {

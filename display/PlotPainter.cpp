@@ -18,15 +18,9 @@ namespace {
 constexpr int cellPadding = 4;  // between a table cell's text and its right edge
 constexpr QColor tableColour(255, 255, 255);
 
-void DrawTextAt(QPainter& painter, const PlotText& text) {
-    painter.setPen(ToQColor(text.Colour));
-    painter.drawText(text.X, text.Y + painter.fontMetrics().ascent(),
-                     QString::fromStdString(text.Text));
-}
-
 void DrawTexts(QPainter& painter, const std::vector<PlotText>& texts) {
     for (const PlotText& text : texts)
-        DrawTextAt(painter, text);
+        PaintText(painter, text);
 }
 
 void DrawLines(QPainter& painter, const std::vector<PlotLine>& lines) {
@@ -98,6 +92,23 @@ const QImage& SchematicPictures::Of(ElementType type, bool doubled) {
     return entry.Picture;
 }
 
+void PaintText(QPainter& painter, const PlotText& text) {
+    if (text.Text.empty()) return;
+    const QFont font = painter.font();
+    if (text.Scale < 1.0) {
+        QFont smaller = font;
+        if (font.pixelSize() > 0)
+            smaller.setPixelSize(static_cast<int>(font.pixelSize() * text.Scale));
+        else
+            smaller.setPointSizeF(font.pointSizeF() * text.Scale);
+        painter.setFont(smaller);
+    }
+    painter.setPen(ToQColor(text.Colour));
+    painter.drawText(text.X, text.Y + painter.fontMetrics().ascent(),
+                     QString::fromStdString(text.Text));
+    if (text.Scale < 1.0) painter.setFont(font);
+}
+
 QColor ToQColor(PlotColour colour) {
     return QColor(colour.Red, colour.Green, colour.Blue);
 }
@@ -125,8 +136,8 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size) {
     DrawTexts(painter, frame.MagnitudeMarks);
     DrawTexts(painter, frame.PhaseMarks);
     DrawTexts(painter, frame.AxisUnits);
-    DrawTextAt(painter, frame.Title);
-    DrawTextAt(painter, frame.Subtitle);
+    PaintText(painter, frame.Title);
+    PaintText(painter, frame.Subtitle);
 }
 
 void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour) {
@@ -193,23 +204,24 @@ void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int 
 }
 
 void PaintValueTable(QPainter& painter, const std::vector<GridColumn>& columns, int gridTop) {
-    const auto cell = [&](int column, int row, Qt::Alignment align, const QString& text) {
-        const QRect box(ValueGridLeft + column * TablePitch, gridTop + row * TableRowHeight,
-                        TablePitch, TableRowHeight);
-        painter.setPen(ToQColor(GridColour));
-        painter.setBrush(column == 0 ? ToQColor(BackgroundColour) : tableColour);
-        painter.drawRect(box);
-        painter.setPen(ToQColor(Black));
-        painter.drawText(box.adjusted(0, 0, -cellPadding, 0),
-                         static_cast<int>(align | Qt::AlignVCenter), text);
-    };
+    const QColor background = ToQColor(BackgroundColour);
     for (int row = 0; row < ValueGridRows; ++row) {
         const auto r = static_cast<std::size_t>(row);
-        cell(0, row, Qt::AlignLeft, QString::fromLatin1(GridRowLabels[r]));
-        for (std::size_t k = 0; k < columns.size(); ++k) {
-            cell(static_cast<int>(k) + 1, row, Qt::AlignRight,
+        const bool used = IsRowUsed(columns, row);
+        const auto cell = [&](int column, Qt::Alignment align, const QString& text) {
+            const QRect box(ValueGridLeft + column * TablePitch, gridTop + row * TableRowHeight,
+                            TablePitch, TableRowHeight);
+            painter.setPen(ToQColor(GridColour));
+            painter.setBrush(column == 0 || !used ? background : tableColour);
+            painter.drawRect(box);
+            painter.setPen(ToQColor(used ? Black : UnusedLabelColour));
+            painter.drawText(box.adjusted(0, 0, -cellPadding, 0),
+                             static_cast<int>(align | Qt::AlignVCenter), text);
+        };
+        cell(0, Qt::AlignLeft, QString::fromLatin1(GridRowLabels[r]));
+        for (std::size_t k = 0; k < columns.size(); ++k)
+            cell(static_cast<int>(k) + 1, Qt::AlignRight,
                  QString::fromStdString(columns[k][r].Text));
-        }
     }
 }
 

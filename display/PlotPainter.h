@@ -42,6 +42,9 @@ QColor ToQColor(PlotColour colour);
 /// Extents of texts in the painter's current font.
 TextMetrics MetricsOf(const QPainter& painter);
 
+/// A text at its place, in its colour and the painter's font, which it may scale.
+void PaintText(QPainter& painter, const PlotText& text);
+
 /// Background over the whole size, then grid, border, labels, marks and title, in the painter's
 /// font.
 void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size);

@@ -12,6 +12,7 @@ namespace ladderwise {
 namespace {
 
 constexpr const char* delta = "\u0394";
+constexpr const char* ofReference = "Ref ";  // of a further layer: what the design is compared with
 constexpr double LargestShownVswr = 999.0;
 
 const char* NameOf(TraceKind kind) {
@@ -57,7 +58,8 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
         // Both magnitude traces show one quantity: it is told once.
         const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
         std::string text;
-        if (!magnitude || !magnitudeShown) text = TextOf(kind, value);
+        if (!magnitude || !magnitudeShown)
+            text = (number > 0 ? ofReference : "") + TextOf(kind, value);
         if (kind == TraceKind::Pulse)
             text += " at " + FormatWithPrefix(out.Index * sweep.PulseTimeStep, 3, "s");
         if (magnitude && !magnitudeShown && number == 0 && out.DeltaDb) {

@@ -44,6 +44,23 @@ struct Style {
     int SeriesLead = 5;  // from the bus of a parallel network to a member that is a series
 };
 
+/// A painter that keeps where it drew the symbols.
+class SymbolPainter : public QPainter {
+public:
+    using QPainter::QPainter;
+
+    /// Notes a symbol of `extent` at the origin of the present frame. A line stands for two rows.
+    void Note(const Network& network, const QRect& extent) {
+        const bool part =
+            network.Kind == NetworkKind::Inductor || network.Kind == NetworkKind::Capacitor;
+        const QRect place = worldTransform().mapRect(extent);
+        for (int row = network.Row; row <= network.Row + (part ? 0 : 1); ++row)
+            Symbols[static_cast<std::size_t>(row)] = place;
+    }
+
+    SymbolRects Symbols;
+};
+
 /// Room that a network takes: along its axis, and to each side of it.
 struct Extent {
     int Length = 0;
@@ -114,11 +131,11 @@ Extent Measure(const Network& network, const Style& style) {
 }
 
 /// A wire along the axis; none when its ends coincide.
-void DrawWire(QPainter& painter, int from, int to) {
+void DrawWire(SymbolPainter& painter, int from, int to) {
     if (from != to) painter.drawLine(from, 0, to, 0);
 }
 
-void DrawCoil(QPainter& painter, const Style& style) {
+void DrawCoil(SymbolPainter& painter, const Style& style) {
     QPainterPath coil;
     for (int turn = 0; turn < style.Turns; ++turn) {
         const QRectF bump(turn * style.TurnLength, -CoilHeight(style), style.TurnLength,
@@ -129,14 +146,14 @@ void DrawCoil(QPainter& painter, const Style& style) {
     painter.drawPath(coil);
 }
 
-void DrawPlates(QPainter& painter) {
+void DrawPlates(SymbolPainter& painter) {
     for (const int x : {0, PlateGap}) {
         painter.drawLine(x, 1 - PlateHalf, x, PlateHalf - 1);  // the square cap adds one unit
     }
 }
 
 /// A length of coaxial line, seen slightly from the source's side.
-void DrawLineSection(QPainter& painter) {
+void DrawLineSection(SymbolPainter& painter) {
     const QRectF nearEnd(0, -LineHalf, 2 * LineCap, 2 * LineHalf);
     const QRectF farEnd(LineLength - 2 * LineCap, -LineHalf, 2 * LineCap, 2 * LineHalf);
     QPainterPath body;
@@ -152,9 +169,9 @@ void DrawLineSection(QPainter& painter) {
     DrawWire(painter, 0, LineCap);
 }
 
-void DrawNetwork(QPainter& painter, const Network& network, int length, const Style& style);
+void DrawNetwork(SymbolPainter& painter, const Network& network, int length, const Style& style);
 
-void DrawInSeries(QPainter& painter, const Network& network, int length, const Style& style) {
+void DrawInSeries(SymbolPainter& painter, const Network& network, int length, const Style& style) {
     int slack = length;
     for (const Network& member : network.Members) {
         slack -= Measure(member, style).Length;
@@ -175,7 +192,8 @@ void DrawInSeries(QPainter& painter, const Network& network, int length, const S
     DrawWire(painter, x, length);
 }
 
-void DrawInParallel(QPainter& painter, const Network& network, int length, const Style& style) {
+void DrawInParallel(SymbolPainter& painter, const Network& network, int length,
+                    const Style& style) {
     const std::vector<int> axes = MemberAxes(network, style);
     for (const int x : {0, length}) {
         painter.drawLine(x, axes.front(), x, axes.back());
@@ -189,8 +207,10 @@ void DrawInParallel(QPainter& painter, const Network& network, int length, const
 }
 
 /// One symbol at the origin, without its leads.
-void DrawSymbol(QPainter& painter, NetworkKind kind, const Style& style) {
-    switch (kind) {
+void DrawSymbol(SymbolPainter& painter, const Network& network, const Style& style) {
+    const Extent extent = Measure(network, style);
+    painter.Note(network, {0, -extent.Above, extent.Length, extent.Above + extent.Below});
+    switch (network.Kind) {
         case NetworkKind::Inductor:
             return DrawCoil(painter, style);
         case NetworkKind::Capacitor:
@@ -207,7 +227,7 @@ void DrawSymbol(QPainter& painter, NetworkKind kind, const Style& style) {
 
 /// The network from the origin to (length, 0): wires lead to a symbol in the middle, members in
 /// series share the spare length, a parallel network is stretched.
-void DrawNetwork(QPainter& painter, const Network& network, int length, const Style& style) {
+void DrawNetwork(SymbolPainter& painter, const Network& network, int length, const Style& style) {
     if (network.Kind == NetworkKind::InSeries) return DrawInSeries(painter, network, length, style);
     if (network.Kind == NetworkKind::InParallel) {
         return DrawInParallel(painter, network, length, style);
@@ -218,12 +238,12 @@ void DrawNetwork(QPainter& painter, const Network& network, int length, const St
     DrawWire(painter, lead + own, length);
     painter.save();
     painter.translate(lead, 0);
-    DrawSymbol(painter, network.Kind, style);
+    DrawSymbol(painter, network, style);
     painter.restore();
 }
 
 /// The network in the middle of a wire from the origin to (length, 0).
-void DrawCentred(QPainter& painter, const Network& network, int length, const Style& style) {
+void DrawCentred(SymbolPainter& painter, const Network& network, int length, const Style& style) {
     // A parallel network would fill the length; as the only member of a series it keeps its own.
     const bool alone = network.Kind != NetworkKind::InSeries;
     DrawInSeries(painter, alone ? Network{NetworkKind::InSeries, 0, {network}} : network, length,
@@ -231,7 +251,7 @@ void DrawCentred(QPainter& painter, const Network& network, int length, const St
 }
 
 /// Three bars, at the end of an arm that runs along +x.
-void DrawGround(QPainter& painter, int x) {
+void DrawGround(SymbolPainter& painter, int x) {
     for (int bar = 0; bar < 3; ++bar) {
         const int half = 9 - 3 * bar;
         painter.drawLine(x + 4 * bar, 1 - half, x + 4 * bar, half - 1);
@@ -249,7 +269,7 @@ Style LargestCoils(const Network& network, int length, Style style) {
     return style;
 }
 
-void DrawDot(QPainter& painter) {
+void DrawDot(SymbolPainter& painter) {
     painter.save();
     painter.setPen(Qt::NoPen);
     painter.setBrush(Ink);
@@ -258,26 +278,26 @@ void DrawDot(QPainter& painter) {
 }
 
 /// An open stub in the middle of the length, as a shorted one would stand, and its open end.
-void DrawOpenStub(QPainter& painter, int length) {
+void DrawOpenStub(SymbolPainter& painter, const Network& stub, int length) {
     const int lead = (length - LineLength) / 2;
     DrawWire(painter, 0, lead);
     painter.translate(lead, 0);
-    DrawLineSection(painter);
+    DrawSymbol(painter, stub, ArmStyle);
     DrawWire(painter, LineLength, LineLength + OpenEndLead - OpenEndRadius);
     painter.drawEllipse(QPoint(LineLength + OpenEndLead, 0), OpenEndRadius, OpenEndRadius);
 }
 
 /// A shunt arm in its turned frame, from the through line down to ground or to an open end.
-void DrawArm(QPainter& painter, const Network& network) {
+void DrawArm(SymbolPainter& painter, const Network& network) {
     const int length = GroundY - ThroughLineY;
     DrawDot(painter);
-    if (network.Kind == NetworkKind::OpenStub) return DrawOpenStub(painter, length);
+    if (network.Kind == NetworkKind::OpenStub) return DrawOpenStub(painter, network, length);
     DrawCentred(painter, network, length, LargestCoils(network, length, ArmStyle));
     DrawGround(painter, length);
 }
 
 /// A through line that is cut, with a cross in the gap.
-void DrawError(QPainter& painter) {
+void DrawError(SymbolPainter& painter) {
     const int middle = SchematicWidth / 2;
     const int half = 9;
     const int cut = 16;
@@ -292,7 +312,7 @@ void DrawError(QPainter& painter) {
 }
 
 /// The whole picture; the origin is where the through line enters.
-void DrawPicture(QPainter& painter, ElementType type) {
+void DrawPicture(SymbolPainter& painter, ElementType type) {
     const std::vector<Network> arms = NetworksOf(type);
     if (arms.empty()) return DrawError(painter);
     if (InfoOf(type).Arm != ElementArm::Shunt) {
@@ -310,19 +330,33 @@ void DrawPicture(QPainter& painter, ElementType type) {
     }
 }
 
-}  // namespace
-
-QImage DrawSchematic(ElementType type, int scale) {
-    QImage image(SchematicWidth * scale, SchematicHeight * scale, QImage::Format_RGB32);
-    image.fill(SchematicBackground);
-    QPainter painter(&image);
+SymbolRects DrawOnto(QImage& image, ElementType type, int scale) {
+    SymbolPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(Ink, StrokeWidth, Qt::SolidLine, Qt::SquareCap, Qt::RoundJoin));
     painter.scale(scale, scale);
     painter.translate(0, ThroughLineY);
     DrawPicture(painter, type);
-    painter.end();
+    return painter.Symbols;
+}
+
+QImage EmptyPicture(int scale) {
+    QImage image(SchematicWidth * scale, SchematicHeight * scale, QImage::Format_RGB32);
+    image.fill(SchematicBackground);
     return image;
+}
+
+}  // namespace
+
+QImage DrawSchematic(ElementType type, int scale) {
+    QImage image = EmptyPicture(scale);
+    DrawOnto(image, type, scale);
+    return image;
+}
+
+SymbolRects SymbolsOf(ElementType type) {
+    QImage image = EmptyPicture(1);
+    return DrawOnto(image, type, 1);
 }
 
 }  // namespace ladderwise

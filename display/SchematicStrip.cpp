@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "design/Designators.h"
+#include "display/SchematicNetworks.h"
 #include "display/ValueGridContent.h"
 #include "numbers/Formatfunctions.h"
 
@@ -23,9 +24,28 @@ constexpr int resistorHalf = 4;
 constexpr int loadX = 14;  // of the load's axis from the last picture
 constexpr int loadDrop = 16;
 constexpr int resistorDigits = 5;
-constexpr int namesTop = 0;         // of a shunt element's names
-constexpr int seriesNamesTop = 62;  // of a series element's names, below its symbols
+constexpr int namesTop = -1;  // of a shunt element's names
+// Of a series element's names, right below its symbols: by how many of these stand one below the
+// other.
+constexpr int seriesNamesTop[] = {34, 42, 54};
 constexpr std::size_t namesInARow = 2;
+
+std::size_t SymbolRows(const Network& network) {
+    const bool parallel = network.Kind == NetworkKind::InParallel;
+    std::size_t rows = parallel ? 0 : 1;
+    for (const Network& member : network.Members) {
+        const std::size_t own = SymbolRows(member);
+        rows = parallel ? rows + own : std::max(rows, own);
+    }
+    return rows;
+}
+
+int NamesTop(ElementType type) {
+    if (InfoOf(type).Arm == ElementArm::Shunt) return namesTop;
+    const std::vector<Network> networks = NetworksOf(type);
+    const std::size_t rows = networks.empty() ? 1 : SymbolRows(networks.front());
+    return seriesNamesTop[std::min(rows, std::size(seriesNamesTop)) - 1];
+}
 
 void AddDesignators(const FilterDesign& design, int top, int scroll, const TextMetrics& metrics,
                     std::vector<PlotText>& texts) {
@@ -34,15 +54,13 @@ void AddDesignators(const FilterDesign& design, int top, int scroll, const TextM
         std::vector<std::string> names;
         for (const std::string& name : designators[static_cast<std::size_t>(slot)])
             if (!name.empty() && (names.empty() || names.back() != name)) names.push_back(name);
-        const bool shunt =
-            InfoOf(design.Elements[static_cast<std::size_t>(slot)].Type).Arm == ElementArm::Shunt;
         const int middle = ValueGridLeft + SchematicWidth * slot + SchematicWidth / 2 - scroll;
-        int y = top + (shunt ? namesTop : seriesNamesTop);
+        int y = top + NamesTop(design.Elements[static_cast<std::size_t>(slot)].Type);
         for (std::size_t n = 0; n < names.size(); n += namesInARow) {
             std::string row = names[n];
             if (n + 1 < names.size()) row += "  " + names[n + 1];
             texts.push_back({middle - metrics.Width(row) / 2, y, row, Black});
-            y += metrics.Height - 2;
+            y += metrics.Height - 1;
         }
     }
 }

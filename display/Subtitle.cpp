@@ -63,10 +63,6 @@ std::string SweepText(const FilterDesign& design) {
     return {};
 }
 
-bool HasBandWidth(PassType pass) {
-    return pass != PassType::LowPass && pass != PassType::HighPass;
-}
-
 /// The part models, with the standard series in use.
 std::string PartsText(const FilterDesign& design) {
     const PartModel& model = design.PartModel;

@@ -43,6 +43,8 @@ struct PlotColour {
 inline constexpr PlotColour BackgroundColour{234, 234, 234};
 inline constexpr PlotColour GridColour{128, 128, 128};
 inline constexpr PlotColour Black{0, 0, 0};
+/// Label of a row of the value grid that no element uses.
+inline constexpr PlotColour UnusedLabelColour{170, 170, 170};
 
 /// Kinds in the order in which they are drawn: later ones lie on top.
 inline constexpr std::array<TraceKind, 6> TraceDrawOrder = {

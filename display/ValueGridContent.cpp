@@ -46,6 +46,12 @@ std::vector<GridColumn> BuildValueGrid(const FilterDesign& design) {
     return columns;
 }
 
+bool IsRowUsed(const std::vector<GridColumn>& columns, int row) {
+    return std::any_of(columns.begin(), columns.end(), [row](const GridColumn& column) {
+        return !column[static_cast<std::size_t>(row)].Text.empty();
+    });
+}
+
 std::string PartsTableText(const FilterDesign& design) {
     constexpr int exactDigits = 15;
     std::string table = "Part\tValue\tExact\n";

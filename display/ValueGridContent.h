@@ -34,9 +34,11 @@ GridCell CellOf(const CircuitElement& element, int row);
 /// The columns of slots 1 .. ShownElements; entry k - 1 is slot k, column k of the grid.
 std::vector<GridColumn> BuildValueGrid(const FilterDesign& design);
 
+/// Whether any column has a value in this row (0 .. 3).
+bool IsRowUsed(const std::vector<GridColumn>& columns, int row);
+
 /// The parts from the source to the load, one a line with tabs between the columns: designator,
-/// value with prefix, value in SI units with all its digits ("L2	159
-/// nH	1.5915494309189536E-7").
+/// value with prefix, value in SI units with all its digits.
 std::string PartsTableText(const FilterDesign& design);
 
 }  // namespace ladderwise

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int frequencyDigits = 4;  // after the first
 constexpr int levelDecimals = 2;
+constexpr double differingDb = 0.01;       // between the loss at F0 and the least one
 constexpr double mostShownDb = 200.0;      // beyond it, rounding decides
 constexpr double smallestShownDb = 0.005;  // would round to 0.00, or to -0.00 of a peak
 
@@ -64,6 +65,47 @@ std::string BandText(const FilterDesign& design, const ResponseEdges& band) {
     return {};
 }
 
+/// All figures but the attenuations; `brief` leaves out where the return loss was looked for.
+ResultTexts Figures(const FilterDesign& design, const ResponseResults& results, bool brief) {
+    ResultTexts texts;
+    texts.emplace_back("Loss at F0", Db(results.LossAtF0));
+    const bool bandPass = HasBandWidth(design.PassType) && design.PassType != PassType::Notch;
+    if (bandPass && results.LossAtF0 - results.PeakLoss > differingDb)
+        texts.emplace_back("least loss", Db(results.PeakLoss) + " at " + Hz(results.PeakFrequency));
+    AddEdges(design, results, texts);
+    texts.emplace_back("return loss at least",
+                       Db(results.WorstReturnLoss) +
+                           (brief ? "" : " " + BandText(design, results.ReturnLossBand)));
+    if (results.ShapeFactor)
+        texts.emplace_back("shape factor 60/6 dB",
+                           FormatFixed(*results.ShapeFactor, levelDecimals));
+    return texts;
+}
+
+void AddAttenuations(const ResponseResults& results, ResultTexts& texts) {
+    for (const AttenuationAt& at : results.Attenuations)
+        texts.emplace_back("at " + at.Where, Db(at.Attenuation));
+}
+
+/// The attenuations with both sides of the pass band in one, the nearer ones first.
+void AddPairedAttenuations(const ResponseResults& results, ResultTexts& texts) {
+    const auto add = [&](const std::string& where, const std::string& name) {
+        for (const AttenuationAt& at : results.Attenuations) {
+            if (at.Where != where) continue;
+            if (!texts.empty() && texts.back().first == name)
+                texts.back().second += " / " + Db(at.Attenuation);
+            else
+                texts.emplace_back(name, Db(at.Attenuation));
+        }
+    };
+    for (const std::string off : {"BW", "2 BW"}) {
+        add("F0 - " + off, "F0 -/+ " + off);
+        add("F0 + " + off, "F0 -/+ " + off);
+    }
+    for (const std::string harmonic : {"2 F0", "3 F0"})
+        add(harmonic, harmonic);
+}
+
 }  // namespace
 
 ResponseResults ResultsOf(const FilterDesign& design) {
@@ -71,26 +113,23 @@ ResponseResults ResultsOf(const FilterDesign& design) {
 }
 
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results) {
-    ResultTexts texts;
-    if (!results.Valid) return texts;
-    texts.emplace_back("Loss at F0", Db(results.LossAtF0));
-    AddEdges(design, results, texts);
-    texts.emplace_back("return loss at least", Db(results.WorstReturnLoss) + " " +
-                                                   BandText(design, results.ReturnLossBand));
-    if (results.ShapeFactor)
-        texts.emplace_back("shape factor 60/6 dB",
-                           FormatFixed(*results.ShapeFactor, levelDecimals));
-    for (const AttenuationAt& at : results.Attenuations)
-        texts.emplace_back("at " + at.Where, Db(at.Attenuation));
+    if (!results.Valid) return {};
+    ResultTexts texts = Figures(design, results, false);
+    AddAttenuations(results, texts);
     return texts;
 }
 
-std::string ResultsLine(const FilterDesign& design) {
+std::string ResultsLine(const FilterDesign& design, const ResponseResults& results) {
+    if (!results.Valid) return {};
+    const bool band = HasBandWidth(design.PassType);
+    ResultTexts texts = Figures(design, results, band);
+    if (band)
+        AddPairedAttenuations(results, texts);
+    else
+        AddAttenuations(results, texts);
     std::string line;
-    for (const auto& [name, value] : DescribeResults(design, ResultsOf(design))) {
-        if (!line.empty()) line += ", ";
-        line += name + " " + value;
-    }
+    for (const auto& [name, value] : texts)
+        line += (line.empty() ? "" : ", ") + name + " " + value;
     return line;
 }
 

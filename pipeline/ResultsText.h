@@ -18,7 +18,8 @@ ResponseResults ResultsOf(const FilterDesign& design);
 using ResultTexts = std::vector<std::pair<std::string, std::string>>;
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results);
 
-/// The same as one line: "Loss at F0 3.01 dB, -3 dB edge 200 MHz, ...".
-std::string ResultsLine(const FilterDesign& design);
+/// The same as one line: "Loss at F0 3.01 dB, -3 dB edge 200 MHz, ...", for band-passes and notches
+/// a shorter one.
+std::string ResultsLine(const FilterDesign& design, const ResponseResults& results);
 
 }  // namespace ladderwise

@@ -22,10 +22,10 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QWidget(parent) {
     setObjectName("StatusLabel");
 }
 
-void ElidedLabel::SetText(const QString& newText, bool isWarning) {
+void ElidedLabel::SetText(const QString& newText, bool isWarning, const QString& list) {
     text = newText;
     warning = isWarning;
-    setToolTip(text);
+    setToolTip(list);
     setAccessibleName(text);
     update();
 }

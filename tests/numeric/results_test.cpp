@@ -61,12 +61,12 @@ TEST(Results, ButterworthOfEveryPassTypeMeetsItsClosedForm) {
         std::pow((1e6 - 1.0) / (std::pow(10.0, 0.6) - 1.0), 0.125), 1e-9);
 }
 
-TEST(Results, ReturnLossOfAChebyshevFollowsFromItsRipple) {
+TEST(Results, ReturnLossOfARippleFollowsFromIt) {
     const double rippleLimited = -10.0 * std::log10(1.0 - std::pow(10.0, -0.01));
     for (const PassType pass :
          {PassType::LowPass, PassType::HighPass, PassType::BandPassCanonical, PassType::Notch})
-        EXPECT_NEAR(ResultsOf(Ladder(pass, ResponseType::Chebyshev, 5)).WorstReturnLoss,
-                    rippleLimited, 1e-7);
+        for (const ResponseType response : {ResponseType::Chebyshev, ResponseType::EllipticC})
+            EXPECT_NEAR(ResultsOf(Ladder(pass, response, 5)).WorstReturnLoss, rippleLimited, 1e-6);
     EXPECT_FALSE(ResultsOf(FilterDesign{}).Valid);
 }
 

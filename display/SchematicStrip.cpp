@@ -24,7 +24,7 @@ constexpr int resistorHalf = 4;
 constexpr int loadX = 14;  // of the load's axis from the last picture
 constexpr int loadDrop = 16;
 constexpr int resistorDigits = 5;
-constexpr int namesTop = -1;  // of a shunt element's names
+constexpr int namesTop = -3;  // of a shunt element's names
 // Of a series element's names, right below its symbols: by how many of these stand one below the
 // other.
 constexpr int seriesNamesTop[] = {34, 42, 54};

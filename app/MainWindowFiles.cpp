@@ -184,7 +184,9 @@ void MainWindow::ReadSettings() {
     ReadSettingsText(ReadWholeFile(path, MaxSettingsBytes).Bytes, settings, report);
     if (!settings.Threshold.empty())
         calculation.Inputs.Box(InputId::GDPhaseThreshold).Type(settings.Threshold);
-    findChild<QLineEdit*>("SamplingFrequencyBox")->setText(Name(settings.SamplingFrequency));
+    // A box keeps what it holds where the line is missing or damaged.
+    if (!settings.SamplingFrequency.empty())
+        findChild<QLineEdit*>("SamplingFrequencyBox")->setText(Name(settings.SamplingFrequency));
     findChild<QAction*>("MouseReadOutMenu")->setChecked(settings.ReadOutMenu);
     ShowRecentFiles();
     ShowInputs();

@@ -36,6 +36,7 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
         // A value of the program's that lies out of bounds is nobody's entry.
         if (!box.ReplacedText && !box.Moved) {
             box.ReplacedText = box.Text;
+            box.ReplacedTyped = box.Typed;
             box.Reason = reason;
         }
         box.Text = text;
@@ -55,6 +56,7 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
         replace(maxText, Unfit::AboveMaximum);
     }
     box.ReplacedBy = static_cast<double>(value);
+    if (box.ReplacedText) box.Typed = false;
     return value;
 }
 
@@ -62,6 +64,7 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
 
 void NumberBox::Type(std::string text) {
     Text = std::move(text);
+    Typed = true;
     ExactValue.reset();
     Moved.reset();
 }
@@ -72,6 +75,7 @@ void NumberBox::WriteValue(double value) {
 
 void NumberBox::WriteText(std::string text, double value) {
     Text = std::move(text);
+    Typed = false;
     WrittenText = Text;
     ExactValue = value;
 }
@@ -85,7 +89,10 @@ void NumberBox::MoveTo(double value, std::string_view why) {
 }
 
 void NumberBox::Replace(double value, const std::string& text) {
-    if (!ReplacedText) ReplacedText = Text;
+    if (!ReplacedText) {
+        ReplacedText = Text;
+        ReplacedTyped = Typed;
+    }
     Reason = Unfit::NotOffered;
     ReplacedBy = value;
     Colour = BoxColour::Silver;

@@ -32,9 +32,11 @@ struct MovedEntry {
 struct NumberBox {
     std::string Text;
     BoxColour Colour = BoxColour::Normal;
+    bool Typed = false;                         ///< Text is a user's
     std::string WrittenText{};                  ///< what the program wrote last
     std::optional<double> ExactValue{};         ///< the value that WrittenText stands for
     std::optional<std::string> ReplacedText{};  ///< what the last read found unfit and replaced
+    bool ReplacedTyped = false;                 ///< that was a user's entry
     Unfit Reason = Unfit::NotANumber;           ///< of that replacement
     double ReplacedBy = 0.0;                    ///< what it took in the place of ReplacedText
     std::optional<MovedEntry> Moved{};          ///< set while a value of the program's stands here

@@ -180,6 +180,7 @@ void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
         Note note{NoteKind::Replaced, row.Name, ReplacedText(row, box),
                   *box.ReplacedText,  box.Text, box.Colour};
         note.Idle = !IsEnabled(row, inputs);
+        if (note.Idle && !box.ReplacedTyped) continue;  // of no concern, and nobody's entry
         notes.push_back(note);
     }
 }

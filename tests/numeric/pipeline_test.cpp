@@ -395,7 +395,8 @@ TEST(Notes, WhatABuilderMustKnow) {
         {{{"response", "chebyshev"}, {"poles", "4"}}, {"load-moved r-load"}},
         {{{"r-load", "25"}}, {"form-forced form"}},
         {{{"r-load", "25"}, {"form", "lcl"}}, {}},
-        {{{"f0", "?"}}, {"replaced f0", "(replaced bw)"}},  // 1 MHz, 40 MHz wide
+        {{{"f0", "?"}, {"bw", "40"}}, {"replaced f0", "(replaced bw)"}},  // 1 MHz, 40 MHz wide
+        {{{"f0", "?"}}, {"replaced f0"}},  // 40 MHz that nobody typed
         {{{"bw-percent", "?"}, {"pass", "notch"}}, {"replaced bw-percent"}},
         {{{"ripple", "9"}}, {"(replaced ripple)"}},
         {{{"ripple", "9"}, {"response", "chebyshev"}}, {"replaced ripple"}},

@@ -16,8 +16,10 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int Gap = 6;            ///< pixels between controls
-constexpr int SwatchDensity = 2;  ///< pixels of a swatch per logical pixel
+constexpr int Gap = 6;                      ///< pixels between controls
+constexpr double FontStep = 0.25;           ///< points
+constexpr double SmallestFontScale = 0.75;  ///< of the normal font
+constexpr int SwatchDensity = 2;            ///< pixels of a swatch per logical pixel
 
 QGridLayout* GridOf(QGroupBox* group) {
     auto* const grid = new QGridLayout(group);
@@ -163,7 +165,6 @@ QWidget* MainPanel::BuildPartsGroup() {
     row = 0;
     for (QLabel* const label : {IndQLabel, IndCLabel, CapRLabel, CapLLabel})
         grid->addWidget(label, row++, 2);
-    grid->setColumnMinimumWidth(2, group->fontMetrics().horizontalAdvance("Cap Ro = 0.0000 ohm"));
     return group;
 }
 
@@ -205,7 +206,23 @@ void MainPanel::EnableReference(bool stored) {
         EnableFor(control, stored, "after Set Ref");
 }
 
-/// One height for the rows of all groups, so that they stand on common lines.
+void MainPanel::FitInto(int width) {
+    const double normal = font().pointSizeF();
+    const auto boxes = findChildren<NumberEdit*>();
+    for (double size = normal; minimumSizeHint().width() > width; size -= FontStep) {
+        if (size < SmallestFontScale * normal) return;
+        QFont smaller = font();
+        smaller.setPointSizeF(size);
+        setFont(smaller);
+        for (NumberEdit* const box : boxes)
+            InputBinder::SetWidth(box);
+        AlignRows();
+        layout()->activate();
+    }
+}
+
+/// One height for the rows of all groups, so that they stand on common lines, and one width for the
+/// labels that change.
 void MainPanel::AlignRows() {
     const auto groups = findChildren<QGroupBox*>(Qt::FindDirectChildrenOnly);
     int height = 0;
@@ -216,6 +233,9 @@ void MainPanel::AlignRows() {
         auto* const grid = static_cast<QGridLayout*>(group->layout());
         for (int row = 0; row < grid->rowCount(); ++row)
             grid->setRowMinimumHeight(row, height);
+        // The labels of the part models must not move the traces.
+        if (group == CapRLabel->parentWidget())
+            grid->setColumnMinimumWidth(2, fontMetrics().horizontalAdvance("Cap Ro = 0.0000 ohm"));
     }
 }
 

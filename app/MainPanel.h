@@ -22,6 +22,9 @@ class MainPanel : public QWidget {
 public:
     explicit MainPanel(InputBinder& binder, QWidget* parent = nullptr);
 
+    /// Makes the font smaller, but not much, where the panel would be wider than that.
+    void FitInto(int width);
+
     /// The two controls of a stored reference.
     void EnableReference(bool stored);
 

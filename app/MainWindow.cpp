@@ -86,6 +86,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     // The window's frame comes on top of what is set here.
     const QSize room = screen()->availableSize() - FrameAllowance;
     setMinimumSize(SmallestSize.boundedTo(room));
+    panel->FitInto(room.width());
     // Where the screen has room for it the whole input panel is seen, whatever the font.
     resize(StartSize.expandedTo({panel->minimumSizeHint().width(), 0}).boundedTo(room));
 }
@@ -135,7 +136,9 @@ void MainWindow::BuildClient() {
     valueGrid->setItemDelegate(new FittedCells(valueGrid));
     QFont cellFont = valueGrid->font();
     cellFont.setPointSizeF(cellFont.pointSizeF() * GridFontScale);
-    valueGrid->setFont(cellFont);
+    // One size for all usual values; the delegate makes longer ones smaller.
+    valueGrid->setFont(
+        FontThatFits(cellFont, "15.9E-12", SchematicWidth - 4 * CellMargin, QWIDGETSIZE_MAX));
     const int rowHeight =
         std::max(GridRowHeight, valueGrid->fontMetrics().height() + 2 * CellMargin);
     valueGrid->verticalHeader()->setMinimumSectionSize(rowHeight);
@@ -237,6 +240,7 @@ void MainWindow::CalcButtonClick() {
 
 void MainWindow::Recalculate() {
     drawing.stop();  // a message box in the middle must not draw a design half made
+    statusBar()->clearMessage();
     rejected.clear();
     PrepareCalculation(calculation, report);
     ShowInputs();

@@ -127,7 +127,7 @@ private:
 
     // MainWindowFiles.cpp: design files, recent files, coefficients files, settings
     DesignRecord Record();  ///< the design as its file would hold it
-    void CalcIfTyped();         ///< what was typed and not yet read counts
+    void CalcIfTyped();     ///< what was typed and not yet read counts
     void ShowTitle();
     void ShowRecentFiles();
     bool WriteDesignFile(const std::string& path);
@@ -188,7 +188,7 @@ private:
     FileDialogs dialogs;
     std::optional<Folders> folders;
     ProgramSettings settings;
-    std::string currentFile;  ///< full path; empty: the design has no file yet
+    std::string currentFile;                  ///< full path; empty: the design has no file yet
     std::optional<DesignRecord> savedRecord;  ///< as it was saved, opened or started with
     bool started = false;
     QTimer drawing;            ///< runs out when no more input waits

@@ -14,7 +14,11 @@ namespace ladderwise {
 namespace {
 
 constexpr const char* DesignFilter = "Design Files (*.tk_ldfilt)";
-constexpr int ReasonTime = 10000;  ///< ms for which the status line tells why saving failed
+constexpr const char* Welcome =
+    "Type a frequency and press Enter; choose pass and response above. Point at the plot to read "
+    "it, right-click a part value to tune it. More under Help.";
+constexpr int WelcomeTime = 60000;  ///< ms, or until the first calculation
+constexpr int ReasonTime = 10000;   ///< ms for which the status line tells why saving failed
 
 QString Name(const std::string& path) {
     return QString::fromStdString(path);
@@ -180,7 +184,8 @@ void MainWindow::ChooseCoefficientsFile() {
 
 void MainWindow::ReadSettings() {
     const std::string path = SettingsPath(*folders);
-    if (!QFileInfo(Name(path)).isFile()) return;  // the first run
+    if (!QFileInfo(Name(path)).isFile())  // the first run
+        return statusBar()->showMessage(Welcome, WelcomeTime);
     ReadSettingsText(ReadWholeFile(path, MaxSettingsBytes).Bytes, settings, report);
     if (!settings.Threshold.empty())
         calculation.Inputs.Box(InputId::GDPhaseThreshold).Type(settings.Threshold);

@@ -45,6 +45,7 @@ void FittedCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
                         const QModelIndex& index) const {
     QStyleOptionViewItem plain = option;
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    painter->fillRect(option.rect, option.palette.base());  // the view has painted a selection
     QStyledItemDelegate::paint(painter, plain, index);
     if (!(option.state & QStyle::State_Selected)) return;
     const bool focused = option.state & QStyle::State_HasFocus;

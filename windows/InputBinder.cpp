@@ -37,7 +37,7 @@ InputBinder::BoundBox& InputBinder::Find(InputId id) {
 
 NumberEdit* InputBinder::AddBox(QWidget* parent, InputId id) {
     auto* const box = new NumberEdit(ComponentName(RowOf(id, inputs), "Box"), parent);
-    box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * BoxWidthInDigits);
+    SetWidth(box);
     QObject::connect(box, &NumberEdit::CalculationRequested, box, [this] { actions.Calculate(); });
     box->setAccessibleName(QString::fromStdString(PlainLabel(RowOf(id, inputs))));
     boxes.push_back({id, box, nullptr, nullptr, nullptr});
@@ -45,6 +45,10 @@ NumberEdit* InputBinder::AddBox(QWidget* parent, InputId id) {
         QObject::connect(box, &NumberEdit::StepRequested, box,
                          [this, id](bool up) { actions.Step(id, up); });
     return box;
+}
+
+void InputBinder::SetWidth(NumberEdit* box) {
+    box->setFixedWidth(box->fontMetrics().horizontalAdvance('0') * BoxWidthInDigits);
 }
 
 bool InputBinder::HasArrows(InputId id) const {

@@ -31,6 +31,9 @@ public:
     /// The edit box of an input, named after its row and wide enough for its numbers.
     NumberEdit* AddBox(QWidget* parent, InputId id);
 
+    /// As wide as the numbers of an input need in the box's font.
+    static void SetWidth(NumberEdit* box);
+
     /// True if the input is stepped by arrows.
     bool HasArrows(InputId id) const;
 

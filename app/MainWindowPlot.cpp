@@ -20,7 +20,7 @@ namespace {
 constexpr int AxisLabelHeight = 18;  ///< pixels
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 const QColor labelBackground(225, 225, 225);
-const QColor editedColour(255, 236, 179);
+const QColor editedColour(255, 208, 160);
 const QColor rejectedColour(192, 192, 192);
 
 /// The item of a cell, made when there is none yet.

@@ -20,7 +20,7 @@ namespace {
 
 constexpr double LeastRise = 1e-9;                  // dB, over a sample: less is rounding
 constexpr double GoldenShare = 0.3819660112501051;  // (3 - sqrt 5) / 2
-constexpr double PeakTolerance = 1e-6;              // of a bracket
+constexpr double PeakTolerance = 1e-4;              // of a bracket
 constexpr int MostPeakSteps = 60;                   // a guard: a dozen are usual
 constexpr int MostRootSteps = 100;                  // a guard: ten are usual
 constexpr double RootTolerance = 1e-14;             // relative, of a crossing's frequency
@@ -324,6 +324,8 @@ void RaiseReflection(const FilterDesign& design, const Samples& samples, double 
     // A lobe across an end of the band is searched for what of it lies inside.
     const auto search = [&](int i) {
         if (i < 1 || i + 1 >= samples.Count()) return;
+        const std::vector<double>& level = samples.Reflection;
+        if (level[i] < level[i - 1] || level[i] < level[i + 1]) return;
         raise(LargestWithin(std::max(low, samples.F[i - 1]), std::min(high, samples.F[i + 1]),
                             [&](double f) { return ReflectionAt(design, f); }));
     };

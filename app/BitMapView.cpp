@@ -56,13 +56,10 @@ void BitMapView::PaintReadOuts(QPainter& painter) {
     std::vector<ReadOutText> texts = readOuts->Cursor;
     for (const TraceReadOut& trace : readOuts->Traces)
         texts.push_back(trace.Text);
-    const std::vector<PlotText> placed = FlowTexts(texts, layout.PlotWidth, readOutGap, metrics);
-    if (placed.empty()) return;
-    const int first = top + std::max(0, (height - placed.back().Y - metrics.Height) / 2);
-    for (PlotText text : placed) {
+    for (PlotText text : FlowTexts(texts, layout.PlotWidth, height, readOutGap, metrics)) {
         text.X += layout.PlotLeft;
-        text.Y += first;
-        if (text.Y + metrics.Height <= layout.PlotTop + 1) PaintText(painter, text);
+        text.Y += top;
+        if (text.Y < layout.PlotTop) PaintText(painter, text);
     }
 }
 

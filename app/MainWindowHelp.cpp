@@ -1,6 +1,7 @@
 // The main window: help, the About window and print screen.
 #include <QCoreApplication>
 #include <QDir>
+#include <algorithm>
 
 #include "app/MainWindow.h"
 #include "design/ChoiceNames.h"
@@ -12,6 +13,7 @@ namespace ladderwise {
 
 namespace {
 
+constexpr int LoadWidth = 60;       ///< pixels that the load takes right of the last element
 constexpr double PaperRatio = 3.0;  ///< points of paper for one of the screen, each way
 
 /// Beside the program, or with its shared data.
@@ -37,13 +39,20 @@ void MainWindow::ShowAbout() {
 }
 
 void MainWindow::PrintPage() {
-    // Paper is finer than the screen: the plot is drawn anew for it, and once more afterwards.
     FinishDrawing();
+    // Paper has no scroll bar: the page is as wide as the ladder is long.
+    const QSize onScreen = client->size();
+    const int whole = ValueGridLeft + ValueGridWidth(ShownElements(calculation.Design)) + LoadWidth;
+    client->setMinimumWidth(whole);
+    client->resize(std::max(whole, onScreen.width()), onScreen.height());
+    // Paper is finer than the screen: the plot is drawn anew for it, and once more afterwards.
     SizePlot(PaperRatio);
     AskForRepeat(calculation);
     PlotPrepared();
     PrintScreen(this, *client, QString::fromStdString(DesignTitle(calculation.Design)),
                 QString::fromStdString(currentFile));
+    client->setMinimumWidth(0);
+    client->resize(onScreen);
     ResizePlot();
 }
 

@@ -87,13 +87,6 @@ double LabelScale(const PlotLayout& layout, int rows, const TextMetrics& metrics
     return room > 0 && room < needed ? room / needed : 1.0;
 }
 
-TextMetrics Scaled(const TextMetrics& metrics, double scale) {
-    return {[&metrics, scale](const std::string& text) {
-                return NearestInt(scale * metrics.Width(text));
-            },
-            NearestInt(scale * metrics.Height)};
-}
-
 void AddFrequencyLabels(const FilterDesign& design, const PlotLayout& layout,
                         const TextMetrics& metrics, PlotFrame& frame) {
     const int y = layout.PlotBottom + labelGap;
@@ -282,6 +275,11 @@ void AddTitles(const FilterDesign& design, const PlotLayout& layout, const TextM
 
 }  // namespace
 
+TextMetrics TextMetrics::Scaled(double scale) const {
+    return {[this, scale](const std::string& text) { return NearestInt(scale * Width(text)); },
+            NearestInt(scale * Height)};
+}
+
 std::string FittingList(std::string list, int width, const TextMetrics& metrics) {
     while (metrics.Width(list) > width) {
         const std::size_t comma = list.rfind(", ");
@@ -297,7 +295,7 @@ PlotFrame BuildPlotFrame(const FilterDesign& design, const TraceChoices& choices
     AddHorizontalLines(design, choices, layout, frame);
     AddVerticalLines(design.SweepType, layout, frame);
     const double scale = LabelScale(layout, choices.Pulse ? 2 : 1, metrics);
-    const TextMetrics labelMetrics = Scaled(metrics, scale);
+    const TextMetrics labelMetrics = metrics.Scaled(scale);
     AddFrequencyLabels(design, layout, labelMetrics, frame);
     AddMoreFrequencyLabels(design, layout, labelMetrics, frame);
     if (choices.Pulse) AddTimeAxis(design, layout, labelMetrics, frame);

@@ -15,6 +15,9 @@ namespace ladderwise {
 struct TextMetrics {
     std::function<int(const std::string&)> Width;  ///< advance of a UTF-8 text
     int Height = 0;                                ///< of any line of text
+
+    /// Of a font `scale` times as large; refers to this one.
+    TextMetrics Scaled(double scale) const;
 };
 
 /// A line of width 1; both end points are drawn.

@@ -14,6 +14,8 @@ namespace {
 constexpr const char* delta = "\u0394";
 constexpr const char* ofReference = "Ref ";  // of a further layer: what the design is compared with
 constexpr double LargestShownVswr = 999.0;
+constexpr double smallestScale = 0.5;  // of the font of the read-outs
+constexpr double scaleStep = 0.05;
 
 const char* NameOf(TraceKind kind) {
     switch (kind) {
@@ -73,6 +75,23 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
     }
 }
 
+std::vector<PlotText> InRows(const std::vector<ReadOutText>& texts, int width, int gap,
+                             const TextMetrics& metrics) {
+    std::vector<PlotText> placed;
+    int x = 0, y = 0;
+    for (const ReadOutText& text : texts) {
+        if (text.Text.empty()) continue;
+        const int own = metrics.Width(text.Text);
+        if (x > 0 && x + own > width) {
+            x = 0;
+            y += metrics.Height;
+        }
+        placed.push_back({x, y, text.Text, text.Colour});
+        x += own + gap;
+    }
+    return placed;
+}
+
 }  // namespace
 
 double VswrOf(double reflectionDb) {
@@ -110,19 +129,19 @@ CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
     return out;
 }
 
-std::vector<PlotText> FlowTexts(const std::vector<ReadOutText>& texts, int width, int gap,
-                                const TextMetrics& metrics) {
+std::vector<PlotText> FlowTexts(const std::vector<ReadOutText>& texts, int width, int height,
+                                int gap, const TextMetrics& metrics) {
     std::vector<PlotText> placed;
-    int x = 0, y = 0;
-    for (const ReadOutText& text : texts) {
-        if (text.Text.empty()) continue;
-        const int own = metrics.Width(text.Text);
-        if (x > 0 && x + own > width) {
-            x = 0;
-            y += metrics.Height;
+    for (double scale = 1.0; scale >= smallestScale; scale -= scaleStep) {
+        const TextMetrics scaled = metrics.Scaled(scale);
+        placed = InRows(texts, width, gap, scaled);
+        if (placed.empty()) break;
+        const int rows = placed.back().Y + scaled.Height;
+        for (PlotText& text : placed) {
+            text.Scale = scale;
+            text.Y += std::max(0, (height - rows) / 2);
         }
-        placed.push_back({x, y, text.Text, text.Colour});
-        x += own + gap;
+        if (rows <= height) break;
     }
     return placed;
 }

@@ -48,9 +48,10 @@ CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
                           std::span<const PlotLayer> layers,
                           const std::optional<ReadOutReference>& readOutReference);
 
-/// A line of texts laid side by side in rows of `width` pixels, `gap` between two texts; X and Y
-/// count from 0. A text that is wider than a row has one of its own.
-std::vector<PlotText> FlowTexts(const std::vector<ReadOutText>& texts, int width, int gap,
-                                const TextMetrics& metrics);
+/// Texts laid side by side in rows of `width` pixels, `gap` between two texts, in the middle of
+/// `height` pixels; X and Y count from 0. Where the rows are too many for the height, all texts are
+/// made smaller, down to half the font. A text that is wider than a row has one of its own.
+std::vector<PlotText> FlowTexts(const std::vector<ReadOutText>& texts, int width, int height,
+                                int gap, const TextMetrics& metrics);
 
 }  // namespace ladderwise

@@ -87,6 +87,10 @@ TEST(SchematicBitmaps, JoinTheirNeighboursAndAreDrawnAnew) {
     for (int code = 0; code < NumElementTypes; ++code) {
         const auto type = static_cast<ElementType>(code);
         SCOPED_TRACE(code);
+        const SymbolRects symbols = SymbolsOf(type);
+        for (std::size_t row = 0; row < symbols.size(); ++row)
+            EXPECT_EQ(QRect(0, 0, 64, 96).contains(symbols[row]),
+                      InfoOf(type).Values[row] != ValueKind::Unused);
         for (const int scale : {1, 2}) {
             const QImage image = Load(type, scale);
             ASSERT_EQ(image.size(), QSize(64, 96) * scale);

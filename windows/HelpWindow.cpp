@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPrinter>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QStyle>
 #include <QTextBrowser>
@@ -223,12 +224,19 @@ void HelpWindow::FindText(bool backward) {
     for (int k = 1; k <= NumHelpPages && !found; ++k)
         found = FindOnPage((here + k * step) % NumHelpPages, backward, false);
     findResult->setText(found ? "" : " not found");
+    // What stands around a place that was found is to be seen as well.
+    QScrollBar* const bar = browser->verticalScrollBar();
+    bar->setValue(bar->value() + browser->cursorRect().center().y() - browser->height() / 3);
 }
 
 void HelpWindow::Zoom(int steps) {
     if (zoom + steps > ZoomLimit || zoom + steps < -ZoomLimit / 4) return;
     zoom += steps;
+    QTextCursor top = browser->cursorForPosition({});
     browser->zoomIn(steps);
+    // The text at the top of the window stays there.
+    QScrollBar* const bar = browser->verticalScrollBar();
+    bar->setValue(bar->value() + browser->cursorRect(top).top());
 }
 
 void HelpWindow::Print() {

@@ -93,7 +93,7 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
             if (image)
                 PaintLayerPixels(*image, layer, content.Choices, layout, scales, look, *work);
             else
-                PaintLayer(painter, layer, content.Choices, layout, scales, work->Points);
+                PaintLayer(painter, layer, content.Choices, layout, scales, look, work->Points);
             look = LayerLook::Plain;
         }
     };
@@ -109,7 +109,8 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
         if (image)
             PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
         else
-            PaintLayer(painter, {run}, content.Choices, layout, scales, work->Points);
+            PaintLayer(painter, {run}, content.Choices, layout, scales, LayerLook::Plain,
+                       work->Points);
     }
     if (!content.Overlays.empty()) {
         paintLayers(LayerLook::Darker);

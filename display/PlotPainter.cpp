@@ -36,10 +36,15 @@ PixelRows PixelsOf(QImage& image) {
             image.bytesPerLine() / bytesPerPixel};
 }
 
-// Dark enough to stand out from a cloud of runs in the colour itself.
-PlotColour DarkerColour(PlotColour colour) {
+// Dark and wide enough to stand out from a cloud of runs in the colour itself.
+PlotColour ColourOf(PlotColour colour, LayerLook look) {
+    if (look == LayerLook::Plain) return colour;
     const auto darker = [](std::uint8_t part) { return static_cast<std::uint8_t>(part / 2); };
     return {darker(colour.Red), darker(colour.Green), darker(colour.Blue)};
+}
+
+int WidthOf(LayerLook look) {
+    return look == LayerLook::Plain ? 1 : 2;
 }
 
 void DrawMissingPicture(QPainter& painter, const StripPicture& place) {
@@ -140,9 +145,10 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size) {
     PaintText(painter, frame.Subtitle);
 }
 
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour) {
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look) {
     painter.setRenderHint(QPainter::Antialiasing, false);
-    QPen solid(ToQColor(colour), 1, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
+    QPen solid(ToQColor(ColourOf(colour, look)), WidthOf(look), Qt::SolidLine, Qt::FlatCap,
+               Qt::RoundJoin);
     QPen dashed = solid;
     dashed.setDashPattern({qreal(DashPixels), qreal(DashGapPixels)});
     std::array<QPoint, NumSweepPoints> polyline;
@@ -157,11 +163,12 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour)
 }
 
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
-                const PlotLayout& layout, const PlotScales& scales, TracePoints& work) {
+                const PlotLayout& layout, const PlotScales& scales, LayerLook look,
+                TracePoints& work) {
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
         MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, layout, scales, work);
-        PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)]);
+        PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)], look);
     }
 }
 
@@ -175,8 +182,7 @@ void PaintLayerPixels(QImage& image, const PlotLayer& layer, const TraceChoices&
         if (!IsChosen(choices, kind)) continue;
         MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, pixels, scales, work.Points);
         const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
-        work.Strokes.Draw(work.Points, ratio,
-                          look == LayerLook::Darker ? DarkerColour(colour) : colour, picture);
+        work.Strokes.Draw(work.Points, WidthOf(look) * ratio, ColourOf(colour, look), picture);
     }
 }
 

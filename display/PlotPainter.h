@@ -49,12 +49,17 @@ void PaintText(QPainter& painter, const PlotText& text);
 /// font.
 void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size);
 
-/// The runs of a mapped trace as polylines of width 1, for vector pictures.
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour);
+/// How a layer is drawn: as it is, or darker and twice as wide on top of a worst case that has its
+/// colours.
+enum class LayerLook { Plain, Darker };
+
+/// The runs of a mapped trace as polylines, for vector pictures.
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look);
 
 /// The chosen traces of a layer in drawing order, mapped through `work`, for vector pictures.
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
-                const PlotLayout& layout, const PlotScales& scales, TracePoints& work);
+                const PlotLayout& layout, const PlotScales& scales, LayerLook look,
+                TracePoints& work);
 
 /// What drawing traces onto pixels needs again and again.
 struct OverlayWork {
@@ -63,11 +68,8 @@ struct OverlayWork {
     TraceStrokes Strokes;
 };
 
-/// How a layer is drawn: as it is, or darker on top of a worst case that has its colours.
-enum class LayerLook { Plain, Darker };
-
 /// The chosen traces of a layer onto the pixels of a picture of Format_RGB32, antialiased, one
-/// logical pixel wide. They are mapped to the picture's own pixels at any density.
+/// logical pixel wide if plain. They are mapped to the picture's own pixels at any density.
 void PaintLayerPixels(QImage& image, const PlotLayer& layer, const TraceChoices& choices,
                       const PlotLayout& layout, const PlotScales& scales, LayerLook look,
                       OverlayWork& work);

@@ -21,6 +21,7 @@
 #include "windows/ElidedLabel.h"
 #include "windows/FittedCells.h"
 #include "windows/HelpButton.h"
+#include "windows/ScrolledContent.h"
 
 namespace ladderwise {
 
@@ -78,7 +79,8 @@ DirectCoupledWindow::DirectCoupledWindow(DesignInputs& inputs, const FilterDesig
     : QDialog(parent), inputs(inputs), design(design), binder(inputs, actions) {
     setObjectName("TDCForm");
     setWindowTitle("Direct Coupled Filters");
-    auto* const grid = new QGridLayout(this);
+    auto* const scrolled = new ScrolledContent(this);
+    auto* const grid = new QGridLayout(scrolled->Content());
     BuildMenus();
     grid->addWidget(BuildTankValues(), 0, 0, 3, 1);
     grid->addWidget(BuildPictures(), 0, 1);

@@ -10,9 +10,9 @@
 #include <QPushButton>
 #include <QSvgRenderer>
 
-#include "windows/WindowPlacement.h"
-
 #include "windows/HelpButton.h"
+#include "windows/ScrolledContent.h"
+#include "windows/WindowPlacement.h"
 
 namespace ladderwise {
 
@@ -61,7 +61,8 @@ PartDefinitionsWindow::PartDefinitionsWindow(DesignInputs& inputs, const InputAc
     : QDialog(parent), inputs(inputs), binder(inputs, actions) {
     setObjectName("PartDefinitionsWindow");
     setWindowTitle("L and C Model Definitions");
-    auto* const grid = new QGridLayout(this);
+    auto* const scrolled = new ScrolledContent(this);
+    auto* const grid = new QGridLayout(scrolled->Content());
     grid->addWidget(BuildInductorGroup(), 0, 0);
     grid->addWidget(BuildCapacitorGroup(), 0, 1);
     grid->addWidget(BuildToleranceGroup(), 1, 0);

@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <algorithm>
 
+#include "windows/ScrolledContent.h"
+
 namespace ladderwise {
 
 namespace {
@@ -17,10 +19,15 @@ QSize FrameOf(const QWidget* window) {
     return owner->frameGeometry().size() - owner->size();
 }
 
+void LayOut(const QWidget* window) {
+    if (auto* const inside = window->findChild<ScrolledContent*>()) inside->FitToScreen();
+    window->layout()->activate();
+}
+
 }  // namespace
 
 void ShowOnScreen(QWidget* window, QPoint at) {
-    window->layout()->activate();
+    LayOut(window);
     const QRect screen = window->parentWidget()->screen()->availableGeometry();
     const QSize frame = FrameOf(window);
     window->resize(window->size().boundedTo(screen.size() - frame));
@@ -35,7 +42,7 @@ void ShowOnScreen(QWidget* window, QPoint at) {
 }
 
 void ShowCentredOnOwner(QWidget* window) {
-    window->layout()->activate();
+    LayOut(window);
     const QRect owner = window->parentWidget()->window()->frameGeometry();
     const QSize outer = window->size() + FrameOf(window);
     ShowOnScreen(window, owner.center() - QPoint(outer.width() / 2, outer.height() / 2));

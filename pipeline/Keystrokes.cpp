@@ -160,7 +160,6 @@ bool TryParseWithPrefix(std::string_view text, std::string_view unit, double& va
 }
 
 bool TryParseInUnit(std::string_view text, std::string_view unit, double factor, double& value) {
-    constexpr int Digits = 15;
     text = Without(text, "");
     const std::string_view tail = text.substr(text.size() - std::min(unit.size(), text.size()));
     const bool named = std::equal(
@@ -169,8 +168,8 @@ bool TryParseInUnit(std::string_view text, std::string_view unit, double factor,
     if (named && TryParseDouble(text.substr(0, text.size() - unit.size()), value)) return true;
     for (const auto& [base, spelling] : baseUnits) {
         if (!unit.ends_with(base) || !TryParseWithPrefix(text, spelling, value)) continue;
-        value = RoundToSignificant(value / factor, Digits);
-        return true;
+        // Through its 15 digits: no rounding of the conversion is left.
+        return TryParseDouble(FormatGeneral(value / factor), value);
     }
     return false;
 }

@@ -10,7 +10,6 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
-#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -46,7 +45,6 @@ bool IsCoefficientsFile(const ChoiceCode& chosen) {
 
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
-constexpr QSize FrameAllowance(12, 40);    ///< title bar and borders of most desktops
 constexpr int SmallestClientHeight = 480;  ///< a lower client area is scrolled
 
 }  // namespace
@@ -84,7 +82,7 @@ MainWindow::MainWindow() : binder(calculation.Inputs, Actions()) {
     ShowInputs();
     ShowRecentFiles();
     // The window's frame comes on top of what is set here.
-    const QSize room = screen()->availableSize() - FrameAllowance;
+    const QSize room = RoomOnScreen(this);
     setMinimumSize(SmallestSize.boundedTo(room));
     panel->FitInto(room.width());
     // Where the screen has room for it the whole input panel is seen, whatever the font.

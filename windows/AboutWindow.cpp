@@ -84,7 +84,7 @@ AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
     licence->setReadOnly(true);
     licence->setTabChangesFocus(true);
     licence->setMinimumWidth(licence->fontMetrics().averageCharWidth() * TextColumns);
-    licence->setMinimumHeight(licence->fontMetrics().lineSpacing() * 9);
+    licence->setMinimumHeight(licence->fontMetrics().lineSpacing() * 4);
     grid->addWidget(licence, 4, 0, 1, 2);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     buttons->button(QDialogButtonBox::Close)->setText("&Close");  // a mnemonic on every desktop

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "numbers/Matherrmain.h"
+#include "windows/WindowPlacement.h"
 
 namespace ladderwise {
 
@@ -38,7 +39,7 @@ MathErrWindow::MathErrWindow(QWidget* parent) : QDialog(parent) {
     column->addWidget(request);
     column->addWidget(memo, 1);
     column->addWidget(close, 0, Qt::AlignRight);
-    resize(StartSize);
+    resize(StartSize.boundedTo(RoomOnScreen(this)));
 }
 
 void MathErrWindow::ShowLog() {

@@ -2,17 +2,12 @@
 #include "windows/ScrolledContent.h"
 
 #include <QEvent>
-#include <QScreen>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "windows/WindowPlacement.h"
+
 namespace ladderwise {
-
-namespace {
-
-constexpr QSize FrameAllowance(12, 40);  ///< title bar and borders of most desktops
-
-}  // namespace
 
 ScrolledContent::ScrolledContent(QWidget* window) : QScrollArea(window) {
     setFrameShape(QFrame::NoFrame);
@@ -32,7 +27,7 @@ bool ScrolledContent::eventFilter(QObject* watched, QEvent* event) {
 
 void ScrolledContent::FitToScreen() {
     widget()->layout()->activate();
-    QSize room = screen()->availableSize() - FrameAllowance;
+    QSize room = RoomOnScreen(this);
     if (const QWidget* const menu = window()->layout()->menuBar())
         room.rheight() -= menu->sizeHint().height();
     QSize size = widget()->size();

@@ -12,6 +12,8 @@ namespace ladderwise {
 
 namespace {
 
+constexpr QSize FrameAllowance(12, 40);  ///< title bar and borders of most desktops
+
 /// What the frame adds. A window not yet shown does not know its frame; its owner's is as thick at
 /// least.
 QSize FrameOf(const QWidget* window) {
@@ -25,6 +27,10 @@ void LayOut(const QWidget* window) {
 }
 
 }  // namespace
+
+QSize RoomOnScreen(const QWidget* window) {
+    return window->screen()->availableSize() - FrameAllowance;
+}
 
 void ShowOnScreen(QWidget* window, QPoint at) {
     LayOut(window);

@@ -2,10 +2,14 @@
 #pragma once
 
 #include <QPoint>
+#include <QSize>
 
 class QWidget;
 
 namespace ladderwise {
+
+/// What a window may take of its screen inside its frame.
+QSize RoomOnScreen(const QWidget* window);
 
 /// Shows a window with its left top corner at `at` (screen coordinates, frame included), moved and
 /// made smaller as far as needed to lie on the screen of its owner.

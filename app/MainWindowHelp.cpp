@@ -1,6 +1,4 @@
 // The main window: help, the About window and print screen.
-#include <QCoreApplication>
-#include <QDir>
 #include <algorithm>
 
 #include "app/MainWindow.h"
@@ -16,18 +14,11 @@ namespace {
 constexpr int LoadWidth = 60;       ///< pixels that the load takes right of the last element
 constexpr double PaperRatio = 3.0;  ///< points of paper for one of the screen, each way
 
-/// Beside the program, or with its shared data.
-QString HelpFolder() {
-    const QDir program(QCoreApplication::applicationDirPath());
-    for (const char* const place : {"RunTime Files", "../share/ladderwise/RunTime Files"})
-        if (program.exists(place)) return QDir::cleanPath(program.filePath(place)) + "/Help Files";
-    return program.filePath("RunTime Files/Help Files");
-}
-
 }  // namespace
 
 void MainWindow::BuildHelp() {
-    help = new HelpWindow(HelpFolder(), this);
+    const std::string folder = FindRunTimeFolder(AskSystem()) + "/Help Files";
+    help = new HelpWindow(QString::fromStdString(folder), this);
 }
 
 void MainWindow::ShowHelp() {

@@ -62,6 +62,12 @@ std::string FindSettingsFolder(const SystemPlaces& places) {
 
 }  // namespace
 
+std::string FindRunTimeFolder(const SystemPlaces& places) {
+    for (const std::string& place : {places.Executable, places.SharedData})
+        if (FolderExists(place + RunTimeName)) return place + RunTimeName;
+    return {};
+}
+
 std::optional<Folders> FindFolders(const SystemPlaces& places, const MessageCallback& report) {
     for (std::size_t i = 0; i < FolderVariables.size(); ++i) {
         if (places.Variables[i].size() < VariableBufferSize) continue;
@@ -71,10 +77,8 @@ std::optional<Folders> FindFolders(const SystemPlaces& places, const MessageCall
     }
     Folders folders;
     folders.ProgramFolder = places.Executable;
-    folders.RunTimeFolder = places.Executable + RunTimeName;
-    if (!FolderExists(folders.RunTimeFolder))
-        folders.RunTimeFolder = places.SharedData + RunTimeName;
-    if (!FolderExists(folders.RunTimeFolder)) {
+    folders.RunTimeFolder = FindRunTimeFolder(places);
+    if (folders.RunTimeFolder.empty()) {
         report("Error",
                "Error. The RunTime Files directory is missing. \nYou must reinstall the program. "
                "\nThe application will be closed.");

@@ -31,6 +31,9 @@ struct Folders {
 /// "Ladderwise" in the user's configuration folder. Missing folders are created.
 std::optional<Folders> FindFolders(const SystemPlaces& places, const MessageCallback& report);
 
+/// "RunTime Files" beside the program or with its shared data; empty if it is at neither place.
+std::string FindRunTimeFolder(const SystemPlaces& places);
+
 /// FindFolders of this system; makes DesignFolder the current directory.
 std::optional<Folders> EnterFolders(const MessageCallback& report);
 

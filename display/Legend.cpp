@@ -16,6 +16,9 @@ constexpr int padding = 6;        // within the box
 constexpr int cornerMargin = 6;   // from the plot's frame to the box
 constexpr int columnGap = 14;     // between two columns of rows
 constexpr int mostColumns = 3;
+constexpr double smallestScale = 0.6;  // of a large font, where that finds a free place
+constexpr double scaleStep = 0.2;
+constexpr int leastLineHeight = 13;  // pixels
 constexpr int thresholdDigits = 4;
 constexpr PlotColour hintColour{160, 64, 0};
 
@@ -145,16 +148,21 @@ Legend PlaceLegend(const std::vector<LegendRow>& rows, const TextMetrics& metric
                    PlotCover& cover) {
     Legend best;
     int least = -1;
-    for (int columns = 1; columns <= mostColumns && least != 0; ++columns) {
-        const LegendForm form = FormOf(rows, columns, metrics);
-        if (rows.empty() || !cover.HasRoomFor(form.Width, form.Height, cornerMargin)) continue;
-        const PlotRect box = cover.FindCorner(form.Width, form.Height, cornerMargin);
-        const int cost = cover.Cost(box);
-        // More columns hide more of what lies in the middle of the plot: only where they hide
-        // nothing.
-        if (least >= 0 && cost > 0) continue;
-        best = LayOut(rows, form, box, metrics);
-        least = cost;
+    for (double scale = 1.0; least != 0 && scale >= smallestScale; scale -= scaleStep) {
+        const TextMetrics scaled = metrics.Scaled(scale);
+        if (scale < 1.0 && scaled.Height < leastLineHeight) break;
+        for (int columns = 1; columns <= mostColumns && least != 0; ++columns) {
+            const LegendForm form = FormOf(rows, columns, scaled);
+            if (rows.empty() || !cover.HasRoomFor(form.Width, form.Height, cornerMargin)) continue;
+            const PlotRect box = cover.FindCorner(form.Width, form.Height, cornerMargin);
+            const int cost = cover.Cost(box);
+            // Other forms are worse to read, or lie across the plot: only where they hide nothing.
+            if (least >= 0 && cost > 0) continue;
+            best = LayOut(rows, form, box, scaled);
+            for (PlotText& text : best.Texts)
+                text.Scale = scale;
+            least = cost;
+        }
     }
     if (least >= 0) cover.AddBlock(best.Box);
     return best;

@@ -47,8 +47,9 @@ struct Legend {
     std::vector<PlotText> Texts;
 };
 
-/// Lays the rows out and finds their corner: in one column, or in two or three where only
-/// they hide no trace. The box is empty without rows, and in a plot too small for them.
+/// Lays the rows out and finds their corner: in one column, or in two or three, or in a
+/// large font smaller, where only that hides no trace. The box is empty without rows, and in a plot
+/// too small for them.
 Legend PlaceLegend(const std::vector<LegendRow>& rows, const TextMetrics& metrics,
                    PlotCover& cover);
 

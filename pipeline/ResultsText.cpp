@@ -11,7 +11,7 @@ namespace {
 
 constexpr int frequencyDigits = 4;  // after the first
 constexpr int levelDecimals = 2;
-constexpr double differingDb = 0.01;       // between the loss at F0 and the least one
+constexpr double differingDb = 0.1;        // between the loss at F0 and the least one
 constexpr double mostShownDb = 200.0;      // beyond it, rounding decides
 constexpr double smallestShownDb = 0.005;  // would round to 0.00, or to -0.00 of a peak
 

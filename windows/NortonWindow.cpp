@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <utility>
 
 #include "display/NortonValuePainter.h"
@@ -20,7 +22,7 @@ namespace ladderwise {
 
 namespace {
 
-constexpr QSize SmallestGraph(320, 240);
+constexpr QSize SmallestGraph(320, 180);
 constexpr int StartGraphHeight = 340;  ///< pixels
 constexpr int MostColumns = 9;         ///< of a transformed ladder
 constexpr int OffsetBelowOwner = 150;  ///< pixels from the owner's top: its boxes stay in view
@@ -82,7 +84,9 @@ NortonWindow::NortonWindow(DesignInputs& inputs, const FilterDesign& design, Nor
     setWindowTitle("Norton TransForm");
     inputs.Choice(ChoiceId::AutoOptimize) = 1;  // the console has it off
     auto* const row = new QHBoxLayout(this);
-    auto* const column = new QVBoxLayout;
+    auto* const controls = new QWidget;
+    auto* const column = new QVBoxLayout(controls);
+    column->setContentsMargins(0, 0, 0, 0);
     BuildMenus();
     for (const InputId id : {InputId::NortonA, InputId::NortonK, InputId::NortonM})
         column->addWidget(BuildFactor(id));
@@ -90,12 +94,22 @@ NortonWindow::NortonWindow(DesignInputs& inputs, const FilterDesign& design, Nor
     column->addWidget(NewHelpButton(this, "NortonHelpButton", HelpPage::Transform));
     column->addStretch(1);
     graph = new ValueGraph(design, this);
-    row->addLayout(column);
+    auto* const scrolled = new QScrollArea(this);  // on a screen too low for them
+    scrolled->setFrameShape(QFrame::NoFrame);
+    scrolled->setFocusPolicy(Qt::NoFocus);
+    scrolled->setWidgetResizable(true);
+    scrolled->setWidget(controls);
+    const QSize size = controls->sizeHint();
+    scrolled->setFixedWidth(size.width() + scrolled->verticalScrollBar()->sizeHint().width());
+    row->addWidget(scrolled);
     row->addWidget(graph, 1);
     // As in the main window: a click must not have a box read twice.
     for (auto* const button : findChildren<QAbstractButton*>())
         if (button->focusPolicy() != Qt::NoFocus) button->setFocusPolicy(Qt::TabFocus);
-    resize(sizeHint());
+    const QMargins margins = row->contentsMargins();
+    const int height =
+        size.height() + margins.top() + margins.bottom() + row->menuBar()->sizeHint().height();
+    resize(sizeHint().expandedTo({0, height}));
 }
 
 void NortonWindow::BuildMenus() {

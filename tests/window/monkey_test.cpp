@@ -157,7 +157,8 @@ private slots:
             return qEnvironmentVariable(name, QString::number(fallback)).toUInt();
         };
         const unsigned events = setting("LADDERWISE_MONKEY_EVENTS", DefaultEvents);
-        const unsigned seed = setting("LADDERWISE_MONKEY_SEED", std::random_device{}());
+        const unsigned seed =
+            setting("LADDERWISE_MONKEY_SEED", 1);  // ./test long: another each time
         qInfo("LADDERWISE_MONKEY_EVENTS=%u LADDERWISE_MONKEY_SEED=%u", events, seed);
         WindowFixture f;
         Monkey monkey(f, seed);
@@ -187,7 +188,9 @@ private:
         f.TakeMessages();
         QCOMPARE(f.Difference(), QString());
         for (const auto* const box : f.Window->findChildren<NumberEdit*>())
-            QVERIFY2(!box->text().isEmpty(), qPrintable(box->objectName()));
+            // The scale's text stays as typed while the response gives none to compare it with.
+            QVERIFY2(box->objectName() == "ScaleBox" || !box->text().isEmpty(),
+                     qPrintable(box->objectName()));
         QCOMPARE(f.Find("BitMap")->grab().toImage().size(), f.Find("BitMap")->size());
         QCOMPARE(f.Grid->columnCount(), f.Design().NumElements + 1);
         QVERIFY(!f.Status().isEmpty());

@@ -238,7 +238,7 @@ void MainWindow::CalcButtonClick() {
 
 void MainWindow::Recalculate() {
     drawing.stop();  // a message box in the middle must not draw a design half made
-    statusBar()->clearMessage();
+    statusLabel->EndNotice();
     rejected.clear();
     PrepareCalculation(calculation, report);
     ShowInputs();

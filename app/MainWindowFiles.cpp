@@ -2,12 +2,12 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QStatusBar>
 
 #include "app/MainWindow.h"
 #include "files/CoefficientsFile.h"
 #include "files/DiskFile.h"
 #include "pipeline/SavedDesigns.h"
+#include "windows/ElidedLabel.h"
 
 namespace ladderwise {
 
@@ -86,7 +86,7 @@ bool MainWindow::WriteDesignFile(const std::string& path) {
     if (!error.empty()) {
         currentFile.clear();
         ShowTitle();
-        statusBar()->showMessage(Name(error), ReasonTime);
+        statusLabel->ShowNotice(Name(error), ReasonTime);
         report("Program Info", "Save File operation failed.");
         return false;
     }
@@ -185,7 +185,7 @@ void MainWindow::ChooseCoefficientsFile() {
 void MainWindow::ReadSettings() {
     const std::string path = SettingsPath(*folders);
     if (!QFileInfo(Name(path)).isFile())  // the first run
-        return statusBar()->showMessage(Welcome, WelcomeTime);
+        return statusLabel->ShowNotice(Welcome, WelcomeTime);
     ReadSettingsText(ReadWholeFile(path, MaxSettingsBytes).Bytes, settings, report);
     if (!settings.Threshold.empty())
         calculation.Inputs.Box(InputId::GDPhaseThreshold).Type(settings.Threshold);

@@ -20,13 +20,29 @@ QColor WarningColour(const QPalette& palette) {
 
 ElidedLabel::ElidedLabel(QWidget* parent) : QWidget(parent) {
     setObjectName("StatusLabel");
+    noticeTime.setSingleShot(true);
+    connect(&noticeTime, &QTimer::timeout, this, &ElidedLabel::EndNotice);
 }
 
 void ElidedLabel::SetText(const QString& newText, bool isWarning, const QString& list) {
     text = newText;
     warning = isWarning;
     setToolTip(list);
-    setAccessibleName(text);
+    setAccessibleName(Text());
+    update();
+}
+
+void ElidedLabel::ShowNotice(const QString& newNotice, int duration) {
+    notice = newNotice;
+    setAccessibleName(Text());
+    noticeTime.start(duration);
+    update();
+}
+
+void ElidedLabel::EndNotice() {
+    notice.clear();
+    noticeTime.stop();
+    setAccessibleName(Text());
     update();
 }
 
@@ -36,10 +52,10 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (warning) painter.setPen(WarningColour(palette()));
+    if (warning && notice.isEmpty()) painter.setPen(WarningColour(palette()));
     const QRect area = rect().adjusted(LabelMargin, 0, -LabelMargin, 0);
     painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
-                     fontMetrics().elidedText(text, Qt::ElideRight, area.width()));
+                     fontMetrics().elidedText(Text(), Qt::ElideRight, area.width()));
 }
 
 }  // namespace ladderwise

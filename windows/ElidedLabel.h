@@ -3,6 +3,7 @@
 
 #include <QColor>
 #include <QPalette>
+#include <QTimer>
 #include <QWidget>
 
 namespace ladderwise {
@@ -19,7 +20,12 @@ public:
 
     /// `warning` paints the text in a colour that asks for attention; `list` is the tool tip.
     void SetText(const QString& text, bool warning, const QString& list);
-    const QString& Text() const { return text; }
+    /// Shows a notice in the place of the text, for `duration` ms or until EndNotice(). The status
+    /// bar's own messages lie over the label where a permanent widget of the bar comes or goes.
+    void ShowNotice(const QString& notice, int duration);
+    void EndNotice();
+    /// What it says: the notice, else the text.
+    const QString& Text() const { return notice.isEmpty() ? text : notice; }
     QSize sizeHint() const override;
 
 protected:
@@ -27,6 +33,8 @@ protected:
 
 private:
     QString text;
+    QString notice;
+    QTimer noticeTime;
     bool warning = false;
 };
 

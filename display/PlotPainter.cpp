@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include <QFontMetrics>
+#include <QHash>
 #include <QPen>
 #include <QPolygon>
 
@@ -119,9 +120,19 @@ QColor ToQColor(PlotColour colour) {
 }
 
 TextMetrics MetricsOf(const QPainter& painter) {
+    // Legend, marks and axes measure the same texts in picture after picture; to lay out a text
+    // takes the toolkit many times as long as to find its width here.
+    constexpr qsizetype MostWidths = 5000;
+    static thread_local QHash<QString, int> widths;
     const QFontMetrics metrics = painter.fontMetrics();
-    return {[metrics](const std::string& text) {
-                return metrics.horizontalAdvance(QString::fromStdString(text));
+    const QString font =
+        painter.font().key() + QString::number(painter.device()->logicalDpiX()) + QChar('\n');
+    return {[metrics, font](const std::string& text) {
+                const QString line = QString::fromStdString(text);
+                const auto known = widths.constFind(font + line);
+                if (known != widths.constEnd()) return *known;
+                if (widths.size() >= MostWidths) widths.clear();
+                return *widths.insert(font + line, metrics.horizontalAdvance(line));
             },
             metrics.height()};
 }

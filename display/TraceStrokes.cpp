@@ -9,7 +9,8 @@ namespace ladderwise {
 namespace {
 
 constexpr int fullCover = 255;
-constexpr double flat = 1e-9;  // a squared length or step below this is none
+constexpr double flat = 1e-9;      // a squared length or step below this is none
+constexpr double straight = 0.02;  // pixels beside a line that count as on it
 
 std::uint32_t Mixed(std::uint32_t below, PlotColour colour, int cover) {
     const auto channel = [&](int shift, int value) {
@@ -42,11 +43,32 @@ void TraceStrokes::Draw(const TracePoints& points, double width, PlotColour colo
             CoverDashed(points, run, offset);
             continue;
         }
-        for (int n = run.First + 1; n <= run.Last; ++n)
-            Cover(points.X[n - 1] + offset, points.Y[n - 1] + offset, points.X[n] + offset,
-                  points.Y[n] + offset);
+        CoverSolid(points, run, offset);
     }
     Blend(colour, picture);
+}
+
+// Neighbouring points that lie on one straight line are drawn as that line: pieces of a pixel's
+// length would compute most pixels three times. `lowest` and `highest` are the slopes that keep
+// every point passed over within `straight` of the line.
+void TraceStrokes::CoverSolid(const TracePoints& points, const TraceRun& run, double offset) {
+    for (int start = run.First; start < run.Last;) {
+        const double x0 = points.X[start], y0 = points.Y[start];
+        double lowest = -HUGE_VAL, highest = HUGE_VAL;
+        int end = start + 1;
+        while (end < run.Last) {
+            const double dx = points.X[end] - x0, dy = points.Y[end] - y0;
+            const double nextDx = points.X[end + 1] - x0;
+            if (!(dx > flat) || !(nextDx > dx)) break;
+            lowest = std::max(lowest, (dy - straight) / dx);
+            highest = std::min(highest, (dy + straight) / dx);
+            const double slope = (points.Y[end + 1] - y0) / nextDx;
+            if (!(slope >= lowest && slope <= highest)) break;
+            ++end;
+        }
+        Cover(x0 + offset, y0 + offset, points.X[end] + offset, points.Y[end] + offset);
+        start = end;
+    }
 }
 
 void TraceStrokes::CoverDashed(const TracePoints& points, const TraceRun& run, double offset) {
@@ -72,12 +94,15 @@ void TraceStrokes::Cover(double x0, double y0, double x1, double y1) {
     if (x0 > x1) std::swap(x0, x1), std::swap(y0, y1);
     const double dx = x1 - x0, dy = y1 - y0;
     const double squared = dx * dx + dy * dy;
+    const double perSquared = squared > flat ? 1.0 / squared : 0.0;
+    const double perX = dx > flat ? 1.0 / dx : 0.0;
+    const double outer = reach * reach, inner = (reach - 1.0) * (reach - 1.0);
     const int first = std::max(static_cast<int>(std::ceil(x0 - reach)), 0);
     const int last = std::min(static_cast<int>(std::floor(x1 + reach)), columnCount - 1);
     for (int x = first; x <= last; ++x) {
         // The piece of the line that can reach this column bounds the rows.
-        const double from = dx > flat ? std::clamp((x - reach - x0) / dx, 0.0, 1.0) : 0.0;
-        const double to = dx > flat ? std::clamp((x + reach - x0) / dx, 0.0, 1.0) : 1.0;
+        const double from = std::clamp((x - reach - x0) * perX, 0.0, 1.0);
+        const double to = dx > flat ? std::clamp((x + reach - x0) * perX, 0.0, 1.0) : 1.0;
         const double ya = y0 + from * dy, yb = y0 + to * dy;
         const int top = std::max(static_cast<int>(std::ceil(std::min(ya, yb) - reach)), 0);
         const int bottom =
@@ -89,14 +114,12 @@ void TraceStrokes::Cover(double x0, double y0, double x1, double y1) {
         std::uint8_t* const pixels = &cover[static_cast<std::size_t>(x) * rowCount];
         for (int y = top; y <= bottom; ++y) {
             const double px = x - x0, py = y - y0;
-            const double t =
-                squared > flat ? std::clamp((px * dx + py * dy) / squared, 0.0, 1.0) : 0.0;
+            const double t = std::clamp((px * dx + py * dy) * perSquared, 0.0, 1.0);
             const double ex = px - t * dx, ey = py - t * dy;
-            const double distance = std::sqrt(ex * ex + ey * ey);
-            if (distance >= reach) continue;
-            const auto covered =
-                static_cast<std::uint8_t>(std::min(reach - distance, 1.0) * fullCover + 0.5);
-            pixels[y] = std::max(pixels[y], covered);
+            const double distance = ex * ex + ey * ey;  // squared
+            if (distance >= outer) continue;
+            const double share = distance <= inner ? 1.0 : reach - std::sqrt(distance);
+            pixels[y] = std::max(pixels[y], static_cast<std::uint8_t>(share * fullCover + 0.5));
         }
     }
 }

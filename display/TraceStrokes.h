@@ -24,6 +24,7 @@ private:
     };
 
     void Cover(double x0, double y0, double x1, double y1);
+    void CoverSolid(const TracePoints& points, const TraceRun& run, double offset);
     void CoverDashed(const TracePoints& points, const TraceRun& run, double offset);
     void Blend(PlotColour colour, const PixelRows& picture);
 

@@ -262,13 +262,16 @@ void DirectCoupledWindow::ShowTankValues() {
 
 void DirectCoupledWindow::ShowPictures() {
     const DirectCoupledSettings& settings = design.DirectCoupled;
+    EnableFor(altInverterBox, DualOf(settings.InverterType) != settings.InverterType,
+              "for inductor and capacitor inverters");
+    const PictureChoice choice{settings.TankType, settings.InverterType, EndTypeOf(settings)};
+    if (shownPictures == choice) return;
+    shownPictures = choice;
     for (QAction* const entry : inverterTypeMenu->actions())
         entry->setIcon(PictureOf(InverterPicture(entry->data().toInt(), settings.TankType)));
     ShowPicture(tankPicture, ElementOf(settings.TankType));
     ShowPicture(inverterPicture, ElementOf(settings.InverterType));
     ShowPicture(endInverterPicture, ElementOf(EndTypeOf(settings)));
-    EnableFor(altInverterBox, DualOf(settings.InverterType) != settings.InverterType,
-              "for inductor and capacitor inverters");
 }
 
 void DirectCoupledWindow::ShowReadouts() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <optional>
 
 #include "windows/InputBinder.h"
 
@@ -58,6 +59,15 @@ private:
     QLabel* endInverterPicture;
     QLabel* minLabels[2];
     QLabel* distortionLabels[2];
+    /// What the pictures show: tank, inverter, end inverter. To make them takes longer than the
+    /// calculation.
+    struct PictureChoice {
+        TankType Tank;
+        InverterType Inverter;
+        InverterType End;
+        bool operator==(const PictureChoice&) const = default;
+    };
+    std::optional<PictureChoice> shownPictures;
     bool showing = false;  ///< cells change because the window writes them
 };
 

@@ -62,12 +62,18 @@ void NumberEdit::Show(const NumberBox& box) {
     }
     if (moved != box.Moved.has_value()) update();
     moved = box.Moved.has_value();
-    setTextMargins(moved ? MovedBarWidth : 0, 0, 0, 0);
+    // Margins and palettes repaint the box even where they stay the same.
+    const QMargins margins(moved ? MovedBarWidth : 0, 0, 0, 0);
+    if (textMargins() != margins) setTextMargins(margins);
     setModified(false);
     QPalette colours;
     colours.setColor(QPalette::Base, ColourOf(box.Colour, colours));
     if (box.Colour != BoxColour::Normal) colours.setColor(QPalette::Text, Qt::black);
-    setPalette(colours);
+    const auto shows = [&](QPalette::ColorRole role) {
+        return palette().color(QPalette::Active, role) == colours.color(QPalette::Active, role) &&
+               palette().color(QPalette::Disabled, role) == colours.color(QPalette::Disabled, role);
+    };
+    if (!shows(QPalette::Base) || !shows(QPalette::Text)) setPalette(colours);
 }
 
 void NumberEdit::keyPressEvent(QKeyEvent* event) {

@@ -61,9 +61,10 @@ void Plot::PaintBackground(const FilterDesign& design) {
     layout = ComputePlotLayout(
         {size.width(), size.height(), placement.PanelHeight, placement.GridTop}, choices);
     scales = ScalesOf(design);
+    image.fill(ToQColor(BackgroundColour));  // the painter would wake threads for it
     QPainter painter(&image);
     painter.setFont(font);
-    PaintFrame(painter, BuildPlotFrame(design, choices, layout, MetricsOf(painter)), size);
+    PaintFrame(painter, BuildPlotFrame(design, choices, layout, MetricsOf(painter)));
     PaintStrip(painter, design, placement.GridTop, placement.StripScroll, Doubled(), pictures);
 }
 

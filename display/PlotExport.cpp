@@ -83,8 +83,9 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
     const PlotLayout layout =
         ComputePlotLayout({size.width(), size.height(), 0, gridTop}, content.Choices);
     painter.setFont(font);
-    PaintFrame(painter, BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter)),
-               size);
+    painter.fillRect(QRect(QPoint(0, 0), size), ToQColor(BackgroundColour));
+    PaintFrame(painter,
+               BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter)));
     const PlotScales scales = ScalesOf(content.Design);
     const auto work = std::make_unique<OverlayWork>();
     QImage* const image = PixelsOf(painter);

@@ -137,9 +137,8 @@ TextMetrics MetricsOf(const QPainter& painter) {
             metrics.height()};
 }
 
-void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size) {
+void PaintFrame(QPainter& painter, const PlotFrame& frame) {
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.fillRect(QRect(QPoint(0, 0), size), ToQColor(BackgroundColour));
     DrawLines(painter, frame.Lines);
     DrawTexts(painter, frame.FrequencyLabels);
     DrawTexts(painter, frame.TimeLabels);

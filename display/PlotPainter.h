@@ -45,9 +45,8 @@ TextMetrics MetricsOf(const QPainter& painter);
 /// A text at its place, in its colour and the painter's font, which it may scale.
 void PaintText(QPainter& painter, const PlotText& text);
 
-/// Background over the whole size, then grid, border, labels, marks and title, in the painter's
-/// font.
-void PaintFrame(QPainter& painter, const PlotFrame& frame, QSize size);
+/// Grid, border, labels, marks and title upon a background that is there, in the painter's font.
+void PaintFrame(QPainter& painter, const PlotFrame& frame);
 
 /// How a layer is drawn: as it is, or darker and twice as wide on top of a worst case that has its
 /// colours.

@@ -92,7 +92,8 @@ const QImage& SchematicPictures::Of(ElementType type, bool doubled) {
         InitResources();
         QString path = SchematicPath(type);
         if (doubled) path.insert(path.lastIndexOf(QLatin1Char('.')), QStringLiteral("@2x"));
-        entry.Picture = QImage(path);
+        // In another format than the plot's each painting would convert it anew, in threads.
+        entry.Picture = QImage(path).convertToFormat(QImage::Format_RGB32);
         entry.Read = true;
     }
     return entry.Picture;

@@ -12,6 +12,17 @@ constexpr int fullCover = 255;
 constexpr double flat = 1e-9;      // a squared length or step below this is none
 constexpr double straight = 0.02;  // pixels beside a line that count as on it
 
+// The library's floor and ceil are calls on a plain x86-64.
+int FloorOf(double x) {
+    const int whole = static_cast<int>(x);
+    return x < whole ? whole - 1 : whole;
+}
+
+int CeilOf(double x) {
+    const int whole = static_cast<int>(x);
+    return x > whole ? whole + 1 : whole;
+}
+
 std::uint32_t Mixed(std::uint32_t below, PlotColour colour, int cover) {
     const auto channel = [&](int shift, int value) {
         const int old = static_cast<int>(below >> shift & 0xff);
@@ -97,16 +108,15 @@ void TraceStrokes::Cover(double x0, double y0, double x1, double y1) {
     const double perSquared = squared > flat ? 1.0 / squared : 0.0;
     const double perX = dx > flat ? 1.0 / dx : 0.0;
     const double outer = reach * reach, inner = (reach - 1.0) * (reach - 1.0);
-    const int first = std::max(static_cast<int>(std::ceil(x0 - reach)), 0);
-    const int last = std::min(static_cast<int>(std::floor(x1 + reach)), columnCount - 1);
+    const int first = std::max(CeilOf(x0 - reach), 0);
+    const int last = std::min(FloorOf(x1 + reach), columnCount - 1);
     for (int x = first; x <= last; ++x) {
         // The piece of the line that can reach this column bounds the rows.
         const double from = std::clamp((x - reach - x0) * perX, 0.0, 1.0);
         const double to = dx > flat ? std::clamp((x + reach - x0) * perX, 0.0, 1.0) : 1.0;
         const double ya = y0 + from * dy, yb = y0 + to * dy;
-        const int top = std::max(static_cast<int>(std::ceil(std::min(ya, yb) - reach)), 0);
-        const int bottom =
-            std::min(static_cast<int>(std::floor(std::max(ya, yb) + reach)), rowCount - 1);
+        const int top = std::max(CeilOf(std::min(ya, yb) - reach), 0);
+        const int bottom = std::min(FloorOf(std::max(ya, yb) + reach), rowCount - 1);
         if (top > bottom) continue;
         Column& column = columns[static_cast<std::size_t>(x)];
         column.Top = std::min(column.Top, top);

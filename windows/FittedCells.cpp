@@ -46,7 +46,12 @@ void FittedCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
     QStyleOptionViewItem plain = option;
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
     painter->fillRect(option.rect, option.palette.base());  // the view has painted a selection
-    QStyledItemDelegate::paint(painter, plain, index);
+    // Most cells of a ladder are empty; the style takes as long for those as for a text.
+    const QVariant background = index.data(Qt::BackgroundRole);
+    if (!index.data().toString().isEmpty())
+        QStyledItemDelegate::paint(painter, plain, index);
+    else if (background.isValid())
+        painter->fillRect(option.rect, background.value<QBrush>());
     if (!(option.state & QStyle::State_Selected)) return;
     const bool focused = option.state & QStyle::State_HasFocus;
     painter->setPen(

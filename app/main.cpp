@@ -12,7 +12,7 @@
 
 #include "app/MainWindow.h"
 #include "files/Directories.h"
-#include "files/DiskFile.h"
+#include "files/PlatformFolders.h"
 #include "numbers/Formatfunctions.h"
 #include "resources/Resources.h"
 

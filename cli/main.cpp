@@ -17,6 +17,7 @@
 #include "cli/Terminal.h"
 #include "display/PlotExport.h"
 #include "files/DiskFile.h"
+#include "files/PlatformFolders.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <csignal>
 #include <optional>
 
 namespace ladderwise {
@@ -95,12 +94,6 @@ std::string WriteWholeFile(const std::string& path, std::string_view bytes) {
     const std::string reason =
         IsStream(target) ? WriteToStream(target, bytes) : ReplaceFile(target, bytes);
     return reason.empty() ? reason : failed + reason;
-}
-
-void OutliveFileLimits() {
-#ifdef SIGXFSZ
-    std::signal(SIGXFSZ, SIG_IGN);
-#endif
 }
 
 FileContent ReadWholeFile(const std::string& path, std::size_t limit) {

@@ -19,10 +19,6 @@ namespace ladderwise {
 /// Names that are not valid UTF-8 are refused, because they could not be kept as they are.
 std::string WriteWholeFile(const std::string& path, std::string_view bytes);
 
-/// Lets a limit of the system for the size of files fail a write, as a full disk does; otherwise it
-/// would end the program without a word. For the start of a program.
-void OutliveFileLimits();
-
 /// What ReadWholeFile found: the content, or a sentence for the user ("cannot read ...: ...").
 struct FileContent {
     std::string Bytes;

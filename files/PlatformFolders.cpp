@@ -1,9 +1,10 @@
-// What the operating system says about folders.
+// What the operating system says about folders, and the limits that it sets.
 #include "files/PlatformFolders.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
+#include <csignal>
 
 namespace ladderwise {
 
@@ -43,6 +44,12 @@ SystemPlaces AskSystem() {
     places.SharedData = shared + "/ladderwise";
 #endif
     return places;
+}
+
+void OutliveFileLimits() {
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 }  // namespace ladderwise

@@ -1,4 +1,5 @@
-// What the operating system says about folders: the one place that differs between systems. QtCore.
+// What the operating system says about folders, and the limits that it sets: the one place below
+// the programs that differs between systems. QtCore.
 #pragma once
 
 #include <array>
@@ -36,5 +37,9 @@ struct SystemPlaces {
 
 /// Asks the system. A QCoreApplication must exist.
 SystemPlaces AskSystem();
+
+/// Lets a limit of the system for the size of files fail a write, as a full disk does; otherwise it
+/// would end the program without a word. For the start of a program.
+void OutliveFileLimits();
 
 }  // namespace ladderwise

@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "display/SchematicNetworks.h"
+#include "design/ElementNetworks.h"
 
 namespace ladderwise {
 

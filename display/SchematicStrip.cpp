@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "design/Designators.h"
-#include "display/SchematicNetworks.h"
+#include "design/ElementNetworks.h"
 #include "display/ValueGridContent.h"
 #include "numbers/Formatfunctions.h"
 

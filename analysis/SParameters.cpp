@@ -131,8 +131,7 @@ SParameters FromChain(const HomogeneousChain& chain, PortResistances ports) {
     const Complex a = A * R2, c = C * (R1 * R2), d = D * R1;
     const Complex sum = a + B + c + d;
     const Complex through = GuardedDivide(2.0 * GuardedSqrt(R1 * R2) * chain.P, sum);
-    return {GuardedDivide(a + B - c - d, sum), through, through,
-            GuardedDivide(B + d - a - c, sum)};
+    return {GuardedDivide(a + B - c - d, sum), through, through, GuardedDivide(B + d - a - c, sum)};
 }
 
 SParameters AnalyseAt(const std::vector<SlotNetworks>& slots, const FilterDesign& design, double f,

@@ -68,13 +68,14 @@ std::string NetlistComments(const FilterDesign& design, const SpiceCircuit& circ
     const auto isSkin = [](const SpicePart& part) { return part.Kind == SpiceKind::SkinResistor; };
     if (options.For == SpiceDialect::Ltspice &&
         std::any_of(circuit.Parts.begin(), circuit.Parts.end(), isSkin))
-        text += "* The inductors' series resistances are those at F0; in the design they grow with "
-                "the root of the frequency.\n";
+        text +=
+            "* The inductors' series resistances are those at F0; in the design they grow with "
+            "the root of the frequency.\n";
     if (!options.Subcircuit && design.RSource == design.RLoad)
         text += "* V(out) is S21.\n";
     else if (!options.Subcircuit)
-        text += "* S21 is V(out) times " +
-                ExactNumber(GuardedSqrt(design.RSource / design.RLoad)) + ".\n";
+        text += "* S21 is V(out) times " + ExactNumber(GuardedSqrt(design.RSource / design.RLoad)) +
+                ".\n";
     for (const std::string& remark : circuit.Remarks)
         text += "* " + remark + ".\n";
     return text;
@@ -96,9 +97,8 @@ std::string NetlistText(const FilterDesign& design, const NetlistOptions& option
     } else {
         // Without a part in the line the only node is "out".
         const bool hasIn =
-            std::any_of(circuit.Parts.begin(), circuit.Parts.end(), [](const SpicePart& part) {
-                return part.A == "in" || part.B == "in";
-            });
+            std::any_of(circuit.Parts.begin(), circuit.Parts.end(),
+                        [](const SpicePart& part) { return part.A == "in" || part.B == "in"; });
         text += "Vsource src 0 DC 0 AC " + ExactNumber(SourceVolts) + "\nRsource src " +
                 (hasIn ? "in " : "out ") + ExactNumber(design.RSource) + "\n";
     }

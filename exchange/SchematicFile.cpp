@@ -19,10 +19,10 @@ namespace ladderwise {
 namespace {
 
 constexpr int ValueDigits = 9;
-constexpr int PartLength = 128;   ///< along, wires included
-constexpr int PartLead = 16;      ///< of wire before a symbol
-constexpr int AcrossSeries = 112; ///< room of one part of a series arm, with its texts
-constexpr int AcrossShunt = 208;  ///< and of a shunt arm, whose texts stand at its right
+constexpr int PartLength = 128;    ///< along, wires included
+constexpr int PartLead = 16;       ///< of wire before a symbol
+constexpr int AcrossSeries = 112;  ///< room of one part of a series arm, with its texts
+constexpr int AcrossShunt = 208;   ///< and of a shunt arm, whose texts stand at its right
 constexpr int ArmGap = 32;
 
 std::string Nine(double x) {
@@ -202,8 +202,8 @@ private:
             if (net.Kind != NetworkKind::OpenStub) Join(u, v, u + PartLength, v);
             return;
         }
-        const std::string value = "Td=" + Nine(length / 360.0 / design.F0) +
-                                  " Z0=" + Nine(slot->Value(net.Row + 1));
+        const std::string value =
+            "Td=" + Nine(length / 360.0 / design.F0) + " Z0=" + Nine(slot->Value(net.Row + 1));
         const int x = X(u, v), y = Y(u, v);
         Join(u, v, u + PartLead, v);
         if (!shunt) {
@@ -241,15 +241,18 @@ void WriteNotes(SheetWriter& sheet, const FilterDesign& design, const FrequencyR
     const bool decades = sweep.Logarithmic && sweep.To > sweep.From;
     const std::string points =
         std::to_string(decades ? std::max(1L, std::lround(perDecade)) : sweep.Points);
-    sheet.Note(-256, below, "!.ac " + std::string(decades ? "dec " : "lin ") + points + " " +
-                                Nine(sweep.From) + " " + Nine(sweep.To));
+    sheet.Note(-256, below,
+               "!.ac " + std::string(decades ? "dec " : "lin ") + points + " " + Nine(sweep.From) +
+                   " " + Nine(sweep.To));
     std::vector<std::string> lines = DesignComments(design);
     if (design.PartModel.Choice != PartChoice::IdealParts)
-        lines.push_back("Rser of the inductors is that at F0; in the design it grows with the root "
-                        "of the frequency");
+        lines.push_back(
+            "Rser of the inductors is that at F0; in the design it grows with the root "
+            "of the frequency");
     lines.push_back(design.RSource == design.RLoad
                         ? "V(out) is S21"
-                        : "S21 is V(out) times " + Nine(GuardedSqrt(design.RSource / design.RLoad)));
+                        : "S21 is V(out) times " +
+                              Nine(GuardedSqrt(design.RSource / design.RLoad)));
     for (const std::string& line : lines)
         sheet.Note(-256, below += 32, ";" + line);
 }

@@ -185,8 +185,7 @@ private:
     /// What lies between two nodes that a wire has made one.
     void DropShorted() {
         std::erase_if(parts, [&](const NumberedPart& part) {
-            return part.Part.Kind != SpiceKind::Line &&
-                   wires.Find(part.A) == wires.Find(part.B);
+            return part.Part.Kind != SpiceKind::Line && wires.Find(part.A) == wires.Find(part.B);
         });
     }
 

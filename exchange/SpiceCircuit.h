@@ -20,8 +20,8 @@ enum class SpiceKind {
 
 struct SpicePart {
     SpiceKind Kind;
-    std::string Name;   ///< begins with the letter of its kind
-    std::string A, B;   ///< nodes; "0" is ground
+    std::string Name;  ///< begins with the letter of its kind
+    std::string A, B;  ///< nodes; "0" is ground
     double Value;
     double Delay = 0.0;  ///< of a line, s
 };

@@ -71,7 +71,8 @@ std::vector<double> PointsOf(const FrequencyRange& range) {
 std::string FaultOf(const FrequencyRange& range) {
     if (!(range.From > 0.0) || !std::isfinite(range.To)) return "the frequencies begin above 0";
     if (range.Points < 1) return "there is at least one point";
-    if (range.Points > 1 && !(range.To > range.From)) return "the frequencies end above their start";
+    if (range.Points > 1 && !(range.To > range.From))
+        return "the frequencies end above their start";
     return {};
 }
 
@@ -114,10 +115,9 @@ std::string TouchstoneText(const FilterDesign& design, std::span<const double> f
                            const TouchstoneOptions& options) {
     if (!ExportFault(design).empty()) return {};
     const std::vector<double> written = WrittenFrequencies(freqs);
-    const PortResistances ports =
-        options.Version == TouchstoneVersion::Two
-            ? PortResistances{design.RSource, design.RLoad}
-            : PortResistances{options.Reference, options.Reference};
+    const PortResistances ports = options.Version == TouchstoneVersion::Two
+                                      ? PortResistances{design.RSource, design.RLoad}
+                                      : PortResistances{options.Reference, options.Reference};
     const std::vector<SParameters> s = AnalyseSParameters(design, written, ports);
     std::string text = TouchstoneHead(design, written.size(), options);
     for (std::size_t i = 0; i < written.size(); ++i)

@@ -220,8 +220,11 @@ private:
         for (const auto& [name, unit] : units)
             if (word == name) return header.Unit = unit, 0;
         static const std::vector<std::pair<const char*, NetworkParameter>> parameters = {
-            {"s", NetworkParameter::S}, {"y", NetworkParameter::Y}, {"z", NetworkParameter::Z},
-            {"g", NetworkParameter::G}, {"h", NetworkParameter::H}};
+            {"s", NetworkParameter::S},
+            {"y", NetworkParameter::Y},
+            {"z", NetworkParameter::Z},
+            {"g", NetworkParameter::G},
+            {"h", NetworkParameter::H}};
         for (const auto& [name, parameter] : parameters)
             if (word == name) return header.Parameter = parameter, 1;
         static const std::vector<std::pair<const char*, PairFormat>> formats = {
@@ -257,7 +260,8 @@ void RefuseWhatIsNoText(std::string_view bytes) {
         Refuse(1, "UTF-16; save the file as plain text");
     const std::size_t zero = bytes.find('\0');
     if (zero != std::string_view::npos) {
-        const auto ends = std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(zero), '\n');
+        const auto ends =
+            std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(zero), '\n');
         Refuse(static_cast<std::size_t>(ends) + 1, "a zero byte: no text file");
     }
 }

@@ -34,8 +34,8 @@ constexpr std::size_t PointSize(std::size_t ports) {
         ++ports;
     if (PointSize(ports) == numbers)
         Refuse(line, std::to_string(ports) + " ports; one or two can be read");
-    Refuse(line, std::to_string(numbers) +
-                     " numbers belong to a frequency; one port has 3, two have 9");
+    Refuse(line,
+           std::to_string(numbers) + " numbers belong to a frequency; one port has 3, two have 9");
 }
 
 /// A word of the data as a number; -inf passes as the level of zero in dB.
@@ -107,8 +107,8 @@ std::vector<RawPoint> PointsFrom(const std::vector<LineOfNumbers>& lines, std::s
         std::vector<double>& point = points.back().Values;
         point.insert(point.end(), lines[i].Values.begin(), lines[i].Values.end());
         if (point.size() > size)
-            Refuse(lines[i].Line, std::to_string(point.size()) + " numbers for one frequency, not " +
-                                      std::to_string(size));
+            Refuse(lines[i].Line, std::to_string(point.size()) +
+                                      " numbers for one frequency, not " + std::to_string(size));
     }
     if (!points.empty() && points.back().Values.size() != size)
         Refuse(lines.back().Line, "the last frequency has " +
@@ -141,10 +141,11 @@ Complex PairValue(const TouchstoneHeader& header, const RawPoint& point, std::si
         Refuse(point.Line, "a number is infinite");
     Complex z{a, b};
     if (header.Format != PairFormat::RealImaginary) {
-        const double magnitude = zero ? 0.0
+        const double magnitude = zero                                    ? 0.0
                                  : header.Format == PairFormat::Decibels ? std::pow(10.0, a / 20.0)
                                                                          : a;
-        z = {magnitude * std::cos(b * DegreesToRadians), magnitude * std::sin(b * DegreesToRadians)};
+        z = {magnitude * std::cos(b * DegreesToRadians),
+             magnitude * std::sin(b * DegreesToRadians)};
     }
     if (!std::isfinite(z.real()) || !std::isfinite(z.imag()))
         Refuse(point.Line, "a number is too large");
@@ -156,7 +157,8 @@ SParameters ParametersOf(const TouchstoneHeader& header, const RawPoint& point) 
     const auto pair = [&](std::size_t k) { return PairValue(header, point, 1 + 2 * k); };
     if (point.Values.size() == PointSize(1)) return {pair(0), 0.0, 0.0, 0.0};
     if (header.Matrix != MatrixShape::Full) return {pair(0), pair(1), pair(1), pair(2)};
-    if (header.Version == 2 && header.Order == PairOrder::Rows) return {pair(0), pair(2), pair(1), pair(3)};
+    if (header.Version == 2 && header.Order == PairOrder::Rows)
+        return {pair(0), pair(2), pair(1), pair(3)};
     return {pair(0), pair(1), pair(2), pair(3)};
 }
 
@@ -219,7 +221,8 @@ SParameters ScatteringOf(const TouchstoneHeader& header, const RawPoint& point, 
 
 double FrequencyOf(const TouchstoneHeader& header, const RawPoint& point) {
     const double f = point.Values[0] * header.Unit;
-    if (!(f >= 0.0) || !std::isfinite(f)) Refuse(point.Line, "no frequency is negative or infinite");
+    if (!(f >= 0.0) || !std::isfinite(f))
+        Refuse(point.Line, "no frequency is negative or infinite");
     return f;
 }
 
@@ -242,8 +245,9 @@ void SortPoints(NetworkData& network) {
     }
     const std::size_t repeated = network.Hz.size() - sorted.Hz.size();
     if (repeated > 0)
-        sorted.Messages.push_back(std::to_string(repeated) +
-                                  " repeated frequencies were left out; the first of each was kept.");
+        sorted.Messages.push_back(
+            std::to_string(repeated) +
+            " repeated frequencies were left out; the first of each was kept.");
     network = std::move(sorted);
 }
 

@@ -12,11 +12,11 @@ namespace ladderwise {
 
 /// A network as its file has it, in ascending order of frequency.
 struct NetworkData {
-    int Ports = 2;                  ///< 1: S11 alone is there
-    PortResistances Reference{};    ///< of the parameters in S; equal for one port
-    std::vector<double> Hz{};       ///< ascending, none twice
-    std::vector<SParameters> S{};   ///< of one port: the other three are 0
-    bool OnePath = false;           ///< S12 and S22 are all zero: those were not measured
+    int Ports = 2;                        ///< 1: S11 alone is there
+    PortResistances Reference{};          ///< of the parameters in S; equal for one port
+    std::vector<double> Hz{};             ///< ascending, none twice
+    std::vector<SParameters> S{};         ///< of one port: the other three are 0
+    bool OnePath = false;                 ///< S12 and S22 are all zero: those were not measured
     std::vector<std::string> Messages{};  ///< what was changed or left out, a sentence each
 };
 

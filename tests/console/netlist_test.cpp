@@ -18,7 +18,8 @@ struct Simulated {
     std::string Words;  ///< what the simulator said
 };
 
-/// Runs a netlist in batch mode and reads V(out) from the table of all voltages, which has 16 digits.
+/// Runs a netlist in batch mode and reads V(out) from the table of all voltages, which has 16
+/// digits.
 Simulated Simulate(const std::string& netlist) {
     const QTemporaryDir folder;
     QFile circuit(folder.filePath("circuit.cir"));
@@ -57,7 +58,8 @@ Simulated Simulate(const std::string& netlist) {
     return result;
 }
 
-void ExpectTheTransferOf(const FilterDesign& design, const Simulated& simulated, std::size_t points) {
+void ExpectTheTransferOf(const FilterDesign& design, const Simulated& simulated,
+                         std::size_t points) {
     ASSERT_GE(simulated.Hz.size(), points) << simulated.Words;
     const double factor = std::sqrt(design.RSource / design.RLoad);
     for (std::size_t i = 0; i < simulated.Hz.size(); ++i) {
@@ -91,8 +93,8 @@ TEST_F(Netlists, HaveTheTransferOfEveryElementType) {
         const CircuitElement capacitor = RandomSlot(ElementType::SeriesCap, random);
         for (const PartChoice parts : {PartChoice::IdealParts, PartChoice::RealParts})
             for (const double load : {50.0, 200.0})
-                for (const auto& slots :
-                     {std::vector<CircuitElement>{slot}, {capacitor, coil, slot, coil, capacitor, slot}}) {
+                for (const auto& slots : {std::vector<CircuitElement>{slot},
+                                          {capacitor, coil, slot, coil, capacitor, slot}}) {
                     const FilterDesign design = Ladder(slots, parts, load);
                     SCOPED_TRACE(std::string(InfoOf(slot.Type).Name) + " " + std::to_string(load));
                     const std::string netlist =
@@ -109,7 +111,8 @@ TEST_F(Netlists, ValuesOfZeroAreWiresAndNothing) {
         {{ElementType::SeriesInd, 0.0}, {ElementType::ShuntCap, 1e50, TestC}},
         {{ElementType::SeriesLC, 0.0, TestC}, {ElementType::ShuntLC, TestL, 0.0}},
         {{ElementType::SeriesInd, TestL}, {ElementType::ShuntInd, 0.0}},
-        {{ElementType::ShuntSerParLC, 0.0, TestC, TestL, 0.0}, {ElementType::SeriesCap, 1e50, TestC}},
+        {{ElementType::ShuntSerParLC, 0.0, TestC, TestL, 0.0},
+         {ElementType::SeriesCap, 1e50, TestC}},
     };
     for (const auto& slots : ladders) {
         const FilterDesign design = Ladder(slots, PartChoice::IdealParts, 50.0);
@@ -125,11 +128,12 @@ TEST_F(Netlists, ASubcircuitIsTheSameFilter) {
                PartChoice::RealParts, 200.0);
     const FrequencyRange sweep{0.5 * TestF0, 2.0 * TestF0, 31, false};
     const std::string part = NetlistText(design, {SpiceDialect::Ngspice, true, sweep});
-    ExpectTheTransferOf(design,
-                        Simulate("* around it\nV1 src 0 DC 0 AC 2\nR1 src a 50\nX1 a out ladderwise\n"
-                                 "R2 out 0 200\n.ac lin 31 5e7 2e8\n" +
-                                 part + ".end\n"),
-                        31);
+    ExpectTheTransferOf(
+        design,
+        Simulate("* around it\nV1 src 0 DC 0 AC 2\nR1 src a 50\nX1 a out ladderwise\n"
+                 "R2 out 0 200\n.ac lin 31 5e7 2e8\n" +
+                 part + ".end\n"),
+        31);
 }
 
 }  // namespace

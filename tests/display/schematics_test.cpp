@@ -9,8 +9,8 @@
 
 #include "analysis/Circuitanalysis.h"
 #include "design/ElementNetworks.h"
-#include "display/SchematicPainter.h"
 #include "resources/Resources.h"
+#include "schematic/SchematicPainter.h"
 
 namespace ladderwise {
 namespace {

@@ -1,12 +1,12 @@
 // Placement of the schematic pictures.
-#include "display/SchematicStrip.h"
+#include "schematic/SchematicStrip.h"
 
 #include <algorithm>
 
 #include "design/Designators.h"
 #include "design/ElementNetworks.h"
-#include "display/ValueGridContent.h"
 #include "numbers/Formatfunctions.h"
+#include "schematic/ValueGridContent.h"
 
 namespace ladderwise {
 

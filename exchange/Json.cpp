@@ -200,7 +200,8 @@ private:
 
 }  // namespace
 
-JsonValue::JsonValue(double number) : Content(JsonNumeral{JsonNumber(number)}) {}
+JsonValue::JsonValue(double number)
+    : Content(JsonNumeral{std::isfinite(number) ? ExactNumber(number) : "null"}) {}
 
 const JsonValue* JsonValue::Find(std::string_view name) const {
     const auto* object = As<JsonObject>();

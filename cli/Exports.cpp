@@ -23,7 +23,7 @@ FrequencyRange RangeOf(const ExportArguments& arguments, const FilterDesign& des
     range.From = arguments.From.value_or(range.From);
     range.To = arguments.To.value_or(range.To);
     range.Points = arguments.Points.value_or(UsualPoints);
-    range.Logarithmic = arguments.Logarithmic.value_or(range.Logarithmic);
+    range.Logarithmic = arguments.Logarithmic.value_or(false);
     return range;
 }
 

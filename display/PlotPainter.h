@@ -11,10 +11,10 @@
 
 #include "display/PlotAxis.h"
 #include "display/PlotFrame.h"
-#include "display/SchematicStrip.h"
 #include "display/TraceSpans.h"
 #include "display/TraceStrokes.h"
-#include "display/ValueGridContent.h"
+#include "schematic/SchematicStrip.h"
+#include "schematic/ValueGridContent.h"
 
 namespace ladderwise {
 

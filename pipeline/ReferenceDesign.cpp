@@ -19,14 +19,14 @@ constexpr std::size_t RefreshedBytes = 4;  ///< of each array, at its beginning
 constexpr int sweepDigits = 2;             ///< after the first, of the sweep's limits in the name
 constexpr int figureDigits = 6;            ///< after the first, of F0 and bandwidth
 
-std::string Hz(double f) {
+std::string BasisText(double f) {
     return FormatWithPrefix(f, figureDigits, "Hz");
 }
 
 /// What the figures of a design refer to, then the figures.
 ResultTexts FiguresOf(const FilterDesign& design, const ResponseResults& results) {
-    ResultTexts texts = {{"Design", DesignTitle(design)}, {"F0", Hz(design.F0)}};
-    if (HasBandWidth(design.PassType)) texts.emplace_back("BW", Hz(design.BandWidth));
+    ResultTexts texts = {{"Design", DesignTitle(design)}, {"F0", BasisText(design.F0)}};
+    if (HasBandWidth(design.PassType)) texts.emplace_back("BW", BasisText(design.BandWidth));
     const ResultTexts figures = DescribeResults(design, results);
     texts.insert(texts.end(), figures.begin(), figures.end());
     return texts;

@@ -18,8 +18,8 @@ namespace {
 using Settings = std::vector<std::pair<std::string, std::string>>;
 
 constexpr double ReferenceF0 = 200e6;
-const TextMetrics Metrics{[](const std::string& text) { return 6 * static_cast<int>(text.size()); },
-                          13};
+const TextMetrics LabelMetrics{
+    [](const std::string& text) { return 6 * static_cast<int>(text.size()); }, 13};
 
 std::unique_ptr<Calculation> Calculated(const Settings& settings) {
     auto calculation = std::make_unique<Calculation>();
@@ -190,7 +190,7 @@ TEST(ReferencePlot, LabelsStandAtItsOwnFrequencies) {
         MarkerDrawing drawing;
         AppendTraceMarkers(content.Markers,
                            SweepOf(content, scene.Layout, ScalesOf(scene.Design())), scene.Layer,
-                           Metrics, cover, drawing);
+                           LabelMetrics, cover, drawing);
         std::vector<std::string> texts;
         for (const PlotText& label : drawing.Labels)
             texts.push_back(label.Text);

@@ -16,8 +16,8 @@ namespace ladderwise {
 struct MeasuredFile {
     std::string Path;  ///< UTF-8; relative to the design's folder in the text
     bool PortsSwapped = false;
-    double SourceDelay = 0.0;  ///< electrical length of a cable at port 1, s, one way
-    double LoadDelay = 0.0;    ///< and at port 2
+    double SourceDelay = 0.0;  ///< electrical length of a cable at the source, s, one way
+    double LoadDelay = 0.0;    ///< and at the load
     bool Hidden = false;
     JsonObject Others{};  ///< members that are not known
 };

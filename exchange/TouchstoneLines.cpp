@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::size_t LongestQuote = 40;  ///< bytes of a word that a message repeats
 
+constexpr char EndOfFileMark = '\x1a';  ///< that old systems put behind a text
+
 std::string LowerCase(std::string_view text) {
     std::string lower(text);
     for (char& c : lower)
@@ -283,6 +285,7 @@ TouchstoneBody ReadTouchstoneLines(std::string_view bytes) {
     TouchstoneBody body;
     RefuseWhatIsNoText(bytes);
     if (bytes.starts_with("\xef\xbb\xbf")) bytes.remove_prefix(3);
+    if (bytes.ends_with(EndOfFileMark)) bytes.remove_suffix(1);
     LineReader reader(body);
     std::size_t number = 0;
     while (!bytes.empty()) {

@@ -47,10 +47,15 @@ public:
     void Flag(int x, int y, const std::string& net) {
         Text += "FLAG " + std::to_string(x) + " " + std::to_string(y) + " " + net + "\n";
     }
-    void Symbol(const std::string& kind, int x, int y, const char* turn, const std::string& name,
-                const std::string& value, const std::string& more = {}) {
+    void Symbol(const std::string& kind, int x, int y, const std::string& turn,
+                const std::string& name, const std::string& value, const std::string& more = {}) {
         Text += "SYMBOL " + kind + " " + std::to_string(x) + " " + std::to_string(y) + " " + turn +
-                "\nSYMATTR InstName " + name + "\nSYMATTR Value " + value + "\n";
+                "\n";
+        if (turn == "R270") {  // name and value above and below the symbol, not turned with it
+            const std::string middle = kind == "cap" ? "32" : "56";
+            Text += "WINDOW 0 32 " + middle + " VTop 2\nWINDOW 3 0 " + middle + " VBottom 2\n";
+        }
+        Text += "SYMATTR InstName " + name + "\nSYMATTR Value " + value + "\n";
         if (!more.empty()) Text += "SYMATTR SpiceLine " + more + "\n";
     }
     void Note(int x, int y, const std::string& text) {

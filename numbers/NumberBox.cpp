@@ -80,12 +80,12 @@ void NumberBox::WriteText(std::string text, double value) {
     ExactValue = value;
 }
 
-void NumberBox::MoveTo(double value, std::string_view why) {
+void NumberBox::MoveTo(double value, LoadReason why) {
     const double held = ExactValue.value_or(value);
     const double wanted = Moved ? Moved->Wanted : held;
     WriteValue(value);
     Moved.reset();
-    if (value != wanted) Moved = MovedEntry{wanted, std::string(why), held};
+    if (value != wanted) Moved = MovedEntry{wanted, why, held};
 }
 
 void NumberBox::Replace(double value, const std::string& text) {

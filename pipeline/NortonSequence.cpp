@@ -164,9 +164,9 @@ std::string NortonSearchText(const FilterDesign& design) {
         return "K " + FormatFixed(k, BoxDecimals) +
                (two ? " and M " + FormatFixed(m, BoxDecimals) : "");
     };
-    return "Auto Optimize is on, but " + ratios(result.K, result.M) + (two ? " are" : " is") +
-           " not optimised: \"Optimize K and M\" in the Norton window (on the "
-           "console auto-optimize=on) gives " +
+    return ratios(result.K, result.M) + (two ? " are" : " is") +
+           " not optimised, although Auto Optimize is on: \"Optimize K and M\" (console: "
+           "auto-optimize=on) gives " +
            ratios(result.SearchedK, result.SearchedM) + ".";
 }
 

@@ -24,7 +24,7 @@ void BuildNortonLadder(FilterDesign& design);
 /// and M of its search and keeps them beside the ones in use, in NortonResult.
 void LookForEvenest(const DesignInputs& inputs, FilterDesign& design);
 
-/// "Auto Optimize is checked, but K 2.00 is not what its search finds, 12.82: ...": that the last
+/// "K 2.00 is not optimised, although Auto Optimize is on: ... gives K 12.82.": that the last
 /// Norton ladder is not the optimised one, and how to get it. Empty if it is, or nobody wants it.
 std::string NortonSearchText(const FilterDesign& design);
 

@@ -55,7 +55,7 @@ TEST(Program, ExitCodesAndStandardError) {
          "ladderwise-cli: Program Info: Direct Coupled and Norton Transform filters can't use"},
         {{"--set", "response=chebyshev", "--set", "poles=4"}, 0, "R Load was moved to "},
         // What became of an entry comes first, before what the calculation has to say.
-        {{"--set", "pass=norton", "--set", "r-load=60", "--set", "ripple=9"}, 0, "\nladderwise-cli: Error: R_Load"},
+        {{"--set", "pass=norton", "--set", "r-load=60", "--set", "ripple=9"}, 0, "\nladderwise-cli: Error: Error: R_Load"},
         {{"--set", "coefficients=" + nowhere}, 2, "cannot read"},
         {{"--set", "coefficients=" LADDERWISE_CLI}, 2, "The file is too large."},
         {{"--set", given, "--set", "poles=5"}, 0, "has no order 5, only order 3: this is a Butterworth"},

@@ -59,7 +59,8 @@ void Settle(Calculation& calculation) {
     Design(calculation);
     const auto notes = CollectNotes(calculation);
     const auto unsettled = [](const Note& note) {
-        return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded;
+        return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
+               note.Kind == NoteKind::NoSuchOrder;
     };
     if (std::any_of(notes.begin(), notes.end(), unsettled)) Design(calculation);
 }

@@ -4,11 +4,11 @@
 #include <QLineEdit>
 
 #include "app/MainWindow.h"
+#include "controls/ElidedLabel.h"
 #include "files/CoefficientsFile.h"
 #include "files/DiskFile.h"
 #include "files/SettingsFile.h"
 #include "pipeline/SavedDesigns.h"
-#include "windows/ElidedLabel.h"
 
 namespace ladderwise {
 

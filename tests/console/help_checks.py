@@ -10,6 +10,8 @@ _TX = "pass=low-pass response=chebyshev f0=30 poles=5 ripple=0.1 sweep=linear "
 _FM = "pass=band-pass response=butterworth f0=98 bw=30 poles=3 "
 _IF = "response=chebyshev f0=10.7 bw=0.5 poles=3 ripple=0.1 "
 _DC = _IF + "pass=direct-coupled inverter=capacitor tank=1 tank-units=nH sweep=linear tank-values="
+_TANKS = ("pass=direct-coupled response=chebyshev f0=150 bw=7.5 poles=3 ripple=0.1 inverter=inductor "
+          "factor=0.5 parts=real ind-q=100 tank-values=50,50,50 ")
 _ELLIPTIC = "pass=low-pass f0=30 ripple=0.1 atten=50 form=clc sweep=2-octaves "
 _TRAP = "pass=band-pass response=elliptic-c poles=1 f0=98 bw=30 ripple=0.1 atten=40 sweep=1-octave "
 _NORTON = "response=butterworth f0=98 bw=15 poles=3 pass=norton "
@@ -35,6 +37,15 @@ DESIGNS = {
     "dc100": _DC + "100,100,100 parts=real ind-q=100",
     "dc200": _DC + "200,200,200 parts=real ind-q=100",
     "dc1000": _DC + "1000,1000,1000 parts=real ind-q=100",
+    **{"k%d" % menu: _TANKS + "tank=%d" % code for menu, code in (
+        (2, 1), (3, 5), (4, 6), (5, 7), (6, 8), (7, 2), (8, 3), (9, 4), (10, 9))},
+    **{"i%d" % menu: _TANKS + "parts=ideal tank=%d" % (menu + 2) for menu in (3, 4, 5, 6)},
+    "k1": _TANKS + "tank=0 tank-values=500,500,500",
+    "ideal3": _TANKS + "tank=5 factor=1",
+    "again": _TANKS + "tank=9 inverter=capacitor parts=ideal sweep=1-decade",
+    "dc10": _DC + "10,10,10",
+    "bessel": _TX + "response=bessel-freq",
+    "papoulis": _TX + "response=papoulis poles=3",
     "dc530": _DC + "500,500,500 bw=0.53",
     "flat3": "pass=low-pass-prototype response=butterworth poles=3",
     "ripple3": "pass=low-pass-prototype response=chebyshev ripple=0.1 poles=3",
@@ -49,13 +60,31 @@ DESIGNS = {
 _DC_CHECKS = {
     "Narrow band-pass filters, from": "=20",
     "A canonical band-pass of small": "dc.f0",
-    "Tanks 1 Series LC": "=1",
-    "2 Shunt LC": "=2",
-    "3 Shunt LC // C": "=3 =4",
-    "5 Shunt L//C C": "=5 =6",
-    "7, 8, 9, 10": "=7 =8 =9 =10",
+    "1 Series LC | coil": "=1 k1[2,1] k1[2,2] k1.f0",
+    "2 Shunt LC | coil": "=2",
+    "3 Shunt LC // C | a": "=3 1/(w*(k3[2,1]*k3[2,3])**0.5)/150 k3.factor",
+    "4 Shunt LC // L | a": "=4 1/(w*(k4[2,2]*k4[2,3])**0.5)/150 k4.factor",
+    "5 Shunt L//C C | a": "=5 =3",
+    "6 Shunt L//C L | a": "=6 =4",
+    "7 Shunt Ind Open T Line | a": "=7 90/k7.tloc k7.tloc",
+    "8 Shunt Cap Shorted T Line | a": "=8 180/k8.tlsc k8.tlsc",
+    "9 Open and Shorted T Lines | two": "=9",
+    "10 Shorted T Line | a": "=10 =3 again.loss_between(2.5,3.0)",
+    "What the tanks cost": "k2.f0 k2.bw k2.poles k2.ripple k2[2,1] =1 k3.factor k7.tloc k2.ind_q",
+    "1 Series LC, 500 nH": "=1 k1[2,1] k1.peak_loss_db",
+    "2 Shunt LC | \\d": "=2 k2.peak_loss_db",
+    "3 Shunt LC // C | \\d": "=3 k3.peak_loss_db",
+    "4 Shunt LC // L | \\d": "=4 k4.peak_loss_db",
+    "5 Shunt L//C C | \\d": "=5 k5.peak_loss_db",
+    "6 Shunt L//C L | \\d": "=6 k6.peak_loss_db",
+    "7 Shunt Ind Open T Line | \\d": "=7 k7.peak_loss_db",
+    "8 Shunt Cap Shorted T Line | \\d": "=8 k8.peak_loss_db",
+    "9 Open and Shorted T Lines | \\d": "=9 k9.peak_loss_db",
+    "10 Shorted T Line | \\d": "=10 k10.peak_loss_db",
     "Inverter 1 Inductor": "=1 =2 =3",
-    "Factor 0.2": "bound('factor',0) bound('factor',1) =3 =6",
+    "Factor 0.2": "bound('factor',0) bound('factor',1) =3 =6 =1 =0 ideal3[2,3]",
+    "Read-outs Min": "dc.readout(0) dc.readout(0) dc10[2,1] dc10.worst_return_loss_db dc.worst_return_loss_db",
+    "The same limit": "=1",
     "Choose the tank's coil first": "=50 =150",
     "Example: 10.7 MHz": "dc.f0 dc.bw",
     "3-pole Chebyshev, 0.1 dB": "dc.poles dc.ripple dc.r_source iff[1,1] iff[2,1] =2 =2 dc[2,1]*1e9",
@@ -77,7 +106,7 @@ _DC_CHECKS = {
     "Loss and bandwidth stand": "dcreal.loss_at_f0_db dcreal.edges_hz[0] dcreal.edges_hz[1] dcreal.width_hz "
                                 "dc.edges_hz[0] dc.edges_hz[1] dc.width_hz",
     "Delay: put the mouse": "dc.f0 dcreal.delay(10.7e6) dc.delay(10.7e6)",
-    "Of the 500 kHz": "dc.bw dc.width_hz dc530.bw",
+    "Of the 500 kHz": "dc.bw dc.width_hz dc530.bw dc530.width_hz",
     "loss = 4.34 dB": "=4.34",
     "(Cohn 1959)": "=1959 flat3.poles flat3[1,1] flat3[2,1] flat3[3,1] g_sum() dc.f0/dc.bw tank_q() "
                    "4.3429448*g_sum()*dc.f0/(dc.bw*tank_q()) dcreal.loss_at_f0_db",
@@ -89,7 +118,7 @@ _START_CHECKS = {
     "A transmitter at 28": "=28 =56 tx.poles tx.f0 tx.r_source",
     "Type 30 into": "tx.f0/1e6 tx.poles tx.ripple",
     "The grid below the schematic": "tx[1,1] tx[2,1] tx[3,1] tx[4,1] tx[5,1]",
-    "Fo is where the loss is 3 dB": "tx.loss_at_f0_db tx.loss_at_f0_db tx.f0 =28 tx.loss(28e6) tx.loss_at_f0_db "
+    "Fo is where the loss is 3 dB": "tx.loss_at_f0_db =3 papoulis.loss_at_f0_db tx.loss_at_f0_db tx.f0 =28 tx.loss(28e6) tx.loss_at_f0_db "
         "tx.worst_return_loss_db tx.return_loss_band_hz[1] tx.f0 tx.attenuation('2F0') tx.attenuation('3F0')",
     "change | at 30": "tx.f0 2*tx.f0",
     "5-pole Chebyshev, 0.1 dB": "tx.poles tx.ripple tx.loss_at_f0_db tx.attenuation('2F0')",
@@ -112,8 +141,8 @@ _START_CHECKS = {
     "Group delay scale |": "=500 =500 =5E-7 =1 =100",
     "Inductor Q |": "bound('ind-q',0) bound('ind-q',1)",
     "Inductor C, Capacitor L": "bound('ind-c',0) bound('cap-l',1)",
-    "Monte Carlo runs |": "bound('runs',0) bound('runs',1)",
-    "Phase and delay threshold |": "=20 =-20 bound('threshold',0) bound('threshold',1)",
+    "Number of Monte Carlo Simulations |": "bound('runs',0) bound('runs',1)",
+    "Cutoff for Phase and Group delay plots |": "=20 =-20 bound('threshold',0) bound('threshold',1)",
     "Boxes show three": "=145.825 =145.825 =146",
     "Yellow:": "even.poles even.ripple even.r_source even.r_load",
     "Linear runs from 0": "=0 tx.sweep_hz[-1]/tx.f0 len(tx.sweep_hz)",
@@ -125,7 +154,7 @@ _START_CHECKS = {
     "With real parts (Q of 80": "fmreal.ind_q fmreal.ind_c fmreal.cap_r fmreal.cap_l fmreal.f0 fmreal.loss_at_f0_db "
         "fmreal.edges_hz[0] fmreal.edges_hz[1] fmfit[1,1] fmfit[1,2] fmfit[2,1] fmfit[2,2] fmfit.edges_hz[0] "
         "fmfit.edges_hz[1]",
-    "Now 10.7 MHz": "iff.f0 iff.bw iff.poles iff[1,1] iff[1,2] iff[2,1] iff[2,2] ifreal.ind_q "
+    "Now 10.7 MHz": "iff.f0 iff.bw iff.poles iff.ripple iff[1,1] iff[1,2] iff[2,1] iff[2,2] ifreal.ind_q "
         "ifreal.loss_at_f0_db iff.f0 iff[1,1] 2*pi*iff.f0*iff[1,1] ifreal.cap_r dcreal.loss_at_f0_db",
     "98 MHz, 30 MHz wide, 3-pole Butterworth notch": "notch.f0 notch.bw notch.poles notch[1,1] notch[1,2] notch[2,1] "
         "notch[2,2] =88 notch.loss(88e6) =108 notch.loss(108e6) =50 =200 notch.f0",
@@ -133,10 +162,10 @@ _START_CHECKS = {
     "1.8 MHz, 5-pole": "hp.f0 hp.poles hp.ripple hp[1,1] hp[2,1] hp[3,1] =0.9 hp.attenuation('F0/2') =3.5 "
         "hp.return_loss(3.5e6)",
     "Chebyshev | steep": "tx.ripple tx.worst_return_loss_db",
-    "Bessel (Freq), Bessel (Delay)": "=1 =2 =3",
+    "Bessel (Freq), Bessel (Delay)": "bessel.overshoot() bessel.poles txflat.overshoot() =1 =2 =3",
     "Gauss to 3 dB": "=3",
     "The transmitter's filter once": "c2.f0 c2.ripple c2.atten",
-    "response | elements": "=28 c2.atten",
+    "response | coils": "=28 c2.atten",
     "5-pole Chebyshev | 5": "tx.poles tx.parts() wide.loss(28e6) wide.down_from(50)",
     "Elliptic C, 2 traps": "c2.poles c2.parts() c2.loss(28e6) c2.down_from(50)",
     "Elliptic D, 2 traps": "d2.poles d2.parts() d2.loss(28e6) d2.down_from(50)",
@@ -181,8 +210,8 @@ _START_CHECKS = {
 
 _NORTON_CHECKS = {
     "A canonical band-pass of 3": "=3 =5",
-    "Impedance Scalar A": "bound('a',0) bound('a',1)",
-    "3 Pole K": "=3 bound('k',0) bound('k',1)",
+    "Impedance Scalar | A": "bound('a',0) bound('a',1)",
+    "3 Pole K": "=3 bound('k',0) bound('k',1) =3 =5",
     "5 Pole M": "=5 =5",
     "The three pairs": "=1 =0.1 =0.01",
     "Only 3 and 5": "=3 =5 =3",
@@ -213,4 +242,10 @@ DERIVED = {
 CHECKS = {"DCFilt.rtf": _DC_CHECKS, "StartFilt.rtf": _START_CHECKS, "Transform.rtf": _NORTON_CHECKS}
 
 # Statements of the texts that hold no number.
-STATEMENTS = {}
+STATEMENTS = {
+    "tank 5 has the response of tank 3": "abs(i5.width_hz - i3.width_hz) < 1.0",
+    "tank 6 has the response of tank 4": "abs(i6.width_hz - i4.width_hz) < 1.0",
+    "tank 5 takes a smaller coil than 3": "i5[2,1] < i3[2,1]",
+    "tank 6 takes smaller coils than 4": "i6[2,1] < i4[2,1] and i6[2,3] < i4[2,3]",
+    "the example warns of 1000 nH": "dc1000.direct_coupled['warnings'][0]",
+}

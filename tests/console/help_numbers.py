@@ -14,6 +14,9 @@ from pathlib import Path
 import help_checks
 import help_text
 
+# In the key of a block: any digit.
+DIGIT = re.escape("\\d")
+
 
 class Design:
     """What the console program says of one design; asked once, when it is first needed.
@@ -93,6 +96,11 @@ class Design:
             low, high = (middle, high) if self.loss(middle) < level else (low, middle)
         return low
 
+    def loss_between(self, low, high):
+        """The least attenuation at a point of the sweep from low to high (in F0), dB."""
+        points = zip(self.json()["sweep_hz"], self.json()["magnitude_db"])
+        return min(-db for f, db in points if low <= f / self.f0 <= high)
+
     def worst(self, f):
         """Least and largest loss of the runs of a worst case at f."""
         runs = self.json()["worst_case"]
@@ -170,7 +178,8 @@ def check_page(path, checks, scope):
             literature = block.text == "Literature"
         if literature or not help_text.numbers(block.text):
             continue
-        keys = [key for key in checks if block.text.startswith(key)]
+        keys = [key for key in checks
+                if re.match(re.escape(key).replace(DIGIT, r"\d"), block.text)]
         used.update(keys)
         if len(keys) != 1:
             faults.append("%s: \"%s ...\": %s entries of help_checks.py begin so; numbers: %s" % (

@@ -148,6 +148,13 @@ def bounds(program):
     return of
 
 
+def value_of(expression, scope):
+    try:
+        return eval(expression, {"__builtins__": {}}, scope)  # pylint: disable=eval-used
+    except Exception as trouble:
+        raise RuntimeError("%s: %r" % (expression, trouble)) from trouble
+
+
 def check_block(where, block, expressions, scope):
     """The faults of a block: numbers that differ, and those that nothing accounts for."""
     found = help_text.numbers(block.text)
@@ -162,7 +169,7 @@ def check_block(where, block, expressions, scope):
                 faults.append("%s: \"%s ...\": %s stands there, exempt is %s" % (
                     where, block.text[:60], number.text, query[1:]))
             continue
-        value = eval(query, {"__builtins__": {}}, scope)  # pylint: disable=eval-used
+        value = value_of(query, scope)
         if not number.shows(value):
             faults.append("%s: \"%s ...\": %s stands there, %s is %s" % (
                 where, block.text[:60], number.text, query,
@@ -196,9 +203,9 @@ def main():
     program, folder = sys.argv[1], Path(sys.argv[2])
     csv = str(folder.parent / "Coefficients" / "Chebyshev 0.01 dB.csv")
     scope = {name: Design(program, words, csv) for name, words in help_checks.DESIGNS.items()}
-    scope.update(bound=bounds(program), min=min, max=max, len=len, pi=math.pi, w=2e6 * math.pi)
+    scope.update(bound=bounds(program), abs=abs, min=min, max=max, len=len, pi=math.pi, w=2e6 * math.pi)
     for name, words in help_checks.DERIVED.items():
-        scope[name] = lambda words=words: eval(words, {"__builtins__": {}}, scope)
+        scope[name] = lambda words=words: value_of(words, scope)
     faults = []
     pages = sorted(folder.glob("*.rtf"))
     if {page.name for page in pages} != set(help_checks.CHECKS):
@@ -206,7 +213,7 @@ def main():
     for page in pages:
         faults += check_page(page, help_checks.CHECKS.get(page.name, {}), scope)
     for name, words in help_checks.STATEMENTS.items():
-        if not eval(words, {"__builtins__": {}}, scope):  # pylint: disable=eval-used
+        if not value_of(words, scope):
             faults.append("no longer true: %s" % name)
     print("\n".join(faults) or "every number of the help is the program's")
     return 1 if faults else 0

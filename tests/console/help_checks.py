@@ -60,7 +60,7 @@ DESIGNS = {
 _DC_CHECKS = {
     "Narrow band-pass filters, from": "=20",
     "A canonical band-pass of small": "dc.f0",
-    "1 Series LC | coil": "=1 k1[2,1] k1[2,2] k1.f0",
+    "Menu Tanks: 1 Series LC": "=1 k1[2,1] k1[2,2] k1.f0",
     "2 Shunt LC | coil": "=2",
     "3 Shunt LC // C | a": "=3 1/(w*(k3[2,1]*k3[2,3])**0.5)/150 k3.factor",
     "4 Shunt LC // L | a": "=4 1/(w*(k4[2,2]*k4[2,3])**0.5)/150 k4.factor",
@@ -81,7 +81,7 @@ _DC_CHECKS = {
     "8 Shunt Cap Shorted T Line | \\d": "=8 k8.peak_loss_db",
     "9 Open and Shorted T Lines | \\d": "=9 k9.peak_loss_db",
     "10 Shorted T Line | \\d": "=10 k10.peak_loss_db",
-    "Inverter 1 Inductor": "=1 =2 =3",
+    "Menu Inverter: 1": "=1 =2 =3",
     "Factor 0.2": "bound('factor',0) bound('factor',1) =3 =6 =1 =0 ideal3[2,3]",
     "Read-outs Min": "dc.readout(0) dc.readout(0) dc10[2,1] dc10.worst_return_loss_db dc.worst_return_loss_db",
     "The same limit": "=1",
@@ -118,7 +118,7 @@ _START_CHECKS = {
     "A transmitter at 28": "=28 =56 tx.poles tx.f0 tx.r_source",
     "Type 30 into": "tx.f0/1e6 tx.poles tx.ripple",
     "The grid below the schematic": "tx[1,1] tx[2,1] tx[3,1] tx[4,1] tx[5,1]",
-    "Fo is where the loss is 3 dB": "tx.loss_at_f0_db =3 papoulis.loss_at_f0_db tx.loss_at_f0_db tx.f0 =28 tx.loss(28e6) tx.loss_at_f0_db "
+    "Fo is where the loss is 3 dB": "tx.loss_at_f0_db tx.loss_at_f0_db tx.f0 =3 papoulis.loss_at_f0_db =28 tx.loss(28e6) tx.loss_at_f0_db "
         "tx.worst_return_loss_db tx.return_loss_band_hz[1] tx.f0 tx.attenuation('2F0') tx.attenuation('3F0')",
     "change | at 30": "tx.f0 2*tx.f0",
     "5-pole Chebyshev, 0.1 dB": "tx.poles tx.ripple tx.loss_at_f0_db tx.attenuation('2F0')",

@@ -24,9 +24,9 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
               const std::string& maxText, const char* readerName, Parse parse,
               const MessageCallback& report) {
     T minimum = 1, fallback = 1, maximum = 1;  // a limit that cannot be read stays 1
-    const bool limitsRead =
-        parse(minText, minimum) & parse(defaultText, fallback) & parse(maxText, maximum);
-    if (!limitsRead && report)
+    const bool read[] = {parse(minText, minimum), parse(defaultText, fallback),
+                         parse(maxText, maximum)};
+    if (!(read[0] && read[1] && read[2]) && report)
         report("Error", std::string("Invalid String Argument in ") + readerName + " function.");
 
     box.Colour = BoxColour::Normal;

@@ -77,13 +77,11 @@ MeasuredNetwork OpenMeasured(const std::string& path) {
     return {path, std::move(result.Network), {}};
 }
 
-std::string UseCoefficientsFile(Calculation& calculation, const std::string& path,
-                                const MessageCallback& report) {
+std::string UseCoefficientsFile(Calculation& calculation, const std::string& path) {
     const FileContent file = ReadWholeFile(path, MaxCoefficientsBytes + 1);
     if (!file.Error.empty()) return file.Error;
     const std::string fault = UseCoefficients(calculation, file.Bytes);
-    if (!fault.empty()) report("Error", path + ": " + fault);
-    return {};
+    return fault.empty() ? fault : path + ": " + fault;
 }
 
 }  // namespace ladderwise

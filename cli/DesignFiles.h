@@ -33,9 +33,8 @@ struct MeasuredNetwork {
 };
 MeasuredNetwork OpenMeasured(const std::string& path);
 
-/// Chooses the response of a coefficients file. Gives the reason if the file cannot be read; what
-/// is wrong in it is reported, and the calculation then falls back.
-std::string UseCoefficientsFile(Calculation& calculation, const std::string& path,
-                                const MessageCallback& report);
+/// Chooses the response of a coefficients file. Gives the reason if the file cannot be read or
+/// holds no valid table.
+std::string UseCoefficientsFile(Calculation& calculation, const std::string& path);
 
 }  // namespace ladderwise

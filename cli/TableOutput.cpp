@@ -79,6 +79,8 @@ std::string TableText(const Calculation& calculation) {
     if (design.NumElements > 0) text += SlotLines(design);
     for (const auto& [name, value] : DescribeResults(design, ResultsOf(design)))
         text += Padded(name, resultNameWidth) + value + "\n";
+    for (const auto& [name, value] : DescribeTraps(design))
+        text += Padded(name, resultNameWidth) + value + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
     for (const std::string& line : {EllipticText(design), WorstCaseText(calculation.WorstCase)})

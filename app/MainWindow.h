@@ -189,7 +189,7 @@ private:
     FileDialogs dialogs;
     std::optional<Folders> folders;
     ProgramSettings settings;
-    ProgramSettings settingsRead;  ///< as they were after start-up
+    ProgramSettings settingsRead;             ///< as they were after start-up
     std::string currentFile;                  ///< full path; empty: the design has no file yet
     std::optional<DesignRecord> savedRecord;  ///< as it was saved, opened or started with
     bool started = false;

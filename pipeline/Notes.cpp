@@ -3,98 +3,21 @@
 
 #include <cmath>
 
-#include "analysis/PartValues.h"
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NortonSequence.h"
+#include "pipeline/NoteSources.h"
 #include "scaling/BandScaler.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr int NoteDigits = 2;       ///< decimals of values in notes
 constexpr int ReplacedDigits = 11;  ///< significant digits of a bound
 constexpr int LoadDigits = 5;       ///< significant digits of a load
 constexpr int AttenDigits = 2;      ///< decimals of an attenuation, dB
 constexpr int FrequencyDigits = 4;  ///< decimals of a band edge
 constexpr int ShapeDigits = 3;      ///< decimals of a shape factor
-
-/// No part has more henries or farads, not even in a prototype for 1 ohm and 1 rad/s.
-constexpr double LargestPartValue = 100.0;
-
-bool IsPart(ValueKind kind) {
-    return kind == ValueKind::Inductance || kind == ValueKind::Capacitance;
-}
-
-/// Line impedances beyond these, ohm, come of a line of 180 or a stub of 90 degrees, whose tangent
-/// or sine rounding keeps from infinity or zero.
-constexpr double HighestLineImpedance = 1e9;
-constexpr double LowestLineImpedance = 1e-9;
-
-std::string Shown(ValueKind kind, double value) {
-    return std::string(SymbolOf(kind)) + " = " + FormatWithPrefix(value, NoteDigits, UnitOf(kind));
-}
-
-/// Why a value cannot be built, as a sentence without its stop; empty if it can.
-std::string Fault(ValueKind kind, double value) {
-    const std::string symbol = SymbolOf(kind);
-    if (std::isnan(value)) return symbol + " has no value: the calculation gave no number";
-    if (value > NotUsedLimit) return symbol + " has no value: it grew beyond all bounds";
-    const std::string shown = Shown(kind, value);
-    if (value < 0.0) return shown + " is negative";
-    if (value == 0.0) return shown + " is zero";
-    if (kind == ValueKind::Impedance && value > HighestLineImpedance)
-        return shown + " is too high to build";
-    if (kind == ValueKind::Impedance && value < LowestLineImpedance)
-        return shown + " is too low to build";
-    if (!IsPart(kind)) return {};
-    if (value < SmallestPartValue)
-        return shown + " is too small to build; the response counts it as 1E-18";
-    if (value > LargestPartValue)
-        return shown + " is beyond reach (a value is typed as 400p or 400E-12)";
-    return {};
-}
-
-/// The L-sections at the ends of a Norton band-pass at the level of its terminations: no parts.
-bool IsLeftOut(const FilterDesign& design, int slot, double value) {
-    return design.PassType == PassType::Norton && value == 0.0 &&
-           (slot == 1 || slot == design.NumElements);
-}
-
-std::string SlotText(const FilterDesign& design, int slot) {
-    return "Slot " + std::to_string(slot) + " " + InfoOf(design.Elements[slot].Type).Name + ": ";
-}
-
-/// Calls `take(slot, kind, value)` for every value that the ladder uses.
-template <typename Take>
-void ForEveryValue(const FilterDesign& design, Take take) {
-    for (int slot = 1; slot <= design.NumElements; ++slot)
-        for (int row = 0; row < 4; ++row) {
-            const ValueKind kind = InfoOf(design.Elements[slot].Type).Values[row];
-            if (kind != ValueKind::Unused) take(slot, kind, design.Elements[slot].Value(row));
-        }
-}
-
-void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
-    ForEveryValue(design, [&](int slot, ValueKind kind, double value) {
-        const std::string fault = Fault(kind, value);
-        if (fault.empty() || IsLeftOut(design, slot, value)) return;
-        notes.push_back({NoteKind::Unrealisable, "slot " + std::to_string(slot),
-                         SlotText(design, slot) + fault + "."});
-    });
-}
-
-/// Parts that the draws of a worst case take for something else, because they are so large.
-void AddNotVaried(const Calculation& calculation, std::vector<Note>& notes) {
-    if (calculation.WorstCase.Runs == 0) return;
-    ForEveryValue(calculation.Design, [&](int slot, ValueKind kind, double value) {
-        if (!IsPart(kind) || !(value >= LargestRandomisedValue) || value > NotUsedLimit) return;
-        notes.push_back({NoteKind::NotVaried, "slot " + std::to_string(slot),
-                         SlotText(calculation.Design, slot) + Shown(kind, value) +
-                             " does not vary in a worst case: only values below 0.1 do."});
-    });
-}
 
 void AddHandMade(const Calculation& calculation, std::vector<Note>& notes) {
     if (HasEdits(calculation.Design))
@@ -144,20 +67,6 @@ std::string ReplacedText(const InputRow& row, const NumberBox& box) {
     return typed;
 }
 
-/// What the synthesis says about the end tanks, in the words of the window.
-void AddEndTanks(const FilterDesign& design, std::vector<Note>& notes) {
-    const DirectCoupledResult& limits = design.DirectCoupledLimits;
-    for (const std::size_t end : {SourceEnd, LoadEnd}) {
-        const std::string name = end == SourceEnd ? "First" : "Last";
-        if (limits.Clamped[end])
-            notes.push_back({NoteKind::EndTank, "tank-values",
-                             name + " tank: its value is beyond " + limits.Readouts[end] +
-                                 ", so it is not matched."});
-        if (limits.WarningShown[end])
-            notes.push_back({NoteKind::EndTank, "tank-values", name + " Tank Z is Large."});
-    }
-}
-
 /// What the prototype took in place of the inputs.
 void AddOverrides(const FilterDesign& design, std::vector<Note>& notes) {
     if (design.Elliptic.AttenRaised) {
@@ -166,7 +75,7 @@ void AddOverrides(const FilterDesign& design, std::vector<Note>& notes) {
                          "Attenuation " + used + " dB used: no ladder with positive parts below.",
                          "", used});
     }
-    if (design.Flags.FormForced)
+    if (design.Flags.FormForced && design.PassType != PassType::DirectCoupled)
         notes.push_back({NoteKind::FormForced, "form",
                          std::string("The terminations ask for the form ") +
                              (design.FormCLC ? "CLC" : "LCL") + "."});
@@ -209,6 +118,12 @@ const char* NameOf(NoteKind kind) {
             return "discarded";
         case NoteKind::NotVaried:
             return "not-varied";
+        case NoteKind::Missed:
+            return "missed";
+        case NoteKind::TooLossy:
+            return "too-lossy";
+        case NoteKind::Advice:
+            return "advice";
     }
     return "";
 }
@@ -222,12 +137,12 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
                              ": the values of this design are doubtful."});
     if (const std::string fault = NortonFault(design); !fault.empty())
         notes.push_back({NoteKind::Unrealisable, "norton-type", fault});
-    AddUnrealisable(design, notes);
+    const bool hopeless = AddFaultyParts(design, notes);
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);
     AddMovedLoad(calculation.Inputs, notes);
     AddOverrides(design, notes);
-    if (design.PassType == PassType::DirectCoupled) AddEndTanks(design, notes);
+    AddResponseNotes(calculation, !hopeless, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
 }
@@ -237,7 +152,7 @@ StatusLine DescribeStatus(const Calculation& calculation) {
     for (const Note& note : CollectNotes(calculation)) {
         if (note.Idle) continue;
         status.Text += (status.Text.empty() ? "" : "  ") + note.Text;
-        status.Warning = true;
+        status.Warning = status.Warning || !note.Advice;
     }
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     if (!worstCase.empty()) status.Text = worstCase + (status.Warning ? "  " + status.Text : "");

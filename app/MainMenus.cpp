@@ -5,7 +5,7 @@
 #include <QMenuBar>
 #include <optional>
 
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 namespace ladderwise {
 
@@ -40,7 +40,10 @@ MenuPart Choices(ChoiceId id, int first, int last) {
     return {"", "", ChoiceRange{id, first, last}};
 }
 
-using enum ChoiceId;
+using ChoiceId::Form;
+using ChoiceId::Pass;
+using ChoiceId::Response;
+using ChoiceId::Sweep;
 
 // clang-format off
 const std::vector<MenuTable> menus = {

@@ -8,7 +8,7 @@
 #include <QWidget>
 #include <vector>
 
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 class QGridLayout;
 

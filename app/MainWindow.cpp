@@ -18,16 +18,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/BitMapView.h"
+#include "controls/BitMapView.h"
+#include "controls/ElidedLabel.h"
+#include "controls/FittedCells.h"
+#include "controls/WindowPlacement.h"
 #include "windows/DirectCoupledWindow.h"
-#include "windows/ElidedLabel.h"
 #include "windows/EllipticPanel.h"
-#include "windows/FittedCells.h"
 #include "windows/HelpWindow.h"
 #include "windows/MathErrWindow.h"
 #include "windows/OptionsWindow.h"
 #include "windows/PartDefinitionsWindow.h"
-#include "windows/WindowPlacement.h"
 
 namespace ladderwise {
 

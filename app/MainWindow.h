@@ -14,13 +14,13 @@
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "display/Plot.h"
-#include "display/ValueGridContent.h"
 #include "files/Directories.h"
 #include "files/FileReadSave.h"
 #include "files/Settings.h"
 #include "pipeline/Choices.h"
 #include "pipeline/Keystrokes.h"
 #include "pipeline/ReferenceDesign.h"
+#include "schematic/ValueGridContent.h"
 #include "windows/NortonWindow.h"
 
 class QMenu;

@@ -4,10 +4,10 @@
 #include <QLineEdit>
 
 #include "app/MainWindow.h"
+#include "controls/ElidedLabel.h"
 #include "files/CoefficientsFile.h"
 #include "files/DiskFile.h"
 #include "pipeline/SavedDesigns.h"
-#include "windows/ElidedLabel.h"
 
 namespace ladderwise {
 

@@ -8,6 +8,7 @@
 
 #include "app/MainWindow.h"
 #include "design/Designators.h"
+#include "numbers/UnitTexts.h"
 
 namespace ladderwise {
 

@@ -7,11 +7,11 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "app/BitMapView.h"
 #include "app/MainWindow.h"
+#include "controls/BitMapView.h"
 #include "design/ChoiceNames.h"
 #include "display/Annotations.h"
-#include "display/SchematicPainter.h"
+#include "schematic/SchematicPainter.h"
 
 namespace ladderwise {
 

@@ -8,10 +8,10 @@
 #include <QTableWidget>
 #include <algorithm>
 
-#include "app/BitMapView.h"
 #include "app/MainWindow.h"
+#include "controls/BitMapView.h"
+#include "controls/FittedCells.h"
 #include "windows/EllipticPanel.h"
-#include "windows/FittedCells.h"
 
 namespace ladderwise {
 

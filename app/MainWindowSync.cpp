@@ -4,13 +4,13 @@
 #include <QToolButton>
 
 #include "analysis/PartValues.h"
-#include "app/BitMapView.h"
 #include "app/MainWindow.h"
+#include "controls/BitMapView.h"
+#include "controls/ElidedLabel.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
 #include "windows/DirectCoupledWindow.h"
-#include "windows/ElidedLabel.h"
 #include "windows/EllipticPanel.h"
 #include "windows/MathErrWindow.h"
 #include "windows/OptionsWindow.h"

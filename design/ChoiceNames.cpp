@@ -201,4 +201,10 @@ std::string DesignTitle(const FilterDesign& design) {
            (pass ? pass->Title : "") + (HasEdits(design) ? " (edited)" : "");
 }
 
+std::string OrderText(const FilterDesign& design) {
+    if (!IsElliptic(design.ResponseType)) return {};
+    return std::to_string(design.NumPoles) + (design.NumPoles == 1 ? " trap" : " traps") +
+           ", order " + std::to_string(OrderOf(design.ResponseType, design.NumPoles));
+}
+
 }  // namespace ladderwise

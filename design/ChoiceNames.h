@@ -98,4 +98,8 @@ std::optional<ChoiceCode> FindComponent(std::string_view component);
 /// "3 Pole Butterworth LPF": poles (or traps), family and pass type in use.
 std::string DesignTitle(const FilterDesign& design);
 
+/// What the number in the title of an elliptic design counts: "2 traps, order 5"; empty for the
+/// other families, whose poles are their order.
+std::string OrderText(const FilterDesign& design);
+
 }  // namespace ladderwise

@@ -31,6 +31,12 @@ void WriteBox(NumberBox& box, double value) {
     box.Type(FormatFixed(value, BoxDecimals));
 }
 
+/// The same for a number that the search has found: it is nobody's entry.
+void WriteFound(NumberBox& box, double value) {
+    WriteBox(box, value);
+    box.Typed = false;
+}
+
 /// A number that plays no part: as its box says it, "1.00" for M included, and without the mark of
 /// an earlier reading. What is no such number gives way to that of a fresh program.
 void TakeUnread(InputId id, DesignInputs& inputs, FilterDesign& design) {
@@ -170,9 +176,9 @@ void OptimizeNorton(DesignInputs& inputs, const FilterDesign& design) {
     const NortonChoice best =
         SearchEvenest(base->Norton.NortonType, BaseOf(*base, base->Norton.ImpedanceScalar),
                       static_cast<NortonGoal>(inputs.Choice(ChoiceId::NortonGoal)));
-    WriteBox(inputs.Box(InputId::NortonK), best.K);
+    WriteFound(inputs.Box(InputId::NortonK), best.K);
     if (base->NumPoles == MostPoles)
-        WriteBox(inputs.Box(InputId::NortonM), best.M);
+        WriteFound(inputs.Box(InputId::NortonM), best.M);
     else
         inputs.Box(InputId::NortonM).Type(NoRatioText);
 }

@@ -9,7 +9,7 @@ namespace ladderwise {
 
 /// Values that cannot be built and parts that are no more than a wire, each kind of fault in one
 /// note with the designators of all parts that have it and, where it is known, the cause. True if
-/// the ladder cannot be built at all: a value is negative or none.
+/// the ladder cannot be built: something is wrong beside the wires that a factor of 1 leaves.
 bool AddFaultyParts(const FilterDesign& design, std::vector<Note>& notes);
 
 /// Parts that the draws of a worst case take for something else, because they are so large.

@@ -29,15 +29,25 @@ void AddHandMade(const Calculation& calculation, std::vector<Note>& notes) {
                          "back."});
 }
 
-void AddMovedLoad(const DesignInputs& inputs, std::vector<Note>& notes) {
+void AddMovedLoad(const DesignInputs& inputs, const FilterDesign& design,
+                  std::vector<Note>& notes) {
     const NumberBox& box = inputs.Box(InputId::RLoad);
     if (!box.Moved) return;
     const auto ohms = [](double value) { return FormatPlain(value, LoadDigits); };
-    const std::string typed = ohms(box.Moved->Wanted);
-    notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name,
-                     "R Load was moved to " + ohms(box.ExactValue.value_or(0.0)) + " ohm, " +
-                         box.Moved->Why + "; " + typed + " ohm was asked for.",
-                     typed, box.Text, box.Colour});
+    const std::string typed = ohms(box.Moved->Wanted), used = ohms(box.ExactValue.value_or(0.0));
+    const std::string text = LoadToBringBack(inputs, design)
+                                 ? "R Load is still the " + used + " ohm of " +
+                                       MoverOf(*box.Moved) + "; " + typed +
+                                       " ohm was asked for, and this design can have it."
+                                 : "R Load was moved to " + used + " ohm, " + box.Moved->Why +
+                                       "; " + typed + " ohm was asked for.";
+    notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name, text, typed, box.Text,
+                     box.Colour});
+}
+
+/// True for a K or M that nobody typed: the search has written it.
+bool IsOfSearch(const InputRow& row, const NumberBox& box) {
+    return (row.Id == InputId::NortonK || row.Id == InputId::NortonM) && !box.ReplacedTyped;
 }
 
 /// "Ripple 5 dB is above 1 dB: 1 dB used."
@@ -60,6 +70,9 @@ std::string ReplacedText(const InputRow& row, const NumberBox& box) {
         case Unfit::BelowMinimum:
             return typed + " is below " + instead + used;
         case Unfit::AboveMaximum:
+            if (IsOfSearch(row, box))
+                return "The search chose " + name + " " + *box.ReplacedText +
+                       ", but it goes no higher than " + instead + used;
             return typed + " is above " + instead + used;
         case Unfit::NotOffered:
             return typed + " is not possible for a Norton band-pass" + used;
@@ -79,6 +92,20 @@ void AddOverrides(const FilterDesign& design, std::vector<Note>& notes) {
         notes.push_back({NoteKind::FormForced, "form",
                          std::string("The terminations ask for the form ") +
                              (design.FormCLC ? "CLC" : "LCL") + "."});
+}
+
+/// What the number beside the family counts, where it has just come to count something else.
+void AddCount(const Calculation& calculation, std::vector<Note>& notes) {
+    if (!calculation.CountChanged) return;
+    const FilterDesign& design = calculation.Design;
+    const std::string number = std::to_string(design.NumPoles);
+    const bool many = design.NumPoles > 1;
+    Note note{NoteKind::Advice, "poles",
+              IsElliptic(design.ResponseType)
+                  ? "The number counts traps now: " + OrderText(design) + "."
+                  : "The number counts poles again: " + number + (many ? " poles." : " pole.")};
+    note.Advice = true;
+    notes.push_back(note);
 }
 
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
@@ -140,8 +167,9 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     const bool hopeless = AddFaultyParts(design, notes);
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);
-    AddMovedLoad(calculation.Inputs, notes);
+    AddMovedLoad(calculation.Inputs, design, notes);
     AddOverrides(design, notes);
+    AddCount(calculation, notes);
     AddResponseNotes(calculation, !hopeless, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
@@ -182,7 +210,7 @@ std::string EllipticText(const FilterDesign& design) {
         }
         return {};
     };
-    return "Stop band " + where() + ", shape factor " +
+    return OrderText(design) + ", stop band " + where() + ", shape factor " +
            FormatFixed(design.Elliptic.StopBandEdge, ShapeDigits) + ".";
 }
 

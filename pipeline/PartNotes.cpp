@@ -202,8 +202,9 @@ bool AddFaultyParts(const FilterDesign& design, std::vector<Note>& notes) {
     ForEveryValue(design, [&](const PartPlace& part) {
         const PartFault fault = FaultOf(design, part);
         if (fault == PartFault::None) return;
-        hopeless = hopeless || fault < PartFault::Zero;
-        faults[{fault, CauseOf(design, part, fault), part.Kind}].Add(part, NameOfPart(names, part));
+        const FaultCause cause = CauseOf(design, part, fault);
+        hopeless = hopeless || cause != FaultCause::FactorOne;
+        faults[{fault, cause, part.Kind}].Add(part, NameOfPart(names, part));
     });
     for (const auto& [key, list] : faults) {
         const auto& [fault, cause, kind] = key;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/Results.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/CoupledBand.h"
 #include "pipeline/NoteSources.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr double MostCornerOffDb = 0.5;   ///< from the 3 dB that a prototype has at its corner
 constexpr double LeastMismatchDb = 0.05;  ///< that is worth a note
+constexpr double WideFrom = 1.05;         ///< of the width asked for
 constexpr int NoteFrequencyDigits = 3;    ///< decimals of frequencies
 constexpr int QDigits = 3;                ///< significant digits of a Q
 
@@ -156,7 +158,7 @@ void AddCoupledBand(const Calculation& calculation, bool buildable, std::vector<
             design.DirectCoupled.InverterType == InverterType::SeriesInductor &&
             (design.DirectCoupled.TankUnits == TankUnits::nH ||
              design.DirectCoupled.TankUnits == TankUnits::uH);
-        if (made && byInductors && made->Width > asked.Width && !asAsked)
+        if (made && byInductors && made->Width > WideFrom * asked.Width)
             miss +=
                 ". Inductor inverters come out wide with tanks in nH or uH; in pF or nF they "
                 "do not";

@@ -5,8 +5,9 @@
 #include <cmath>
 
 #include "numbers/Formatfunctions.h"
+#include "numbers/UnitTexts.h"
+#include "numbers/UtilityFunctions.h"
 #include "pipeline/DesignInputs.h"
-#include "pipeline/Keystrokes.h"
 
 namespace ladderwise {
 
@@ -24,8 +25,7 @@ constexpr double StopToCornerRatio = 1.2;  ///< EllipticStopFreq over F0
 constexpr double LeastBandWidth = 0.005;   ///< of F0
 constexpr double UsualBandWidth = 0.1;     ///< of F0
 constexpr double WidestBandWidth = 1.99;   ///< of F0
-constexpr double Percent = 100.0;
-constexpr double Fraction = 0.01;  ///< per percent
+constexpr double Fraction = 0.01;          ///< per percent
 
 /// Get and Put of a member of the design.
 template <auto Member>
@@ -354,7 +354,8 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
         tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
     if (const auto& moved = inputs.Box(id).Moved)
         tip += ". Moved: " + WithUnit(FormatPlain(moved->Wanted, Digits), row.Unit) +
-               " was asked for, the value in use is " + moved->Why;
+               " was asked for, the value in use is " +
+               (LoadToBringBack(inputs, design) ? "left over from " + MoverOf(*moved) : moved->Why);
     if (!IsEnabled(row, inputs)) tip += " (" + std::string(row.WhenDisabled) + ")";
     return tip;
 }

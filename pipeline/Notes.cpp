@@ -7,6 +7,7 @@
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/NoteSources.h"
+#include "pipeline/ResultsText.h"
 #include "scaling/BandScaler.h"
 
 namespace ladderwise {
@@ -184,7 +185,9 @@ StatusLine DescribeStatus(const Calculation& calculation) {
     }
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     if (!worstCase.empty()) status.Text = worstCase + (status.Warning ? "  " + status.Text : "");
-    const std::string elliptic = EllipticText(calculation.Design);
+    std::string elliptic = EllipticText(calculation.Design);
+    for (const auto& [name, list] : DescribeTraps(calculation.Design))
+        elliptic += "  Its " + name + ": " + list + ".";
     if (!elliptic.empty()) status.Text += (status.Text.empty() ? "" : "  ") + elliptic;
     return status;
 }

@@ -46,8 +46,8 @@ const char* NameOf(NoteKind kind);
 /// The notes of the last calculation, the ones that matter most first.
 std::vector<Note> CollectNotes(const Calculation& calculation);
 
-/// What the status line says: the worst case, the notes and an elliptic design's stop band. Idle
-/// boxes are passed over. Empty text: nothing out of the ordinary.
+/// What the status line says: the worst case, the notes, and the stop band and traps of an elliptic
+/// design. Idle boxes are passed over. Empty text: nothing out of the ordinary.
 struct StatusLine {
     std::string Text;
     bool Warning =

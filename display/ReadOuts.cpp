@@ -77,7 +77,9 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
         std::string text;
         if (!magnitude || !magnitudeShown)
             text = (number > 0 ? ofReference : "") +
-                   TextOf(kind, kind == TraceKind::Pulse ? PulseLevel(sweep.Pass, value) : value);
+                   TextOf(kind, kind == TraceKind::Pulse
+                                    ? PulseLevel(layer.Sweep.Pass.value_or(sweep.Pass), value)
+                                    : value);
         if (kind == TraceKind::Pulse)
             text += " at " + FormatWithPrefix(out.Index * sweep.PulseTimeStep, 3, "s");
         if (magnitude && !magnitudeShown && number == 0 && out.DeltaDb) {

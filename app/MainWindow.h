@@ -137,6 +137,7 @@ private:
     void TakeRecord(const DesignRecord& record);  ///< controls from a record, and the calculation
     void ChooseCoefficientsFile();
     void ReadSettings();
+    ProgramSettings PresentSettings() const;
     void WriteSettings();
 
     // MainWindowPlot.cpp: picture and value grid
@@ -188,6 +189,7 @@ private:
     FileDialogs dialogs;
     std::optional<Folders> folders;
     ProgramSettings settings;
+    ProgramSettings settingsRead;  ///< as they were after start-up
     std::string currentFile;                  ///< full path; empty: the design has no file yet
     std::optional<DesignRecord> savedRecord;  ///< as it was saved, opened or started with
     bool started = false;

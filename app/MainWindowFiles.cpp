@@ -7,6 +7,7 @@
 #include "controls/ElidedLabel.h"
 #include "files/CoefficientsFile.h"
 #include "files/DiskFile.h"
+#include "files/SettingsFile.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -18,7 +19,8 @@ constexpr const char* Welcome =
     "Type a frequency and press Enter; choose pass and response above. Point at the plot to read "
     "it, right-click a part value to tune it. More under Help.";
 constexpr int WelcomeTime = 60000;  ///< ms, or until the first calculation
-constexpr int ReasonTime = 10000;   ///< ms for which the status line tells why saving failed
+constexpr int ReasonTime =
+    10000;  ///< ms for which the status line tells why saving or opening failed
 
 QString Name(const std::string& path) {
     return QString::fromStdString(path);
@@ -145,11 +147,9 @@ void MainWindow::OpenDesign(std::string path) {
         if (name.isEmpty()) return;
         path = FullPath(name.toStdString());
     }
-    // A pipe would keep the window waiting for its other end.
-    if (!QFileInfo(Name(path)).isFile()) return;
     // One byte more than a record has: a longer file must not pass for one.
-    const FileContent file = ReadWholeFile(path, FILT_STRUCT_SIZE + 1);
-    if (!file.Error.empty()) return;
+    const FileContent file = ReadRegularFile(path, FILT_STRUCT_SIZE + 1);
+    if (!file.Error.empty()) return statusLabel->ShowNotice(Name(file.Error), ReasonTime);
     const auto record = DecodeRecord(file.Bytes);
     if (!record) return report("Program Info", IncompatibleFileText);
     settings.Recent.Add(path);
@@ -183,10 +183,12 @@ void MainWindow::ChooseCoefficientsFile() {
 }
 
 void MainWindow::ReadSettings() {
-    const std::string path = SettingsPath(*folders);
-    if (!QFileInfo(Name(path)).isFile())  // the first run
+    const auto found = ReadSettingsFile(SettingsPath(*folders), report);
+    if (!found) {  // the first run
+        settingsRead = PresentSettings();
         return statusLabel->ShowNotice(Welcome, WelcomeTime);
-    ReadSettingsText(ReadWholeFile(path, MaxSettingsBytes).Bytes, settings, report);
+    }
+    settings = *found;
     if (!settings.Threshold.empty())
         calculation.Inputs.Box(InputId::GDPhaseThreshold).Type(settings.Threshold);
     // A box keeps what it holds where the line is missing or damaged.
@@ -199,16 +201,20 @@ void MainWindow::ReadSettings() {
     FinishDrawing();
     savedRecord.reset();
     ShowTitle();
+    settingsRead = PresentSettings();
+}
+
+ProgramSettings MainWindow::PresentSettings() const {
+    ProgramSettings present = settings;
+    present.Version = VersionText();
+    present.SamplingFrequency = findChild<QLineEdit*>("SamplingFrequencyBox")->text().toStdString();
+    present.Threshold = calculation.Inputs.Box(InputId::GDPhaseThreshold).Text;
+    present.ReadOutMenu = findChild<QAction*>("MouseReadOutMenu")->isChecked();
+    return present;
 }
 
 void MainWindow::WriteSettings() {
-    if (!folders) return;
-    settings.Version = VersionText();
-    settings.SamplingFrequency =
-        findChild<QLineEdit*>("SamplingFrequencyBox")->text().toStdString();
-    settings.Threshold = calculation.Inputs.Box(InputId::GDPhaseThreshold).Text;
-    settings.ReadOutMenu = findChild<QAction*>("MouseReadOutMenu")->isChecked();
-    WriteWholeFile(SettingsPath(*folders), SettingsText(settings));
+    if (folders) WriteSettingsFile(SettingsPath(*folders), PresentSettings(), settingsRead);
 }
 
 }  // namespace ladderwise

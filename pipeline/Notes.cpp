@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "design/ChoiceNames.h"
+#include "files/CoefficientsFile.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/NoteSources.h"
@@ -36,12 +37,12 @@ void AddMovedLoad(const DesignInputs& inputs, const FilterDesign& design,
     if (!box.Moved) return;
     const auto ohms = [](double value) { return FormatPlain(value, LoadDigits); };
     const std::string typed = ohms(box.Moved->Wanted), used = ohms(box.ExactValue.value_or(0.0));
-    const std::string text = LoadToBringBack(inputs, design)
-                                 ? "R Load is still the " + used + " ohm of " +
-                                       MoverOf(*box.Moved) + "; " + typed +
-                                       " ohm was asked for, and this design can have it."
-                                 : "R Load was moved to " + used + " ohm, " + box.Moved->Why +
-                                       "; " + typed + " ohm was asked for.";
+    const std::string text =
+        LoadToBringBack(inputs, design)
+            ? "R Load is still the " + used + " ohm of " + MoverOf(*box.Moved) + "; " + typed +
+                  " ohm was asked for, and this design can have it."
+            : "R Load was moved to " + used + " ohm, " + TextOf(box.Moved->Why) + "; " + typed +
+                  " ohm was asked for.";
     notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name, text, typed, box.Text,
                      box.Colour});
 }
@@ -109,11 +110,33 @@ void AddCount(const Calculation& calculation, std::vector<Note>& notes) {
     notes.push_back(note);
 }
 
+/// Why a coefficients file that was read is not in use: it lacks the order.
+void AddMissingOrder(const FilterDesign& design, std::vector<Note>& notes) {
+    if (!design.Flags.FellBack || !design.CoefFileRead ||
+        HasOrder(design.CoefficientTable, design.NumPoles))
+        return;
+    std::string orders;
+    int count = 0;
+    for (int n = 1; n <= MaxPoles; ++n)
+        if (HasOrder(design.CoefficientTable, n)) {
+            orders += (count++ > 0 ? ", " : "") + std::to_string(n);
+        }
+    notes.push_back({NoteKind::NoSuchOrder, "coefficients",
+                     "The coefficients file has no order " + std::to_string(design.NumPoles) +
+                         ", only " + (count == 1 ? "order " : "the orders ") + orders +
+                         ": this is a Butterworth response."});
+}
+
+/// An M of less than its bound that nobody typed is the one for 3 poles, where it plays no part.
+bool IsLeftoverM(const InputRow& row, const NumberBox& box) {
+    return row.Id == InputId::NortonM && !box.ReplacedTyped && box.Reason == Unfit::BelowMinimum;
+}
+
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
         const NumberBox& box = inputs.Box(row.Id);
-        if (!box.ReplacedText) continue;
+        if (!box.ReplacedText || IsLeftoverM(row, box)) continue;
         Note note{NoteKind::Replaced, row.Name, ReplacedText(row, box),
                   *box.ReplacedText,  box.Text, box.Colour};
         note.Idle = !IsEnabled(row, inputs);
@@ -152,6 +175,10 @@ const char* NameOf(NoteKind kind) {
             return "too-lossy";
         case NoteKind::Advice:
             return "advice";
+        case NoteKind::NotOptimised:
+            return "not-optimised";
+        case NoteKind::NoSuchOrder:
+            return "no-such-order";
     }
     return "";
 }
@@ -166,11 +193,14 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     if (const std::string fault = NortonFault(design); !fault.empty())
         notes.push_back({NoteKind::Unrealisable, "norton-type", fault});
     const bool hopeless = AddFaultyParts(design, notes);
+    AddMissingOrder(design, notes);
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);
     AddMovedLoad(calculation.Inputs, design, notes);
     AddOverrides(design, notes);
     AddCount(calculation, notes);
+    if (const std::string text = NortonSearchText(design); !text.empty())
+        notes.push_back({NoteKind::NotOptimised, "auto-optimize", text});
     AddResponseNotes(calculation, !hopeless, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;

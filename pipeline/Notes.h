@@ -24,6 +24,8 @@ enum class NoteKind {
     Missed,
     TooLossy,
     Advice,
+    NotOptimised,
+    NoSuchOrder,
 };
 
 /// One note. Name is the console program's name of the input, or the designators of the parts,
@@ -40,7 +42,8 @@ struct Note {
 };
 
 /// "replaced", "load-moved", "atten-raised", "form-forced", "end-tank", "unrealisable",
-/// "math-error", "edited", "discarded", "not-varied", "missed", "too-lossy", "advice".
+/// "math-error", "edited", "discarded", "not-varied", "missed", "too-lossy", "advice",
+/// "not-optimised", "no-such-order".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.

@@ -355,7 +355,8 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
     if (const auto& moved = inputs.Box(id).Moved)
         tip += ". Moved: " + WithUnit(FormatPlain(moved->Wanted, Digits), row.Unit) +
                " was asked for, the value in use is " +
-               (LoadToBringBack(inputs, design) ? "left over from " + MoverOf(*moved) : moved->Why);
+               (LoadToBringBack(inputs, design) ? "left over from " + MoverOf(*moved)
+                                                : std::string(TextOf(moved->Why)));
     if (!IsEnabled(row, inputs)) tip += " (" + std::string(row.WhenDisabled) + ")";
     return tip;
 }

@@ -24,7 +24,7 @@ struct PlotRect {
 };
 
 /// What the plot is laid out in, all in logical pixels.
-struct PlotArea {
+struct PlotBounds {
     int ClientWidth = 0;
     int ClientHeight = 0;
     int PanelHeight = 0;  ///< input panel above the plot; 0 in exported files
@@ -34,7 +34,7 @@ struct PlotArea {
 /// The plot's rectangle. A trace maps into PlotLeft .. PlotRight, PlotTop .. PlotBottom, edges
 /// included. PlotHeight is always a multiple of PlotDivisions and at least PlotDivisions.
 struct PlotLayout {
-    PlotArea Area;
+    PlotBounds Area;
     int PlotLeft = 0;
     int PlotRight = 0;
     int PlotTop = 0;
@@ -47,7 +47,7 @@ struct PlotLayout {
 /// column of scale marks, the one below the plot when the pulse trace needs its time axis. The
 /// bottom moves down to whole divisions, by a full division even when the height already was whole.
 /// A client too small gives the smallest plot, partly off the client.
-PlotLayout ComputePlotLayout(const PlotArea& area, const TraceChoices& choices);
+PlotLayout ComputePlotLayout(const PlotBounds& area, const TraceChoices& choices);
 
 /// The same layout in the pixels of a picture with `ratio` of them to a logical one. Its area is
 /// not scaled.

@@ -16,10 +16,10 @@ namespace {
 
 constexpr int Panel = 150;
 // Client 1280 wide with a raw plot height of 390, which becomes 400: PlotTop 185, PlotBottom 585.
-constexpr PlotArea Area{1280, 800, Panel, 701};
+constexpr PlotBounds Area{1280, 800, Panel, 701};
 
 // Six pixels a character, so that alignment can be told by hand.
-PlotFrame FrameOf(const FilterDesign& design, const TraceChoices& choices, PlotArea area = Area) {
+PlotFrame FrameOf(const FilterDesign& design, const TraceChoices& choices, PlotBounds area = Area) {
     const TextMetrics metrics{
         [](const std::string& text) { return 6 * static_cast<int>(text.size()); }, 13};
     return BuildPlotFrame(design, choices, ComputePlotLayout(area, choices), metrics);

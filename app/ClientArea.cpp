@@ -9,9 +9,9 @@
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
 #include "app/ValueGrid.h"
-#include "display/SchematicPainter.h"
+#include "schematic/SchematicPainter.h"
 #include "windows/EllipticPanel.h"
-#include "windows/FittedCells.h"
+#include "controls/FittedCells.h"
 
 namespace ladderwise {
 

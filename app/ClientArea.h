@@ -7,7 +7,7 @@
 
 #include "display/Plot.h"
 #include "pipeline/Calculation.h"
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 class QScrollArea;
 class QScrollBar;

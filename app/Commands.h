@@ -2,6 +2,8 @@
 // MainMenus.cpp.
 #pragma once
 
+#include <cstddef>
+
 namespace ladderwise {
 
 enum class Command {
@@ -23,5 +25,13 @@ enum class Command {
     MathErrors,
     About,
 };
+
+/// The command of the file used `index` files ago, and back.
+constexpr Command RecentCommand(std::size_t index) {
+    return static_cast<Command>(static_cast<std::size_t>(Command::OpenRecent0) + index);
+}
+constexpr std::size_t RecentIndex(Command command) {
+    return static_cast<std::size_t>(command) - static_cast<std::size_t>(Command::OpenRecent0);
+}
 
 }  // namespace ladderwise

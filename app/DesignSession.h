@@ -11,7 +11,7 @@
 #include "display/PlotContent.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 #include "windows/NortonWindow.h"
 
 namespace ladderwise {

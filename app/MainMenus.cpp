@@ -9,7 +9,7 @@
 #include "app/FileDialogs.h"
 #include "files/RecentFiles.h"
 #include "pipeline/DesignDocument.h"
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 namespace ladderwise {
 
@@ -43,12 +43,12 @@ struct MenuTable {
     std::vector<MenuPart> Parts;
 };
 
-using enum Command;
-using C = CommandRow;
-using R = ChoiceRange;
-
 // clang-format off
-const std::vector<MenuTable> menus = {
+const std::vector<MenuTable>& MenuTables() {
+    using enum Command;
+    using C = CommandRow;
+    using R = ChoiceRange;
+    static const std::vector<MenuTable> menus = {
     {"FileMenu", "&File", {
         C{Open, "OpenMenu", "&Open...", QKeySequence::Open},
         C{Save, "SaveMenu", "&Save", QKeySequence::Save},
@@ -77,7 +77,9 @@ const std::vector<MenuTable> menus = {
         C{Help, "HelpWindowMenu", "&Help...", QKeySequence::UnknownKey},
         C{MathErrors, "MathErrMenu", "&Math Err..."},
         C{About, "AboutMenu", "&About..."}}},
-};
+    };
+    return menus;
+}
 
 struct MarkerRow {
     MarkerCommand Id;
@@ -110,8 +112,8 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
     // Some desktops have no standard key for it.
     if (row.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
         action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
-    if (row.Id == BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
-    action->setCheckable(row.Id == FixSeed);
+    if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
+    action->setCheckable(row.Id == Command::FixSeed);
     return action;
 }
 
@@ -134,7 +136,7 @@ MainMenus::MainMenus(QMainWindow* window, InputBinder& binder) : QObject(window)
 }
 
 void MainMenus::AddCommands(QMainWindow* window, InputBinder& binder) {
-    for (const MenuTable& table : menus) {
+    for (const MenuTable& table : MenuTables()) {
         QMenu* const menu = window->menuBar()->addMenu(QString::fromLatin1(table.Caption));
         menu->setObjectName(QString::fromLatin1(table.Name));
         menu->setToolTipsVisible(true);
@@ -165,11 +167,11 @@ void MainMenus::AddMarkerCommands(QMainWindow* window) {
 
 void MainMenus::ShowCommands(const DesignDocument& document) {
     const Calculation& work = document.Work;
-    EnableFor(actions[BringBack], work.Discarded.has_value(),
+    EnableFor(actions[Command::BringBack], work.Discarded.has_value(),
               "after a calculation that discarded values changed by hand");
     EnableFor(markerActions[MarkerCommand::SetRefAtPeak], document.Controls().RefAtPeakEnabled,
               "for band-pass");
-    QAction* const fix = actions[FixSeed];
+    QAction* const fix = actions[Command::FixSeed];
     fix->setChecked(work.FixedSeed.has_value());
     const bool known = work.FixedSeed || work.WorstCase.Runs > 0;
     const std::uint32_t seed = work.FixedSeed.value_or(work.WorstCase.Seed);
@@ -178,7 +180,7 @@ void MainMenus::ShowCommands(const DesignDocument& document) {
 
 void MainMenus::ShowRecentFiles(const std::vector<std::string>& paths) {
     for (std::size_t i = 0; i < MaxRecentFiles; ++i) {
-        QAction* const item = actions[static_cast<Command>(static_cast<std::size_t>(OpenRecent0) + i)];
+        QAction* const item = actions[RecentCommand(i)];
         const bool used = i < paths.size();
         QString caption = used ? FileCaption(paths[i]) : QString();
         item->setText(QString("&%1 ").arg(i + 1) + caption.replace("&", "&&"));

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "pipeline/Choices.h"
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 class QGridLayout;
 

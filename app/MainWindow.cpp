@@ -15,7 +15,7 @@
 #include "app/PlotArea.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
-#include "windows/WindowPlacement.h"
+#include "controls/WindowPlacement.h"
 
 namespace ladderwise {
 

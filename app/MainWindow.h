@@ -10,7 +10,7 @@
 #include "app/FileCommands.h"
 #include "app/MenuCommands.h"
 #include "app/SecondaryWindows.h"
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 namespace ladderwise {
 

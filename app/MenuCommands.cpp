@@ -21,10 +21,6 @@ namespace {
 
 constexpr double PaperRatio = 3.0;  ///< points of paper for one of the screen, each way
 
-std::size_t RecentIndex(Command command) {
-    return static_cast<std::size_t>(command) - static_cast<std::size_t>(Command::OpenRecent0);
-}
-
 }  // namespace
 
 MenuCommands::MenuCommands(DesignSession& session, FileCommands& files, SecondaryWindows& windows,

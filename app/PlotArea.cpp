@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/BitMapView.h"
+#include "controls/BitMapView.h"
 #include "display/Annotations.h"
-#include "display/SchematicPainter.h"
+#include "schematic/SchematicPainter.h"
 
 namespace ladderwise {
 

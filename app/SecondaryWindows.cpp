@@ -8,7 +8,7 @@
 #include "windows/MathErrWindow.h"
 #include "windows/OptionsWindow.h"
 #include "windows/PartDefinitionsWindow.h"
-#include "windows/WindowPlacement.h"
+#include "controls/WindowPlacement.h"
 
 namespace ladderwise {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "design/FilterDesign.h"
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 #include "windows/NortonWindow.h"
 
 class QWidget;

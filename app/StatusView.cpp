@@ -10,7 +10,7 @@
 #include "design/ChoiceNames.h"
 #include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
-#include "windows/ElidedLabel.h"
+#include "controls/ElidedLabel.h"
 
 namespace ladderwise {
 

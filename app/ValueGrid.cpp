@@ -10,8 +10,9 @@
 #include <algorithm>
 
 #include "design/Designators.h"
+#include "numbers/UnitTexts.h"
 #include "display/PlotPainter.h"
-#include "windows/FittedCells.h"
+#include "controls/FittedCells.h"
 
 namespace ladderwise {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "display/ValueGridContent.h"
 #include "pipeline/Keystrokes.h"
+#include "schematic/ValueGridContent.h"
 
 class QTableView;
 

@@ -45,6 +45,11 @@ inline constexpr int NumElementTypes = 27;  ///< codes 0 .. 26, the error bitmap
 /// What one of a slot's four values holds.
 enum class ValueKind { Unused, Inductance, Capacitance, LengthDegrees, Impedance };
 
+/// Whether such a value is that of an inductor or a capacitor, and not of a line.
+constexpr bool IsPart(ValueKind kind) {
+    return kind == ValueKind::Inductance || kind == ValueKind::Capacitance;
+}
+
 /// Which arm of the ladder an element fills.
 enum class ElementArm { None, Series, Shunt, Line };
 

@@ -16,8 +16,8 @@ constexpr int padding = 6;        // within the box
 constexpr int cornerMargin = 6;   // from the plot's frame to the box
 constexpr int columnGap = 14;     // between two columns of rows
 constexpr int mostColumns = 3;
-constexpr double smallestScale = 0.6;  // of a large font, where that finds a free place
-constexpr double scaleStep = 0.2;
+constexpr double smallestLegendScale = 0.6;  // of a large font, where that finds a free place
+constexpr double legendScaleStep = 0.2;
 constexpr int leastLineHeight = 13;  // pixels
 constexpr int thresholdDigits = 4;
 constexpr PlotColour hintColour{160, 64, 0};
@@ -148,7 +148,7 @@ Legend PlaceLegend(const std::vector<LegendRow>& rows, const TextMetrics& metric
                    PlotCover& cover) {
     Legend best;
     int least = -1;
-    for (double scale = 1.0; least != 0 && scale >= smallestScale; scale -= scaleStep) {
+    for (double scale = 1.0; least != 0 && scale >= smallestLegendScale; scale -= legendScaleStep) {
         const TextMetrics scaled = metrics.Scaled(scale);
         if (scale < 1.0 && scaled.Height < leastLineHeight) break;
         for (int columns = 1; columns <= mostColumns && least != 0; ++columns) {

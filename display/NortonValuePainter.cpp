@@ -25,7 +25,7 @@ void PaintMark(QPainter& painter, const ValuePoint& point) {
             painter.drawEllipse(box);
             return;
         case ValueMark::Unrealisable:
-            painter.setPen(QPen(ToQColor(WarningColour), 2));
+            painter.setPen(QPen(ToQColor(UnrealisableColour), 2));
             painter.drawLine(box.topLeft(), box.bottomRight());
             painter.drawLine(box.topRight(), box.bottomLeft());
             return;

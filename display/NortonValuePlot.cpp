@@ -164,7 +164,7 @@ private:
             if (unrealisableHere) ++unrealisable;
             if (room || unrealisableHere)
                 AddValue(x, y, LabelAbove(series, other, k), ValueText(value, series.Unit),
-                         unrealisableHere ? WarningColour : series.Colour);
+                         unrealisableHere ? UnrealisableColour : series.Colour);
         }
     }
 
@@ -206,7 +206,7 @@ private:
             AddText(titleX, second,
                     std::to_string(unrealisable) + (unrealisable == 1 ? " value" : " values") +
                         " cannot be built",
-                    WarningColour);
+                    UnrealisableColour);
     }
 
     const TextMetrics& metrics;

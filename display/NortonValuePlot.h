@@ -8,10 +8,10 @@
 
 namespace ladderwise {
 
-inline constexpr PlotColour CapacitorColour{255, 0, 0};  ///< trace, and marks at the left
-inline constexpr PlotColour InductorColour{0, 0, 255};   ///< trace, and marks at the right
-inline constexpr PlotColour WarningColour{176, 0, 0};    ///< what cannot be built
-inline constexpr int ValueMarkSize = 7;                  ///< pixels, odd
+inline constexpr PlotColour CapacitorColour{255, 0, 0};     ///< trace, and marks at the left
+inline constexpr PlotColour InductorColour{0, 0, 255};      ///< trace, and marks at the right
+inline constexpr PlotColour UnrealisableColour{176, 0, 0};  ///< what cannot be built
+inline constexpr int ValueMarkSize = 7;                     ///< pixels, odd
 
 /// How a value is marked: a capacitor by a square, an inductor by a disc, zero (a part that is left
 /// out) by an open one, and what is negative or not finite by a cross.

@@ -275,11 +275,6 @@ void AddTitles(const FilterDesign& design, const PlotLayout& layout, const TextM
 
 }  // namespace
 
-TextMetrics TextMetrics::Scaled(double scale) const {
-    return {[this, scale](const std::string& text) { return NearestInt(scale * Width(text)); },
-            NearestInt(scale * Height)};
-}
-
 std::string FittingList(std::string list, int width, const TextMetrics& metrics) {
     while (metrics.Width(list) > width) {
         const std::size_t comma = list.rfind(", ");

@@ -2,41 +2,14 @@
 // marks and title. What measures a text comes from the caller, so no Qt is needed.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "design/FilterDesign.h"
 #include "display/PlotLayout.h"
+#include "schematic/Shapes.h"
 
 namespace ladderwise {
-
-/// Extents of texts in the plot's font, in pixels.
-struct TextMetrics {
-    std::function<int(const std::string&)> Width;  ///< advance of a UTF-8 text
-    int Height = 0;                                ///< of any line of text
-
-    /// Of a font `scale` times as large; refers to this one.
-    TextMetrics Scaled(double scale) const;
-};
-
-/// A line of width 1; both end points are drawn.
-struct PlotLine {
-    int X1 = 0;
-    int Y1 = 0;
-    int X2 = 0;
-    int Y2 = 0;
-    PlotColour Colour;
-};
-
-/// A text whose left top corner is at X, Y.
-struct PlotText {
-    int X = 0;
-    int Y = 0;
-    std::string Text;  ///< UTF-8
-    PlotColour Colour;
-    double Scale = 1.0;  ///< of the plot's font
-};
 
 struct PlotFrame {
     std::vector<PlotLine> Lines;  ///< in drawing order: horizontal, then vertical

@@ -18,7 +18,7 @@ constexpr int gridBorder = 67;       // the label column and the grid's own bord
 
 }  // namespace
 
-PlotLayout ComputePlotLayout(const PlotBounds& area, const TraceChoices& choices) {
+PlotLayout ComputePlotLayout(const ClientExtent& area, const TraceChoices& choices) {
     PlotLayout layout;
     layout.Area = area;
     layout.PlotLeft = choices.GroupDelay && choices.Mag10dB ? leftMarginTwoScales : leftMargin;

@@ -3,28 +3,15 @@
 #pragma once
 
 #include "display/TraceKinds.h"
+#include "schematic/Shapes.h"
 
 namespace ladderwise {
 
-inline constexpr int SchematicWidth = 64;    ///< pixels of one schematic picture
-inline constexpr int SchematicHeight = 96;   ///< pixels of one schematic picture
-inline constexpr int ValueGridLeft = 50;     ///< x of the value grid's left edge, unscrolled
-inline constexpr int ValueGridPitch = 65;    ///< pixels per grid column, its line included
-inline constexpr int ValueGridRows = 4;      ///< one row per element value
 inline constexpr int PlotDivisions = 10;     ///< horizontal divisions of the plot
 inline constexpr int SmallestPlotWidth = 8;  ///< a client too narrow still gets this, in pixels
 
-struct PlotRect {
-    int Left = 0;
-    int Top = 0;
-    int Width = 0;
-    int Height = 0;
-
-    bool operator==(const PlotRect&) const = default;
-};
-
 /// What the plot is laid out in, all in logical pixels.
-struct PlotBounds {
+struct ClientExtent {
     int ClientWidth = 0;
     int ClientHeight = 0;
     int PanelHeight = 0;  ///< input panel above the plot; 0 in exported files
@@ -34,7 +21,7 @@ struct PlotBounds {
 /// The plot's rectangle. A trace maps into PlotLeft .. PlotRight, PlotTop .. PlotBottom, edges
 /// included. PlotHeight is always a multiple of PlotDivisions and at least PlotDivisions.
 struct PlotLayout {
-    PlotBounds Area;
+    ClientExtent Area;
     int PlotLeft = 0;
     int PlotRight = 0;
     int PlotTop = 0;
@@ -47,7 +34,7 @@ struct PlotLayout {
 /// column of scale marks, the one below the plot when the pulse trace needs its time axis. The
 /// bottom moves down to whole divisions, by a full division even when the height already was whole.
 /// A client too small gives the smallest plot, partly off the client.
-PlotLayout ComputePlotLayout(const PlotBounds& area, const TraceChoices& choices);
+PlotLayout ComputePlotLayout(const ClientExtent& area, const TraceChoices& choices);
 
 /// The same layout in the pixels of a picture with `ratio` of them to a logical one. Its area is
 /// not scaled.

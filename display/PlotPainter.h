@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "display/PlotFrame.h"
-#include "display/SchematicStrip.h"
 #include "display/TraceSpans.h"
 #include "display/TraceStrokes.h"
-#include "display/ValueGridContent.h"
+#include "schematic/SchematicStrip.h"
+#include "schematic/ValueGridContent.h"
 
 namespace ladderwise {
 

@@ -14,8 +14,8 @@ namespace {
 constexpr const char* delta = "\u0394";
 constexpr const char* ofReference = "Ref ";  // of a further layer: what the design is compared with
 constexpr double LargestShownVswr = 999.0;
-constexpr double smallestScale = 0.5;  // of the font of the read-outs
-constexpr double scaleStep = 0.05;
+constexpr double smallestReadOutScale = 0.5;  // of the font of the read-outs
+constexpr double readOutScaleStep = 0.05;
 
 const char* NameOf(TraceKind kind) {
     switch (kind) {
@@ -132,7 +132,7 @@ CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
 std::vector<PlotText> FlowTexts(const std::vector<ReadOutText>& texts, int width, int height,
                                 int gap, const TextMetrics& metrics) {
     std::vector<PlotText> placed;
-    for (double scale = 1.0; scale >= smallestScale; scale -= scaleStep) {
+    for (double scale = 1.0; scale >= smallestReadOutScale; scale -= readOutScaleStep) {
         const TextMetrics scaled = metrics.Scaled(scale);
         placed = InRows(texts, width, gap, scaled);
         if (placed.empty()) break;

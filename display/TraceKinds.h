@@ -8,6 +8,7 @@
 #include <string>
 
 #include "design/TraceChoices.h"
+#include "schematic/Shapes.h"
 
 namespace ladderwise {
 
@@ -31,20 +32,6 @@ struct PlotTraces {
     std::span<const double> Pulse;         ///< 0 .. 1
     std::span<const double> ReturnLossDb;  ///< dB
 };
-
-struct PlotColour {
-    std::uint8_t Red = 0;
-    std::uint8_t Green = 0;
-    std::uint8_t Blue = 0;
-
-    bool operator==(const PlotColour&) const = default;
-};
-
-inline constexpr PlotColour BackgroundColour{234, 234, 234};
-inline constexpr PlotColour GridColour{128, 128, 128};
-inline constexpr PlotColour Black{0, 0, 0};
-/// Label of a row of the value grid that no element uses.
-inline constexpr PlotColour UnusedLabelColour{170, 170, 170};
 
 /// Kinds in the order in which they are drawn: later ones lie on top.
 inline constexpr std::array<TraceKind, 6> TraceDrawOrder = {

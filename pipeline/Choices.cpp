@@ -1,12 +1,13 @@
 // Choices and the control states that follow from them.
 #include "pipeline/Choices.h"
 
+#include "numbers/UtilityFunctions.h"
+
 namespace ladderwise {
 
 namespace {
 
 constexpr double MHzPerHz = 1e-6;
-constexpr double Percent = 100.0;
 
 bool IsCoupledBandPass(PassType pass) {
     return pass == PassType::DirectCoupled || pass == PassType::Norton;

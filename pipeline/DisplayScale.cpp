@@ -2,7 +2,7 @@
 #include "pipeline/DisplayScale.h"
 
 #include "numbers/Formatfunctions.h"
-#include "pipeline/Keystrokes.h"
+#include "numbers/UnitTexts.h"
 
 namespace ladderwise {
 

@@ -1,16 +1,10 @@
 // What the function keys do to the design.
 #include "pipeline/Keystrokes.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
-#include <string>
-#include <string_view>
-#include <utility>
 
 #include "analysis/PartValues.h"
-#include "numbers/Formatfunctions.h"
 #include "pipeline/Choices.h"
 
 namespace ladderwise {
@@ -21,18 +15,10 @@ constexpr std::array<int, 4> PartnerRow = {1, 0, 3, 2};  ///< the other half of 
 constexpr int NumCycledResponses = 12;                   ///< F4 never reaches the coefficients file
 constexpr int NumSweepTypes = 6;
 
-/// Units that take a prefix, and how people write them.
-constexpr std::pair<std::string_view, std::string_view> baseUnits[] = {
-    {"Hz", "Hz"}, {"H", "H"}, {"F", "F"}, {"ohm", "ohms"}, {"ohm", "ohm"}, {"ohm", "\u03a9"}};
-
 ValueKind KindAt(const FilterDesign& design, CellPosition cell) {
     if (cell.Slot < 1 || cell.Slot > design.NumElements || cell.Row < 0 || cell.Row > 3)
         return ValueKind::Unused;
     return InfoOf(design.Elements[cell.Slot].Type).Values[cell.Row];
-}
-
-bool IsPart(ValueKind kind) {
-    return kind == ValueKind::Inductance || kind == ValueKind::Capacitance;
 }
 
 double Snapped(const FilterDesign& design, ValueKind kind, double value) {
@@ -87,26 +73,6 @@ KeyOutcome NextCode(Calculation& calculation, ChoiceId id, int count) {
     return KeyOutcome::FullCalculate;
 }
 
-/// Takes a unit and the blanks around it off the end of a text.
-std::string_view Without(std::string_view text, std::string_view unit) {
-    const auto trim = [&text] {
-        while (!text.empty() && text.back() == ' ')
-            text.remove_suffix(1);
-    };
-    trim();
-    if (text.size() > unit.size() && text.ends_with(unit)) text.remove_suffix(unit.size());
-    trim();
-    return text;
-}
-
-/// Beyond the prefixes the grid itself writes a blank and an exponent: "2.34 E-18F".
-bool TryParseSpacedExponent(std::string_view text, double& value) {
-    std::string joined(text);
-    const auto blank = joined.find(" E");
-    if (blank != std::string::npos) joined.erase(blank, 1);
-    return TryParseDouble(joined, value);
-}
-
 }  // namespace
 
 KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell,
@@ -135,49 +101,6 @@ KeyOutcome ApplyFormKey(Calculation& calculation, FormKey key, CellPosition cell
             return KeyOutcome::Nothing;
     }
     return KeyOutcome::Nothing;
-}
-
-bool TryParseWithPrefix(std::string_view text, std::string_view unit, double& value) {
-    text = Without(text, "");
-    if (TryParseDouble(text, value)) return true;
-    text = Without(text, unit);
-    constexpr std::array<std::pair<char, double>, 8> prefixes = {{{'f', 1e-15},
-                                                                  {'p', 1e-12},
-                                                                  {'n', 1e-9},
-                                                                  {'u', 1e-6},
-                                                                  {'m', 1e-3},
-                                                                  {'k', 1e3},
-                                                                  {'M', 1e6},
-                                                                  {'G', 1e9}}};
-    for (const auto& [prefix, scale] : prefixes)
-        if (!text.empty() && text.back() == prefix) {
-            double number = 0.0;
-            if (!TryParseDouble(text.substr(0, text.size() - 1), number)) return false;
-            value = number * scale;
-            return true;
-        }
-    return TryParseSpacedExponent(text, value);
-}
-
-bool TryParseInUnit(std::string_view text, std::string_view unit, double factor, double& value) {
-    text = Without(text, "");
-    const std::string_view tail = text.substr(text.size() - std::min(unit.size(), text.size()));
-    const bool named = std::equal(
-        tail.begin(), tail.end(), unit.begin(), unit.end(),
-        [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
-    if (named && TryParseDouble(text.substr(0, text.size() - unit.size()), value)) return true;
-    for (const auto& [base, spelling] : baseUnits) {
-        if (!unit.ends_with(base) || !TryParseWithPrefix(text, spelling, value)) continue;
-        // Through its 15 digits: no rounding of the conversion is left.
-        return TryParseDouble(FormatGeneral(value / factor), value);
-    }
-    return false;
-}
-
-bool TryParsePartValue(std::string_view text, double& value) {
-    for (const std::string_view unit : {"ohms", "ohm", "deg", "H", "F"})
-        if (Without(text, unit) != Without(text, "")) return TryParseWithPrefix(text, unit, value);
-    return TryParseWithPrefix(text, "", value);
 }
 
 }  // namespace ladderwise

@@ -23,10 +23,6 @@ constexpr int ShapeDigits = 3;      ///< decimals of a shape factor
 /// No part has more henries or farads, not even in a prototype for 1 ohm and 1 rad/s.
 constexpr double LargestPartValue = 100.0;
 
-bool IsPart(ValueKind kind) {
-    return kind == ValueKind::Inductance || kind == ValueKind::Capacitance;
-}
-
 /// Line impedances beyond these, ohm, come of a line of 180 or a stub of 90 degrees, whose tangent
 /// or sine rounding keeps from infinity or zero.
 constexpr double HighestLineImpedance = 1e9;

@@ -5,8 +5,9 @@
 #include <cmath>
 
 #include "numbers/Formatfunctions.h"
+#include "numbers/UnitTexts.h"
+#include "numbers/UtilityFunctions.h"
 #include "pipeline/DesignInputs.h"
-#include "pipeline/Keystrokes.h"
 
 namespace ladderwise {
 
@@ -24,8 +25,7 @@ constexpr double StopToCornerRatio = 1.2;  ///< EllipticStopFreq over F0
 constexpr double LeastBandWidth = 0.005;   ///< of F0
 constexpr double UsualBandWidth = 0.1;     ///< of F0
 constexpr double WidestBandWidth = 1.99;   ///< of F0
-constexpr double Percent = 100.0;
-constexpr double Fraction = 0.01;  ///< per percent
+constexpr double Fraction = 0.01;          ///< per percent
 
 /// Get and Put of a member of the design.
 template <auto Member>

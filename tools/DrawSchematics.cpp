@@ -5,7 +5,7 @@
 #include <QSvgRenderer>
 #include <cstdio>
 
-#include "display/SchematicPainter.h"
+#include "schematic/SchematicPainter.h"
 
 namespace {
 

@@ -14,14 +14,14 @@
 #include <QRadioButton>
 #include <QTableWidget>
 
+#include "controls/ElidedLabel.h"
+#include "controls/FittedCells.h"
+#include "controls/HelpButton.h"
+#include "controls/ScrolledContent.h"
 #include "directcoupled/Emission.h"
-#include "display/SchematicPainter.h"
 #include "pipeline/TankValues.h"
 #include "resources/Resources.h"
-#include "windows/ElidedLabel.h"
-#include "windows/FittedCells.h"
-#include "windows/HelpButton.h"
-#include "windows/ScrolledContent.h"
+#include "schematic/SchematicPainter.h"
 
 namespace ladderwise {
 

@@ -5,7 +5,7 @@
 #include <QDialog>
 #include <optional>
 
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 class QAbstractButton;
 class QLabel;

@@ -6,11 +6,11 @@
 #include <QLabel>
 #include <QToolButton>
 
+#include "controls/FittedCells.h"
 #include "display/PlotLayout.h"
 #include "prototypes/EllipticPrototype.h"
 #include "resources/Resources.h"
 #include "scaling/BandScaler.h"
-#include "windows/FittedCells.h"
 
 namespace ladderwise {
 

@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 class QButtonGroup;
 

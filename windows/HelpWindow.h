@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <array>
 
+#include "controls/HelpButton.h"
 #include "windows/HelpText.h"
 
 class QAction;
@@ -17,23 +18,17 @@ class QUrl;
 
 namespace ladderwise {
 
-/// The help texts; each secondary window opens its own.
-enum class HelpPage { Start, DirectCoupled, Transform };
-
-inline constexpr int NumHelpPages = 3;
-
 /// File name of a page in the folder "Help Files".
 const char* HelpFileName(HelpPage page);
 
-class HelpWindow : public QWidget {
+class HelpWindow : public QWidget, public HelpShower {
     Q_OBJECT
 
 public:
     /// `folder` holds the help files; they are read when the window is first shown.
     HelpWindow(const QString& folder, QWidget* parent);
 
-    /// Shows a page, at a bookmark or at its start, and brings the window to the front.
-    void ShowPage(HelpPage page, const QString& bookmark = {});
+    void ShowPage(HelpPage page, const QString& bookmark = {}) override;
 
     /// Goes to the next or the previous place of the text in the find box, over all pages.
     void FindText(bool backward);

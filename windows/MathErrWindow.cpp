@@ -6,8 +6,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "controls/WindowPlacement.h"
 #include "numbers/Matherrmain.h"
-#include "windows/WindowPlacement.h"
 
 namespace ladderwise {
 

@@ -13,10 +13,10 @@
 #include <QScrollBar>
 #include <utility>
 
+#include "controls/HelpButton.h"
+#include "controls/WindowPlacement.h"
 #include "display/NortonValuePainter.h"
 #include "display/PlotPainter.h"
-#include "windows/HelpButton.h"
-#include "windows/WindowPlacement.h"
 
 namespace ladderwise {
 

@@ -4,8 +4,8 @@
 
 #include <QDialog>
 
+#include "controls/InputBinder.h"
 #include "pipeline/NortonSequence.h"
-#include "windows/InputBinder.h"
 
 class QGroupBox;
 

@@ -5,13 +5,12 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "windows/HelpButton.h"
+#include "controls/HelpButton.h"
+#include "controls/WindowPlacement.h"
 
 namespace ladderwise {
 
 namespace {
-
-constexpr int TextWidth = 330;  ///< pixels of the explaining text
 
 QPushButton* AddButton(QWidget* parent, const char* name, const char* caption, const char* tip) {
     auto* const button = new QPushButton(QString::fromLatin1(caption), parent);
@@ -34,7 +33,7 @@ OptionsWindow::OptionsWindow(DesignInputs& inputs, const InputActions& actions, 
     explanation->setText(explanation->text() +
                          ". (dB) Stops the phase and GD plots in the stop band.");
     explanation->setWordWrap(true);
-    explanation->setMinimumWidth(TextWidth);
+    explanation->setMinimumWidth(ExplanationWidth);
     QPushButton* const apply =
         AddButton(this, "ApplyButton", "&Apply", "Recalculates with this level");
     QPushButton* const close = AddButton(this, "CloseButton", "&Close", "Closes this window");

@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 namespace ladderwise {
 

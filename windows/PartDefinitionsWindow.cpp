@@ -10,21 +10,20 @@
 #include <QPushButton>
 #include <QSvgRenderer>
 
-#include "windows/HelpButton.h"
-#include "windows/ScrolledContent.h"
-#include "windows/WindowPlacement.h"
+#include "controls/HelpButton.h"
+#include "controls/ScrolledContent.h"
+#include "controls/WindowPlacement.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr int OffsetBelowOwner = 250;  ///< pixels from the owner's top
-constexpr int TextWidth = 330;         ///< pixels of the explaining texts
+constexpr int PartsOffsetBelowOwner = 250;  ///< pixels from the owner's top
 
 QLabel* Explanation(QWidget* parent, const char* text) {
     auto* const label = new QLabel(QString::fromLatin1(text), parent);
     label->setWordWrap(true);
-    label->setMinimumWidth(TextWidth);
+    label->setMinimumWidth(ExplanationWidth);
     return label;
 }
 
@@ -175,7 +174,7 @@ QWidget* PartDefinitionsWindow::BuildButtons() {
 
 void PartDefinitionsWindow::ShowBesideOwner() {
     const QPoint owner = parentWidget()->window()->frameGeometry().topLeft();
-    ShowOnScreen(this, owner + QPoint(0, OffsetBelowOwner));
+    ShowOnScreen(this, owner + QPoint(0, PartsOffsetBelowOwner));
 }
 
 }  // namespace ladderwise

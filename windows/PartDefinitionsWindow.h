@@ -4,7 +4,7 @@
 
 #include <QDialog>
 
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 class QGridLayout;
 

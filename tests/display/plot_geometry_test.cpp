@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "display/PlotFrame.h"
-#include "display/SchematicStrip.h"
 #include "display/TraceMap.h"
-#include "display/ValueGridContent.h"
+#include "schematic/SchematicStrip.h"
+#include "schematic/ValueGridContent.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -16,10 +16,11 @@ namespace {
 
 constexpr int Panel = 150;
 // Client 1280 wide with a raw plot height of 390, which becomes 400: PlotTop 185, PlotBottom 585.
-constexpr PlotBounds Area{1280, 800, Panel, 701};
+constexpr ClientExtent Area{1280, 800, Panel, 701};
 
 // Six pixels a character, so that alignment can be told by hand.
-PlotFrame FrameOf(const FilterDesign& design, const TraceChoices& choices, PlotBounds area = Area) {
+PlotFrame FrameOf(const FilterDesign& design, const TraceChoices& choices,
+                  ClientExtent area = Area) {
     const TextMetrics metrics{
         [](const std::string& text) { return 6 * static_cast<int>(text.size()); }, 13};
     return BuildPlotFrame(design, choices, ComputePlotLayout(area, choices), metrics);

@@ -8,9 +8,9 @@
 #include <cstdlib>
 
 #include "analysis/Circuitanalysis.h"
-#include "display/SchematicNetworks.h"
-#include "display/SchematicPainter.h"
 #include "resources/Resources.h"
+#include "schematic/SchematicNetworks.h"
+#include "schematic/SchematicPainter.h"
 
 namespace ladderwise {
 namespace {

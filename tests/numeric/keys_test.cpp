@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "numbers/UnitTexts.h"
 #include "pipeline/Keystrokes.h"
 #include "tests/numeric/support.h"
 

@@ -14,7 +14,7 @@ namespace {
 constexpr PartKind kinds[] = {PartKind::Inductor, PartKind::Capacitor};
 
 /// A ladder with one slot of every code 0 .. 26, values told apart by slot and position.
-FilterDesign EveryType() {
+FilterDesign DesignOfEveryType() {
     FilterDesign design;
     design.NumElements = NumElementTypes;
     for (int k = 1; k <= NumElementTypes; ++k)
@@ -30,7 +30,7 @@ bool IsLinePair(int code, int pair) {
 
 // De-embedded parts react at F0 like the ideal ones; each kind snaps to its own series; lines stay.
 TEST(PartValues, DeEmbeddingAndSnappingOfEveryType) {
-    FilterDesign snapped = EveryType(), deEmbedded = snapped;
+    FilterDesign snapped = DesignOfEveryType(), deEmbedded = snapped;
     const ElementList ideal = snapped.Elements;
     PartModel tenPercent, onePercent;
     for (const PartKind kind : kinds) {
@@ -94,7 +94,7 @@ TEST(PartValues, DrawsAreUniform) {
 
 // Each draw is one of 201 steps, -100 .. 100 per cent of the tolerance.
 TEST(PartValues, WorstCaseRunDrawsInOrderFromTheNominalValues) {
-    FilterDesign design = EveryType();
+    FilterDesign design = DesignOfEveryType();
     design.Elements[2].V1 = 0.1;  // not below the bound: no draw
     design.Elements[2].V3 = UnusedValue;
     design.Elements[2].V4 = NaN;

@@ -13,11 +13,11 @@
 #include <cmath>
 #include <memory>
 
-#include "app/BitMapView.h"
 #include "app/MainWindow.h"
+#include "controls/BitMapView.h"
+#include "controls/ElidedLabel.h"
 #include "pipeline/NamedSettings.h"
 #include "resources/Resources.h"
-#include "windows/ElidedLabel.h"
 
 namespace ladderwise {
 

@@ -1,5 +1,5 @@
 // Elided label.
-#include "windows/ElidedLabel.h"
+#include "controls/ElidedLabel.h"
 
 #include <QPaintEvent>
 #include <QPainter>

@@ -4,8 +4,7 @@
 #include <vector>
 
 #include "design/FilterDesign.h"
-#include "display/PlotFrame.h"
-#include "display/PlotLayout.h"
+#include "schematic/Shapes.h"
 
 namespace ladderwise {
 

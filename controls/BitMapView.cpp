@@ -1,5 +1,5 @@
 // The plot image on the screen, with what follows the mouse.
-#include "app/BitMapView.h"
+#include "controls/BitMapView.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>

@@ -1,11 +1,11 @@
 // Scrolled content.
-#include "windows/ScrolledContent.h"
+#include "controls/ScrolledContent.h"
 
 #include <QEvent>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
-#include "windows/WindowPlacement.h"
+#include "controls/WindowPlacement.h"
 
 namespace ladderwise {
 

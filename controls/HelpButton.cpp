@@ -1,7 +1,8 @@
 // The help button.
-#include "windows/HelpButton.h"
+#include "controls/HelpButton.h"
 
 #include <QPushButton>
+#include <QWidget>
 
 namespace ladderwise {
 
@@ -15,7 +16,9 @@ QPushButton* NewHelpButton(QWidget* parent, const char* name, HelpPage page,
         const QObject* root = button;
         while (root->parent())
             root = root->parent();
-        if (auto* const help = root->findChild<HelpWindow*>()) help->ShowPage(page, bookmark);
+        for (QWidget* const window : root->findChildren<QWidget*>())
+            if (auto* const help = dynamic_cast<HelpShower*>(window))
+                return help->ShowPage(page, bookmark);
     });
     return button;
 }

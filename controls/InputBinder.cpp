@@ -1,5 +1,5 @@
 // Controls made from the tables of inputs and choices.
-#include "windows/InputBinder.h"
+#include "controls/InputBinder.h"
 
 #include <QAction>
 #include <QActionGroup>

@@ -1,5 +1,5 @@
 // The networks of the 27 schematic pictures, one line for each.
-#include "display/SchematicNetworks.h"
+#include "schematic/SchematicNetworks.h"
 
 #include <utility>
 

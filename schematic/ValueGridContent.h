@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "design/FilterDesign.h"
-#include "display/PlotLayout.h"
+#include "schematic/Shapes.h"
 
 namespace ladderwise {
 

@@ -1,5 +1,5 @@
 // Edit box and arrows of a stepped input.
-#include "windows/NumberEdit.h"
+#include "controls/NumberEdit.h"
 
 #include <QKeyEvent>
 #include <QPainter>

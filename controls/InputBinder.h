@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
+#include "controls/NumberEdit.h"
 #include "pipeline/DesignInputs.h"
-#include "windows/NumberEdit.h"
 
 class QAbstractButton;
 class QAction;

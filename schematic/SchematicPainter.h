@@ -9,7 +9,7 @@
 #include <array>
 
 #include "design/ElementCatalogue.h"
-#include "display/PlotLayout.h"
+#include "schematic/Shapes.h"
 
 namespace ladderwise {
 

@@ -1,5 +1,5 @@
 // Formats the ladder's values for the value grid.
-#include "display/ValueGridContent.h"
+#include "schematic/ValueGridContent.h"
 
 #include <algorithm>
 

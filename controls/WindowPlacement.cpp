@@ -1,12 +1,12 @@
 // Placement of secondary windows.
-#include "windows/WindowPlacement.h"
+#include "controls/WindowPlacement.h"
 
 #include <QLayout>
 #include <QScreen>
 #include <QWidget>
 #include <algorithm>
 
-#include "windows/ScrolledContent.h"
+#include "controls/ScrolledContent.h"
 
 namespace ladderwise {
 

@@ -8,6 +8,8 @@ class QWidget;
 
 namespace ladderwise {
 
+inline constexpr int ExplanationWidth = 330;  ///< pixels of a wrapped explaining text
+
 /// What a window may take of its screen inside its frame.
 QSize RoomOnScreen(const QWidget* window);
 

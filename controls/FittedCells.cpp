@@ -1,5 +1,5 @@
 // Cells whose text fits.
-#include "windows/FittedCells.h"
+#include "controls/FittedCells.h"
 
 #include <QApplication>
 #include <QFontMetricsF>

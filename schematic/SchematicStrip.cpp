@@ -1,12 +1,12 @@
 // Placement of the schematic pictures.
-#include "display/SchematicStrip.h"
+#include "schematic/SchematicStrip.h"
 
 #include <algorithm>
 
 #include "design/Designators.h"
-#include "display/SchematicNetworks.h"
-#include "display/ValueGridContent.h"
 #include "numbers/Formatfunctions.h"
+#include "schematic/SchematicNetworks.h"
+#include "schematic/ValueGridContent.h"
 
 namespace ladderwise {
 

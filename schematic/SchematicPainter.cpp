@@ -4,14 +4,14 @@
 // arm is the same network turned by 90 degrees, so that +x points down and "above" to the right.
 // All coordinates are whole units and every stroke is two units wide, which puts straight edges on
 // pixel borders at every whole scale.
-#include "display/SchematicPainter.h"
+#include "schematic/SchematicPainter.h"
 
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
 #include <vector>
 
-#include "display/SchematicNetworks.h"
+#include "schematic/SchematicNetworks.h"
 
 namespace ladderwise {
 

@@ -146,7 +146,7 @@ void ValueGrid::ShowLabels(const std::vector<GridColumn>& columns) {
 }
 
 void ValueGrid::ShowColumns(const std::vector<GridColumn>& columns) {
-    const QScopedValueRollback writes(showing, true);
+    const QScopedValueRollback<bool> writes(showing, true);
     setColumnCount(1 + static_cast<int>(columns.size()));
     ShowLabels(columns);
     for (int row = 0; row < ValueGridRows; ++row) {
@@ -236,7 +236,7 @@ void ValueGrid::FinishEditing() {
 }
 
 void ValueGrid::Light(int slot, const std::array<bool, ValueGridRows>& rows) {
-    const QScopedValueRollback writes(showing, true);
+    const QScopedValueRollback<bool> writes(showing, true);
     const QColor lit = LitCell(palette());
     for (int row = 0; row < ValueGridRows; ++row) {
         QTableWidgetItem* const old = litSlot > 0 ? item(row, litSlot) : nullptr;

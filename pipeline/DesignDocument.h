@@ -106,6 +106,8 @@ public:
     /// after every action.
     void NoteStep(double seconds) { history.Note(Snapshot(), seconds); }
 
+    std::size_t Steps() const { return history.Steps(); }
+
     /// What Undo and Redo would do, "N Poles 3 → 4"; empty: nothing to undo or redo.
     std::string UndoName() const { return history.UndoName(); }
     std::string RedoName() const { return history.RedoName(); }

@@ -9,9 +9,9 @@
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
 #include "app/ValueGrid.h"
+#include "controls/FittedCells.h"
 #include "schematic/SchematicPainter.h"
 #include "windows/EllipticPanel.h"
-#include "controls/FittedCells.h"
 
 namespace ladderwise {
 
@@ -61,8 +61,8 @@ void ClientArea::BuildScrolling(InputBinder& binder) {
 void ClientArea::SetTabOrder(QWidget* last) {
     QWidget* before = panel->ExchangeRefButton;
     auto* const trapBox = findChild<NumberEdit*>("TrapTypeBox");
-    for (QWidget* const next : std::initializer_list<QWidget*>{scaleBox, plotArea->View(), trapBox,
-                                                               valueGrid, last}) {
+    for (QWidget* const next :
+         std::initializer_list<QWidget*>{scaleBox, plotArea->View(), trapBox, valueGrid, last}) {
         QWidget::setTabOrder(before, next);
         before = next;
     }

@@ -5,9 +5,9 @@
 #include <QWidget>
 #include <functional>
 
+#include "controls/InputBinder.h"
 #include "display/Plot.h"
 #include "pipeline/Calculation.h"
-#include "controls/InputBinder.h"
 
 class QScrollArea;
 class QScrollBar;
@@ -24,8 +24,8 @@ class ClientArea : public QWidget {
 
 public:
     /// `design` is the one that the calculation writes, `content` what the plot shows of it.
-    ClientArea(InputBinder& binder, const FilterDesign& design, std::function<PlotContent()> content,
-               QWidget* parent);
+    ClientArea(InputBinder& binder, const FilterDesign& design,
+               std::function<PlotContent()> content, QWidget* parent);
 
     MainPanel* Panel() const { return panel; }
     PlotArea* Area() const { return plotArea; }

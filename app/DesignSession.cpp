@@ -86,7 +86,8 @@ void DesignSession::ShowInputs() {
 
 void DesignSession::ShowStatus() {
     const std::string rejected = views.Client->Grid()->RejectedText(Document.Work.Design);
-    views.Status->Show(Document.Work, rejected);
+    views.Status->Show(Document.Work, Document.ReferenceShown() ? Document.Reference() : nullptr,
+                       rejected);
     views.Windows->RefreshMathErrors();
 }
 
@@ -181,10 +182,11 @@ void DesignSession::Recalculate() {
     Draw(Waiting::Traces);
 }
 
-void DesignSession::ShowLoaded() {
+void DesignSession::ShowLoaded(std::optional<PassType> shown) {
     SettleControls();
     Recalculate();
-    views.Windows->ShowFor(Document.Work.Design.PassType);
+    const PassType pass = Document.Work.Design.PassType;
+    if (pass != shown) views.Windows->ShowFor(pass);
     FinishDrawing();
 }
 
@@ -261,8 +263,8 @@ PlotContent DesignSession::Content() const {
     std::vector<PlotLayer> layers;
     if (Document.ReferenceShown()) {
         const ReferenceDesign& reference = *Document.Reference();
-        layers.push_back({TracesOf(reference.Quantities, reference.Response), ReferenceColours,
-                          true, ReferenceName(reference, work.Design)});
+        layers.push_back(LayerOf(reference.Design, reference.Quantities, ReferenceColours, true,
+                                 ReferenceName(reference, work.Design)));
     }
     PlotContent content = ContentOf(work.Design, ShownTraces(work), work.Quantities, layers);
     content.Markers = Document.Markers;

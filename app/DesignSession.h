@@ -7,11 +7,12 @@
 #include <QObject>
 #include <QTimer>
 #include <functional>
+#include <optional>
 
+#include "controls/InputBinder.h"
 #include "display/PlotContent.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
-#include "controls/InputBinder.h"
 #include "windows/NortonWindow.h"
 
 namespace ladderwise {
@@ -67,8 +68,9 @@ public:
     // --- from the document, whatever stands in the controls
 
     void Recalculate();
-    /// A design that was loaded as a whole.
-    void ShowLoaded();
+    /// A design that was loaded as a whole. The window of its pass type comes with it, unless
+    /// `shown` is that pass type: then it is open, or was closed.
+    void ShowLoaded(std::optional<PassType> shown = {});
     /// Values that were edited, as they stand.
     void AnalyseAndDraw();
 

@@ -9,6 +9,7 @@
 
 #include "files/CoefficientsFile.h"
 #include "files/DiskFile.h"
+#include "files/SettingsFile.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -20,7 +21,8 @@ constexpr const char* Welcome =
     "Type a frequency and press Enter; choose pass and response above. Point at the plot to read "
     "it, right-click a part value to tune it. More under Help.";
 constexpr int WelcomeTime = 60000;  ///< ms, or until the first calculation
-constexpr int ReasonTime = 10000;   ///< ms for which the status line tells what saving came to
+constexpr int ReasonTime =
+    10000;  ///< ms for which the status line tells what saving or opening came to
 
 QString Name(const std::string& path) {
     return QString::fromStdString(path);
@@ -113,11 +115,10 @@ std::string FileCommands::AskForDesign() const {
 void FileCommands::OpenDesign(std::string path) {
     if (!MayLeaveDesign()) return;
     if (path.empty() || !Exists(path)) path = AskForDesign();
-    // A pipe would keep the window waiting for its other end.
-    if (path.empty() || !QFileInfo(Name(path)).isFile()) return;
+    if (path.empty()) return;
     // One byte more than a record has: a longer file must not pass for one.
-    const FileContent file = ReadWholeFile(path, FILT_STRUCT_SIZE + 1);
-    if (!file.Error.empty()) return;
+    const FileContent file = ReadRegularFile(path, FILT_STRUCT_SIZE + 1);
+    if (!file.Error.empty()) return host.Notice(Name(file.Error), ReasonTime);
     if (!document.Load(file.Bytes, path)) return report("Program Info", IncompatibleFileText);
     settings.Recent.Add(path);
     host.RecentChanged();
@@ -146,20 +147,23 @@ bool FileCommands::ChooseCoefficients() {
 
 void FileCommands::ReadSettings(const Folders& found) {
     folders = found;
-    const std::string path = SettingsPath(found);
-    if (!QFileInfo(Name(path)).isFile())  // the first run
+    const auto read = ReadSettingsFile(SettingsPath(found), report);
+    if (!read) {  // the first run
+        settingsRead = PresentSettings();
         return host.Notice(Welcome, WelcomeTime);
-    ReadSettingsText(ReadWholeFile(path, MaxSettingsBytes).Bytes, settings, report);
+    }
+    settings = *read;
     if (!settings.Threshold.empty())
         document.Work.Inputs.Box(InputId::GDPhaseThreshold).Type(settings.Threshold);
     // A box keeps what it holds where the line is missing or damaged.
-    if (!settings.SamplingFrequency.empty()) 
+    if (!settings.SamplingFrequency.empty())
         SamplingFrequencyBox()->setText(Name(settings.SamplingFrequency));
     ReadOutMenu()->setChecked(settings.ReadOutMenu);
     host.RecentChanged();
     host.Recalculated();
     document.Begin();
     host.TitleChanged();
+    settingsRead = PresentSettings();
 }
 
 QLineEdit* FileCommands::SamplingFrequencyBox() const {
@@ -170,13 +174,17 @@ QAction* FileCommands::ReadOutMenu() const {
     return window->findChild<QAction*>("MouseReadOutMenu");
 }
 
+ProgramSettings FileCommands::PresentSettings() const {
+    ProgramSettings present = settings;
+    present.Version = VersionText();
+    present.SamplingFrequency = SamplingFrequencyBox()->text().toStdString();
+    present.Threshold = document.Work.Inputs.Box(InputId::GDPhaseThreshold).Text;
+    present.ReadOutMenu = ReadOutMenu()->isChecked();
+    return present;
+}
+
 void FileCommands::WriteSettings() {
-    if (!folders) return;
-    settings.Version = VersionText();
-    settings.SamplingFrequency = SamplingFrequencyBox()->text().toStdString();
-    settings.Threshold = document.Work.Inputs.Box(InputId::GDPhaseThreshold).Text;
-    settings.ReadOutMenu = ReadOutMenu()->isChecked();
-    WriteWholeFile(SettingsPath(*folders), SettingsText(settings));
+    if (folders) WriteSettingsFile(SettingsPath(*folders), PresentSettings(), settingsRead);
 }
 
 }  // namespace ladderwise

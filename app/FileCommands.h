@@ -59,6 +59,7 @@ public:
 
 private:
     std::string AskForDesign() const;
+    ProgramSettings PresentSettings() const;
     QLineEdit* SamplingFrequencyBox() const;
     QAction* ReadOutMenu() const;
     bool Exists(const std::string& path);
@@ -70,6 +71,7 @@ private:
     FileDialogs dialogs;
     std::optional<Folders> folders;
     ProgramSettings settings;
+    ProgramSettings settingsRead;  ///< as they were after start-up
 };
 
 }  // namespace ladderwise

@@ -7,9 +7,9 @@
 #include <variant>
 
 #include "app/FileDialogs.h"
+#include "controls/InputBinder.h"
 #include "files/RecentFiles.h"
 #include "pipeline/DesignDocument.h"
-#include "controls/InputBinder.h"
 
 namespace ladderwise {
 

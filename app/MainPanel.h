@@ -8,8 +8,8 @@
 #include <QWidget>
 #include <vector>
 
-#include "pipeline/Choices.h"
 #include "controls/InputBinder.h"
+#include "pipeline/Choices.h"
 
 class QGridLayout;
 

@@ -69,9 +69,9 @@ void MainWindow::Build() {
     setCentralWidget(clientView);
     status = new StatusView(statusBar());
     client->SetTabOrder(status->MathErrorButton());
-    windows = std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
-                                                 session.Actions(), session.ActionsOfNorton(),
-                                                 this);
+    windows =
+        std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
+                                           session.Actions(), session.ActionsOfNorton(), this);
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);
 }

@@ -92,15 +92,16 @@ void MenuCommands::ShowReference(bool shown) {
 void MenuCommands::SetReference() {
     session.ReadEntries();
     session.FinishDrawing();
-    session.Document.SetReference();
+    session.Document.SetReference(report);
     session.Calculate();
 }
 
 void MenuCommands::ExchangeWithReference() {
     session.ReadEntries();
     session.FinishDrawing();
-    session.Document.ExchangeReference();
-    session.ShowLoaded();
+    const PassType before = session.Document.Work.Design.PassType;
+    session.Document.ExchangeReference(report);
+    session.ShowLoaded(before);
 }
 
 void MenuCommands::CopyPartsTable() {

@@ -1,6 +1,7 @@
 // The secondary windows.
 #include "app/SecondaryWindows.h"
 
+#include "controls/WindowPlacement.h"
 #include "files/Directories.h"
 #include "windows/AboutWindow.h"
 #include "windows/DirectCoupledWindow.h"
@@ -8,7 +9,6 @@
 #include "windows/MathErrWindow.h"
 #include "windows/OptionsWindow.h"
 #include "windows/PartDefinitionsWindow.h"
-#include "controls/WindowPlacement.h"
 
 namespace ladderwise {
 

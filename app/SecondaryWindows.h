@@ -1,8 +1,8 @@
 // The secondary windows of the main window: made in one place, read and shown together.
 #pragma once
 
-#include "design/FilterDesign.h"
 #include "controls/InputBinder.h"
+#include "design/FilterDesign.h"
 #include "windows/NortonWindow.h"
 
 class QWidget;

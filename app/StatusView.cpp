@@ -7,10 +7,10 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "controls/ElidedLabel.h"
 #include "design/ChoiceNames.h"
 #include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
-#include "controls/ElidedLabel.h"
 
 namespace ladderwise {
 
@@ -40,16 +40,17 @@ StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     bar->addPermanentWidget(mathErrorButton);
     bar->setSizeGripEnabled(false);
     // What comes and goes in it must not move the plot.
-    bar->setFixedHeight(std::max({bar->sizeHint().height(), label->sizeHint().height(),
-                                  progress->sizeHint().height(),
-                                  mathErrorButton->sizeHint().height()}));
+    bar->setFixedHeight(
+        std::max({bar->sizeHint().height(), label->sizeHint().height(),
+                  progress->sizeHint().height(), mathErrorButton->sizeHint().height()}));
 }
 
 QWidget* StatusView::MathErrorButton() const {
     return mathErrorButton;
 }
 
-void StatusView::Show(const Calculation& calculation, const std::string& rejected) {
+void StatusView::Show(const Calculation& calculation, const ReferenceDesign* reference,
+                      const std::string& rejected) {
     StatusLine status = DescribeStatus(calculation);
     if (!rejected.empty()) {
         status.Text = rejected + status.Text;
@@ -60,7 +61,8 @@ void StatusView::Show(const Calculation& calculation, const std::string& rejecte
     const std::string line = ResultsLine(design, results);
     if (status.Text.empty() && line.empty()) status.Text = DesignTitle(design) + ", no elements";
     std::string list = status.Text;
-    for (const auto& [name, value] : DescribeResults(design, results))
+    for (const auto& [name, value] : reference ? BesideReference(design, results, *reference)
+                                               : DescribeResults(design, results))
         list += (list.empty() ? "" : "\n") + name + ": " + value;
     if (!status.Text.empty() && !line.empty()) status.Text += "  ";
     label->SetText(QString::fromStdString(status.Text + line), status.Warning,

@@ -6,7 +6,7 @@
 #include <QObject>
 #include <string>
 
-#include "pipeline/Calculation.h"
+#include "pipeline/ReferenceDesign.h"
 
 class QProgressBar;
 class QStatusBar;
@@ -22,9 +22,10 @@ class StatusView : public QObject {
 public:
     explicit StatusView(QStatusBar* bar);
 
-    /// Notes and figures of a calculation; `rejected` names texts of the value grid that are no
-    /// values.
-    void Show(const Calculation& calculation, const std::string& rejected);
+    /// Notes and figures of a calculation, with those of the reference shown, if any; `rejected`
+    /// names texts of the value grid that are no values.
+    void Show(const Calculation& calculation, const ReferenceDesign* reference,
+              const std::string& rejected);
 
     /// Shows a notice in their place, for `duration` ms or until EndNotice.
     void ShowNotice(const QString& notice, int duration);

@@ -9,10 +9,10 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "design/Designators.h"
-#include "numbers/UnitTexts.h"
-#include "display/PlotPainter.h"
 #include "controls/FittedCells.h"
+#include "design/Designators.h"
+#include "display/PlotPainter.h"
+#include "numbers/UnitTexts.h"
 
 namespace ladderwise {
 

@@ -39,8 +39,8 @@ public:
     /// The cell that keys act on; of the label column, the first element's.
     CellPosition SelectedCell();
 
-    /// True if Enter in `target` means the grid as it stands. An open cell editor lets Enter through
-    /// to the grid before it hands its text over: that text is simulated by itself.
+    /// True if Enter in `target` means the grid as it stands. An open cell editor lets Enter
+    /// through to the grid before it hands its text over: that text is simulated by itself.
     bool TakesEnter(const QObject* target) const;
 
     /// Closes an open editor, whose text is taken.

@@ -24,13 +24,11 @@ std::string SaveDesignFile(const Calculation& calculation, const std::string& pa
     return WriteWholeFile(path, EncodeRecord(record));
 }
 
-std::string UseCoefficientsFile(Calculation& calculation, const std::string& path,
-                                const MessageCallback& report) {
+std::string UseCoefficientsFile(Calculation& calculation, const std::string& path) {
     const FileContent file = ReadWholeFile(path, MaxCoefficientsBytes + 1);
     if (!file.Error.empty()) return file.Error;
     const std::string fault = UseCoefficients(calculation, file.Bytes);
-    if (!fault.empty()) report("Error", path + ": " + fault);
-    return {};
+    return fault.empty() ? fault : path + ": " + fault;
 }
 
 }  // namespace ladderwise

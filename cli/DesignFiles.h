@@ -15,9 +15,8 @@ std::string OpenDesignFile(Calculation& calculation, const std::string& path);
 std::string SaveDesignFile(const Calculation& calculation, const std::string& path,
                            const MessageCallback& report);
 
-/// Chooses the response of a coefficients file. Gives the reason if the file cannot be read; what
-/// is wrong in it is reported, and the calculation then falls back.
-std::string UseCoefficientsFile(Calculation& calculation, const std::string& path,
-                                const MessageCallback& report);
+/// Chooses the response of a coefficients file. Gives the reason if the file cannot be read or holds
+/// no valid table.
+std::string UseCoefficientsFile(Calculation& calculation, const std::string& path);
 
 }  // namespace ladderwise

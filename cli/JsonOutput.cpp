@@ -8,6 +8,7 @@
 #include <span>
 
 #include "cli/Terminal.h"
+#include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
@@ -37,6 +38,11 @@ std::string CleanUtf8(std::string_view text) {
         text.remove_prefix(std::max<std::size_t>(length, 1));
     }
     return clean;
+}
+
+/// `separator` is that of the texts to come, which follow the locale; the JSON does not.
+std::string Pointed(const std::string& text, char separator) {
+    return separator == ',' ? WithDecimalPoints(text) : text;
 }
 
 std::string Quoted(std::string_view text) {
@@ -121,7 +127,9 @@ const char* NameOf(BoxColour colour) {
     return "";
 }
 
-std::string NoteText(const Note& note) {
+std::string NoteText(Note note, char separator) {
+    for (std::string* const member : {&note.Text, &note.Typed, &note.InUse})
+        *member = Pointed(*member, separator);
     std::string text = "{\"kind\": " + Quoted(NameOf(note.Kind)) +
                        ", \"name\": " + Quoted(note.Name) + ", \"text\": " + Quoted(note.Text);
     if (note.Kind == NoteKind::Replaced || note.Kind == NoteKind::LoadMoved)
@@ -139,20 +147,17 @@ std::string Scaled(const FilterDesign& design, double w) {
 
 std::string EllipticObject(const FilterDesign& design) {
     const EllipticResult& result = design.Elliptic;
-    std::vector<double> traps;
-    for (int k = 0; k < result.NumTraps; ++k)
-        for (const double f : ScaledFrequencies(design, result.TrapFreqs[k]))
-            traps.push_back(f);
     return "{\"attenuation_used_db\": " + Number(result.AttenUsedDb) +
-           ", \"trap_hz\": " + Numbers(traps) +
+           ", \"trap_hz\": " + Numbers(TrapFrequencies(design)) +
            ", \"passband_edge_hz\": " + Scaled(design, result.PassBandEdge) +
            ", \"stopband_edge_hz\": " + Scaled(design, result.StopBandEdge) + "}";
 }
 
-std::string DirectCoupledObject(const DirectCoupledResult& limits) {
+std::string DirectCoupledObject(const DirectCoupledResult& limits, char separator) {
     const auto truth = [](bool is) { return std::string(is ? "true" : "false"); };
     return "{\"readouts\": " +
-           List(2, [&](std::size_t end) { return Quoted(limits.Readouts[end]); }) +
+           List(2,
+                [&](std::size_t end) { return Quoted(Pointed(limits.Readouts[end], separator)); }) +
            ", \"warnings\": " +
            List(2, [&](std::size_t end) { return truth(limits.WarningShown[end]); }) +
            ", \"clamped\": " +
@@ -214,6 +219,9 @@ std::string NortonObject(const NortonResult& result) {
 }  // namespace
 
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages) {
+    // Texts made from here on have points; what the calculation has left is turned where it stands.
+    const char separator = SystemFormatSettings().DecimalSeparator;
+    const FormatSettingsScope points({'.'});
     const DisplayQuantities& quantities = calculation.Quantities;
     const FilterDesign& design = calculation.Design;
     const SweepResponse& response = design.Response;
@@ -230,7 +238,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
                return ElementText(design.Elements[i + 1], i + 1);
            }));
     if (design.PassType == PassType::DirectCoupled)
-        member("direct_coupled", DirectCoupledObject(design.DirectCoupledLimits));
+        member("direct_coupled", DirectCoupledObject(design.DirectCoupledLimits, separator));
     member("sweep_hz", Numbers(design.SweepFreqs));
     member("transfer", List(NumSweepPoints, [&](std::size_t i) {
                return "[" + Number(response.TransferRe[i]) + ", " + Number(response.TransferIm[i]) +
@@ -255,11 +263,11 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));
     member("messages", List(messages.size(), [&](std::size_t i) {
                return "{\"caption\": " + Quoted(messages[i].Caption) +
-                      ", \"text\": " + Quoted(messages[i].Text) + "}";
+                      ", \"text\": " + Quoted(Pointed(messages[i].Text, separator)) + "}";
            }));
-    text +=
-        "  \"notes\": " + List(notes.size(), [&](std::size_t i) { return NoteText(notes[i]); }) +
-        "\n}\n";
+    text += "  \"notes\": " +
+            List(notes.size(), [&](std::size_t i) { return NoteText(notes[i], separator); }) +
+            "\n}\n";
     return text;
 }
 

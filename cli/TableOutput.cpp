@@ -63,6 +63,8 @@ std::string TableText(const Calculation& calculation) {
         text += SlotLine(design.Elements[slot], slot);
     for (const auto& [name, value] : DescribeResults(design, ResultsOf(design)))
         text += Padded(name, resultNameWidth) + value + "\n";
+    for (const auto& [name, value] : DescribeTraps(design))
+        text += Padded(name, resultNameWidth) + value + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
     for (const std::string& line : {EllipticText(design), WorstCaseText(calculation.WorstCase)})

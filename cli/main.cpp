@@ -22,6 +22,7 @@
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
+#include "pipeline/SavedDesigns.h"
 #include "resources/Resources.h"
 
 using namespace ladderwise;
@@ -31,12 +32,14 @@ namespace {
 constexpr int ExitOk = 0;
 constexpr int ExitCannotWrite = 1;
 constexpr int ExitUsage = 2;
+constexpr int ExitFaultyTables = 70;  ///< an error of the program itself
 
 /// One design on its way through the program.
 struct Session {
     Calculation Calc;
     std::vector<RecordedMessage> Messages;  ///< what the window would show in boxes
-    std::vector<OverlayRun> Overlay;        ///< the traces of the worst-case runs
+    std::size_t MessagesPrinted = 0;
+    std::vector<OverlayRun> Overlay;  ///< the traces of the worst-case runs
 };
 
 void PrintError(const std::string& text) {
@@ -46,32 +49,50 @@ void PrintError(const std::string& text) {
 MessageCallback Recorder(Session& session) {
     return [&session](const std::string& caption, const std::string& text) {
         session.Messages.push_back({caption, text});
-        std::string line = caption + ": " + text;  // a box breaks its lines
+    };
+}
+
+/// Prints the messages that no one has printed yet.
+void PrintMessages(Session& session) {
+    for (; session.MessagesPrinted < session.Messages.size(); ++session.MessagesPrinted) {
+        const RecordedMessage& message = session.Messages[session.MessagesPrinted];
+        std::string line = message.Caption + ": " + message.Text;  // a box breaks its lines
         std::replace(line.begin(), line.end(), '\n', ' ');
         PrintError(line);
-    };
+    }
 }
 
 /// Sets every input in the order of the command line. False after a usage error.
 bool ApplySettings(Session& session, const Arguments& arguments) {
     for (const auto& [name, value] : arguments.Settings) {
         if (name == CoefficientsSetting) {
-            const std::string error = UseCoefficientsFile(session.Calc, value, Recorder(session));
+            const std::string error = UseCoefficientsFile(session.Calc, value);
             if (error.empty()) continue;
+            PrintMessages(session);
             PrintError(error);
             return false;
         }
         const auto reason = ApplySetting(session.Calc, name, value, Recorder(session));
         if (!reason) continue;
+        PrintMessages(session);
         PrintError(*reason);
         return false;
     }
     return true;
 }
 
-void Design(Session& session, bool keepOverlay) {
+/// True if the command line sets the input of that name.
+bool Sets(const Arguments& arguments, const std::string& name) {
+    return std::any_of(arguments.Settings.begin(), arguments.Settings.end(),
+                       [&](const auto& setting) { return setting.first == name; });
+}
+
+/// K and M are searched where the command line asks for it. A file that has "Auto Optimize" checked
+/// does not: it gives the ladder that it was saved with, here as in the window.
+void Design(Session& session, const Arguments& arguments, bool keepOverlay) {
     DesignInputs& inputs = session.Calc.Inputs;
-    if (inputs.Pass() == PassType::Norton && inputs.IsOn(ChoiceId::AutoOptimize))
+    if (inputs.Pass() == PassType::Norton && inputs.IsOn(ChoiceId::AutoOptimize) &&
+        Sets(arguments, TableOf(ChoiceId::AutoOptimize).Name))
         OptimizeNorton(inputs, session.Calc.Design);
     Calculate(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
         if (run.Number > 0 && keepOverlay)
@@ -79,14 +100,40 @@ void Design(Session& session, bool keepOverlay) {
     });
 }
 
-/// Reports the notes on standard error; of an idle box only if the user has set it.
-void PrintNotes(const Session& session, const Arguments& arguments) {
-    for (const Note& note : CollectNotes(session.Calc)) {
-        const bool set =
-            std::any_of(arguments.Settings.begin(), arguments.Settings.end(),
-                        [&](const auto& setting) { return setting.first == note.Name; });
-        if (!note.Idle || set) PrintError(note.Text);
-    }
+/// Reports messages and notes on standard error: what became of the user's own entries first, since
+/// a script may look no further than the first line. Of an idle box only if the user has set it.
+void PrintRemarks(Session& session, const Arguments& arguments) {
+    const std::vector<Note> notes = CollectNotes(session.Calc);
+    const auto print = [&](bool replaced) {
+        for (const Note& note : notes)
+            if ((note.Kind == NoteKind::Replaced) == replaced &&
+                (!note.Idle || Sets(arguments, note.Name)))
+                PrintError(note.Text);
+    };
+    print(true);
+    PrintMessages(session);
+    print(false);
+}
+
+/// Saves the design where that is asked for. False if it failed.
+bool SaveDesign(Session& session, const Arguments& arguments) {
+    if (arguments.SaveFile.empty()) return true;
+    const std::string error = SaveDesignFile(session.Calc, arguments.SaveFile, Recorder(session));
+    PrintMessages(session);
+    if (!error.empty()) PrintError(error);
+    return error.empty();
+}
+
+/// True if every input and choice can be saved. Asked in programs built for debugging, where it
+/// says what a new row of a table still lacks; others have passed the tests, which ask too.
+bool EveryInputIsSaved() {
+#ifndef NDEBUG
+    const std::string fault = RecordFault(InputRows(), ChoiceTables());
+    if (!fault.empty()) PrintError(fault);
+    return fault.empty();
+#else
+    return true;
+#endif
 }
 
 /// Writes a file, or to standard output ("-").
@@ -150,15 +197,9 @@ int Run(const Arguments& arguments) {
         }
     }
     if (!ApplySettings(*session, arguments)) return ExitUsage;
-    Design(*session, !arguments.PlotFile.empty());
-    PrintNotes(*session, arguments);
-    bool written = true;
-    if (!arguments.SaveFile.empty()) {
-        const std::string error =
-            SaveDesignFile(session->Calc, arguments.SaveFile, Recorder(*session));
-        if (!error.empty()) PrintError(error);
-        written = error.empty();
-    }
+    Design(*session, arguments, !arguments.PlotFile.empty());
+    PrintRemarks(*session, arguments);
+    bool written = SaveDesign(*session, arguments);
     if (arguments.Table) written = WriteOutput("-", TableText(session->Calc)) && written;
     if (!arguments.JsonFile.empty())
         written =
@@ -173,6 +214,7 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(TakeToolkitMessage);
     PrepareStreams();
     OutliveFileLimits();
+    if (!EveryInputIsSaved()) return ExitFaultyTables;
     try {
         return Run(ParseArguments(ArgumentWords(argc, argv)));
     } catch (const std::bad_alloc&) {

@@ -151,6 +151,10 @@ struct NortonResult {
     int NortonIndCount = 0;
     std::array<double, MaxNortonValues> Capacitors{};  ///< F
     std::array<double, MaxNortonValues> Inductors{};   ///< H
+    /// While "Auto Optimize" is on: what its search finds for this design, as the boxes would show
+    /// it. 0: not searched.
+    double SearchedK = 0.0;
+    double SearchedM = 0.0;
 };
 
 /// What a calculation did beyond what was asked, for the looks of boxes and the status line.

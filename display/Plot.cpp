@@ -54,14 +54,15 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
     placement = newPlacement;
     PaintBackground(content.Design);
     for (const PlotLayer& layer : content.Layers)
-        PaintLayerPixels(traces, layer, choices, layout, scales, LayerLook::Plain, work);
+        PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, LayerLook::Plain,
+                         work);
     Annotate(content);
 }
 
 void Plot::FinishOverlay(const PlotContent& content) {
     LayerLook look = LayerLook::Darker;
     for (const PlotLayer& layer : content.Layers) {
-        PaintLayerPixels(traces, layer, choices, layout, scales, look, work);
+        PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, look, work);
         look = LayerLook::Plain;
     }
     composed = false;
@@ -77,7 +78,8 @@ void Plot::Annotate(const PlotContent& content) {
 const QImage& Plot::Image() const {
     if (std::exchange(composed, true)) return image;
     if (image.size() == traces.size() && image.isDetached())
-        std::memcpy(image.bits(), traces.constBits(), static_cast<std::size_t>(traces.sizeInBytes()));
+        std::memcpy(image.bits(), traces.constBits(),
+                    static_cast<std::size_t>(traces.sizeInBytes()));
     else
         image = traces.copy();
     image.setDevicePixelRatio(traces.devicePixelRatio());

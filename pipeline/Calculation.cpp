@@ -325,6 +325,7 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     ReadInputs(calculation.Inputs, design, report);
     ReadNortonInputs(calculation.Inputs, design, report);
     BuildLadder(design, report);
+    LookForEvenest(calculation.Inputs, design);
     MarkInputs(calculation.Inputs, design);
     PrepareAnalysis(calculation, report);
     calculation.DiscardedNow = discards;

@@ -47,16 +47,16 @@ std::uint32_t DesignDocument::PresentSeed() const {
     return Work.FixedSeed.value_or(Work.WorstCase.Runs > 0 ? Work.WorstCase.Seed : 1);
 }
 
-void DesignDocument::SetReference() {
-    reference = std::make_shared<ReferenceDesign>(StoreReference(Work));
+void DesignDocument::SetReference(const MessageCallback& report) {
+    reference = std::make_shared<ReferenceDesign>(StoreReference(Work, report));
     showReference = true;
 }
 
-void DesignDocument::ExchangeReference() {
+void DesignDocument::ExchangeReference(const MessageCallback& report) {
     if (!reference) return;
     // States of the history keep theirs as it was.
     reference = std::make_shared<ReferenceDesign>(*reference);
-    ladderwise::ExchangeReference(*reference, Work);
+    ladderwise::ExchangeReference(*reference, Work, report);
 }
 
 void DesignDocument::RefreshReference(const MessageCallback& report) {

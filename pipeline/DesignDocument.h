@@ -64,10 +64,10 @@ public:
     void ShowReference(bool show) { showReference = show; }
 
     /// Keeps the finished design as the reference and shows it.
-    void SetReference();
+    void SetReference(const MessageCallback& report);
 
     /// Exchanges design and reference. A calculation has to follow.
-    void ExchangeReference();
+    void ExchangeReference(const MessageCallback& report);
 
     /// The bytes of the reference's response that each drawing takes afresh.
     void RefreshReference(const MessageCallback& report);

@@ -52,6 +52,22 @@ void ForceLoad(DesignInputs& inputs, FilterDesign& design) {
 
 }  // namespace
 
+const char* TextOf(LoadReason why) {
+    switch (why) {
+        case LoadReason::Equal:
+            return "equal to R Source, as this response needs it";
+        case LoadReason::Twice:
+            return "twice R Source, as this response needs it";
+        case LoadReason::Half:
+            return "half of R Source, as this response needs it";
+        case LoadReason::Chebyshev:
+            return "the limit of an even-order Chebyshev";
+        case LoadReason::Elliptic:
+            return "the one that this elliptic ladder needs";
+    }
+    return "";
+}
+
 DesignInputs::DesignInputs() {
     for (const InputRow& row : InputRows())
         Box(row.Id).Text = row.Initial;

@@ -37,15 +37,8 @@ struct DesignInputs {
     std::array<int, NumChoices> Choices{};
 };
 
-/// Why the program's load may stand in the place of the user's.
-namespace LoadReason {
-inline constexpr std::string_view Equal = "equal to R Source, as this response needs it";
-inline constexpr std::string_view Twice = "twice R Source, as this response needs it";
-inline constexpr std::string_view Half = "half of R Source, as this response needs it";
-inline constexpr std::string_view Chebyshev = "the limit of an even-order Chebyshev";
-inline constexpr std::string_view Elliptic = "the one that this elliptic ladder needs";
-inline constexpr std::array All = {Equal, Twice, Half, Chebyshev, Elliptic};
-}  // namespace LoadReason
+/// Why a load was moved, for people: "equal to R Source, as this response needs it".
+const char* TextOf(LoadReason why);
 
 /// True for the pass types whose elliptic sections come in four trap forms.
 constexpr bool HasTrapPanel(PassType pass) {

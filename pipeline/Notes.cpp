@@ -5,6 +5,7 @@
 
 #include "analysis/PartValues.h"
 #include "design/ChoiceNames.h"
+#include "files/CoefficientsFile.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NortonSequence.h"
 #include "scaling/BandScaler.h"
@@ -109,7 +110,7 @@ void AddMovedLoad(const DesignInputs& inputs, std::vector<Note>& notes) {
     const std::string typed = ohms(box.Moved->Wanted);
     notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name,
                      "R Load was moved to " + ohms(box.ExactValue.value_or(0.0)) + " ohm, " +
-                         box.Moved->Why + "; " + typed + " ohm was asked for.",
+                         TextOf(box.Moved->Why) + "; " + typed + " ohm was asked for.",
                      typed, box.Text, box.Colour});
 }
 
@@ -168,11 +169,33 @@ void AddOverrides(const FilterDesign& design, std::vector<Note>& notes) {
                              (design.FormCLC ? "CLC" : "LCL") + "."});
 }
 
+/// Why a coefficients file that was read is not in use: it lacks the order.
+void AddMissingOrder(const FilterDesign& design, std::vector<Note>& notes) {
+    if (!design.Flags.FellBack || !design.CoefFileRead ||
+        HasOrder(design.CoefficientTable, design.NumPoles))
+        return;
+    std::string orders;
+    int count = 0;
+    for (int n = 1; n <= MaxPoles; ++n)
+        if (HasOrder(design.CoefficientTable, n)) {
+            orders += (count++ > 0 ? ", " : "") + std::to_string(n);
+        }
+    notes.push_back({NoteKind::NoSuchOrder, "coefficients",
+                     "The coefficients file has no order " + std::to_string(design.NumPoles) +
+                         ", only " + (count == 1 ? "order " : "the orders ") + orders +
+                         ": this is a Butterworth response."});
+}
+
+/// An M of less than its bound that nobody typed is the one for 3 poles, where it plays no part.
+bool IsLeftoverM(const InputRow& row, const NumberBox& box) {
+    return row.Id == InputId::NortonM && !box.ReplacedTyped && box.Reason == Unfit::BelowMinimum;
+}
+
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
         const NumberBox& box = inputs.Box(row.Id);
-        if (!box.ReplacedText) continue;
+        if (!box.ReplacedText || IsLeftoverM(row, box)) continue;
         Note note{NoteKind::Replaced, row.Name, ReplacedText(row, box),
                   *box.ReplacedText,  box.Text, box.Colour};
         note.Idle = !IsEnabled(row, inputs);
@@ -205,6 +228,10 @@ const char* NameOf(NoteKind kind) {
             return "discarded";
         case NoteKind::NotVaried:
             return "not-varied";
+        case NoteKind::NotOptimised:
+            return "not-optimised";
+        case NoteKind::NoSuchOrder:
+            return "no-such-order";
     }
     return "";
 }
@@ -219,10 +246,13 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     if (const std::string fault = NortonFault(design); !fault.empty())
         notes.push_back({NoteKind::Unrealisable, "norton-type", fault});
     AddUnrealisable(design, notes);
+    AddMissingOrder(design, notes);
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);
     AddMovedLoad(calculation.Inputs, notes);
     AddOverrides(design, notes);
+    if (const std::string text = NortonSearchText(design); !text.empty())
+        notes.push_back({NoteKind::NotOptimised, "auto-optimize", text});
     if (design.PassType == PassType::DirectCoupled) AddEndTanks(design, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;

@@ -21,6 +21,8 @@ enum class NoteKind {
     Edited,
     Discarded,
     NotVaried,
+    NotOptimised,
+    NoSuchOrder,
 };
 
 /// One note. Name is the console program's name of the input, or "slot 3" for an element.
@@ -35,7 +37,7 @@ struct Note {
 };
 
 /// "replaced", "load-moved", "atten-raised", "form-forced", "end-tank", "unrealisable",
-/// "math-error", "edited", "discarded", "not-varied".
+/// "math-error", "edited", "discarded", "not-varied", "not-optimised", "no-such-order".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "numbers/Formatfunctions.h"
+#include "scaling/BandScaler.h"
 
 namespace ladderwise {
 
@@ -110,6 +111,24 @@ void AddPairedAttenuations(const ResponseResults& results, ResultTexts& texts) {
 
 ResponseResults ResultsOf(const FilterDesign& design) {
     return ComputeResults(design, ReturnLossBandEdge(design));
+}
+
+std::vector<double> TrapFrequencies(const FilterDesign& design) {
+    std::vector<double> traps;
+    for (int k = 0; k < design.Elliptic.NumTraps; ++k)
+        for (const double f : ScaledFrequencies(design, design.Elliptic.TrapFreqs[k]))
+            traps.push_back(f);
+    return traps;
+}
+
+ResultTexts DescribeTraps(const FilterDesign& design) {
+    std::string list;
+    for (const double f : TrapFrequencies(design))
+        list += (list.empty() ? "" : ", ") + Hz(f);
+    if (list.empty()) return {};
+    const bool ideal = design.PartModel.Choice == PartChoice::IdealParts && !design.StdLCValues &&
+                       !HasEdits(design);
+    return {{ideal ? "traps" : "traps as designed", list}};
 }
 
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results) {

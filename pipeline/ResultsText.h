@@ -18,8 +18,16 @@ ResponseResults ResultsOf(const FilterDesign& design);
 using ResultTexts = std::vector<std::pair<std::string, std::string>>;
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results);
 
-/// The same as one line: "Loss at F0 3.01 dB, -3 dB edge 200 MHz, ...", for band-passes and notches
-/// a shorter one.
+/// Resonances of the traps that an elliptic ladder is made for, Hz, in their order from the source;
+/// of a band-pass or notch two of each. Empty for other designs.
+std::vector<double> TrapFrequencies(const FilterDesign& design);
+
+/// The same for people: {"traps", "240.12 MHz, 301.5 MHz"}, or none. Of parts that are not the
+/// ideal ones they are those "as designed".
+ResultTexts DescribeTraps(const FilterDesign& design);
+
+/// All figures as one line: "Loss at F0 3.01 dB, -3 dB edge 200 MHz, ...", for band-passes and
+/// notches a shorter one.
 std::string ResultsLine(const FilterDesign& design, const ResponseResults& results);
 
 }  // namespace ladderwise

@@ -25,6 +25,7 @@ namespace {
 constexpr QSize SmallestGraph(320, 180);
 constexpr int StartGraphHeight = 340;  ///< pixels
 constexpr int MostColumns = 9;         ///< of a transformed ladder
+constexpr int SearchNoteLines = 5;
 constexpr int OffsetBelowOwner = 150;  ///< pixels from the owner's top: its boxes stay in view
 
 /// The spin buttons of a box, from left to right.
@@ -172,6 +173,13 @@ QWidget* NortonWindow::BuildSearch() {
     connect(button, &QPushButton::clicked, this,
             [this] { actions.Use(NortonControl::OptimizeButton, nullptr); });
     column->addWidget(button);
+    searchNote = new QLabel(group);
+    searchNote->setObjectName("SearchNote");
+    searchNote->setWordWrap(true);
+    // Its words take lines, not width, and their room stays while there are none.
+    searchNote->setMinimumHeight(SearchNoteLines * searchNote->fontMetrics().lineSpacing());
+    searchNote->setAlignment(Qt::AlignTop);
+    column->addWidget(searchNote);
     return group;
 }
 
@@ -214,6 +222,7 @@ void NortonWindow::ShowInputs() {
     binder.ShowInputs(design);
     for (const Arrows& a : arrows)
         a.Row->setVisible(StepsShown(a.Id));
+    searchNote->setText(QString::fromStdString(NortonSearchText(design)));
     graph->update();
 }
 

@@ -96,7 +96,8 @@ void ActAtRandom(Session& session, std::mt19937& random) {
     switch (below(9)) {
         case 0:
         case 1: {
-            static const char* const texts[] = {"1", "7", "145.825", "50", "0.5", "rubbish", "", "1e9"};
+            static const char* const texts[] = {"1",   "7",       "145.825", "50",
+                                                "0.5", "rubbish", "",        "1e9"};
             return session.Type(static_cast<InputId>(below(NumInputs)), texts[below(8)]);
         }
         case 2:
@@ -113,11 +114,11 @@ void ActAtRandom(Session& session, std::mt19937& random) {
             document.Markers.FreqMarkers[1] = below(1000);
             return session.Note();
         case 7:
-            document.SetReference();
+            document.SetReference({});
             return session.Calculate();
         case 8:
             if (below(2) == 0) {
-                document.ExchangeReference();
+                document.ExchangeReference({});
                 return session.Calculate();
             }
             if (BringBackEdits(document.Work)) document.AnalyseEdits({});
@@ -145,12 +146,14 @@ TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
         for (std::size_t i = states.size() - 1; i-- > 0;) {
             ASSERT_FALSE(session.Document.UndoName().empty());
             ASSERT_TRUE(session.Document.Undo());
-            ASSERT_TRUE(BytesOf(session.Document) == states[i]) << "undo to " << i << ", seed " << seed;
+            ASSERT_TRUE(BytesOf(session.Document) == states[i])
+                << "undo to " << i << ", seed " << seed;
         }
         EXPECT_FALSE(session.Document.Undo());
         for (std::size_t i = 1; i < states.size(); ++i) {
             ASSERT_TRUE(session.Document.Redo());
-            ASSERT_TRUE(BytesOf(session.Document) == states[i]) << "redo to " << i << ", seed " << seed;
+            ASSERT_TRUE(BytesOf(session.Document) == states[i])
+                << "redo to " << i << ", seed " << seed;
         }
         EXPECT_FALSE(session.Document.Redo());
     }

@@ -219,7 +219,8 @@ TEST(Pipeline, NortonReadsItsBoxes) {
         {{}, 3, 1, 2, 1, ""},
         {{{"poles", "4"}, {"response", "chebyshev"}}, 3, 1, 2, 1, "poles"},  // an even one would move the load
         {{{"a", "200"}, {"k", "1"}}, 3, 100, 1.001, 1, "ak"},
-        {{{"poles", "5"}}, 5, 1, 2, 1.001, "m"},
+        {{{"poles", "5"}}, 5, 1, 2, 1.001, ""},  // nobody typed the M of 3 poles
+        {{{"poles", "5"}, {"m", "1.00"}}, 5, 1, 2, 1.001, "m"},
         {{{"poles", "9"}, {"a", "x"}, {"m", "7.5"}}, 5, 1, 2, 7.5, "polesa"}};
     // clang-format on
     for (const auto& c : cases) {
@@ -278,6 +279,20 @@ TEST(Pipeline, NortonStepsAndSearches) {
     EXPECT_TRUE(ApplyNortonControl(NortonControl::SpinButton, session.Inputs, session.Design));
     EXPECT_EQ(session.Inputs.Box(InputId::NortonK).Text, "31.87");
     EXPECT_EQ(session.Inputs.Box(InputId::NortonM).Text, "12.82");
+    // Whether the values shown are those of the search; any change that moves it says so.
+    const auto remark = [&](const Settings& settings) {
+        session.Run(settings);
+        return NortonSearchText(session.Design);
+    };
+    EXPECT_EQ(remark({}), "");
+    const std::string text = remark({{"f0", "100"}});
+    ASSERT_NE(text.find("K 31.87 and M 12.82 are not optimised"), std::string::npos) << text;
+    EXPECT_TRUE(ApplyNortonControl(NortonControl::OptimizeButton, session.Inputs, session.Design));
+    EXPECT_EQ(remark({}), "");
+    EXPECT_TRUE(text.ends_with("gives K " + session.Inputs.Box(InputId::NortonK).Text + " and M " +
+                               session.Inputs.Box(InputId::NortonM).Text + "."));
+    EXPECT_NE(remark({{"poles", "3"}}), "");
+    EXPECT_EQ(remark({{"auto-optimize", "off"}}), "");
 }
 
 TEST(Pipeline, LowPassPrototypeHasTheGValues) {

@@ -185,6 +185,10 @@ const ChoiceTable& TableOf(ChoiceId id) {
     return tables[static_cast<std::size_t>(id)];
 }
 
+bool IsSwitch(ChoiceId id) {
+    return !*TableOf(id).Rows.front().Component;
+}
+
 const ChoiceRow* FindRow(ChoiceId id, int code) {
     for (const ChoiceRow& row : TableOf(id).Rows)
         if (row.Code == code) return &row;

@@ -84,6 +84,9 @@ const std::vector<ChoiceTable>& ChoiceTables();
 
 const ChoiceTable& TableOf(ChoiceId id);
 
+/// True for a check box: "off" has no control of its own.
+bool IsSwitch(ChoiceId id);
+
 /// The row of a code; null if there is none.
 const ChoiceRow* FindRow(ChoiceId id, int code);
 

@@ -211,7 +211,7 @@ void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
         inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);
 }
 
-/// RunAnalysis up to the plot.
+/// From the scaled ladder to the analysed one of parts that can be bought.
 void PrepareAnalysis(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
     calculation.IdealElements = design.Elements;
@@ -297,12 +297,6 @@ void FinishCalculation(Calculation& calculation, const MessageCallback& report,
     if (plotRun) plotRun({0, calculation.Quantities, calculation.Design.Response});
     const auto seed = std::exchange(calculation.PendingSeed, std::nullopt);
     if (seed) RunWorstCase(calculation, *seed, report, plotRun);
-}
-
-void RunAnalysis(Calculation& calculation, const MessageCallback& report,
-                 const PlotRunCallback& plotRun) {
-    PrepareAnalysis(calculation, report);
-    FinishCalculation(calculation, report, plotRun);
 }
 
 void AskForRepeat(Calculation& calculation) {

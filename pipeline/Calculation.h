@@ -88,12 +88,6 @@ void BuildSweepGrid(FilterDesign& design);
 /// prototype, scaling.
 void BuildLadder(FilterDesign& design, const MessageCallback& report);
 
-/// De-embedding and standard values where asked for, analysis, display quantities, plotRun of run
-/// 0; then, for a worst case, plotRun of each of the randomised runs. Afterwards Elements, Response
-/// and Quantities are those of the nominal ladder again. A null callback plots nothing.
-void RunAnalysis(Calculation& calculation, const MessageCallback& report,
-                 const PlotRunCallback& plotRun);
-
 /// Analyses the ladder in Elements as it stands, edited by hand, and settles what the plot shows of
 /// it; there is no worst case of it.
 void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report);
@@ -120,7 +114,10 @@ void FinishCalculation(Calculation& calculation, const MessageCallback& report,
                        const PlotRunCallback& plotRun);
 
 /// The whole calculation, from the boxes and choices to the analysed ladder and its display
-/// quantities: ReadInputs, BuildLadder, RunAnalysis, and the marks that they leave in the boxes.
+/// quantities: ReadInputs, BuildLadder, de-embedding and standard values where asked for, the
+/// analysis, and the marks that they leave in the boxes; plotRun of run 0; then, for a worst case,
+/// plotRun of each of the randomised runs. Afterwards Elements, Response and Quantities are those
+/// of the nominal ladder again.
 /// Values changed by hand are discarded and kept in Discarded. A callback only paints.
 void Calculate(Calculation& calculation, const MessageCallback& report,
                const PlotRunCallback& plotRun = nullptr);

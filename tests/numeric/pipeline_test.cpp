@@ -171,7 +171,7 @@ TEST(Pipeline, BandWidthUnitsAndNortonPoles) {
     session.Read({{"pass", "norton"}, {"poles", "10"}, {"f0", "145.825"}, {"bw", "12.3456"}});
     EXPECT_EQ(session.Design.NumPoles, 5);
     session.Inputs.Box(InputId::NumPoles).Type("10");
-    NumPolesUpDownClick(session.Inputs, session.Design, {SpinDirection::Down}, {});
+    StepInput(InputId::NumPoles, session.Inputs, session.Design, {SpinDirection::Down}, {});
     EXPECT_EQ(session.Design.NumPoles, 3);
     session.Choose(ChoiceId::BandWidthUnit, BandWidthInPercent);
     EXPECT_EQ(session.Inputs.Box(InputId::BandWidth).Text, "8.47");  // 12.3456 / 145.825

@@ -18,6 +18,7 @@ enum class Command {
     Exit,
     PartDefinitions,
     BringBack,
+    PartValues,  ///< shown at the designators
     Options,
     FixSeed,
     SetSeed,

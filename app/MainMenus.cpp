@@ -68,7 +68,8 @@ const std::vector<MenuTable>& MenuTables() {
     {"SweepMenu", "Sweep F&7", {R{ChoiceId::Sweep, 0, 5}}},
     {"PartsMenu", "P&arts", {
         C{PartDefinitions, "PartDefinitionsMenu", "Part &Definitions"},
-        C{BringBack, "BringBackMenu", "Bring Back &Edited Values"}}},
+        C{BringBack, "BringBackMenu", "Bring Back &Edited Values"},
+        C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"}}},
     {"OptionsMenu", "&Options", {
         C{Options, "OptionsWindowMenu", "&Options..."},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
@@ -113,7 +114,7 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
     if (row.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
         action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
-    action->setCheckable(row.Id == Command::FixSeed);
+    action->setCheckable(row.Id == Command::FixSeed || row.Id == Command::PartValues);
     return action;
 }
 

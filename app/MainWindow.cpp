@@ -13,9 +13,11 @@
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/ResultsPanel.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
 #include "controls/WindowPlacement.h"
+#include "design/ChoiceNames.h"
 
 namespace ladderwise {
 
@@ -23,6 +25,7 @@ namespace {
 
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
+constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
 
 std::optional<FormKey> FormKeyOf(int key) {
     constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
@@ -82,7 +85,7 @@ void MainWindow::SetSizes() {
     setMinimumSize(SmallestSize.boundedTo(room));
     client->Panel()->FitInto(room.width());
     // Where the screen has room for it the whole input panel is seen, whatever the font.
-    const QSize panel(client->Panel()->minimumSizeHint().width(), 0);
+    const QSize panel = client->Panel()->minimumSizeHint() + QSize(0, RoomBelowPanel);
     resize(StartSize.expandedTo(panel).boundedTo(room));
 }
 
@@ -114,6 +117,7 @@ void MainWindow::ConnectClient() {
         commands->PressAt(at);
         menus->PopUpMarkers(global);
     });
+    connect(client->Results(), &ResultsPanel::Unfolded, &session, &DesignSession::ShowResults);
     const ValueGrid* const grid = client->Grid();
     connect(grid, &ValueGrid::Edited, &session, &DesignSession::SimulateGrid);
     connect(grid, &ValueGrid::Stepped, this, &MainWindow::FormKeyDown);
@@ -141,7 +145,9 @@ void MainWindow::Start(const Folders& found, const std::string& design) {
 
 void MainWindow::ShowTitle() {
     const DesignDocument& document = session.Document;
-    QString title = document.File().empty() ? "Ladderwise" : FileCaption(document.File());
+    const QString design = QString::fromStdString(DesignTitle(document.Work.Design));
+    QString title = document.File().empty() ? design + QStringLiteral(" \u2014 Ladderwise")
+                                            : FileCaption(document.File());
     title.replace("[*]", "[*][*]");
     const bool modified = document.Modified();
     if (!modified) setWindowModified(false);

@@ -56,6 +56,8 @@ void MenuCommands::Run(Command command) {
             return windows.ShowPartDefinitions();
         case Command::BringBack:
             return BringBack();
+        case Command::PartValues:
+            return ShowPartValues();
         case Command::Options:
             return windows.ShowOptions();
         case Command::FixSeed:
@@ -113,6 +115,12 @@ void MenuCommands::BringBack() {
     session.StoreInputs();
     client.Grid()->ForgetRejected();
     if (BringBackEdits(session.Document.Work)) session.AnalyseAndDraw();
+}
+
+void MenuCommands::ShowPartValues() {
+    partValues = !partValues;
+    client.Area()->ShowPartValues(partValues);
+    session.Redraw();
 }
 
 void MenuCommands::ToggleFixedSeed() {

@@ -35,6 +35,7 @@ public:
 
 private:
     void BringBack();
+    void ShowPartValues();
     void ToggleFixedSeed();
     void SetSeed();
     void PrintPage();
@@ -45,6 +46,7 @@ private:
     ClientArea& client;
     const MessageCallback& report;
     QWidget* window;
+    bool partValues = false;  ///< at the designators
 };
 
 }  // namespace ladderwise

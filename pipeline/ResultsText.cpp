@@ -152,4 +152,16 @@ std::string ResultsLine(const FilterDesign& design, const ResponseResults& resul
     return line;
 }
 
+std::string ChiefFigures(const FilterDesign& design, const ResponseResults& results) {
+    if (!results.Valid) return {};
+    ResultTexts texts = {{"Loss at F0", Db(results.LossAtF0)}};
+    AddEdges(design, results, texts);
+    texts.resize(2);  // without the width
+    texts.emplace_back("return loss at least", Db(results.WorstReturnLoss));
+    std::string line;
+    for (const auto& [name, value] : texts)
+        line += (line.empty() ? "" : ", ") + name + " " + value;
+    return line;
+}
+
 }  // namespace ladderwise

@@ -100,14 +100,14 @@ TEST(Markers, AnnotationsStandOnTheirTracesAndOffEachOther) {
     PlotCover cover(sweep.Layout);
     MarkerDrawing drawing;
     AppendMarkerLines(markers, sweep, Response.MagnitudeDb, Metrics, cover, drawing);
-    AppendTraceMarkers(markers, sweep, {Response.Traces()}, Metrics, cover, drawing);
+    AppendTraceMarkers(markers, sweep, {Response.Traces()}, true, Metrics, cover, drawing);
     ASSERT_EQ(drawing.Labels.size(), 3u + 3u * 3u + 1u + 1u);
     EXPECT_EQ(drawing.Lines[0].X1, MapIndex(504, 1024, sweep.Layout));
     EXPECT_EQ(drawing.Dots[0].X, drawing.Lines[0].X1);
     EXPECT_EQ(drawing.Labels[3].Text,
               TraceValueText(TraceKind::Mag10dB, Response.MagnitudeDb[504]));
     // w^6 = 99 at -20 dB, 10^0.6 - 1 at -6 dB.
-    EXPECT_EQ(drawing.Labels[6].Text, "-20.00 dB 430.2 MHz");
+    EXPECT_EQ(drawing.Labels[6].Text, "L1 -20.00 dB 430.2 MHz");
     EXPECT_EQ(drawing.Labels[7].Text, "6 dB Freq = 239.9 MHz");
     for (std::size_t a = 0; a < drawing.Labels.size(); ++a)
         for (std::size_t b = 0; b < a; ++b)

@@ -143,11 +143,6 @@ void MultiplySlot(const SlotAtPoint& p) {
     }
 }
 
-/// Slots in use, never beyond the list.
-int SlotsInUse(const FilterDesign& design) {
-    return std::clamp(design.NumElements, 0, NumSlots - 1);
-}
-
 /// One value as the kernel takes it.
 KernelValue PrepareValue(ValueKind kind, double value) {
     switch (kind) {

@@ -225,6 +225,26 @@ int PeakIndex(std::span<const double> levels) {
     return index;
 }
 
+void ApplyMarkerCommand(MarkerCommand command, MarkerState& markers, const MarkedSweep& sweep,
+                        double F0, std::span<const double> levels) {
+    switch (command) {
+        case MarkerCommand::SetRefToF0:
+            return SetRefToF0(markers, F0);
+        case MarkerCommand::SetRefAtPeak:
+            return SetRefAtPeak(markers);
+        case MarkerCommand::SetRefAtCursor:
+            return SetRefAtCursor(markers, sweep);
+        case MarkerCommand::ClearReference:
+            return markers.ClearReference();
+        case MarkerCommand::AddFreqMarker:
+            return AddFreqMarker(markers, sweep);
+        case MarkerCommand::AddDbMarker:
+            return AddDbMarker(markers, sweep, levels);
+        case MarkerCommand::ClearMarkers:
+            return ClearMarkers(markers);
+    }
+}
+
 void SetRefToF0(MarkerState& markers, double F0) {
     markers.RefDb = 0.0;
     markers.RefFreq = F0;
@@ -240,12 +260,6 @@ void SetRefAtCursor(MarkerState& markers, const MarkedSweep& sweep) {
         SweepIndexAt(markers.ClickX, static_cast<int>(sweep.Freqs.size()), sweep.Layout);
     markers.RefDb = LevelAtY(markers.ClickY, sweep);
     markers.RefFreq = sweep.Freqs[static_cast<std::size_t>(index)];
-    markers.RefAtPeak = false;
-}
-
-void ClearReference(MarkerState& markers) {
-    markers.RefFreq = NoReference;
-    markers.RefDb = NoReference;
     markers.RefAtPeak = false;
 }
 

@@ -44,11 +44,25 @@ double LevelAtY(int y, const MarkedSweep& sweep);
 /// is none.
 int PeakIndex(std::span<const double> levels);
 
+/// The commands of the plot's menu.
+enum class MarkerCommand {
+    SetRefToF0,
+    SetRefAtPeak,
+    SetRefAtCursor,
+    ClearReference,
+    AddFreqMarker,
+    AddDbMarker,
+    ClearMarkers,
+};
+
+/// Carries out a command. `levels` (dB) is the nominal magnitude.
+void ApplyMarkerCommand(MarkerCommand command, MarkerState& markers, const MarkedSweep& sweep,
+                        double F0, std::span<const double> levels);
+
 void SetRefToF0(MarkerState& markers, double F0);
 void SetRefAtPeak(MarkerState& markers);
 /// Takes frequency and level at ClickX, ClickY.
 void SetRefAtCursor(MarkerState& markers, const MarkedSweep& sweep);
-void ClearReference(MarkerState& markers);
 /// Marks the sweep point at ClickX. Of a full list the last marker is replaced.
 void AddFreqMarker(MarkerState& markers, const MarkedSweep& sweep);
 /// Marks the level at ClickY, relative to the peak of `levels` (dB).

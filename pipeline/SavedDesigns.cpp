@@ -25,10 +25,6 @@ const InputRow& RecordRow(const InputRow& row) {
                          [&](const InputRow& other) { return other.Id == row.Id; });
 }
 
-bool IsSwitch(const ChoiceTable& table) {
-    return !*table.Rows.front().Component;  // "off" has no control of its own
-}
-
 /// Calls `use` for every input with the row of the unit chosen.
 template <typename Use>
 void ForEachInput(const DesignInputs& inputs, Use use) {
@@ -133,7 +129,7 @@ void LoadNumbers(const DesignRecord& record, DesignInputs& inputs, const FilterD
 
 int LoadedChoice(const DesignRecord& record, const ChoiceTable& table) {
     const std::string& name = record.Text(table.Record);
-    if (name.empty() && IsSwitch(table)) return 0;
+    if (name.empty() && IsSwitch(table.Id)) return 0;
     const auto found = FindComponent(name);
     if (found && found->Id == table.Id) return found->Code;
     if (*table.RecordCode) {

@@ -45,8 +45,8 @@ struct ResponseResults {
 };
 
 /// How far the return-loss band reaches, as a fraction of the way to the 3 dB corner of the
-/// low-pass prototype: the ripple band of a Chebyshev or elliptic response; for the families without
-/// ripple the inner half, because close to their corner they reflect by nature.
+/// low-pass prototype: the ripple band of a Chebyshev or elliptic response; for the families
+/// without ripple the inner half, because close to their corner they reflect by nature.
 double ReturnLossBandEdge(const FilterDesign& design);
 
 /// Analyses the ladder of `design` at and around F0. `bandEdge` is ReturnLossBandEdge, or the

@@ -1,13 +1,12 @@
-// JSON by hand: the format asks for 17 significant digits, which common writers do not give.
+// The JSON of a calculation, member by member.
 #include "cli/JsonOutput.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <span>
 
-#include "cli/Terminal.h"
+#include "exchange/Json.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
@@ -18,26 +17,8 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int SignificantDigits = 17;  ///< any double survives the way to text and back
-
 std::string Number(double x) {
-    if (!std::isfinite(x)) return "null";
-    std::array<char, 40> buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), x,
-                                   std::chars_format::general, SignificantDigits)
-                         .ptr;
-    return {buffer.data(), end};
-}
-
-/// A text as typed, with U+FFFD for every byte that is no UTF-8: JSON must stay readable.
-std::string CleanUtf8(std::string_view text) {
-    std::string clean;
-    while (!text.empty()) {
-        const std::size_t length = SequenceLength(text);
-        clean += length > 0 ? std::string(text.substr(0, length)) : std::string("\xef\xbf\xbd");
-        text.remove_prefix(std::max<std::size_t>(length, 1));
-    }
-    return clean;
+    return JsonNumber(x);
 }
 
 /// `separator` is that of the texts to come, which follow the locale; the JSON does not.
@@ -46,23 +27,7 @@ std::string Pointed(const std::string& text, char separator) {
 }
 
 std::string Quoted(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char c : CleanUtf8(text)) {
-        if (c == '"' || c == '\\') {
-            quoted += '\\';
-            quoted += c;
-        } else if (c == '\n') {
-            quoted += "\\n";
-        } else if (static_cast<unsigned char>(c) < 0x20) {
-            constexpr std::string_view hex = "0123456789abcdef";
-            quoted += "\\u00";
-            quoted += hex[static_cast<unsigned char>(c) >> 4];
-            quoted += hex[static_cast<unsigned char>(c) & 15];
-        } else {
-            quoted += c;
-        }
-    }
-    return quoted + '"';
+    return JsonQuoted(text);
 }
 
 /// A list of `count` items, each made by `item(index)`.
@@ -216,9 +181,34 @@ std::string NortonObject(const NortonResult& result) {
            ", \"inductors\": " + list(result.Inductors, result.NortonIndCount) + "}";
 }
 
+std::string MeasuredObject(const MeasuredNetwork& measured) {
+    const NetworkData& data = measured.Network;
+    const auto pair = [](Complex z) {
+        return "[" + Number(z.real()) + ", " + Number(z.imag()) + "]";
+    };
+    const auto parameter = [&](Complex SParameters::*which, bool isThere) {
+        if (!isThere) return std::string("null");
+        return List(data.S.size(), [&](std::size_t i) { return pair(data.S[i].*which); });
+    };
+    const bool two = data.Ports == 2;
+    const PortResistances& ohms = data.Reference;
+    return "{\"file\": " + Quoted(measured.File) +
+           ", \"points\": " + std::to_string(data.Hz.size()) +
+           ",\n    \"hz\": " + Numbers(data.Hz) + ",\n    \"s\": [" +
+           parameter(&SParameters::S11, true) + ",\n      " + parameter(&SParameters::S21, two) +
+           ",\n      " + parameter(&SParameters::S12, two) + ",\n      " +
+           parameter(&SParameters::S22, two) + "],\n    \"reference_ohm\": " +
+           (ohms.Source == ohms.Load ? Number(ohms.Source)
+                                     : "[" + Number(ohms.Source) + ", " + Number(ohms.Load) + "]") +
+           ", \"messages\": " +
+           List(data.Messages.size(), [&](std::size_t i) { return Quoted(data.Messages[i]); }) +
+           "}";
+}
+
 }  // namespace
 
-std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages) {
+std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
+                     const std::vector<MeasuredNetwork>& measured) {
     // Texts made from here on have points; what the calculation has left is turned where it stands.
     const char separator = SystemFormatSettings().DecimalSeparator;
     const FormatSettingsScope points({'.'});
@@ -261,6 +251,8 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));
+    member("measured",
+           List(measured.size(), [&](std::size_t i) { return MeasuredObject(measured[i]); }));
     member("messages", List(messages.size(), [&](std::size_t i) {
                return "{\"caption\": " + Quoted(messages[i].Caption) +
                       ", \"text\": " + Quoted(Pointed(messages[i].Text, separator)) + "}";

@@ -12,6 +12,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/DesignFiles.h"
+#include "cli/Exports.h"
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
 #include "cli/Terminal.h"
@@ -40,6 +41,9 @@ struct Session {
     std::vector<RecordedMessage> Messages;  ///< what the window would show in boxes
     std::size_t MessagesPrinted = 0;
     std::vector<OverlayRun> Overlay;  ///< the traces of the worst-case runs
+    std::vector<ElementList> Runs;    ///< the ladders of the first of them
+    DesignCompanion Companion;        ///< of the design file that was opened
+    std::vector<MeasuredNetwork> Measured;
 };
 
 void PrintError(const std::string& text) {
@@ -81,6 +85,19 @@ bool ApplySettings(Session& session, const Arguments& arguments) {
     return true;
 }
 
+/// Puts the values edited by hand that a design file had beside it into the ladder. Analysed as it
+/// stands, it has no worst case.
+bool TakeEdits(Session& session) {
+    const std::vector<EditedValue>& edits = session.Companion.Edited;
+    if (edits.empty()) return false;
+    if (ApplyEdits(session.Calc.Design, edits)) return true;
+    Recorder(session)(
+        "Error",
+        "the values edited by hand belong to another ladder than the one calculated; they were "
+        "left out");
+    return false;
+}
+
 /// True if the command line sets the input of that name.
 bool Sets(const Arguments& arguments, const std::string& name) {
     return std::any_of(arguments.Settings.begin(), arguments.Settings.end(),
@@ -89,15 +106,37 @@ bool Sets(const Arguments& arguments, const std::string& name) {
 
 /// K and M are searched where the command line asks for it. A file that has "Auto Optimize" checked
 /// does not: it gives the ladder that it was saved with, here as in the window.
-void Design(Session& session, const Arguments& arguments, bool keepOverlay) {
+void Design(Session& session, const Arguments& arguments) {
     DesignInputs& inputs = session.Calc.Inputs;
     if (inputs.Pass() == PassType::Norton && inputs.IsOn(ChoiceId::AutoOptimize) &&
         Sets(arguments, TableOf(ChoiceId::AutoOptimize).Name))
         OptimizeNorton(inputs, session.Calc.Design);
-    Calculate(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
-        if (run.Number > 0 && keepOverlay)
+    PrepareCalculation(session.Calc, Recorder(session));
+    if (TakeEdits(session)) return AnalyseAsItStands(session.Calc, Recorder(session));
+    FinishCalculation(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
+        if (run.Number > 0 && !arguments.PlotFile.empty())
             session.Overlay.push_back({run.Quantities, run.Response});
+        if (run.Number > 0 && run.Number <= arguments.Exports.TouchstoneRuns)
+            session.Runs.push_back(session.Calc.Design.Elements);
     });
+}
+
+/// Reads the measured files: of the command line all or none, of the design those that can be read.
+/// False after one of the command line that cannot.
+bool ReadMeasured(Session& session, const Arguments& arguments) {
+    for (const MeasuredFile& file : session.Companion.Measured) {
+        session.Measured.push_back(OpenMeasured(file.Path));
+        if (session.Measured.back().Error.empty()) continue;
+        Recorder(session)("Error", session.Measured.back().Error);
+        session.Measured.pop_back();
+    }
+    for (const std::string& path : arguments.MeasuredFiles) {
+        session.Measured.push_back(OpenMeasured(path));
+        if (session.Measured.back().Error.empty()) continue;
+        PrintError(session.Measured.back().Error);
+        return false;
+    }
+    return true;
 }
 
 /// Reports messages and notes on standard error: what became of the user's own entries first, since
@@ -115,11 +154,17 @@ void PrintRemarks(Session& session, const Arguments& arguments) {
     print(false);
 }
 
-/// Saves the design where that is asked for. False if it failed.
+/// Saves the design where that is asked for, and beside it what its record has no room for. False
+/// if it failed.
 bool SaveDesign(Session& session, const Arguments& arguments) {
     if (arguments.SaveFile.empty()) return true;
-    const std::string error = SaveDesignFile(session.Calc, arguments.SaveFile, Recorder(session));
+    std::string error = SaveDesignFile(session.Calc, arguments.SaveFile, Recorder(session));
     PrintMessages(session);
+    DesignCompanion companion = session.Companion;
+    companion.Edited = EditsOf(session.Calc.Design);
+    for (const std::string& path : arguments.MeasuredFiles)
+        companion.Measured.push_back({path, false, 0.0, 0.0, false, {}});
+    if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);
     if (!error.empty()) PrintError(error);
     return error.empty();
 }
@@ -195,15 +240,23 @@ int Run(const Arguments& arguments) {
             PrintError(error);
             return ExitUsage;
         }
+        session->Companion = OpenCompanion(arguments.DesignFile, Recorder(*session));
     }
-    if (!ApplySettings(*session, arguments)) return ExitUsage;
-    Design(*session, arguments, !arguments.PlotFile.empty());
+    if (!ApplySettings(*session, arguments) || !ReadMeasured(*session, arguments)) return ExitUsage;
+    Design(*session, arguments);
     PrintRemarks(*session, arguments);
+    const std::string unfit = ExportUsageError(arguments.Exports, session->Calc);
+    if (!unfit.empty()) {
+        PrintError(unfit);
+        return ExitUsage;
+    }
     bool written = SaveDesign(*session, arguments);
+    written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
     if (arguments.Table) written = WriteOutput("-", TableText(session->Calc)) && written;
     if (!arguments.JsonFile.empty())
-        written =
-            WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages)) && written;
+        written = WriteOutput(arguments.JsonFile,
+                              JsonText(session->Calc, session->Messages, session->Measured)) &&
+                  written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;
 }

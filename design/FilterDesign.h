@@ -54,6 +54,15 @@ constexpr bool IsElliptic(ResponseType response) {
     return response >= ResponseType::EllipticA && response <= ResponseType::EllipticE;
 }
 
+/// The order of the low-pass prototype of a family whose number counts `count` traps, or poles: an
+/// elliptic one has two poles for each trap and one to three more.
+constexpr int OrderOf(ResponseType response, int count) {
+    if (!IsElliptic(response)) return count;
+    return 2 * count + (response == ResponseType::EllipticC   ? 1
+                        : response == ResponseType::EllipticE ? 3
+                                                              : 2);
+}
+
 /// How the sweep spans F0. The numbers stand in design files.
 enum class SweepType : int {
     Linear = 0,

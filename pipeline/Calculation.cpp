@@ -322,6 +322,8 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     calculation.FirstMathError = MathErrors().ErrorCount();
     const bool discards = HasEdits(design);
     if (discards) calculation.Discarded = HandMadeLadder{design.Elements, design.NumElements};
+    const bool first = design.NumElements == 0, traps = IsElliptic(design.ResponseType);
+    const int count = design.NumPoles;
     ReadInputs(calculation.Inputs, design, report);
     ReadNortonInputs(calculation.Inputs, design, report);
     BuildLadder(design, report);
@@ -329,6 +331,8 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     MarkInputs(calculation.Inputs, design);
     PrepareAnalysis(calculation, report);
     calculation.DiscardedNow = discards;
+    calculation.CountChanged =
+        !first && IsElliptic(design.ResponseType) != traps && design.NumPoles == count;
 }
 
 void Calculate(Calculation& calculation, const MessageCallback& report,

@@ -61,8 +61,9 @@ struct Calculation {
     ElementList IdealElements{};  ///< as scaled, before de-embedding and standard values
     /// The last values changed by hand that a calculation has discarded.
     std::optional<HandMadeLadder> Discarded{};
-    bool DiscardedNow = false;                 ///< by the last calculation
-    std::mt19937 SeedSource{};                 ///< gives each worst-case calculation its seed
+    bool DiscardedNow = false;  ///< by the last calculation
+    bool CountChanged = false;  ///< the last calculation went from poles to traps, or back
+    std::mt19937 SeedSource{};  ///< gives each worst-case calculation its seed
     std::optional<std::uint32_t> FixedSeed{};  ///< set: every worst-case calculation uses this one
 };
 

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <array>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "design/ChoiceNames.h"
@@ -39,6 +41,18 @@ struct DesignInputs {
 
 /// Why a load was moved, for people: "equal to R Source, as this response needs it".
 const char* TextOf(LoadReason why);
+
+/// The load that the user asked for, ohm, where the program's own still stands in its place
+/// although nothing in the design asks for that any more: an even-order Chebyshev leaves its load
+/// to an odd one, a family that is fixed to the source's to Butterworth. `design` as calculated
+/// from `inputs`.
+std::optional<double> LoadToBringBack(const DesignInputs& inputs, const FilterDesign& design);
+
+/// Puts that load back into its box; a calculation has to follow. False if there is none.
+bool BringBackLoad(DesignInputs& inputs, const FilterDesign& design);
+
+/// What moved a load, for people: "an even-order Chebyshev".
+std::string MoverOf(const MovedEntry& moved);
 
 /// True for the pass types whose elliptic sections come in four trap forms.
 constexpr bool HasTrapPanel(PassType pass) {

@@ -34,6 +34,12 @@ void WriteBox(NumberBox& box, double value) {
     box.Type(FormatFixed(value, BoxDecimals));
 }
 
+/// The same for a number that the search has found: it is nobody's entry.
+void WriteFound(NumberBox& box, double value) {
+    WriteBox(box, value);
+    box.Typed = false;
+}
+
 /// A number as a box with BoxDecimals shows it.
 double AsShown(double value) {
     TryParseDouble(FormatFixed(value, BoxDecimals), value);
@@ -221,9 +227,9 @@ void OptimizeNorton(DesignInputs& inputs, const FilterDesign& design) {
     BuildPrototype(*base, base->NumPoles, nullptr);
     BuildNortonLadder(*base);
     const NortonChoice best = EvenestOf(*base, inputs);
-    WriteBox(inputs.Box(InputId::NortonK), best.K);
+    WriteFound(inputs.Box(InputId::NortonK), best.K);
     if (base->NumPoles == MostPoles)
-        WriteBox(inputs.Box(InputId::NortonM), best.M);
+        WriteFound(inputs.Box(InputId::NortonM), best.M);
     else
         inputs.Box(InputId::NortonM).WriteText(NoRatioText, NoRatio);
 }

@@ -354,7 +354,9 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
         tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
     if (const auto& moved = inputs.Box(id).Moved)
         tip += ". Moved: " + WithUnit(FormatPlain(moved->Wanted, Digits), row.Unit) +
-               " was asked for, the value in use is " + TextOf(moved->Why);
+               " was asked for, the value in use is " +
+               (LoadToBringBack(inputs, design) ? "left over from " + MoverOf(*moved)
+                                                : std::string(TextOf(moved->Why)));
     if (!IsEnabled(row, inputs)) tip += " (" + std::string(row.WhenDisabled) + ")";
     return tip;
 }

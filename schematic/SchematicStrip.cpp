@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "design/Designators.h"
+#include "design/ElementNetworks.h"
 #include "numbers/Formatfunctions.h"
-#include "schematic/SchematicNetworks.h"
 #include "schematic/ValueGridContent.h"
 
 namespace ladderwise {

@@ -40,6 +40,13 @@ constexpr double KeyStep = 0.1;        ///< of Up, Down and the wheel
 constexpr double CtrlKeyStep = 1.0;    ///< ten times as far, as everywhere
 constexpr double ShiftKeyStep = 0.01;  ///< a tenth
 
+/// What a factor is and which ladders it serves: the titles of the boxes name one ladder each.
+const char* CaptionOf(InputId id) {
+    if (id == InputId::NortonK) return "Turns ratio, for 3 and for 5 poles";
+    if (id == InputId::NortonM) return "Second turns ratio, for 5 poles only";
+    return "Level over the terminations";
+}
+
 /// The values of the transformed ladder.
 class ValueGraph : public QWidget {
 public:
@@ -57,8 +64,9 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        const NortonValuePlot plot = BuildNortonValuePlot(design.NortonResult, Title(), width(),
-                                                          height(), MetricsOf(painter));
+        const NortonValuePlot plot =
+            BuildNortonValuePlot(design.NortonResult, NortonDesignatorsOf(design), Title(), width(),
+                                 height(), MetricsOf(painter));
         PaintNortonValuePlot(painter, plot, size());
     }
 
@@ -133,7 +141,12 @@ void NortonWindow::BuildMenus() {
 QWidget* NortonWindow::BuildFactor(InputId id) {
     const InputRow& row = RowOf(id, inputs);
     auto* const group = new QGroupBox(QString::fromLatin1(row.Label), this);
-    auto* const line = new QHBoxLayout(group);
+    auto* const column = new QVBoxLayout(group);
+    auto* const line = new QHBoxLayout;
+    column->addLayout(line);
+    auto* const caption = new QLabel(QString::fromLatin1(CaptionOf(id)), group);
+    caption->setObjectName(QString::fromLatin1(row.Component) + "Caption");
+    column->addWidget(caption);
     NumberEdit* const box = binder.AddBox(group, id);
     line->addWidget(box);
     connect(box, &NumberEdit::StepRequested, this, [this, id](bool up) { StepByKey(id, up); });

@@ -82,8 +82,8 @@ TEST(Program, TheTableIsTheDefault) {
     const Outcome table = Launch({"--table"});
     EXPECT_TRUE(table.Out.startsWith("3 Pole Butterworth LPF\nFo 200.00 MHz, "));
     // 1 / (2 pi 200 MHz 50 ohm) and 2 x 50 ohm / (2 pi 200 MHz).
-    EXPECT_TRUE(table.Out.contains("C = 15.915 pF"));
-    EXPECT_TRUE(table.Out.contains("L = 79.577 nH"));
+    EXPECT_TRUE(table.Out.contains("C1 to ground    C1 = 15.915 pF"));
+    EXPECT_TRUE(table.Out.contains("L2 in the line  L2 = 79.577 nH"));
     EXPECT_FALSE(table.Out.contains("bandwidth"));
     EXPECT_TRUE(table.Out.contains("at 2 F0               18.13 dB"));  // 10 log10(1 + 2^6)
     EXPECT_EQ(Launch({}).Out, table.Out);

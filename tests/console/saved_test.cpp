@@ -183,12 +183,12 @@ TEST(SavedDesigns, ExchangingTwiceReturnsEverything) {
         Randomise(*calculation, random);
         Settle(*calculation);
         const std::string first = Json(*calculation);
-        ReferenceDesign reference = StoreReference(*calculation);
+        ReferenceDesign reference = StoreReference(*calculation, {});
         Randomise(*calculation, random);
         Settle(*calculation);
         const std::string second = Json(*calculation);
         for (const std::string& wanted : {first, second}) {
-            ExchangeReference(reference, *calculation);
+            ExchangeReference(reference, *calculation, {});
             Calculate(*calculation, {});
             EXPECT_TRUE(Json(*calculation) == wanted) << "state " << i;
         }

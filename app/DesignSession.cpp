@@ -98,7 +98,7 @@ void DesignSession::ShowResults() {
     const ResponseResults results = ResultsOf(design);
     std::vector<ComparedResult> rows =
         ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
-    for (const MarkerRow& marker : BuildMarkerTable(Content()))
+    for (const MarkerReading& marker : BuildMarkerTable(Content()))
         rows.push_back({marker.Name, marker.OfDesign, marker.OfReference});
     ResultsPanel* const panel = views.Client->Results();
     panel->ShowRows(rows);

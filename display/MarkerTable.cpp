@@ -37,8 +37,8 @@ std::string CrossingsText(const PlotLayer& layer, double relative, const FilterD
 
 }  // namespace
 
-std::vector<MarkerRow> BuildMarkerTable(const PlotContent& content) {
-    std::vector<MarkerRow> rows;
+std::vector<MarkerReading> BuildMarkerTable(const PlotContent& content) {
+    std::vector<MarkerReading> rows;
     if (content.Layers.empty() || content.Design.NumElements < 1) return rows;
     const MarkerState& markers = content.Markers;
     const FilterDesign& design = content.Design;

@@ -17,6 +17,7 @@ namespace ladderwise {
 namespace {
 
 constexpr int ProgressWidth = 200;   ///< pixels
+constexpr int FigureMargin = 6;      ///< pixels right of the figures
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 
 }  // namespace
@@ -26,6 +27,7 @@ StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     figuresLabel = new QLabel(bar);
     figuresLabel->setObjectName("FiguresLabel");
     figuresLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    figuresLabel->setContentsMargins(0, 0, FigureMargin, 0);
     figuresLabel->hide();
     progress = new QProgressBar(bar);
     progress->setObjectName("WorstCaseProgress");

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "display/Legend.h"
+#include "display/MarkerTable.h"
 #include "display/ReadOuts.h"
 #include "display/Subtitle.h"
+#include "numbers/Formatfunctions.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -112,6 +114,43 @@ TEST(Markers, AnnotationsStandOnTheirTracesAndOffEachOther) {
     for (std::size_t a = 0; a < drawing.Labels.size(); ++a)
         for (std::size_t b = 0; b < a; ++b)
             EXPECT_FALSE(Overlap(drawing.Labels[a], drawing.Labels[b])) << a << " " << b;
+}
+
+TEST(Markers, TableReadsDesignAndReference) {
+    const double f0 = Response.Design.F0;
+    const ButterworthResponse half = MakeButterworth(SweepType::OneDecade, 0.5);
+    TraceChoices choices;
+    choices.Mag1dB = choices.Pulse = true;
+    PlotContent content{Response.Design, choices, {Response.Layer(), half.Layer(true)}, {}};
+    content.Markers.FreqMarkerCount = content.Markers.DbMarkerCount = 1;
+    const double f = content.Markers.FreqMarkers[1] = Response.Design.SweepFreqs[500];
+    content.Markers.DbMarkers[1] = -20.0;
+    const auto level = [f](double corner) {
+        return FormatFixed(-10.0 * std::log10(1.0 + std::pow(f / corner, 6.0)), 3) + " dB";
+    };
+    const auto rows = BuildMarkerTable(content);
+    ASSERT_EQ(rows.size(), 2u);  // one magnitude, and no pulse
+    EXPECT_EQ(rows[0].OfDesign, level(f0));
+    EXPECT_EQ(rows[0].OfReference, level(0.5 * f0));
+    EXPECT_EQ(rows[1].Name, "L1 -20.00 dB");
+    EXPECT_EQ(rows[1].OfDesign, "430.2 MHz");  // w^6 = 99 at -20 dB
+    EXPECT_EQ(rows[1].OfReference, "215.1 MHz");
+    // A reference that was not swept there has no value.
+    content.Layers[1].Sweep.Freqs = std::span(half.Design.SweepFreqs).first(100);
+    EXPECT_EQ(BuildMarkerTable(content)[0].OfReference, "none");
+}
+
+TEST(Markers, LegendOfTwoDesignsStandsBelowThePlot) {
+    const PlotContent alone{Response.Design, {}, {Response.Layer()}, {}};
+    const PlotContent two{Response.Design, {}, {Response.Layer(), Response.Layer(true)}, {}};
+    EXPECT_EQ(LegendHeightBelow(alone), 0);
+    const PlotLayout layout =
+        ComputePlotLayout({1280, 800, 150, 701, LegendHeightBelow(two)}, two.Choices);
+    const Legend legend = LayLegendBelow(BuildLegendRows(two), layout, Metrics);
+    EXPECT_GT(legend.Box.Top, layout.PlotBottom + Metrics.Height);
+    EXPECT_LT(legend.Box.Top + legend.Box.Height, 701 - SchematicHeight);
+    for (const PlotText& text : legend.Texts)
+        EXPECT_EQ(text.Y, legend.Texts.front().Y);
 }
 
 TEST(ReadOuts, CursorReadsTheTracesAndTheReference) {

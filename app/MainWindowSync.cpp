@@ -76,7 +76,7 @@ void MainWindow::ShowStatus() {
         status.Warning = true;
     }
     const FilterDesign& design = calculation.Design;
-    const ResponseResults results = ResultsOf(design);
+    const ResponseResults& results = calculation.Results;
     const std::string line = ResultsLine(design, results);
     if (status.Text.empty() && line.empty()) status.Text = DesignTitle(design) + ", no elements";
     std::string list = status.Text;

@@ -11,7 +11,7 @@ namespace ladderwise {
 
 namespace {
 
-constexpr std::size_t resultNameWidth = 22;
+constexpr std::size_t resultNameWidth = 26;
 constexpr int PartDigits = 4;  ///< decimals of the shown mantissa: five significant digits
 
 const char* PartsText(PartChoice choice) {
@@ -61,11 +61,12 @@ std::string TableText(const Calculation& calculation) {
     if (design.NumElements > 0) text += "Slot  Type                Values, source to load\n";
     for (int slot = 1; slot <= design.NumElements; ++slot)
         text += SlotLine(design.Elements[slot], slot);
-    for (const auto& [name, value] : DescribeResults(design, ResultsOf(design)))
+    for (const auto& [name, value] : DescribeResults(design, calculation.Results))
         text += Padded(name, resultNameWidth) + value + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
-    for (const std::string& line : {EllipticText(design), WorstCaseText(calculation.WorstCase)})
+    for (const std::string& line :
+         {EllipticText(design, calculation.Results), WorstCaseText(calculation.WorstCase)})
         if (!line.empty()) text += line + "\n";
     return text;
 }

@@ -7,7 +7,7 @@
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NortonSequence.h"
-#include "scaling/BandScaler.h"
+#include "pipeline/ResultsText.h"
 
 namespace ladderwise {
 
@@ -17,8 +17,7 @@ constexpr int NoteDigits = 2;       ///< decimals of values in notes
 constexpr int ReplacedDigits = 11;  ///< significant digits of a bound
 constexpr int LoadDigits = 5;       ///< significant digits of a load
 constexpr int AttenDigits = 2;      ///< decimals of an attenuation, dB
-constexpr int FrequencyDigits = 4;  ///< decimals of a band edge
-constexpr int ShapeDigits = 3;      ///< decimals of a shape factor
+constexpr int OffsetDigits = 1;     ///< decimals of how far a band has moved, %
 
 /// No part has more henries or farads, not even in a prototype for 1 ohm and 1 rad/s.
 constexpr double LargestPartValue = 100.0;
@@ -168,6 +167,51 @@ void AddOverrides(const FilterDesign& design, std::vector<Note>& notes) {
                              (design.FormCLC ? "CLC" : "LCL") + "."});
 }
 
+/// True if the band of a design that changed in nothing but its values or parts is where it was
+/// asked for.
+bool IsInPlace(const FilterDesign& design) {
+    const ResponseResults results = ResultsOf(design);
+    return results.Peak && !results.BandOffset;
+}
+
+/// Why a band has moved, as far as a calculation without the cause brings it back.
+std::string CauseOfMove(const Calculation& calculation) {
+    FilterDesign trial = calculation.Design;
+    if (HasEdits(trial)) {
+        trial.Elements = *trial.CalculatedElements;
+        return IsInPlace(trial) ? ": values edited by hand" : "";
+    }
+    const auto place = [&](PartChoice parts, bool std) {
+        trial.Elements = calculation.IdealElements;
+        trial.PartModel.Choice = parts;
+        if (parts == PartChoice::DeEmbed) DeEmbedParts(trial);
+        if (std) SnapToStdValue(trial);
+        return IsInPlace(trial);
+    };
+    const PartChoice parts = calculation.Design.PartModel.Choice;
+    const bool std = calculation.Design.StdLCValues;
+    if (parts == PartChoice::RealParts && place(PartChoice::IdealParts, std))
+        return place(PartChoice::DeEmbed, std) ? ": parasitics; DeEmbed brings it back"
+                                               : ": parasitics";
+    if (std && place(parts, false)) return ": standard values";
+    return "";
+}
+
+/// Where the pass band of a band-pass is, if not where it was asked for.
+void AddBand(const Calculation& calculation, std::vector<Note>& notes) {
+    const ResponseResults& results = calculation.Results;
+    const PassType pass = calculation.Design.PassType;
+    if (!results.Valid || !HasBandWidth(pass) || pass == PassType::Notch) return;
+    if (!results.Peak)
+        notes.push_back({NoteKind::NoBand, "f0",
+                         "There is no pass band about Fo: the loss has no minimum there."});
+    if (!results.BandOffset) return;
+    const double offset = *results.BandOffset;
+    notes.push_back({NoteKind::BandMoved, "f0",
+                     "Band lies " + FormatFixed(100.0 * std::abs(offset), OffsetDigits) +
+                         (offset < 0.0 ? " % low" : " % high") + CauseOfMove(calculation) + "."});
+}
+
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
@@ -205,6 +249,10 @@ const char* NameOf(NoteKind kind) {
             return "discarded";
         case NoteKind::NotVaried:
             return "not-varied";
+        case NoteKind::NoBand:
+            return "no-band";
+        case NoteKind::BandMoved:
+            return "band-moved";
     }
     return "";
 }
@@ -224,6 +272,7 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     AddMovedLoad(calculation.Inputs, notes);
     AddOverrides(design, notes);
     if (design.PassType == PassType::DirectCoupled) AddEndTanks(design, notes);
+    AddBand(calculation, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
 }
@@ -237,34 +286,9 @@ StatusLine DescribeStatus(const Calculation& calculation) {
     }
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     if (!worstCase.empty()) status.Text = worstCase + (status.Warning ? "  " + status.Text : "");
-    const std::string elliptic = EllipticText(calculation.Design);
+    const std::string elliptic = EllipticText(calculation.Design, calculation.Results);
     if (!elliptic.empty()) status.Text += (status.Text.empty() ? "" : "  ") + elliptic;
     return status;
-}
-
-std::string EllipticText(const FilterDesign& design) {
-    if (design.Elliptic.NumTraps == 0) return {};
-    std::vector<std::string> edges;
-    for (const double f : ScaledFrequencies(design, design.Elliptic.StopBandEdge))
-        edges.push_back(FormatWithPrefix(f, FrequencyDigits, "Hz"));
-    const auto where = [&]() -> std::string {
-        switch (design.PassType) {
-            case PassType::LowPass:
-                return "from " + edges[0];
-            case PassType::HighPass:
-                return "up to " + edges[0];
-            case PassType::BandPassCanonical:
-                return "up to " + edges[0] + " and from " + edges[1];
-            case PassType::Notch:
-                return "from " + edges[0] + " to " + edges[1];
-            case PassType::DirectCoupled:
-            case PassType::Norton:
-                break;
-        }
-        return {};
-    };
-    return "Stop band " + where() + ", shape factor " +
-           FormatFixed(design.Elliptic.StopBandEdge, ShapeDigits) + ".";
 }
 
 std::string WorstCaseText(const WorstCaseResult& result) {

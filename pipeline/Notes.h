@@ -21,6 +21,8 @@ enum class NoteKind {
     Edited,
     Discarded,
     NotVaried,
+    NoBand,
+    BandMoved,
 };
 
 /// One note. Name is the console program's name of the input, or "slot 3" for an element.
@@ -35,7 +37,7 @@ struct Note {
 };
 
 /// "replaced", "load-moved", "atten-raised", "form-forced", "end-tank", "unrealisable",
-/// "math-error", "edited", "discarded", "not-varied".
+/// "math-error", "edited", "discarded", "not-varied", "no-band", "band-moved".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.
@@ -48,11 +50,6 @@ struct StatusLine {
     bool Warning = false;  ///< something was replaced, moved or cannot be built
 };
 StatusLine DescribeStatus(const Calculation& calculation);
-
-/// The edge or edges of the stop band that an elliptic design is made for, and its shape factor
-/// (the stop-band edge over the 3 dB corner of the low-pass prototype), in one sentence; empty for
-/// other designs.
-std::string EllipticText(const FilterDesign& design);
 
 /// The two figures of a worst-case calculation in one sentence; empty if there was none.
 std::string WorstCaseText(const WorstCaseResult& result);

@@ -1,9 +1,8 @@
-// The figures of a finished design in words: one line for a status bar, a list for a console. No
-// Qt.
+// The figures of a finished design in words: one line for a status bar, rows for a panel or a
+// console. No Qt.
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "analysis/Results.h"
@@ -13,13 +12,37 @@ namespace ladderwise {
 /// The results of a design as its prototype's pass band asks for them.
 ResponseResults ResultsOf(const FilterDesign& design);
 
-/// Name and value of each figure: {"Loss at F0", "3.01 dB"}, {"-3 dB edge", "200 MHz"}, ... Empty
-/// for an empty ladder.
-using ResultTexts = std::vector<std::pair<std::string, std::string>>;
-ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results);
+/// One figure: {"Loss at Fo", "3.01 dB"}, {"attenuation at 2 Fo", "18.13 dB"}, ... Names say what
+/// was measured and hold no value, so that those of two designs can be put beside each other.
+struct ResultRow {
+    std::string Name;
+    std::string Value;
+};
+using ResultRows = std::vector<ResultRow>;
 
-/// The same as one line: "Loss at F0 3.01 dB, -3 dB edge 200 MHz, ...", for band-passes and notches
-/// a shorter one.
+/// All figures. Empty for an empty ladder.
+ResultRows DescribeResults(const FilterDesign& design, const ResponseResults& results);
+
+/// The rows of two designs in one table; a figure that one of them has not is empty there.
+struct ComparedRow {
+    std::string Name;
+    std::string Value;
+    std::string Other;
+};
+std::vector<ComparedRow> CompareResults(const ResultRows& rows, const ResultRows& others);
+
+/// The chief ones as one line: "Loss at Fo 3.01 dB, -3 dB edge 200 MHz, ..."; for band-passes and
+/// notches the attenuations of both sides are in one.
 std::string ResultsLine(const FilterDesign& design, const ResponseResults& results);
+
+/// The traps of an elliptic ladder as its values and parasitics place them, Hz: of each frequency
+/// that the prototype asks for the nearest at which an arm lets nothing pass. Empty for other
+/// designs.
+std::vector<double> TrapFrequencies(const FilterDesign& design);
+
+/// The stop band of an elliptic design as this ladder holds it, and its shape factor (width of stop
+/// band and -3 dB band, the larger over the smaller), in one sentence; where values or losses have
+/// moved it, the edges of ideal parts too. Empty for other designs.
+std::string EllipticText(const FilterDesign& design, const ResponseResults& results);
 
 }  // namespace ladderwise

@@ -168,8 +168,8 @@ void MainWindow::UpdateMarkerMenu(bool bandPass) {
 
 std::vector<PlotLayer> MainWindow::ReferenceLayers() const {
     if (!ReferenceShown()) return {};
-    return {{TracesOf(reference->Quantities, reference->Response), ReferenceColours, true,
-             ReferenceName(*reference, calculation.Design)}};
+    return {LayerOf(reference->Design, reference->Quantities, ReferenceColours, true,
+                    ReferenceName(*reference, calculation.Design))};
 }
 
 bool MainWindow::ReferenceShown() const {
@@ -178,21 +178,26 @@ bool MainWindow::ReferenceShown() const {
 }
 
 void MainWindow::SetReference() {
-    StoreInputs();
+    CalcIfTyped();
     FinishDrawing();
-    reference = std::make_unique<ReferenceDesign>(StoreReference(calculation));
+    reference = std::make_unique<ReferenceDesign>(StoreReference(calculation, report));
     panel->EnableReference(true);
     const QSignalBlocker blocker(panel->PlotReferenceBox);
     panel->PlotReferenceBox->setChecked(true);
-    FilterMenuClick(nullptr);
+    SetControlStates();
+    Recalculate();
 }
 
 void MainWindow::ExchangeWithReference() {
-    StoreInputs();
+    CalcIfTyped();
     FinishDrawing();
-    ExchangeReference(*reference, calculation);
+    const PassType before = calculation.Inputs.Pass();
+    ExchangeReference(*reference, calculation, report);
     ShowInputs();
-    FilterMenuClick(nullptr);
+    // The window of a pass type comes with the type; one that was closed stays so.
+    if (calculation.Inputs.Pass() != before) return FilterMenuClick(nullptr);
+    SetControlStates();
+    Recalculate();
 }
 
 void MainWindow::LightPart(int slot, int row) {

@@ -80,7 +80,8 @@ void MainWindow::ShowStatus() {
     const std::string line = ResultsLine(design, results);
     if (status.Text.empty() && line.empty()) status.Text = DesignTitle(design) + ", no elements";
     std::string list = status.Text;
-    for (const auto& [name, value] : DescribeResults(design, results))
+    for (const auto& [name, value] : ReferenceShown() ? BesideReference(design, results, *reference)
+                                                      : DescribeResults(design, results))
         list += (list.empty() ? "" : "\n") + name + ": " + value;
     if (!status.Text.empty() && !line.empty()) status.Text += "  ";
     statusLabel->SetText(QString::fromStdString(status.Text + line), status.Warning,

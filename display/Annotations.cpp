@@ -5,8 +5,9 @@ namespace ladderwise {
 
 MarkedSweep SweepOf(const PlotContent& content, const PlotLayout& layout,
                     const PlotScales& scales) {
-    return {content.Design.PassType,     content.Design.SweepFreqs, content.Choices, layout, scales,
-            content.Design.PulseTimeStep};
+    return {
+        content.Design.PassType,      content.Design.SweepFreqs, content.Choices, layout, scales,
+        content.Design.PulseTimeStep, AxisOf(content.Design)};
 }
 
 PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& layout,
@@ -19,7 +20,7 @@ PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& l
     for (const PlotLayer& layer : content.Layers)
         for (const TraceKind kind : TraceDrawOrder) {
             if (!IsChosen(content.Choices, kind)) continue;
-            MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, layout, scales, work);
+            MapLayerTrace(layer, kind, content.Design, layout, scales, work);
             cover.AddTrace(work);
         }
     annotations.Key = PlaceLegend(BuildLegendRows(content), metrics, cover);

@@ -18,7 +18,8 @@ constexpr int ReferenceMarkArm = 6;       // pixels
 constexpr std::size_t MostCrossings = 8;  // of one level marker on one trace: ripple has more
 constexpr int LeastFrequencyDigits = 3;   // after the first one
 constexpr int MostFrequencyDigits = 8;
-constexpr int LeaderFrom = 12;  // pixels; closer labels need no leader
+constexpr double WholeTurn = 360.0;  // degrees
+constexpr int LeaderFrom = 12;       // pixels; closer labels need no leader
 
 bool IsMagnitude(TraceKind kind) {
     return kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
@@ -34,25 +35,37 @@ int XOf(double index, const MarkedSweep& sweep) {
     return sweep.Layout.PlotLeft + NearestInt(index * step);
 }
 
-/// Where a frequency lies in the sweep; empty outside of it.
-std::optional<SweepPlace> PlaceOf(double f, std::span<const double> freqs) {
-    if (freqs.empty() || !(f >= freqs.front() && f <= freqs.back())) return std::nullopt;
-    const auto above = std::lower_bound(freqs.begin(), freqs.end(), f);
-    const auto i = static_cast<std::size_t>(above - freqs.begin());
-    if (*above == f) return SweepPlace{static_cast<double>(i), f};
-    const double share = (f - freqs[i - 1]) / (freqs[i] - freqs[i - 1]);
-    return SweepPlace{static_cast<double>(i) - 1.0 + share, f};
+/// Whose frequencies, and what pass type, the annotations of a layer are found by.
+struct AnnotatedSweep {
+    std::span<const double> Freqs;
+    PassType Pass;
+    bool OfPlot;
+};
+
+AnnotatedSweep SweepOf(const PlotLayer& layer, const MarkedSweep& sweep) {
+    const bool ofPlot = HasPlotSweep(layer.Sweep, sweep.Freqs);
+    return {ofPlot ? sweep.Freqs : layer.Sweep.Freqs, layer.Sweep.Pass.value_or(sweep.Pass),
+            ofPlot};
 }
 
-/// A value at a place; a blank or missing neighbour makes it missing (NaN).
-double ValueAt(std::span<const double> values, TraceKind kind, double index) {
-    const auto i = static_cast<std::size_t>(index);
-    const double share = index - static_cast<double>(i);
-    const double missing = std::nan("");
-    if (i >= values.size() || !Drawable(kind, values[i])) return missing;
-    if (share == 0.0) return values[i];
-    if (i + 1 >= values.size() || !Drawable(kind, values[i + 1])) return missing;
-    return values[i] + share * (values[i + 1] - values[i]);
+/// x of a place of a layer; empty off the plot.
+std::optional<int> XOf(const SweepPlace& place, const AnnotatedSweep& own,
+                       const MarkedSweep& sweep) {
+    if (own.OfPlot) return XOf(place.Index, sweep);
+    const double onAxis = AxisPlace(place.Frequency, sweep.Axis);
+    if (!IsOnPlot(onAxis)) return std::nullopt;
+    return MapPlace(onAxis, sweep.Layout);
+}
+
+/// The piece of a level's line over the frequencies that a layer has; empty if none is on the plot.
+std::optional<PlotLine> LevelLine(int y, const AnnotatedSweep& own, const MarkedSweep& sweep,
+                                  PlotColour colour) {
+    const PlotLayout& layout = sweep.Layout;
+    if (own.OfPlot) return PlotLine{layout.PlotLeft, y, layout.PlotRight, y, colour};
+    const double from = AxisPlace(own.Freqs.front(), sweep.Axis);
+    const double to = AxisPlace(own.Freqs.back(), sweep.Axis);
+    if (!(from <= NumSweepPoints && to >= 0.0)) return std::nullopt;
+    return PlotLine{MapPlace(from, layout), y, MapPlace(to, layout), y, colour};
 }
 
 std::optional<SweepPlace> CrossingBetween(std::span<const double> levels,
@@ -120,16 +133,19 @@ struct AnnotatedTrace {
     TraceKind Kind;
     PlotColour Colour;
     TraceScale Scale;
+    const AnnotatedSweep& Sweep;
 };
 
 void AnnotateFrequencies(const MarkerState& markers, const MarkedSweep& sweep,
                          const AnnotatedTrace& trace, Annotator& annotator) {
     for (int k = 1; k <= markers.FreqMarkerCount; ++k) {
-        const auto place = PlaceOf(markers.FreqMarkers[static_cast<std::size_t>(k)], sweep.Freqs);
-        if (!place) continue;
+        const double f = markers.FreqMarkers[static_cast<std::size_t>(k)];
+        const auto place = PlaceOf(f, trace.Sweep.Freqs);
+        const auto x = place ? XOf(*place, trace.Sweep, sweep) : std::nullopt;
+        if (!x) continue;
         const double value = ValueAt(trace.Values, trace.Kind, place->Index);
         if (std::isnan(value)) continue;
-        annotator.DotWithLabel(XOf(place->Index, sweep), MapValue(value, trace.Scale, sweep.Layout),
+        annotator.DotWithLabel(*x, MapValue(value, trace.Scale, sweep.Layout),
                                TraceValueText(trace.Kind, value), trace.Colour);
     }
 }
@@ -142,34 +158,42 @@ void AnnotateLevels(const MarkerState& markers, const MarkedSweep& sweep,
     for (int k = 1; k <= markers.DbMarkerCount; ++k) {
         const double relative = markers.DbMarkers[static_cast<std::size_t>(k)];
         const int y = MapValue(peak + relative, trace.Scale, layout);
-        if (y > layout.PlotTop && y < layout.PlotBottom)
-            annotator.Drawing().Lines.push_back(
-                {layout.PlotLeft, y, layout.PlotRight, y, trace.Colour});
-        auto places = LevelCrossings(trace.Values, sweep.Freqs, peak + relative);
-        if (places.size() > MostCrossings) places.resize(MostCrossings);
+        const auto line = LevelLine(y, trace.Sweep, sweep, trace.Colour);
+        if (line && y > layout.PlotTop && y < layout.PlotBottom)
+            annotator.Drawing().Lines.push_back(*line);
         const std::string level = FormatNumber(relative, 2) + " dB ";
-        for (const SweepPlace& place : places)
-            annotator.DotWithLabel(XOf(place.Index, sweep), y,
-                                   level + SweepFrequencyText(place.Frequency, sweep.Freqs),
+        std::size_t shown = 0;
+        for (const SweepPlace& place :
+             LevelCrossings(trace.Values, trace.Sweep.Freqs, peak + relative)) {
+            const auto x = XOf(place, trace.Sweep, sweep);
+            if (!x || shown++ >= MostCrossings) continue;
+            annotator.DotWithLabel(*x, y,
+                                   level + SweepFrequencyText(place.Frequency, trace.Sweep.Freqs),
                                    trace.Colour);
+        }
     }
 }
 
 void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annotator& annotator) {
-    const DepthReadOut readOut = FindDepthReadOut(trace.Values, sweep.Freqs, sweep.Pass);
+    const AnnotatedSweep& own = trace.Sweep;
+    const DepthReadOut readOut = FindDepthReadOut(trace.Values, own.Freqs, own.Pass);
     // The lower edge has its label on its left, the upper one on its right.
     const double at = readOut.Upper ? readOut.Upper->Index : 0.0;
+    std::optional<int> lastX;
+    int lastY = 0;
     for (const auto& edge : {readOut.Lower, readOut.Upper}) {
-        if (!edge) continue;
+        const auto x = edge ? XOf(*edge, own, sweep) : std::nullopt;
+        if (!x) continue;
         const double value = ValueAt(trace.Values, trace.Kind, edge->Index);
-        annotator.DotWithLabel(XOf(edge->Index, sweep), MapValue(value, trace.Scale, sweep.Layout),
-                               "6 dB Freq = " + SweepFrequencyText(edge->Frequency, sweep.Freqs),
+        lastX = x;
+        lastY = MapValue(value, trace.Scale, sweep.Layout);
+        annotator.DotWithLabel(*x, lastY,
+                               "6 dB Freq = " + SweepFrequencyText(edge->Frequency, own.Freqs),
                                trace.Colour, edge->Index < at);
     }
-    if (!readOut.Lower || !readOut.Upper) return;
+    if (!lastX || !readOut.Lower || !readOut.Upper) return;
     const double width = readOut.Upper->Frequency - readOut.Lower->Frequency;
-    const double value = ValueAt(trace.Values, trace.Kind, readOut.Upper->Index);
-    annotator.Label(XOf(readOut.Upper->Index, sweep), MapValue(value, trace.Scale, sweep.Layout),
+    annotator.Label(*lastX, lastY,
                     "6 dB BW = " + FormatWithPrefix(width, LeastFrequencyDigits, "Hz"),
                     trace.Colour);
 }
@@ -253,6 +277,28 @@ std::optional<ReadOutReference> ReferenceOf(const MarkerState& markers,
     if (levels.empty() || freqs.size() < levels.size()) return std::nullopt;
     const auto peak = static_cast<std::size_t>(PeakIndex(levels));
     return ReadOutReference{freqs[peak], levels[peak]};
+}
+
+std::optional<SweepPlace> PlaceOf(double f, std::span<const double> freqs) {
+    if (freqs.empty() || !(f >= freqs.front() && f <= freqs.back())) return std::nullopt;
+    const auto above = std::lower_bound(freqs.begin(), freqs.end(), f);
+    const auto i = static_cast<std::size_t>(above - freqs.begin());
+    if (*above == f) return SweepPlace{static_cast<double>(i), f};
+    const double share = (f - freqs[i - 1]) / (freqs[i] - freqs[i - 1]);
+    return SweepPlace{static_cast<double>(i) - 1.0 + share, f};
+}
+
+double ValueAt(std::span<const double> values, TraceKind kind, double index) {
+    const auto i = static_cast<std::size_t>(index);
+    const double share = index - static_cast<double>(i);
+    const double missing = std::nan("");
+    if (i >= values.size() || !Drawable(kind, values[i])) return missing;
+    if (share == 0.0) return values[i];
+    if (i + 1 >= values.size() || !Drawable(kind, values[i + 1])) return missing;
+    double step = values[i + 1] - values[i];
+    if (kind == TraceKind::Phase) step = std::remainder(step, WholeTurn);
+    const double value = values[i] + share * step;
+    return kind == TraceKind::Phase ? std::remainder(value, WholeTurn) : value;
 }
 
 std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
@@ -340,13 +386,14 @@ void AppendTraceMarkers(const MarkerState& markers, const MarkedSweep& sweep,
                         const PlotLayer& layer, const TextMetrics& metrics, PlotCover& cover,
                         MarkerDrawing& drawing) {
     Annotator annotator(metrics, cover, drawing);
+    const AnnotatedSweep own = SweepOf(layer, sweep);
     bool depthShown = false;
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(sweep.Choices, kind) || kind == TraceKind::Pulse) continue;
         const AnnotatedTrace trace{ValuesOf(layer.Values, kind), kind,
                                    layer.Colours[static_cast<std::size_t>(kind)],
-                                   ScaleOf(kind, sweep.Layout, sweep.Scales)};
-        if (trace.Values.size() < 2 || trace.Values.size() != sweep.Freqs.size()) continue;
+                                   ScaleOf(kind, sweep.Layout, sweep.Scales), own};
+        if (trace.Values.size() < 2 || trace.Values.size() != own.Freqs.size()) continue;
         AnnotateFrequencies(markers, sweep, trace, annotator);
         if (!IsMagnitude(kind)) continue;
         AnnotateLevels(markers, sweep, trace, annotator);

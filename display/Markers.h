@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "design/MarkerState.h"
+#include "display/PlotAxis.h"
 #include "display/PlotCover.h"
 #include "display/PlotFrame.h"
 #include "display/TraceKinds.h"
@@ -25,6 +26,7 @@ struct MarkedSweep {
     PlotLayout Layout;
     PlotScales Scales;
     double PulseTimeStep = 0.0;  ///< between two samples of the pulse, s
+    PlotAxis Axis{};             ///< asked only for layers with a sweep of their own
 };
 
 /// Sweep point under x: the integer part of its share of the plot's width times `count`, kept
@@ -68,6 +70,13 @@ struct SweepPlace {
     double Frequency = 0.0;  ///< Hz
 };
 
+/// Where a frequency lies among ascending ones; empty outside of them.
+std::optional<SweepPlace> PlaceOf(double f, std::span<const double> freqs);
+
+/// A value of a trace at a place, interpolated linearly between its neighbours; a phase the shorter
+/// way round. Not a number where a neighbour is missing or blank.
+double ValueAt(std::span<const double> values, TraceKind kind, double index);
+
 /// Where levels cross `target`, ascending, interpolated linearly between neighbouring points.
 std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
                                        std::span<const double> freqs, double target);
@@ -109,7 +118,8 @@ void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
                        MarkerDrawing& drawing);
 
 /// Appends the annotations of each chosen trace of a layer, in its colour: values at the frequency
-/// markers; on the magnitudes the crossings of the level markers, and once the 6 dB read-outs.
+/// markers; on the magnitudes the crossings of the level markers, and once the 6 dB read-outs. All
+/// are found at the layer's own frequencies; those that lie off the plot are left out.
 void AppendTraceMarkers(const MarkerState& markers, const MarkedSweep& sweep,
                         const PlotLayer& layer, const TextMetrics& metrics, PlotCover& cover,
                         MarkerDrawing& drawing);

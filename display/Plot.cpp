@@ -32,7 +32,8 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
     placement = newPlacement;
     PaintBackground(content.Design);
     for (const PlotLayer& layer : content.Layers)
-        PaintLayerPixels(image, layer, choices, layout, scales, LayerLook::Plain, work);
+        PaintLayerPixels(image, layer, content.Design, choices, layout, scales, LayerLook::Plain,
+                         work);
     QPainter painter(&image);
     painter.setFont(font);
     annotations = BuildAnnotations(content, layout, scales, MetricsOf(painter), work.Points);
@@ -43,7 +44,7 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
 void Plot::FinishOverlay(const PlotContent& content) {
     LayerLook look = LayerLook::Darker;
     for (const PlotLayer& layer : content.Layers) {
-        PaintLayerPixels(image, layer, choices, layout, scales, look, work);
+        PaintLayerPixels(image, layer, content.Design, choices, layout, scales, look, work);
         look = LayerLook::Plain;
     }
     PaintAnnotations();

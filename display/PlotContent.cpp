@@ -15,11 +15,20 @@ PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& re
     return traces;
 }
 
+PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantities,
+                  const TraceColours& colours, bool dashed, const std::string& name) {
+    return {TracesOf(quantities, design.Response),
+            colours,
+            dashed,
+            name,
+            {design.SweepFreqs, design.PulseTimeStep, design.PassType}};
+}
+
 PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,
                       const DisplayQuantities& quantities, const std::vector<PlotLayer>& others) {
     PlotContent content{design, choices, {}, {}};
     content.Layers.push_back(
-        {TracesOf(quantities, design.Response), CurrentColours, false, DesignTitle(design)});
+        LayerOf(design, quantities, CurrentColours, false, DesignTitle(design)));
     content.Layers.insert(content.Layers.end(), others.begin(), others.end());
     return content;
 }

@@ -23,6 +23,10 @@ struct PlotContent {
 /// The arrays of a design whose quantities and sweep outlive the result.
 PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& response);
 
+/// The layer of a calculated design over its own sweep; both outlive the result.
+PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantities,
+                  const TraceColours& colours, bool dashed, const std::string& name);
+
 /// The content of a calculated design. `others` are drawn beside it: a reference, a measurement.
 PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,
                       const DisplayQuantities& quantities, const std::vector<PlotLayer>& others);

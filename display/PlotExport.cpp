@@ -92,9 +92,11 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
     const auto paintLayers = [&](LayerLook look) {
         for (const PlotLayer& layer : content.Layers) {
             if (image)
-                PaintLayerPixels(*image, layer, content.Choices, layout, scales, look, *work);
+                PaintLayerPixels(*image, layer, content.Design, content.Choices, layout, scales,
+                                 look, *work);
             else
-                PaintLayer(painter, layer, content.Choices, layout, scales, look, work->Points);
+                PaintLayer(painter, layer, content.Design, content.Choices, layout, scales, look,
+                           work->Points);
             look = LayerLook::Plain;
         }
     };
@@ -110,8 +112,8 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
         if (image)
             PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
         else
-            PaintLayer(painter, {run}, content.Choices, layout, scales, LayerLook::Plain,
-                       work->Points);
+            PaintLayer(painter, {run}, content.Design, content.Choices, layout, scales,
+                       LayerLook::Plain, work->Points);
     }
     if (!content.Overlays.empty()) {
         paintLayers(LayerLook::Darker);

@@ -173,25 +173,25 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
     }
 }
 
-void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
-                const PlotLayout& layout, const PlotScales& scales, LayerLook look,
-                TracePoints& work) {
+void PaintLayer(QPainter& painter, const PlotLayer& layer, const FilterDesign& design,
+                const TraceChoices& choices, const PlotLayout& layout, const PlotScales& scales,
+                LayerLook look, TracePoints& work) {
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
-        MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, layout, scales, work);
+        MapLayerTrace(layer, kind, design, layout, scales, work);
         PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)], look);
     }
 }
 
-void PaintLayerPixels(QImage& image, const PlotLayer& layer, const TraceChoices& choices,
-                      const PlotLayout& layout, const PlotScales& scales, LayerLook look,
-                      OverlayWork& work) {
+void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign& design,
+                      const TraceChoices& choices, const PlotLayout& layout,
+                      const PlotScales& scales, LayerLook look, OverlayWork& work) {
     const double ratio = image.devicePixelRatio();
     const PlotLayout pixels = ScaledLayout(layout, ratio);
     const PixelRows picture = PixelsOf(image);
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
-        MapTrace(ValuesOf(layer.Values, kind), kind, layer.Dashed, pixels, scales, work.Points);
+        MapLayerTrace(layer, kind, design, pixels, scales, work.Points);
         const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
         work.Strokes.Draw(work.Points, WidthOf(look) * ratio, ColourOf(colour, look), picture);
     }

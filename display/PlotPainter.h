@@ -9,6 +9,7 @@
 #include <array>
 #include <vector>
 
+#include "display/PlotAxis.h"
 #include "display/PlotFrame.h"
 #include "display/TraceSpans.h"
 #include "display/TraceStrokes.h"
@@ -55,10 +56,11 @@ enum class LayerLook { Plain, Darker };
 /// The runs of a mapped trace as polylines, for vector pictures.
 void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look);
 
-/// The chosen traces of a layer in drawing order, mapped through `work`, for vector pictures.
-void PaintLayer(QPainter& painter, const PlotLayer& layer, const TraceChoices& choices,
-                const PlotLayout& layout, const PlotScales& scales, LayerLook look,
-                TracePoints& work);
+/// The chosen traces of a layer in drawing order on the axes of `design`, mapped through `work`,
+/// for vector pictures.
+void PaintLayer(QPainter& painter, const PlotLayer& layer, const FilterDesign& design,
+                const TraceChoices& choices, const PlotLayout& layout, const PlotScales& scales,
+                LayerLook look, TracePoints& work);
 
 /// What drawing traces onto pixels needs again and again.
 struct OverlayWork {
@@ -68,10 +70,11 @@ struct OverlayWork {
 };
 
 /// The chosen traces of a layer onto the pixels of a picture of Format_RGB32, antialiased, one
-/// logical pixel wide if plain. They are mapped to the picture's own pixels at any density.
-void PaintLayerPixels(QImage& image, const PlotLayer& layer, const TraceChoices& choices,
-                      const PlotLayout& layout, const PlotScales& scales, LayerLook look,
-                      OverlayWork& work);
+/// logical pixel wide if plain, on the axes of `design`. They are mapped to the picture's own
+/// pixels at any density.
+void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign& design,
+                      const TraceChoices& choices, const PlotLayout& layout,
+                      const PlotScales& scales, LayerLook look, OverlayWork& work);
 
 /// The chosen traces of a worst-case run over what a picture of Format_RGB32 shows, by filling
 /// spans of its pixels: many times as fast as lines.

@@ -48,15 +48,29 @@ std::string TextOf(TraceKind kind, double value) {
            (vswr <= LargestShownVswr ? FormatFixed(vswr, 2) : std::string("\u221e"));
 }
 
+/// Where a layer's trace of a kind lies under the cursor, in points of its own; empty outside of
+/// its frequencies, of the pulse outside of its time.
+std::optional<double> PlaceUnderCursor(const CursorReadOuts& out, const MarkedSweep& sweep,
+                                       const PlotLayer& layer, TraceKind kind) {
+    const double step = layer.Sweep.PulseTimeStep;
+    if (kind == TraceKind::Pulse) {
+        if (step <= 0.0 || step == sweep.PulseTimeStep) return out.Index;
+        return out.Index * sweep.PulseTimeStep / step;
+    }
+    if (HasPlotSweep(layer.Sweep, sweep.Freqs)) return out.Index;
+    const auto place = PlaceOf(out.Frequency, layer.Sweep.Freqs);
+    if (!place) return std::nullopt;
+    return place->Index;
+}
+
 void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& layer, int number) {
     bool magnitudeShown = false;
     for (const TraceKind kind : TraceDrawOrder) {
         const std::span<const double> values = ValuesOf(layer.Values, kind);
-        const auto i = static_cast<std::size_t>(out.Index);
-        if (!IsChosen(sweep.Choices, kind) || i >= values.size()) continue;
-        const double value = values[i];
-        const bool blankable = kind == TraceKind::Phase || kind == TraceKind::GroupDelay;
-        if (std::isnan(value) || (blankable && value == BlankMarker)) continue;
+        if (!IsChosen(sweep.Choices, kind)) continue;
+        const auto place = PlaceUnderCursor(out, sweep, layer, kind);
+        const double value = place ? ValueAt(values, kind, *place) : std::nan("");
+        if (std::isnan(value)) continue;
         // Both magnitude traces show one quantity: it is told once.
         const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
         std::string text;

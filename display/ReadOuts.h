@@ -1,5 +1,5 @@
 // What the cursor reads off the plot: frequency, level and each trace's value at a sweep point.
-// Looked up in the nominal quantities; nothing is calculated anew. Plain structs, no Qt.
+// Looked up in the quantities of each layer; nothing is calculated anew. Plain structs, no Qt.
 #pragma once
 
 #include <optional>
@@ -43,7 +43,9 @@ struct CursorReadOuts {
 double VswrOf(double reflectionDb);
 
 /// Reads the plot at sweep point `index` (kept within the sweep) and height y. `layers` are
-/// those of the plot, the design in hand first. `readOutReference` is that of ReferenceOf.
+/// those of the plot, the design in hand first; one with a sweep of its own is read at the cursor's
+/// frequency (the pulse at its time), between its points, and not at all outside of them.
+/// `readOutReference` is that of ReferenceOf.
 CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
                           std::span<const PlotLayer> layers,
                           const std::optional<ReadOutReference>& readOutReference);

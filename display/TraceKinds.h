@@ -4,9 +4,11 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
+#include "design/FilterDesign.h"
 #include "design/TraceChoices.h"
 #include "schematic/Shapes.h"
 
@@ -55,12 +57,20 @@ extern const TraceColours ReferenceColours;
 /// Colour of a trace of the design in hand.
 PlotColour TraceColour(TraceKind kind);
 
+/// Where the points of a layer lie, if not at those of the sweep that the plot shows.
+struct LayerSweep {
+    std::span<const double> Freqs{};  ///< Hz, ascending; empty: the plot's own
+    double PulseTimeStep = 0.0;       ///< s; 0: the plot's own
+    std::optional<PassType> Pass{};   ///< of the layer's design; empty: the plot's own
+};
+
 /// What is drawn of one design: the one in hand, the reference, a measurement.
 struct PlotLayer {
     PlotTraces Values;
     TraceColours Colours = CurrentColours;
     bool Dashed = false;
     std::string Name{};  ///< in the legend
+    LayerSweep Sweep{};
 };
 
 }  // namespace ladderwise

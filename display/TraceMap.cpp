@@ -15,6 +15,8 @@ constexpr int longStepSquared = 36;   // steps of 6 pixels and more carry a dash
 constexpr int pointsPerDash = 4;      // points in a run of a finely stepped dashed trace
 constexpr double degreesShown = 360;  // over the plot height
 constexpr double topPhase = 180;      // degrees at the top of the plot
+constexpr double firstPlace = 0.0;    // of the left edge, in points of the plot's sweep
+constexpr double lastPlace = NumSweepPoints;
 
 // Pixels from `origin` towards the inside of the plot, 0 .. height. The comparisons let NaN fall
 // to 0; adding a half and cutting rounds half away from zero because the number is not negative.
@@ -65,8 +67,15 @@ bool IsLongStep(const TracePoints& points, int n) {
     return dx * dx + dy * dy >= longStepSquared;
 }
 
+// Short steps of a dashed trace are drawn in every other group of points of the plot's sweep.
+bool IsInDash(int n, std::span<const double> places) {
+    const int point =
+        places.empty() ? n : static_cast<int>(std::clamp(places[n], firstPlace, lastPlace));
+    return (point / pointsPerDash) % 2 == 1;
+}
+
 // `longestStep`: a vertical step of more pixels is a jump of the quantity and is not drawn.
-void FindRuns(TracePoints& points, bool dashed, int longestStep) {
+void FindRuns(TracePoints& points, bool dashed, int longestStep, std::span<const double> places) {
     points.NumRuns = 0;
     for (int n = 1; n < points.NumPoints; ++n) {
         if (!points.Shown[n] || !points.Shown[n - 1]) continue;
@@ -75,10 +84,29 @@ void FindRuns(TracePoints& points, bool dashed, int longestStep) {
             AddStep(points, n, RunStyle::Solid);
         } else if (IsLongStep(points, n)) {
             AddStep(points, n, RunStyle::Dashed);
-        } else if ((n / pointsPerDash) % 2 == 1) {
+        } else if (IsInDash(n, places)) {
             AddStep(points, n, RunStyle::Solid);
         }
     }
+}
+
+void HideBlanks(std::span<const double> values, TraceKind kind, TracePoints& points) {
+    if (kind != TraceKind::Phase && kind != TraceKind::GroupDelay) return;
+    for (int n = 0; n < points.NumPoints; ++n)
+        if (values[static_cast<std::size_t>(n)] == BlankMarker) points.Shown[n] = false;
+}
+
+// More than half a turn of phase between two points is the wrap from -180 to 180 degrees.
+int LongestStep(TraceKind kind, const PlotLayout& layout) {
+    return kind == TraceKind::Phase ? layout.PlotHeight / 2 : layout.PlotHeight;
+}
+
+// The value at an edge of the plot of the line from point `n` outside to `inner`; not a number
+// where that lies outside too, on the same side.
+double ValueAtEdge(std::span<const double> places, std::span<const double> values, int n, int inner,
+                   double edge) {
+    const double share = (edge - places[n]) / (places[inner] - places[n]);
+    return share < 1.0 ? values[n] + share * (values[inner] - values[n]) : std::nan("");
 }
 
 }  // namespace
@@ -123,14 +151,38 @@ void MapTrace(std::span<const double> values, TraceKind kind, bool dashed, const
               const PlotScales& scales, TracePoints& points) {
     points.NumPoints = static_cast<int>(std::min<std::size_t>(values.size(), NumSweepPoints));
     MapPoints(values, ScaleOf(kind, layout, scales), layout, points);
-    if (kind == TraceKind::Phase || kind == TraceKind::GroupDelay) {
-        for (int n = 0; n < points.NumPoints; ++n) {
-            if (values[static_cast<std::size_t>(n)] == BlankMarker) points.Shown[n] = false;
-        }
+    HideBlanks(values, kind, points);
+    FindRuns(points, dashed, LongestStep(kind, layout), {});
+}
+
+void MapTraceAt(std::span<const double> places, std::span<const double> values, TraceKind kind,
+                bool dashed, const PlotLayout& layout, const PlotScales& scales,
+                TracePoints& points) {
+    points.NumPoints = static_cast<int>(
+        std::min({values.size(), places.size(), static_cast<std::size_t>(NumSweepPoints)}));
+    const TraceScale scale = ScaleOf(kind, layout, scales);
+    MapPoints(values, scale, layout, points);
+    HideBlanks(values, kind, points);
+    const double step = static_cast<double>(layout.PlotWidth) / NumSweepPoints;
+    for (int n = 0; n < points.NumPoints; ++n) {
+        const double inside = std::clamp(places[n], firstPlace, lastPlace);
+        if (std::isnan(places[n])) points.Shown[n] = false;
+        points.X[n] =
+            layout.PlotLeft + (points.Shown[n] ? static_cast<int>(inside * step + 0.5) : 0);
     }
-    // More than half a turn of phase between two points is the wrap from -180 to 180 degrees.
-    const int longestStep = kind == TraceKind::Phase ? layout.PlotHeight / 2 : layout.PlotHeight;
-    FindRuns(points, dashed, longestStep);
+    for (int n = 0; n < points.NumPoints; ++n) {
+        const double edge = places[n] < firstPlace ? firstPlace : lastPlace;
+        const int inner = places[n] < firstPlace ? n + 1 : n - 1;
+        if (!points.Shown[n] || (places[n] >= firstPlace && places[n] <= lastPlace)) continue;
+        const double value = inner >= 0 && inner < points.NumPoints && points.Shown[inner]
+                                 ? ValueAtEdge(places, values, n, inner, edge)
+                                 : std::nan("");
+        const bool wraps = kind == TraceKind::Phase && !std::isnan(value) &&
+                           std::abs(values[n] - values[inner]) > degreesShown / 2;
+        points.Shown[n] = !std::isnan(value) && !wraps;
+        if (points.Shown[n]) points.Y[n] = MapValue(value, scale, layout);
+    }
+    FindRuns(points, dashed, LongestStep(kind, layout), places);
 }
 
 }  // namespace ladderwise

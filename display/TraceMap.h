@@ -74,4 +74,12 @@ struct TracePoints {
 void MapTrace(std::span<const double> values, TraceKind kind, bool dashed, const PlotLayout& layout,
               const PlotScales& scales, TracePoints& points);
 
+/// The same with value n at places[n], ascending, in points from the plot's left edge (0) to its
+/// right edge (NumSweepPoints). Of what lies outside only the line to the next point inside is
+/// drawn, from the edge on: its outer point stands at the edge, at the value that a straight line
+/// has there.
+void MapTraceAt(std::span<const double> places, std::span<const double> values, TraceKind kind,
+                bool dashed, const PlotLayout& layout, const PlotScales& scales,
+                TracePoints& points);
+
 }  // namespace ladderwise

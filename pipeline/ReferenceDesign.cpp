@@ -1,10 +1,12 @@
 // Keeping, exchanging and naming the reference design.
 #include "pipeline/ReferenceDesign.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
 #include "analysis/Circuitanalysis.h"
+#include "analysis/PulseResponse.h"
 #include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/SavedDesigns.h"
@@ -14,46 +16,89 @@ namespace ladderwise {
 namespace {
 
 constexpr std::size_t RefreshedBytes = 4;  ///< of each array, at its beginning
-constexpr int sweepDigits = 2;             ///< decimals of the sweep's limits in the name
+constexpr int sweepDigits = 2;             ///< after the first, of the sweep's limits in the name
+constexpr int figureDigits = 6;            ///< after the first, of F0 and bandwidth
+
+std::string BasisText(double f) {
+    return FormatWithPrefix(f, figureDigits, "Hz");
+}
+
+/// What the figures of a design refer to, then the figures.
+ResultTexts FiguresOf(const FilterDesign& design, const ResponseResults& results) {
+    ResultTexts texts = {{"Design", DesignTitle(design)}, {"F0", BasisText(design.F0)}};
+    if (HasBandWidth(design.PassType)) texts.emplace_back("BW", BasisText(design.BandWidth));
+    const ResultTexts figures = DescribeResults(design, results);
+    texts.insert(texts.end(), figures.begin(), figures.end());
+    return texts;
+}
 
 }  // namespace
 
-ReferenceDesign StoreReference(const Calculation& calculation) {
-    const FilterDesign& design = calculation.Design;
-    return {RecordOf(calculation), design.Elements,        design.CalculatedElements,
-            design.NumElements,    calculation.Quantities, design.Response,
-            design.SweepF1,        design.SweepF2,         design.SweepType,
-            DesignTitle(design)};
+ReferenceDesign StoreReference(const Calculation& calculation, const MessageCallback& report) {
+    ReferenceDesign stored{RecordOf(calculation), calculation.Design, calculation.Quantities,
+                           ResultsOf(calculation.Design)};
+    // The tables of the pulse in hand may be those of another F0.
+    PulseWork work;
+    CalcPulseResponse(stored.Design, PulseWidth, work, stored.Quantities.Pulse, report);
+    return stored;
 }
 
-void ExchangeReference(ReferenceDesign& reference, Calculation& calculation) {
-    ReferenceDesign inHand = StoreReference(calculation);
+void ExchangeReference(ReferenceDesign& reference, Calculation& calculation,
+                       const MessageCallback& report) {
+    ReferenceDesign inHand = StoreReference(calculation, report);
     LoadRecord(reference.Record, calculation);
-    calculation.Design.Elements = reference.Elements;
-    calculation.Design.CalculatedElements = reference.CalculatedElements;
-    calculation.Design.NumElements = reference.NumElements;
+    calculation.Design.Elements = reference.Design.Elements;
+    calculation.Design.CalculatedElements = reference.Design.CalculatedElements;
+    calculation.Design.NumElements = reference.Design.NumElements;
     reference = std::move(inHand);
 }
 
 void RefreshReference(ReferenceDesign& reference, const Calculation& calculation,
                       const MessageCallback& report) {
     const auto work = std::make_unique<FilterDesign>(calculation.Design);
-    work->Elements = reference.Elements;
-    work->NumElements = reference.NumElements;
+    work->Elements = reference.Design.Elements;
+    work->NumElements = reference.Design.NumElements;
     AnalyseLadder(*work, calculation.Tables, report);
-    std::memcpy(reference.Response.TransferRe.data(), work->Response.TransferRe.data(),
+    std::memcpy(reference.Design.Response.TransferRe.data(), work->Response.TransferRe.data(),
                 RefreshedBytes);
-    std::memcpy(reference.Response.ReflectionDb.data(), work->Response.ReflectionDb.data(),
+    std::memcpy(reference.Design.Response.ReflectionDb.data(), work->Response.ReflectionDb.data(),
                 RefreshedBytes);
 }
 
 std::string ReferenceName(const ReferenceDesign& reference, const FilterDesign& design) {
-    const std::string name = "Ref: " + reference.Title;
-    if (reference.Sweep == design.SweepType && reference.SweepF1 == design.SweepF1 &&
-        reference.SweepF2 == design.SweepF2)
-        return name;
-    return name + ", swept " + FormatWithPrefix(reference.SweepF1, sweepDigits, "Hz") + " to " +
-           FormatWithPrefix(reference.SweepF2, sweepDigits, "Hz");
+    const FilterDesign& own = reference.Design;
+    const std::string name = "Ref: " + DesignTitle(own);
+    if (own.SweepF1 == design.SweepF1 && own.SweepF2 == design.SweepF2) return name;
+    const bool seen = own.SweepF1 < design.SweepF2 && design.SweepF1 < own.SweepF2;
+    return name + (seen ? ", swept " : ", outside this plot: ") +
+           FormatWithPrefix(own.SweepFreqs.front(), sweepDigits, "Hz") + " to " +
+           FormatWithPrefix(own.SweepF2, sweepDigits, "Hz");
+}
+
+std::vector<ComparedResult> CompareResults(const FilterDesign& design,
+                                           const ResponseResults& results,
+                                           const ReferenceDesign& reference) {
+    std::vector<ComparedResult> rows;
+    for (const auto& [name, value] : FiguresOf(design, results))
+        rows.push_back({name, value, {}});
+    std::ptrdiff_t next = 0;  // where a figure that only the reference has comes in
+    for (const auto& figure : FiguresOf(reference.Design, reference.Results)) {
+        auto row = std::find_if(rows.begin(), rows.end(),
+                                [&](const auto& other) { return other.Name == figure.first; });
+        if (row == rows.end()) row = rows.insert(rows.begin() + next, {figure.first, {}, {}});
+        row->OfReference = figure.second;
+        next = row - rows.begin() + 1;
+    }
+    return rows;
+}
+
+ResultTexts BesideReference(const FilterDesign& design, const ResponseResults& results,
+                            const ReferenceDesign& reference) {
+    const auto shown = [](const std::string& value) { return value.empty() ? "none" : value; };
+    ResultTexts texts;
+    for (const ComparedResult& row : CompareResults(design, results, reference))
+        texts.emplace_back(row.Name, shown(row.OfDesign) + "; reference " + shown(row.OfReference));
+    return texts;
 }
 
 }  // namespace ladderwise

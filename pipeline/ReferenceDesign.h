@@ -1,35 +1,34 @@
-// A design that is kept for comparison: its inputs, its ladder and its response. No Qt.
+// A design that is kept for comparison: its inputs, its ladder, its response over its own sweep and
+// its figures. No Qt.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "files/FileReadSave.h"
 #include "pipeline/Calculation.h"
+#include "pipeline/ResultsText.h"
 
 namespace ladderwise {
 
-/// All of a calculated design that a comparison needs; the arrays are those of its own sweep.
+/// All of a calculated design that a comparison needs.
 struct ReferenceDesign {
-    DesignRecord Record{};   ///< its inputs, as a file would hold them
-    ElementList Elements{};  ///< with what was changed by hand
-    std::optional<ElementList> CalculatedElements{};
-    int NumElements = 0;
-    DisplayQuantities Quantities{};
-    SweepResponse Response{};
-    double SweepF1 = 0.0;  ///< Hz
-    double SweepF2 = 0.0;  ///< Hz
-    SweepType Sweep = SweepType::OneDecade;
-    std::string Title;
+    DesignRecord Record{};  ///< its inputs, as a file would hold them
+    /// As it stood: the ladder with what was changed by hand, its own sweep frequencies, response
+    /// and pulse time step.
+    FilterDesign Design{};
+    DisplayQuantities Quantities{};  ///< at those frequencies, the pulse included
+    ResponseResults Results{};
 };
 
-/// "Set Ref": the nominal design of a finished calculation.
-ReferenceDesign StoreReference(const Calculation& calculation);
+/// "Set Ref": the nominal design of a finished calculation. Its pulse is calculated whether the
+/// plot shows one or not: the trace may be asked for later.
+ReferenceDesign StoreReference(const Calculation& calculation, const MessageCallback& report);
 
 /// "Exhange Ref": the inputs of the reference are loaded as from a file, and the design in hand
 /// becomes the reference, values changed by hand included. A full calculation has to follow. Doing
 /// so twice returns to the first design.
-void ExchangeReference(ReferenceDesign& reference, Calculation& calculation);
+void ExchangeReference(ReferenceDesign& reference, Calculation& calculation,
+                       const MessageCallback& report);
 
 /// Analyses the reference ladder between the terminations and over the sweep in hand, and takes the
 /// first four bytes of the fresh transfer and input reflection into the stored arrays. The traces
@@ -37,8 +36,25 @@ void ExchangeReference(ReferenceDesign& reference, Calculation& calculation);
 void RefreshReference(ReferenceDesign& reference, const Calculation& calculation,
                       const MessageCallback& report);
 
-/// Name in the legend: "Ref: 5 Pole Chebyshev LPF", and its sweep where that is another one, since
-/// the reference is drawn point by point.
+/// Name in the legend: "Ref: 5 Pole Chebyshev LPF", and the range of its sweep where that is
+/// another one than the plot's, since nothing is known of the reference outside of it.
 std::string ReferenceName(const ReferenceDesign& reference, const FilterDesign& design);
+
+/// A figure of the design in hand and the same of the reference; empty where one has none.
+struct ComparedResult {
+    std::string Name;
+    std::string OfDesign;
+    std::string OfReference;
+};
+
+/// The figures side by side, in the order of DescribeResults. What F0 and bandwidth they refer to
+/// stands before them: each design's figures are those about its own.
+std::vector<ComparedResult> CompareResults(const FilterDesign& design,
+                                           const ResponseResults& results,
+                                           const ReferenceDesign& reference);
+
+/// The same as one value each: "3.01 dB; reference 0.50 dB".
+ResultTexts BesideReference(const FilterDesign& design, const ResponseResults& results,
+                            const ReferenceDesign& reference);
 
 }  // namespace ladderwise

@@ -381,6 +381,51 @@ private slots:
         QVERIFY(f.Find("BitMap")->grab().toImage() != alone);
     }
 
+    // A shortcut leaves the focus, and what was typed, in its box.
+    void ReferenceIsOneStateAndItsFiguresStandBesideTheDesigns() {
+        WindowFixture f;
+        const auto figures = [&f] {
+            f.Window->FinishDrawing();
+            return f.Find("StatusLabel")->toolTip();
+        };
+        f.Enter("F0Box", "150", Qt::Key_unknown);
+        f.Find<QAbstractButton>("SetRefButton")->click();
+        QCOMPARE(f.Design().F0, 150e6);
+        QVERIFY(figures().contains("F0: 150.0000 MHz; reference 150.0000 MHz"));
+        f.Enter("F0Box", "300");
+        f.Trigger("HighPassMenu");
+        // Butterworth of three poles: 10 log10(1 + 2^6) = 18.13 dB an octave off F0.
+        for (const char* const row :
+             {"Design: 3 Pole Butterworth HPF; reference 3 Pole Butterworth LPF",
+              "F0: 300.0000 MHz; reference 150.0000 MHz",
+              "-3 dB edge: 300.00 MHz; reference 150.00 MHz",
+              "at 2 F0: 0.07 dB; reference 18.13 dB", "at F0 / 2: 18.13 dB; reference none"})
+            QVERIFY2(figures().contains(row), qPrintable(figures()));
+        f.Enter("F0Box", "500", Qt::Key_unknown);
+        f.Find<QAbstractButton>("ExchangeRefButton")->click();
+        QCOMPARE(f.Design().F0, 150e6);
+        QVERIFY2(figures().contains("F0: 150.0000 MHz; reference 500.0000 MHz"),
+                 qPrintable(figures()));
+        f.Check("PlotReferenceBox");
+        QVERIFY(!figures().contains("reference"));
+        QCOMPARE(f.Difference(), QString());
+    }
+
+    void ReferenceLeavesAClosedWindowClosed() {
+        WindowFixture f;
+        f.Trigger("DirectCoupledMenu");
+        auto* const window = f.Find("TDCForm");
+        QVERIFY(window->isVisible());
+        window->close();
+        f.Click("SetRefButton");
+        f.Enter("F0Box", "250");
+        f.Click("ExchangeRefButton");
+        QVERIFY(!window->isVisible());
+        f.Trigger("LowPassMenu");
+        f.Click("ExchangeRefButton");  // the type comes back, and its window with it
+        QVERIFY(window->isVisible());
+    }
+
     void ClosesAndDiesWhileTyping() {
         WindowFixture f;
         f.Enter("F0Box", "123", Qt::Key_unknown);

@@ -69,9 +69,9 @@ void KeepHighest(std::vector<Lobe>& lobes, const std::vector<double>& values);
 /// Where `value` is largest between the frequencies a and b, to about 1e-4 of their distance.
 double LargestWithin(double a, double b, const std::function<double(double)>& value);
 
-/// The place near `f` at which the slope of the level vanishes; `f` itself where the maximum is
-/// flat. `reach` is a distance (Hz) at which the level is visibly below the maximum's.
-double PolishedPeak(const FilterDesign& design, double f, double reach);
+/// The place within `reach` (Hz) of `f` at which the slope of the level vanishes, to about 1e-11 of
+/// the peak's width; `f` itself where the maximum is flat. `width` (Hz) is that of the peak.
+double PolishedPeak(const FilterDesign& design, double f, double reach, double width);
 
 /// The frequency between a and b at which the level crosses `target` (dB), to about 1e-14; none if
 /// it has no change of sign there.

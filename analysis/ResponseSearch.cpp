@@ -25,12 +25,11 @@ constexpr double TrapDepth = 10.0;
 // is as close to a target is the analysis asked on which side it lies.
 constexpr double KernelDoubt = 1e-6;
 
-// The slope of a peak is taken over steps at which the level has fallen by this, dB: rounding (of
-// some 1e-14 dB) and the next terms of the series then both move its zero by about 1e-12 of the
-// width of the peak. Ripple is flatter than its poles are far; hence also the least of the samples'
-// distance.
+// The slope of a peak is taken over steps of this share of its width, or shorter ones at which the
+// level has fallen by SlopeDrop (dB): there rounding, of some 1e-14 dB, and the next terms of the
+// series move its zero by about as little.
+constexpr double SlopeShare = 1.25e-3;
 constexpr double SlopeDrop = 1e-5;
-constexpr double SlopeReach = 0.2;
 constexpr double FlatCurve = 1e-12;        // dB over such steps: there is no one place of the top
 constexpr int MostPolishSteps = 6;         // a guard: two are usual
 constexpr double PolishTolerance = 1e-13;  // relative
@@ -128,8 +127,8 @@ double LargestWithin(double a, double b, const std::function<double(double)>& va
     return std::exp(trials.X[0]);
 }
 
-double PolishedPeak(const FilterDesign& design, double f, double reach) {
-    double h = SlopeReach * reach, curve = 0.0;
+double PolishedPeak(const FilterDesign& design, double f, double reach, double width) {
+    double h = SlopeShare * width, curve = 0.0;
     SlopeAt(design, f, h, curve);
     if (!(-curve * h * h > FlatCurve)) return f;
     h = std::min(h, std::sqrt(2.0 * SlopeDrop / -curve));

@@ -15,6 +15,7 @@ constexpr double Infinite = std::numeric_limits<double>::infinity();
 
 constexpr double EqualLevels = 1e-7;   // dB: what differs by less is equal but for rounding
 constexpr double VisiblyLower = 1e-4;  // dB
+constexpr double RippleWidths = 40.0;  // the width of a peak over the distance of that, at most
 constexpr double LeastRise = 1e-9;     // dB: less is rounding
 constexpr double PassBandX = 2.0;      // the peak is looked for at least this far around F0
 constexpr double LowestBand = 0.5;     // of F0: parasitics make a band sink no further
@@ -30,37 +31,11 @@ constexpr double OtherBandHeight = 30.0;  // dB below the peak: what bounces hig
 // By so much (dB) an equal-ripple stop band may exceed its attenuation by rounding.
 constexpr double StopBandDoubt = 1e-5;
 
-/// Part of the frequencies, Hz.
-struct Range {
-    double Low = 0.0;
-    double High = 0.0;
-
-    bool Holds(double f) const { return f >= Low && f <= High; }
-};
-
 bool IsBandPass(PassType pass) {
     return HasBandWidth(pass) && pass != PassType::Notch;
 }
 
-/// Where a response that belongs to F0 lies.
-Range BandAboutF0(const FilterDesign& design) {
-    const double bottom = LowestX * design.F0;
-    switch (design.PassType) {
-        case PassType::LowPass:
-            return {bottom, HighestOfLow * design.F0};
-        case PassType::HighPass:
-            return {LowestBand * design.F0, Infinite};
-        case PassType::Notch:
-        case PassType::BandPassCanonical:
-        case PassType::DirectCoupled:
-        case PassType::Norton:
-            break;
-    }
-    return {std::min(LowestBand * design.F0, FrequencyOf(design, -PassBandX)),
-            std::max(HighestBand * design.F0, FrequencyOf(design, PassBandX))};
-}
-
-Range WholeScan(const FilterDesign& design) {
+FrequencyRange WholeScan(const FilterDesign& design) {
     return {design.F0 / ScanReach, design.F0 * ScanReach};
 }
 
@@ -91,7 +66,8 @@ double ReachOf(const ResponseSamples& samples, int i) {
 /// The highest interior maximum within `range` but not within `leftOut`; of several that are equal
 /// the nearest to F0.
 std::optional<Maximum> HighestWithin(const FilterDesign& design, const ResponseSamples& samples,
-                                     const Range& range, const Range& leftOut = {}) {
+                                     const FrequencyRange& range,
+                                     const FrequencyRange& leftOut = {}) {
     std::vector<Lobe> lobes =
         LobesBetween(samples.F, samples.Level, samples.At(range.Low), samples.At(range.High));
     std::erase_if(lobes, [&](const Lobe& lobe) { return leftOut.Holds(samples.F[lobe.Index]); });
@@ -113,7 +89,7 @@ std::optional<Maximum> HighestWithin(const FilterDesign& design, const ResponseS
 
 /// The interior maximum nearest to F0 within `range`.
 std::optional<Maximum> NearestWithin(const FilterDesign& design, const ResponseSamples& samples,
-                                     const Range& range) {
+                                     const FrequencyRange& range) {
     const std::vector<Lobe> lobes =
         LobesBetween(samples.F, samples.Level, samples.At(range.Low), samples.At(range.High));
     const auto nearest =
@@ -141,17 +117,27 @@ std::optional<Maximum> HighestEnd(const FilterDesign& design, const ResponseSamp
 
 std::optional<Maximum> FindPeak(const FilterDesign& design, const ResponseSamples& samples) {
     const bool notch = design.PassType == PassType::Notch;
-    const Range range = notch ? Range{0.0, Infinite} : BandAboutF0(design);
+    const FrequencyRange range = notch ? FrequencyRange{0.0, Infinite} : BandAboutF0(design);
     std::optional<Maximum> peak = HighestWithin(design, samples, range);
     const std::optional<Maximum> end = HighestEnd(design, samples);
     if (end && (!peak || !(peak->Level > end->Level + LeastRise))) return end;
     if (!peak && IsBandPass(design.PassType))
         peak = NearestWithin(design, samples, WholeScan(design));
-    if (peak) {
-        peak->Frequency = PolishedPeak(design, peak->Frequency, peak->Reach);
-        peak->Level = LevelAt(design, peak->Frequency);
-    }
     return peak;
+}
+
+/// A maximum to the last digits that rounding leaves. The nearer edge tells its width; ripple that
+/// is far narrower than the band has fallen visibly long before.
+Maximum Polished(const FilterDesign& design, Maximum maximum, const ResponseEdges& edges) {
+    if (maximum.Reach == 0.0) return maximum;
+    double width = 2.0 * maximum.Frequency;
+    for (const auto& edge : {edges.Lower, edges.Upper})
+        if (edge) width = std::min(width, 2.0 * std::abs(*edge - maximum.Frequency));
+    const double visible = RippleWidths * maximum.Reach;
+    maximum.Frequency =
+        PolishedPeak(design, maximum.Frequency, maximum.Reach, std::min(width, visible));
+    maximum.Level = LevelAt(design, maximum.Frequency);
+    return maximum;
 }
 
 /// Frequency and loss of a maximum; one at an end of the samples lies beyond them.
@@ -163,7 +149,7 @@ ResponsePeak PeakOf(const ResponseSamples& samples, const Maximum& maximum) {
 
 /// The deepest place of a notch.
 std::optional<double> DeepestPlace(const FilterDesign& design, const ResponseSamples& samples) {
-    const Range range = BandAboutF0(design);
+    const FrequencyRange range = BandAboutF0(design);
     const int last = std::min(samples.At(range.High), samples.Count() - 1);
     int deepest = -1;
     for (int i = samples.At(range.Low); i <= last; ++i)
@@ -206,12 +192,12 @@ std::optional<double> OffsetOf(const FilterDesign& design, const ResponseResults
 
 std::optional<ResponsePeak> FindOtherBand(const FilterDesign& design,
                                           const ResponseSamples& samples, const Maximum& peak) {
-    Range own = BandAboutF0(design);
+    FrequencyRange own = BandAboutF0(design);
     own.Low = design.PassType == PassType::LowPass ? 0.0 : std::min(own.Low, peak.Frequency);
     own.High = std::max(own.High, peak.Frequency);
     const auto other = HighestWithin(design, samples, WholeScan(design), own);
     if (!other || other->Level < peak.Level - OtherBandDepth) return std::nullopt;
-    return ResponsePeak{PolishedPeak(design, other->Frequency, other->Reach), -other->Level};
+    return ResponsePeak{Polished(design, *other, {}).Frequency, -other->Level};
 }
 
 /// The largest reflection between two frequencies, ends included, raises `worst` (dB) and `at`.
@@ -287,7 +273,7 @@ struct Skirt {
 
 Skirt FindSkirt(const FilterDesign& design, const ResponseSamples& samples, const Maximum& peak,
                 int direction) {
-    const Range scan = WholeScan(design);
+    const FrequencyRange scan = WholeScan(design);
     const double target = peak.Level - SkirtDepth;
     const int first = direction > 0 ? samples.At(peak.Frequency) : samples.At(peak.Frequency) - 1;
     const int end =
@@ -339,7 +325,7 @@ void FindShapeFactor(const FilterDesign& design, const ResponseSamples& samples,
 
 /// The widest part of `range`, on a logarithmic scale, in which the attenuation holds.
 std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSamples& samples,
-                                   const Range& range, double attenuation) {
+                                   const FrequencyRange& range, double attenuation) {
     const double target = -attenuation;
     const int first = samples.At(range.Low);
     const int last = std::min(samples.At(range.High), samples.Count()) - 1;
@@ -387,8 +373,8 @@ void FindStopBands(const FilterDesign& design, const ResponseSamples& samples,
                    const std::optional<Maximum>& peak, ResponseResults& results) {
     if (design.Elliptic.NumTraps == 0) return;
     results.StopAttenuation = design.Elliptic.AttenUsedDb;
-    const Range scan = WholeScan(design);
-    const auto add = [&](const Range& range) {
+    const FrequencyRange scan = WholeScan(design);
+    const auto add = [&](const FrequencyRange& range) {
         const auto held = WidestHeld(design, samples, range, results.StopAttenuation);
         if (held) results.StopBands.push_back(*held);
     };
@@ -438,6 +424,23 @@ std::optional<double> ResponseEdges::Width(PassType pass) const {
     return *Upper - *Lower;
 }
 
+FrequencyRange BandAboutF0(const FilterDesign& design) {
+    const double bottom = LowestX * design.F0;
+    switch (design.PassType) {
+        case PassType::LowPass:
+            return {bottom, HighestOfLow * design.F0};
+        case PassType::HighPass:
+            return {LowestBand * design.F0, Infinite};
+        case PassType::Notch:
+        case PassType::BandPassCanonical:
+        case PassType::DirectCoupled:
+        case PassType::Norton:
+            break;
+    }
+    return {std::min(LowestBand * design.F0, FrequencyOf(design, -PassBandX)),
+            std::max(HighestBand * design.F0, FrequencyOf(design, PassBandX))};
+}
+
 double ReturnLossBandEdge(const FilterDesign& design) {
     constexpr double InnerHalf = 0.5;
     if (design.Elliptic.NumTraps > 0) return design.Elliptic.PassBandEdge;
@@ -455,10 +458,11 @@ ResponseResults ComputeResults(const FilterDesign& design, double bandEdge) {
     results.LossAtF0 = -LevelAt(design, design.F0);
     if (std::isnan(results.LossAtF0)) return results;
     results.Valid = true;
-    const std::optional<Maximum> peak = FindPeak(design, samples);
+    std::optional<Maximum> peak = FindPeak(design, samples);
     if (peak) {
-        results.Peak = PeakOf(samples, *peak);
         results.Edges = FindEdges(design, samples, peak->Frequency, peak->Level - HalfPowerDb);
+        peak = Polished(design, *peak, results.Edges);
+        results.Peak = PeakOf(samples, *peak);
         if (IsBandPass(design.PassType)) {
             results.BandOffset = OffsetOf(design, results);
             FindShapeFactor(design, samples, *peak, results);

@@ -79,6 +79,20 @@ struct ResponseResults {
     std::vector<AttenuationAt> Attenuations;  ///< those below 0 Hz are left out
 };
 
+/// Part of the frequencies, Hz.
+struct FrequencyRange {
+    double Low = 0.0;
+    double High = 0.0;
+
+    bool Holds(double f) const { return f >= Low && f <= High; }
+};
+
+/// Where a response lies that belongs to F0: parasitics make a band sink, by no more than an
+/// octave, and what lies more than half as much again above F0 is a band of its own. Bands that
+/// were asked for wider are taken whole. A low-pass may have its peak up to 2 F0, a high-pass from
+/// F0 / 2.
+FrequencyRange BandAboutF0(const FilterDesign& design);
+
 /// How far the return-loss band reaches, as a fraction of the way to the 3 dB corner of the
 /// low-pass prototype: the ripple band of a Chebyshev or elliptic response; for the families
 /// without ripple the inner half, because close to their corner they reflect by nature.
@@ -88,12 +102,11 @@ double ReturnLossBandEdge(const FilterDesign& design);
 /// ripple-band edge of a prototype that knows better. What is looked for is bracketed by
 /// TakeSamples, then found on the analysis itself (edges to about 1e-12 relative, peaks to 1e-11 of
 /// their width).
-/// - The peak of a band-pass is the highest interior maximum from an octave below F0 to half as
-///   much again above it, or within two bandwidths; parasitics make a band sink, and what lies
-///   higher is a band of its own. If there is none, it is the maximum nearest to F0 between
-///   F0 / 10 and 10 F0. That of a low-pass lies below 2 F0, that of a high-pass above F0 / 2.
-/// - An edge is the crossing next to the peak; of a notch, next to its deepest place between these
-///   same limits.
+/// - The peak is the highest interior maximum in BandAboutF0; of a band-pass that has none there,
+/// the
+///   maximum nearest to F0 between F0 / 10 and 10 F0.
+/// - An edge is the crossing next to the peak; of a notch, next to its deepest place in
+/// BandAboutF0.
 /// - The return-loss band is that of the design, wherever the ladder has its own; of a high-pass or
 ///   notch it ends at 3 F0, or an octave above its lower end.
 /// - The skirts count at 60 dB where they stay below it as far as F0 / 10 and 10 F0: the flank of a

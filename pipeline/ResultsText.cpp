@@ -42,7 +42,7 @@ std::string Pair(const std::optional<double>& lower, const std::optional<double>
     return (lower ? Hz(*lower) : "none") + " and " + (upper ? Hz(*upper) : "none");
 }
 
-void AddEdges(const FilterDesign& design, const ResponseResults& results, ResultRows& rows) {
+void AddEdges(const FilterDesign& design, const ResponseResults& results, ResultTexts& rows) {
     const ResponseEdges& edges = results.Edges;
     switch (design.PassType) {
         case PassType::LowPass:
@@ -79,8 +79,8 @@ std::string BandText(const FilterDesign& design, const ResponseEdges& band) {
 }
 
 /// All figures but the attenuations; `brief` leaves out what a line has no room for.
-ResultRows Figures(const FilterDesign& design, const ResponseResults& results, bool brief) {
-    ResultRows rows;
+ResultTexts Figures(const FilterDesign& design, const ResponseResults& results, bool brief) {
+    ResultTexts rows;
     rows.push_back({"Loss at Fo", Db(results.LossAtF0)});
     const bool band = HasBandWidth(design.PassType);
     const bool bandPass = band && design.PassType != PassType::Notch;
@@ -112,19 +112,19 @@ std::string AttenuationName(std::string where) {
     return "attenuation at " + where;
 }
 
-void AddAttenuations(const ResponseResults& results, ResultRows& rows) {
+void AddAttenuations(const ResponseResults& results, ResultTexts& rows) {
     for (const AttenuationAt& at : results.Attenuations)
         rows.push_back({AttenuationName(at.Where), Db(at.Attenuation)});
 }
 
 /// The attenuations with both sides of the pass band in one, the nearer ones first.
-void AddPairedAttenuations(const ResponseResults& results, ResultRows& rows) {
+void AddPairedAttenuations(const ResponseResults& results, ResultTexts& rows) {
     const auto add = [&](const std::string& where, const std::string& together) {
         for (const AttenuationAt& at : results.Attenuations) {
             if (at.Where != where) continue;
             const std::string name = AttenuationName(together);
-            if (rows.back().Name == name)
-                rows.back().Value += " / " + Db(at.Attenuation);
+            if (rows.back().first == name)
+                rows.back().second += " / " + Db(at.Attenuation);
             else
                 rows.push_back({name, Db(at.Attenuation)});
         }
@@ -223,9 +223,9 @@ ResponseResults ResultsOf(const FilterDesign& design) {
     return ComputeResults(design, ReturnLossBandEdge(design));
 }
 
-ResultRows DescribeResults(const FilterDesign& design, const ResponseResults& results) {
+ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return {};
-    ResultRows rows = Figures(design, results, false);
+    ResultTexts rows = Figures(design, results, false);
     AddAttenuations(results, rows);
     std::string traps;
     for (const double f : TrapFrequencies(design))
@@ -234,25 +234,9 @@ ResultRows DescribeResults(const FilterDesign& design, const ResponseResults& re
     return rows;
 }
 
-std::vector<ComparedRow> CompareResults(const ResultRows& rows, const ResultRows& others) {
-    std::vector<ComparedRow> table;
-    for (const ResultRow& row : rows)
-        table.push_back({row.Name, row.Value, ""});
-    for (const ResultRow& other : others) {
-        const auto row = std::find_if(table.begin(), table.end(), [&](const ComparedRow& known) {
-            return known.Name == other.Name && known.Other.empty();
-        });
-        if (row != table.end())
-            row->Other = other.Value;
-        else
-            table.push_back({other.Name, "", other.Value});
-    }
-    return table;
-}
-
 std::string ResultsLine(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return {};
-    ResultRows rows = Figures(design, results, true);
+    ResultTexts rows = Figures(design, results, true);
     if (HasBandWidth(design.PassType))
         AddPairedAttenuations(results, rows);
     else

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "analysis/Results.h"
@@ -12,24 +13,11 @@ namespace ladderwise {
 /// The results of a design as its prototype's pass band asks for them.
 ResponseResults ResultsOf(const FilterDesign& design);
 
-/// One figure: {"Loss at Fo", "3.01 dB"}, {"attenuation at 2 Fo", "18.13 dB"}, ... Names say what
-/// was measured and hold no value, so that those of two designs can be put beside each other.
-struct ResultRow {
-    std::string Name;
-    std::string Value;
-};
-using ResultRows = std::vector<ResultRow>;
-
-/// All figures. Empty for an empty ladder.
-ResultRows DescribeResults(const FilterDesign& design, const ResponseResults& results);
-
-/// The rows of two designs in one table; a figure that one of them has not is empty there.
-struct ComparedRow {
-    std::string Name;
-    std::string Value;
-    std::string Other;
-};
-std::vector<ComparedRow> CompareResults(const ResultRows& rows, const ResultRows& others);
+/// Name and value of each figure: {"Loss at Fo", "3.01 dB"}, {"attenuation at 2 Fo", "18.13 dB"},
+/// ... Names say what was measured and hold no value, so that those of two designs can be put
+/// beside each other. Empty for an empty ladder.
+using ResultTexts = std::vector<std::pair<std::string, std::string>>;
+ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results);
 
 /// The chief ones as one line: "Loss at Fo 3.01 dB, -3 dB edge 200 MHz, ..."; for band-passes and
 /// notches the attenuations of both sides are in one.

@@ -455,10 +455,10 @@ TEST(Pipeline, EllipticDesignsShowTheirLoadAndStopBand) {
     const struct { Settings Given; std::string Load; BoxColour Colour; std::string Status; } cases[] = {
         {{{"response", "elliptic-b"}, {"poles", "1"}, {"atten", "40"}}, "32.5", BoxColour::Yellow,
          "R Load was moved to 32.498 ohm, the one that this elliptic ladder needs; 50 ohm was asked for.  "
-         "Stop band from 338.41 MHz, shape factor 1.692."},
+         "Stop band of 40.00 dB from 338.41 MHz, shape factor 1.692."},
         {{{"response", "elliptic-c"}, {"ripple", "0.1"}, {"atten", "10"}}, "50.0", BoxColour::Normal,
          "Attenuation 16.04 dB used: no ladder with positive parts below.  "
-         "Stop band from 200.90 MHz, shape factor 1.005."}};
+         "Stop band of 16.04 dB from 200.90 MHz, shape factor 1.005."}};
     // clang-format on
     for (const auto& c : cases) {
         Session session;

@@ -2,7 +2,8 @@
 # relatives the missing packages are installed; elsewhere it is said what is needed.
 
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-qpa-plugins fonts-dejavu-core)
-test_packages=(libgtest-dev libbenchmark-dev)
+test_packages=(libgtest-dev libbenchmark-dev python3 ngspice python3-scikit-rf)
+clang_packages=(clang clang-format libclang-rt-14-dev)
 
 # install PACKAGE...: with sudo where the user is not root.
 install() {

@@ -143,11 +143,6 @@ void MultiplySlot(const SlotAtPoint& p) {
     }
 }
 
-/// Slots in use, never beyond the list.
-int SlotsInUse(const FilterDesign& design) {
-    return std::clamp(design.NumElements, 0, NumSlots - 1);
-}
-
 /// One value as the kernel takes it.
 KernelValue PrepareValue(ValueKind kind, double value) {
     switch (kind) {
@@ -246,12 +241,17 @@ double ComplexToDb(Complex z) {
     return power > 0.0 ? 10.0 * GuardedLog10(power) : ZeroPowerDb;
 }
 
-Complex InductorZ(const PartContext& parts, Complex s, double f, double L) {
+ImpedanceRatio InductorRatio(const PartContext& parts, Complex s, double f, double L) {
     L = GuardedPartValue(L);
     const PartModel& model = parts.Model;
-    if (model.Choice == PartChoice::IdealParts) return s * L;
+    if (model.Choice == PartChoice::IdealParts) return {s * L, 1.0};
     const double R = GuardedSqrt(parts.F0 * f) * TwoPi * L / model.IndQ;
-    return GuardedDivide(R + s * L, 1.0 + s * (R * model.IndC) + s * s * (L * model.IndC));
+    return {R + s * L, 1.0 + s * (R * model.IndC) + s * s * (L * model.IndC)};
+}
+
+Complex InductorZ(const PartContext& parts, Complex s, double f, double L) {
+    const ImpedanceRatio z = InductorRatio(parts, s, f, L);
+    return parts.Model.Choice == PartChoice::IdealParts ? z.N : GuardedDivide(z.N, z.D);
 }
 
 Complex InductorY(const PartContext& parts, Complex s, double f, double L) {
@@ -264,6 +264,13 @@ Complex CapacitorZ(const PartContext& parts, Complex s, double, double C) {
     const PartModel& model = parts.Model;
     if (model.Choice == PartChoice::IdealParts) return Z;
     return Z + s * model.CapL + model.CapR;
+}
+
+ImpedanceRatio CapacitorRatio(const PartContext& parts, Complex s, double C) {
+    C = GuardedPartValue(C);
+    const PartModel& model = parts.Model;
+    if (model.Choice == PartChoice::IdealParts) return {1.0, s * C};
+    return {1.0 + s * C * (s * model.CapL + model.CapR), s * C};
 }
 
 Complex CapacitorY(const PartContext& parts, Complex s, double f, double C) {

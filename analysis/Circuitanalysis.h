@@ -48,6 +48,15 @@ Complex InductorY(const PartContext& parts, Complex s, double f, double L);
 Complex CapacitorZ(const PartContext& parts, Complex s, double f, double C);
 Complex CapacitorY(const PartContext& parts, Complex s, double f, double C);
 
+/// An impedance as N / D (ohm), which an open circuit (D = 0) and a short one have alike.
+struct ImpedanceRatio {
+    Complex N, D;
+};
+
+/// The impedances of the same parts as ratios.
+ImpedanceRatio InductorRatio(const PartContext& parts, Complex s, double f, double L);
+ImpedanceRatio CapacitorRatio(const PartContext& parts, Complex s, double C);
+
 /// A chain (ABCD) matrix, the identity at first: V1 = A V2 + B I2, I1 = C V2 + D I2.
 struct ChainMatrix {
     Complex A{1.0}, B{0.0}, C{0.0}, D{1.0};

@@ -100,4 +100,8 @@ void CalcPulseResponse(FilterDesign& design, int width, PulseWork& work,
     design.PulseTimeStep = static_cast<double>(width) / NumSteps / span;
 }
 
+double PulseLevel(PassType pass, double height) {
+    return (height - LevelOffset(pass)) / LevelScale;
+}
+
 }  // namespace ladderwise

@@ -47,4 +47,8 @@ struct PulseWork {
 void CalcPulseResponse(FilterDesign& design, int width, PulseWork& work,
                        std::span<double, NumSweepPoints> samples, const MessageCallback& report);
 
+/// v of a height on the plot: 1 for the pulse through a lossless match, where the response of a
+/// low-pass settles, 0 before it.
+double PulseLevel(PassType pass, double height);
+
 }  // namespace ladderwise

@@ -35,7 +35,7 @@ bool IsBandPass(PassType pass) {
     return HasBandWidth(pass) && pass != PassType::Notch;
 }
 
-FrequencyRange WholeScan(const FilterDesign& design) {
+BandRange WholeScan(const FilterDesign& design) {
     return {design.F0 / ScanReach, design.F0 * ScanReach};
 }
 
@@ -66,8 +66,7 @@ double ReachOf(const ResponseSamples& samples, int i) {
 /// The highest interior maximum within `range` but not within `leftOut`; of several that are equal
 /// the nearest to F0.
 std::optional<Maximum> HighestWithin(const FilterDesign& design, const ResponseSamples& samples,
-                                     const FrequencyRange& range,
-                                     const FrequencyRange& leftOut = {}) {
+                                     const BandRange& range, const BandRange& leftOut = {}) {
     std::vector<Lobe> lobes =
         LobesBetween(samples.F, samples.Level, samples.At(range.Low), samples.At(range.High));
     std::erase_if(lobes, [&](const Lobe& lobe) { return leftOut.Holds(samples.F[lobe.Index]); });
@@ -89,7 +88,7 @@ std::optional<Maximum> HighestWithin(const FilterDesign& design, const ResponseS
 
 /// The interior maximum nearest to F0 within `range`.
 std::optional<Maximum> NearestWithin(const FilterDesign& design, const ResponseSamples& samples,
-                                     const FrequencyRange& range) {
+                                     const BandRange& range) {
     const std::vector<Lobe> lobes =
         LobesBetween(samples.F, samples.Level, samples.At(range.Low), samples.At(range.High));
     const auto nearest =
@@ -117,7 +116,7 @@ std::optional<Maximum> HighestEnd(const FilterDesign& design, const ResponseSamp
 
 std::optional<Maximum> FindPeak(const FilterDesign& design, const ResponseSamples& samples) {
     const bool notch = design.PassType == PassType::Notch;
-    const FrequencyRange range = notch ? FrequencyRange{0.0, Infinite} : BandAboutF0(design);
+    const BandRange range = notch ? BandRange{0.0, Infinite} : BandAboutF0(design);
     std::optional<Maximum> peak = HighestWithin(design, samples, range);
     const std::optional<Maximum> end = HighestEnd(design, samples);
     if (end && (!peak || !(peak->Level > end->Level + LeastRise))) return end;
@@ -149,7 +148,7 @@ ResponsePeak PeakOf(const ResponseSamples& samples, const Maximum& maximum) {
 
 /// The deepest place of a notch.
 std::optional<double> DeepestPlace(const FilterDesign& design, const ResponseSamples& samples) {
-    const FrequencyRange range = BandAboutF0(design);
+    const BandRange range = BandAboutF0(design);
     const int last = std::min(samples.At(range.High), samples.Count() - 1);
     int deepest = -1;
     for (int i = samples.At(range.Low); i <= last; ++i)
@@ -192,7 +191,7 @@ std::optional<double> OffsetOf(const FilterDesign& design, const ResponseResults
 
 std::optional<ResponsePeak> FindOtherBand(const FilterDesign& design,
                                           const ResponseSamples& samples, const Maximum& peak) {
-    FrequencyRange own = BandAboutF0(design);
+    BandRange own = BandAboutF0(design);
     own.Low = design.PassType == PassType::LowPass ? 0.0 : std::min(own.Low, peak.Frequency);
     own.High = std::max(own.High, peak.Frequency);
     const auto other = HighestWithin(design, samples, WholeScan(design), own);
@@ -273,7 +272,7 @@ struct Skirt {
 
 Skirt FindSkirt(const FilterDesign& design, const ResponseSamples& samples, const Maximum& peak,
                 int direction) {
-    const FrequencyRange scan = WholeScan(design);
+    const BandRange scan = WholeScan(design);
     const double target = peak.Level - SkirtDepth;
     const int first = direction > 0 ? samples.At(peak.Frequency) : samples.At(peak.Frequency) - 1;
     const int end =
@@ -325,7 +324,7 @@ void FindShapeFactor(const FilterDesign& design, const ResponseSamples& samples,
 
 /// The widest part of `range`, on a logarithmic scale, in which the attenuation holds.
 std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSamples& samples,
-                                   const FrequencyRange& range, double attenuation) {
+                                   const BandRange& range, double attenuation) {
     const double target = -attenuation;
     const int first = samples.At(range.Low);
     const int last = std::min(samples.At(range.High), samples.Count()) - 1;
@@ -373,8 +372,8 @@ void FindStopBands(const FilterDesign& design, const ResponseSamples& samples,
                    const std::optional<Maximum>& peak, ResponseResults& results) {
     if (design.Elliptic.NumTraps == 0) return;
     results.StopAttenuation = design.Elliptic.AttenUsedDb;
-    const FrequencyRange scan = WholeScan(design);
-    const auto add = [&](const FrequencyRange& range) {
+    const BandRange scan = WholeScan(design);
+    const auto add = [&](const BandRange& range) {
         const auto held = WidestHeld(design, samples, range, results.StopAttenuation);
         if (held) results.StopBands.push_back(*held);
     };
@@ -424,7 +423,7 @@ std::optional<double> ResponseEdges::Width(PassType pass) const {
     return *Upper - *Lower;
 }
 
-FrequencyRange BandAboutF0(const FilterDesign& design) {
+BandRange BandAboutF0(const FilterDesign& design) {
     const double bottom = LowestX * design.F0;
     switch (design.PassType) {
         case PassType::LowPass:

@@ -80,7 +80,7 @@ struct ResponseResults {
 };
 
 /// Part of the frequencies, Hz.
-struct FrequencyRange {
+struct BandRange {
     double Low = 0.0;
     double High = 0.0;
 
@@ -91,7 +91,7 @@ struct FrequencyRange {
 /// octave, and what lies more than half as much again above F0 is a band of its own. Bands that
 /// were asked for wider are taken whole. A low-pass may have its peak up to 2 F0, a high-pass from
 /// F0 / 2.
-FrequencyRange BandAboutF0(const FilterDesign& design);
+BandRange BandAboutF0(const FilterDesign& design);
 
 /// How far the return-loss band reaches, as a fraction of the way to the 3 dB corner of the
 /// low-pass prototype: the ripple band of a Chebyshev or elliptic response; for the families

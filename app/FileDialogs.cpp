@@ -1,8 +1,11 @@
 // The toolkit's dialogs about files.
 #include "app/FileDialogs.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QMessageBox>
+
+#include "files/RecentFiles.h"
 
 namespace ladderwise {
 
@@ -32,6 +35,11 @@ UnsavedAnswer AskUnsaved(QWidget* window, const QString& design) {
 }
 
 }  // namespace
+
+QString FileCaption(const std::string& path) {
+    const QString native = QDir::toNativeSeparators(QString::fromStdString(path));
+    return QString::fromStdString(ShortenedPath(native.toStdString()));
+}
 
 FileDialogs StandardFileDialogs(QWidget* window) {
     return {[window](const FileDialogTexts& texts) {

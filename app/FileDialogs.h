@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <functional>
+#include <string>
 
 class QWidget;
 
@@ -25,6 +26,9 @@ struct FileDialogs {
     std::function<QString(const FileDialogTexts&)> NameToSave;
     std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
 };
+
+/// A path as captions show it, shortened.
+QString FileCaption(const std::string& path);
 
 /// The toolkit's dialogs over a window.
 FileDialogs StandardFileDialogs(QWidget* window);

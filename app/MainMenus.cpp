@@ -1,11 +1,15 @@
 // The menu table and the menus made of it.
 #include "app/MainMenus.h"
 
+#include <QDir>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <optional>
+#include <variant>
 
+#include "app/FileDialogs.h"
 #include "controls/InputBinder.h"
+#include "files/RecentFiles.h"
+#include "pipeline/DesignDocument.h"
 
 namespace ladderwise {
 
@@ -18,14 +22,19 @@ struct ChoiceRange {
     int Last;
 };
 
-/// A piece of a menu: a command, the entries of a choice, or (with neither) a separating line.
-/// Component names of commands never change.
-struct MenuPart {
+/// A command with its component name, which never changes, and its caption.
+struct CommandRow {
+    Command Id;
     const char* Name;
     const char* Caption;
-    std::optional<ChoiceRange> Choice;
     QKeySequence::StandardKey Key = QKeySequence::UnknownKey;
 };
+
+/// A separating line.
+struct Line {};
+
+/// A piece of a menu.
+using MenuPart = std::variant<CommandRow, ChoiceRange, Line>;
 
 /// One menu of the bar.
 struct MenuTable {
@@ -34,68 +43,77 @@ struct MenuTable {
     std::vector<MenuPart> Parts;
 };
 
-const MenuPart Line = {"", "", {}};
-
-MenuPart Choices(ChoiceId id, int first, int last) {
-    return {"", "", ChoiceRange{id, first, last}};
+// clang-format off
+const std::vector<MenuTable>& MenuTables() {
+    using enum Command;
+    using C = CommandRow;
+    using R = ChoiceRange;
+    static const std::vector<MenuTable> menus = {
+    {"FileMenu", "&File", {
+        C{Open, "OpenMenu", "&Open...", QKeySequence::Open},
+        C{Save, "SaveMenu", "&Save", QKeySequence::Save},
+        C{SaveAs, "SaveAsMenu", "Save &As...", QKeySequence::SaveAs},
+        Line{},
+        C{OpenRecent0, "PrevFile0Menu", ""},
+        C{OpenRecent1, "PrevFile1Menu", ""},
+        C{OpenRecent2, "PrevFile2Menu", ""},
+        C{OpenRecent3, "PrevFile3Menu", ""},
+        Line{},
+        C{Print, "PrintMenu", "&Print Screen...", QKeySequence::Print},
+        Line{},
+        C{Exit, "ExitMenu", "E&xit", QKeySequence::Quit}}},
+    {"PassMenu", "&Pass", {R{ChoiceId::Pass, 0, 5}, Line{}, R{ChoiceId::Pass, PrototypePassCode, PrototypePassCode}}},
+    {"ResponseMenu", "Response F&4", {R{ChoiceId::Response, 0, 6}, R{ChoiceId::Response, 13, 13}, Line{}, R{ChoiceId::Form, 0, 1}}},
+    {"EllipticMenu", "&Elliptic", {R{ChoiceId::Response, 7, 11}}},
+    {"SweepMenu", "Sweep F&7", {R{ChoiceId::Sweep, 0, 5}}},
+    {"PartsMenu", "P&arts", {
+        C{PartDefinitions, "PartDefinitionsMenu", "Part &Definitions"},
+        C{BringBack, "BringBackMenu", "Bring Back &Edited Values"}}},
+    {"OptionsMenu", "&Options", {
+        C{Options, "OptionsWindowMenu", "&Options..."},
+        C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
+        C{SetSeed, "SetSeedMenu", "Worst-Case &Seed..."}}},
+    {"HelpMenu", "&Help", {
+        C{Help, "HelpWindowMenu", "&Help...", QKeySequence::UnknownKey},
+        C{MathErrors, "MathErrMenu", "&Math Err..."},
+        C{About, "AboutMenu", "&About..."}}},
+    };
+    return menus;
 }
 
-using ChoiceId::Form;
-using ChoiceId::Pass;
-using ChoiceId::Response;
-using ChoiceId::Sweep;
-
-// clang-format off
-const std::vector<MenuTable> menus = {
-    {"FileMenu", "&File", {
-        {"OpenMenu", "&Open...", {}, QKeySequence::Open},
-        {"SaveMenu", "&Save", {}, QKeySequence::Save},
-        {"SaveAsMenu", "Save &As...", {}, QKeySequence::SaveAs},
-        Line,
-        {"PrevFile0Menu", "", {}},
-        {"PrevFile1Menu", "", {}},
-        {"PrevFile2Menu", "", {}},
-        {"PrevFile3Menu", "", {}},
-        Line,
-        {"PrintMenu", "&Print Screen...", {}, QKeySequence::Print},
-        Line,
-        {"ExitMenu", "E&xit", {}, QKeySequence::Quit}}},
-    {"PassMenu", "&Pass", {Choices(Pass, 0, 5), Line, Choices(Pass, PrototypePassCode, PrototypePassCode)}},
-    {"ResponseMenu", "Response F&4", {Choices(Response, 0, 6), Choices(Response, 13, 13), Line, Choices(Form, 0, 1)}},
-    {"EllipticMenu", "&Elliptic", {Choices(Response, 7, 11)}},
-    {"SweepMenu", "Sweep F&7", {Choices(Sweep, 0, 5)}},
-    {"PartsMenu", "P&arts", {
-        {"PartDefinitionsMenu", "Part &Definitions", {}},
-        {"BringBackMenu", "Bring Back &Edited Values", {}}}},
-    {"OptionsMenu", "&Options", {
-        {"OptionsWindowMenu", "&Options...", {}},
-        {"FixSeedMenu", "&Fix Worst-Case Seed", {}},
-        {"SetSeedMenu", "Worst-Case &Seed...", {}}}},
-    {"HelpMenu", "&Help", {
-        {"HelpWindowMenu", "&Help...", {}},
-        {"MathErrMenu", "&Math Err...", {}},
-        {"AboutMenu", "&About...", {}}}},
+struct MarkerRow {
+    MarkerCommand Id;
+    const char* Name;
+    const char* Caption;
 };
-
-const std::vector<MenuPart> markerParts = {
-    {"SetRefF0Menu", "Set Ref to &Fo, 0dB", {}},
-    {"SetRefPeakMenu", "Set Ref at BPF &Peak", {}},
-    {"SetRefCursorMenu", "Set Ref at &Cursor", {}},
-    {"ClearRefMenu", "Clear &Reference", {}},
-    {"FreqMarkerMenu", "Fre&q Marker", {}},
-    {"DbMarkerMenu", "dB &Level Marker", {}},
-    {"ClearMarkersMenu", "Clear &Markers", {}}};
+constexpr MarkerRow markerRows[] = {
+    {MarkerCommand::SetRefToF0, "SetRefF0Menu", "Set Ref to &Fo, 0dB"},
+    {MarkerCommand::SetRefAtPeak, "SetRefPeakMenu", "Set Ref at BPF &Peak"},
+    {MarkerCommand::SetRefAtCursor, "SetRefCursorMenu", "Set Ref at &Cursor"},
+    {MarkerCommand::ClearReference, "ClearRefMenu", "Clear &Reference"},
+    {MarkerCommand::AddFreqMarker, "FreqMarkerMenu", "Fre&q Marker"},
+    {MarkerCommand::AddDbMarker, "DbMarkerMenu", "dB &Level Marker"},
+    {MarkerCommand::ClearMarkers, "ClearMarkersMenu", "Clear &Markers"}};
 // clang-format on
 
-QAction* AddCommand(QMenu* menu, const MenuPart& part) {
-    auto* const action = menu->addAction(QString::fromLatin1(part.Caption));
-    action->setObjectName(QString::fromLatin1(part.Name));
-    if (part.Key != QKeySequence::UnknownKey) action->setShortcuts(part.Key);
-    // Saving and the like from every window; the help window prints its own page.
-    if (part.Key != QKeySequence::Print) action->setShortcutContext(Qt::ApplicationShortcut);
+/// Adds an entry. Its keys work in every window, unless that has its own use for them.
+QAction* AddEntry(QMenu* menu, const char* name, const char* caption) {
+    auto* const action = menu->addAction(QString::fromLatin1(caption));
+    action->setObjectName(QString::fromLatin1(name));
+    action->setShortcutContext(Qt::ApplicationShortcut);
+    return action;
+}
+
+QAction* AddCommand(QMenu* menu, const CommandRow& row) {
+    QAction* const action = AddEntry(menu, row.Name, row.Caption);
+    if (row.Key != QKeySequence::UnknownKey) action->setShortcuts(row.Key);
+    // The help window prints its own page.
+    if (row.Key == QKeySequence::Print) action->setShortcutContext(Qt::WindowShortcut);
     // Some desktops have no standard key for it.
-    if (part.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
+    if (row.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
         action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
+    action->setCheckable(row.Id == Command::FixSeed);
     return action;
 }
 
@@ -107,31 +125,69 @@ void AddChoices(QMenu* menu, const ChoiceRange& range, InputBinder& binder) {
 
 }  // namespace
 
-std::vector<QAction*> BuildMenus(QMainWindow* window, InputBinder& binder) {
-    std::vector<QAction*> commands;
-    for (const MenuTable& table : menus) {
+MainMenus::MainMenus(QMainWindow* window, InputBinder& binder) : QObject(window) {
+    AddCommands(window, binder);
+    // Shown nowhere: the settings file has a line for its check, and keeps its layout.
+    auto* const readOut = new QAction("Here for File Read Save", window);
+    readOut->setObjectName("MouseReadOutMenu");
+    readOut->setCheckable(true);
+    readOut->setVisible(false);
+    AddMarkerCommands(window);
+}
+
+void MainMenus::AddCommands(QMainWindow* window, InputBinder& binder) {
+    for (const MenuTable& table : MenuTables()) {
         QMenu* const menu = window->menuBar()->addMenu(QString::fromLatin1(table.Caption));
         menu->setObjectName(QString::fromLatin1(table.Name));
         menu->setToolTipsVisible(true);
         for (const MenuPart& part : table.Parts) {
-            if (part.Choice)
-                AddChoices(menu, *part.Choice, binder);
-            else if (!*part.Name)
+            if (const auto* const range = std::get_if<ChoiceRange>(&part)) {
+                AddChoices(menu, *range, binder);
+            } else if (const auto* const row = std::get_if<CommandRow>(&part)) {
+                actions[row->Id] = AddCommand(menu, *row);
+                connect(actions[row->Id], &QAction::triggered, this,
+                        [this, id = row->Id] { emit Chosen(id); });
+            } else {
                 menu->addSeparator();
-            else
-                commands.push_back(AddCommand(menu, part));
+            }
         }
     }
-    return commands;
 }
 
-QMenu* BuildMarkerMenu(QMainWindow* window) {
-    auto* const menu = new QMenu(window);
-    menu->setObjectName("MarkerPopupMenu");
-    menu->setToolTipsVisible(true);
-    for (const MenuPart& part : markerParts)
-        AddCommand(menu, part);
-    return menu;
+void MainMenus::AddMarkerCommands(QMainWindow* window) {
+    markerMenu = new QMenu(window);
+    markerMenu->setObjectName("MarkerPopupMenu");
+    markerMenu->setToolTipsVisible(true);
+    for (const MarkerRow& row : markerRows) {
+        markerActions[row.Id] = AddEntry(markerMenu, row.Name, row.Caption);
+        connect(markerActions[row.Id], &QAction::triggered, this,
+                [this, id = row.Id] { emit MarkerChosen(id); });
+    }
+}
+
+void MainMenus::ShowCommands(const DesignDocument& document) {
+    const Calculation& work = document.Work;
+    EnableFor(actions[Command::BringBack], work.Discarded.has_value(),
+              "after a calculation that discarded values changed by hand");
+    EnableFor(markerActions[MarkerCommand::SetRefAtPeak], document.Controls().RefAtPeakEnabled,
+              "for band-pass");
+    QAction* const fix = actions[Command::FixSeed];
+    fix->setChecked(work.FixedSeed.has_value());
+    const bool known = work.FixedSeed || work.WorstCase.Runs > 0;
+    const std::uint32_t seed = work.FixedSeed.value_or(work.WorstCase.Seed);
+    fix->setText("&Fix Worst-Case Seed" + (known ? QString(" (%1)").arg(seed) : QString()));
+}
+
+void MainMenus::ShowRecentFiles(const std::vector<std::string>& paths) {
+    for (std::size_t i = 0; i < MaxRecentFiles; ++i) {
+        QAction* const item = actions[RecentCommand(i)];
+        const bool used = i < paths.size();
+        QString caption = used ? FileCaption(paths[i]) : QString();
+        item->setText(QString("&%1 ").arg(i + 1) + caption.replace("&", "&&"));
+        item->setToolTip(used ? QDir::toNativeSeparators(QString::fromStdString(paths[i]))
+                              : QString());
+        item->setVisible(used);
+    }
 }
 
 }  // namespace ladderwise

@@ -1,21 +1,50 @@
-// The main window's menus: which menu shows which choices and commands.
+// The main window's menus: which menu shows which choices and commands, under which names and keys.
 #pragma once
 
 #include <QAction>
 #include <QMenu>
+#include <map>
+#include <string>
 #include <vector>
+
+#include "app/Commands.h"
+#include "display/Markers.h"
 
 class QMainWindow;
 
 namespace ladderwise {
 
+class DesignDocument;
 class InputBinder;
 
-/// Builds the whole menu bar of `window`. Entries of choices are bound by `binder`; the commands,
-/// named by their component names, are returned for the window to connect.
-std::vector<QAction*> BuildMenus(QMainWindow* window, InputBinder& binder);
+class MainMenus : public QObject {
+    Q_OBJECT
 
-/// Builds the pop-up menu of the graph: "Set Ref to Fo, 0dB" and the other marker commands.
-QMenu* BuildMarkerMenu(QMainWindow* window);
+public:
+    /// Builds the whole menu bar of `window` and the pop-up menu of the plot. Entries of choices
+    /// are bound by `binder`.
+    MainMenus(QMainWindow* window, InputBinder& binder);
+
+    /// Opens the pop-up menu of the plot.
+    void PopUpMarkers(QPoint global) { markerMenu->popup(global); }
+
+    /// Which commands the document has something for, and what they say of it.
+    void ShowCommands(const DesignDocument& document);
+
+    /// The entries of the files used last, most recent first.
+    void ShowRecentFiles(const std::vector<std::string>& paths);
+
+signals:
+    void Chosen(Command command);
+    void MarkerChosen(MarkerCommand command);
+
+private:
+    void AddCommands(QMainWindow* window, InputBinder& binder);
+    void AddMarkerCommands(QMainWindow* window);
+
+    std::map<Command, QAction*> actions;
+    std::map<MarkerCommand, QAction*> markerActions;
+    QMenu* markerMenu;
+};
 
 }  // namespace ladderwise

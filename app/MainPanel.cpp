@@ -10,7 +10,9 @@
 #include <QPixmap>
 #include <algorithm>
 
+#include "analysis/PartValues.h"
 #include "display/PlotPainter.h"
+#include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 
@@ -106,11 +108,11 @@ QWidget* MainPanel::BuildDesignGroup() {
     QGridLayout* const grid = GridOf(group);
     AddInput(grid, 0, 0, InputId::F0);
     AddInput(grid, 1, 0, InputId::BandWidth);
-    BandWidthUnits = BuildBandWidthUnits(group);
-    grid->addWidget(BandWidthUnits, 2, 0, 1, 3, Qt::AlignRight);
+    bandWidthUnits = BuildBandWidthUnits(group);
+    grid->addWidget(bandWidthUnits, 2, 0, 1, 3, Qt::AlignRight);
     AddInput(grid, 3, 0, InputId::NumPoles);
-    PolesLabel = group->findChild<QLabel*>("NumPolesLabel");
-    PolesLabel->setObjectName("PolesLabel");
+    polesLabel = group->findChild<QLabel*>("NumPolesLabel");
+    polesLabel->setObjectName("PolesLabel");
     AddInput(grid, 0, 4, InputId::RSource);
     AddInput(grid, 1, 4, InputId::RLoad);
     AddInput(grid, 2, 4, InputId::Ripple);
@@ -150,20 +152,20 @@ QWidget* MainPanel::BuildPartsGroup() {
         grid->addWidget(tabOrder.back(), code, 0);
     }
     AddInput(grid, 3, 0, InputId::PercentChange);
-    ToleranceLabel = AddLabel(group, "ToleranceLabel", "");
-    ToleranceLabel->setToolTip("Tolerances; set them in Part Definitions");
+    toleranceLabel = AddLabel(group, "ToleranceLabel", "");
+    toleranceLabel->setToolTip("Tolerances; set them in Part Definitions");
     int row = 0;
     for (const ChoiceId id : {ChoiceId::StdLCValues, ChoiceId::WorstCase}) {
         tabOrder.push_back(binder.AddChoice(group, id));
         grid->addWidget(tabOrder.back(), row++, 1);
     }
-    grid->addWidget(ToleranceLabel, 2, 1);
-    IndQLabel = AddLabel(group, "IndQLabel", "");
-    IndCLabel = AddLabel(group, "IndCLabel", "");
-    CapRLabel = AddLabel(group, "CapRLabel", "");
-    CapLLabel = AddLabel(group, "CapLLabel", "");
+    grid->addWidget(toleranceLabel, 2, 1);
+    indQLabel = AddLabel(group, "IndQLabel", "");
+    indCLabel = AddLabel(group, "IndCLabel", "");
+    capRLabel = AddLabel(group, "CapRLabel", "");
+    capLLabel = AddLabel(group, "CapLLabel", "");
     row = 0;
-    for (QLabel* const label : {IndQLabel, IndCLabel, CapRLabel, CapLLabel})
+    for (QLabel* const label : {indQLabel, indCLabel, capRLabel, capLLabel})
         grid->addWidget(label, row++, 2);
     return group;
 }
@@ -178,7 +180,7 @@ QWidget* MainPanel::BuildTracesGroup() {
     for (const TracePlace& trace : tracePlaces) {
         QAbstractButton* const box = binder.AddChoice(group, trace.Id);
         place(box, trace.Row, trace.Column);
-        if (trace.Id == ChoiceId::TracePulse) PlotPulseBox = box;
+        if (trace.Id == ChoiceId::TracePulse) plotPulseBox = box;
         AddSwatch(box, trace.Kind);
         if (trace.Id != ChoiceId::TraceGroupDelay) continue;
         AutoScaleCheckBox = binder.AddChoice(group, ChoiceId::AutoScale);
@@ -196,14 +198,36 @@ QWidget* MainPanel::BuildTracesGroup() {
     QSizePolicy keepsPlace = AutoScaleCheckBox->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true);
     AutoScaleCheckBox->setSizePolicy(keepsPlace);
-    EnableReference(false);
+    ShowReference(false, false);
     return group;
 }
 
-void MainPanel::EnableReference(bool stored) {
+void MainPanel::ShowReference(bool stored, bool shown) {
+    const QSignalBlocker blocker(PlotReferenceBox);
+    PlotReferenceBox->setChecked(shown);
     for (QWidget* const control :
          std::initializer_list<QWidget*>{PlotReferenceBox, ExchangeRefButton})
         EnableFor(control, stored, "after Set Ref");
+}
+
+void MainPanel::ShowControls(const ControlStates& states, const DesignInputs& inputs) {
+    const InputRow& bandWidth = RowOf(InputId::BandWidth, inputs);
+    for (auto* const unit : bandWidthUnits->findChildren<QAbstractButton*>())
+        EnableFor(unit, IsEnabled(bandWidth, inputs), bandWidth.WhenDisabled);
+    EnableFor(plotPulseBox, states.PulseEnabled, "not in a worst case");
+    polesLabel->setText(states.CountsTraps ? "&N Traps" : "&N Poles");
+}
+
+void MainPanel::ShowPartModel(const PartModel& model) {
+    constexpr int digits = 3;  // significant
+    const auto show = [](QLabel* label, const char* caption, double value, const char* unit) {
+        label->setText(caption + QString::fromStdString(FormatPlain(value, digits)) + unit);
+    };
+    show(indQLabel, "Ind Qo =  ", model.IndQ, "");
+    show(indCLabel, "Ind C  =   ", model.IndC * 1e12, " pF");
+    show(capRLabel, "Cap Ro = ", model.CapR, " ohm");
+    show(capLLabel, "Cap L  =  ", model.CapL * 1e9, " nH");
+    toleranceLabel->setText(QString::fromStdString(ToleranceText(model)));
 }
 
 void MainPanel::FitInto(int width) {
@@ -234,7 +258,7 @@ void MainPanel::AlignRows() {
         for (int row = 0; row < grid->rowCount(); ++row)
             grid->setRowMinimumHeight(row, height);
         // The labels of the part models must not move the traces.
-        if (group == CapRLabel->parentWidget())
+        if (group == capRLabel->parentWidget())
             grid->setColumnMinimumWidth(2, fontMetrics().horizontalAdvance("Cap Ro = 0.0000 ohm"));
     }
 }

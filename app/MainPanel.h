@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "controls/InputBinder.h"
+#include "pipeline/Choices.h"
 
 class QGridLayout;
 
@@ -25,20 +26,16 @@ public:
     /// Makes the font smaller, but not much, where the panel would be wider than that.
     void FitInto(int width);
 
-    /// The two controls of a stored reference.
-    void EnableReference(bool stored);
+    /// The two controls of a stored reference, and whether it is plotted.
+    void ShowReference(bool stored, bool shown);
 
-    QLabel* PolesLabel;
-    QWidget* BandWidthUnits;  ///< "BW MHz" and "BW %"
+    /// What choices enable beyond the rows of the inputs.
+    void ShowControls(const ControlStates& states, const DesignInputs& inputs);
+
+    /// The labels of the part models.
+    void ShowPartModel(const PartModel& model);
+
     QPushButton* CalcButton;
-
-    QLabel* ToleranceLabel;
-    QLabel* IndQLabel;
-    QLabel* IndCLabel;
-    QLabel* CapRLabel;
-    QLabel* CapLLabel;
-
-    QAbstractButton* PlotPulseBox;
     QCheckBox* PlotReferenceBox;
     QAbstractButton* AutoScaleCheckBox;
     QPushButton* SetRefButton;
@@ -55,6 +52,14 @@ private:
     void SetTabOrder();
 
     InputBinder& binder;
+    QLabel* polesLabel;
+    QWidget* bandWidthUnits;  ///< "BW MHz" and "BW %"
+    QLabel* toleranceLabel;
+    QLabel* indQLabel;
+    QLabel* indCLabel;
+    QLabel* capRLabel;
+    QLabel* capLLabel;
+    QAbstractButton* plotPulseBox;
     std::vector<QWidget*> tabOrder;  ///< in the order in which an engineer works
 };
 

@@ -7,13 +7,14 @@
 #include <QPalette>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <new>
+#include <string_view>
 
 #include "app/MainWindow.h"
 #include "files/Directories.h"
 #include "files/PlatformFolders.h"
 #include "numbers/Formatfunctions.h"
+#include "pipeline/SavedDesigns.h"
 #include "resources/Resources.h"
 
 namespace {
@@ -21,11 +22,13 @@ namespace {
 /// Exit codes of a program that ends by itself. The toolkit ends it with 1 when the display goes.
 constexpr int ExitNoFolders = 4;
 constexpr int ExitNoMemory = 2;
-constexpr int ExitNoWindow = 3;  ///< no window was ever shown
+constexpr int ExitFaultyTables = 70;  ///< an error of the program itself
+constexpr int ExitNoWindow = 3;       ///< no window was ever shown
 
 QtMessageHandler toolkitHandler = nullptr;
 
-bool shown = false;  ///< the window has been there
+bool shown = false;    ///< the window has been there
+bool started = false;  ///< with its first calculation
 
 /// The toolkit aborts where it finds no display; a program that was never there need not crash.
 void EndOnFatalMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
@@ -48,14 +51,37 @@ void ShowError(const std::string& caption, const std::string& text) {
         .exec();
 }
 
-int ShowWindow(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("Ladderwise");
-    QApplication::setApplicationVersion(LADDERWISE_VERSION);
-    if (!QFontMetrics(QApplication::font()).inFont(QLatin1Char('0'))) {
-        std::fputs("ladderwise: no font is installed, and a window needs one\n", stderr);
-        return ExitNoWindow;
-    }
+constexpr const char* UsageText =
+    "usage: ladderwise [DESIGN]\n"
+    "  DESIGN      a design file (*.tk_ldfilt) to open\n"
+    "  --help      this text\n"
+    "  --version   the version\n"
+    "Designs without a window: ladderwise-cli --help\n";
+
+/// Answers what needs no window, before any display is asked for.
+bool AnswerOnTerminal(int argc, char** argv) {
+    const std::string_view word = argc > 1 ? argv[1] : "";
+    const bool help = word == "--help" || word == "-h";
+    if (!help && word != "--version") return false;
+    ladderwise::UseCallersTerminal();
+    std::fputs(help ? UsageText : "ladderwise " LADDERWISE_VERSION "\n", stdout);
+    return true;
+}
+
+/// True if every input and choice can be saved. Asked in programs built for debugging, where it
+/// says what a new row of a table still lacks; others have passed the tests, which ask too.
+bool EveryInputIsSaved() {
+#ifndef NDEBUG
+    const std::string fault =
+        ladderwise::RecordFault(ladderwise::InputRows(), ladderwise::ChoiceTables());
+    if (!fault.empty()) std::fprintf(stderr, "ladderwise: %s\n", fault.c_str());
+    return fault.empty();
+#else
+    return true;
+#endif
+}
+
+int RunWindow(const QApplication& application) {
     ReadablePlaceholders();
     ladderwise::InitResources();
     QIcon icon(":/icons/ladderwise.png");
@@ -76,16 +102,32 @@ int ShowWindow(int argc, char** argv) {
     window.show();
     shown = true;
     window.Start(*folders, design);
+    started = true;
     return QApplication::exec();
+}
+
+int ShowWindow(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName("Ladderwise");
+    QApplication::setApplicationVersion(LADDERWISE_VERSION);
+    if (!QFontMetrics(QApplication::font()).inFont(QLatin1Char('0'))) {
+        std::fputs("ladderwise: no font is installed, and a window needs one\n", stderr);
+        return ExitNoWindow;
+    }
+    try {
+        return RunWindow(application);
+    } catch (const std::bad_alloc&) {
+        // What start-up had allocated is free again, so that the box can be shown.
+        if (!started) ShowError("Error", "Memory not Allocated in Main Init");
+        throw;
+    }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
-        std::puts("ladderwise " LADDERWISE_VERSION);
-        return EXIT_SUCCESS;
-    }
+    if (AnswerOnTerminal(argc, argv)) return EXIT_SUCCESS;
+    if (!EveryInputIsSaved()) return ExitFaultyTables;
     ladderwise::OutliveFileLimits();
     toolkitHandler = qInstallMessageHandler(EndOnFatalMessage);
     try {

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "exchange/DesignCompanion.h"
+#include "exchange/TouchstoneReader.h"
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {
@@ -15,9 +17,24 @@ std::string OpenDesignFile(Calculation& calculation, const std::string& path);
 std::string SaveDesignFile(const Calculation& calculation, const std::string& path,
                            const MessageCallback& report);
 
-/// Chooses the response of a coefficients file. Gives the reason if the file cannot be read; what
-/// is wrong in it is reported, and the calculation then falls back.
-std::string UseCoefficientsFile(Calculation& calculation, const std::string& path,
-                                const MessageCallback& report);
+/// The companion of a design file, its measured files as absolute paths. Empty where there is none;
+/// what is wrong with it is reported.
+DesignCompanion OpenCompanion(const std::string& designPath, const MessageCallback& report);
+
+/// Writes the companion of a design file, or removes the one there if nothing is to be kept. Gives
+/// the reason if that failed.
+std::string SaveCompanion(DesignCompanion companion, const std::string& designPath);
+
+/// A measured network and the file it is from.
+struct MeasuredNetwork {
+    std::string File;
+    NetworkData Network{};
+    std::string Error{};  ///< "FILE: line 7: ..."; empty if Network holds the file
+};
+MeasuredNetwork OpenMeasured(const std::string& path);
+
+/// Chooses the response of a coefficients file. Gives the reason if the file cannot be read or
+/// holds no valid table.
+std::string UseCoefficientsFile(Calculation& calculation, const std::string& path);
 
 }  // namespace ladderwise

@@ -1,14 +1,14 @@
-// JSON by hand: the format asks for 17 significant digits, which common writers do not give.
+// The JSON of a calculation, member by member.
 #include "cli/JsonOutput.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <span>
 
-#include "cli/Terminal.h"
 #include "display/TraceMap.h"
+#include "exchange/Json.h"
+#include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
@@ -18,46 +18,17 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int SignificantDigits = 17;  ///< any double survives the way to text and back
-
 std::string Number(double x) {
-    if (!std::isfinite(x)) return "null";
-    std::array<char, 40> buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), x,
-                                   std::chars_format::general, SignificantDigits)
-                         .ptr;
-    return {buffer.data(), end};
+    return JsonNumber(x);
 }
 
-/// A text as typed, with U+FFFD for every byte that is no UTF-8: JSON must stay readable.
-std::string CleanUtf8(std::string_view text) {
-    std::string clean;
-    while (!text.empty()) {
-        const std::size_t length = SequenceLength(text);
-        clean += length > 0 ? std::string(text.substr(0, length)) : std::string("\xef\xbf\xbd");
-        text.remove_prefix(std::max<std::size_t>(length, 1));
-    }
-    return clean;
+/// `separator` is that of the texts to come, which follow the locale; the JSON does not.
+std::string Pointed(const std::string& text, char separator) {
+    return separator == ',' ? WithDecimalPoints(text) : text;
 }
 
 std::string Quoted(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char c : CleanUtf8(text)) {
-        if (c == '"' || c == '\\') {
-            quoted += '\\';
-            quoted += c;
-        } else if (c == '\n') {
-            quoted += "\\n";
-        } else if (static_cast<unsigned char>(c) < 0x20) {
-            constexpr std::string_view hex = "0123456789abcdef";
-            quoted += "\\u00";
-            quoted += hex[static_cast<unsigned char>(c) >> 4];
-            quoted += hex[static_cast<unsigned char>(c) & 15];
-        } else {
-            quoted += c;
-        }
-    }
-    return quoted + '"';
+    return JsonQuoted(text);
 }
 
 /// A list of `count` items, each made by `item(index)`.
@@ -122,7 +93,9 @@ const char* NameOf(BoxColour colour) {
     return "";
 }
 
-std::string NoteText(const Note& note) {
+std::string NoteText(Note note, char separator) {
+    for (std::string* const member : {&note.Text, &note.Typed, &note.InUse})
+        *member = Pointed(*member, separator);
     std::string text = "{\"kind\": " + Quoted(NameOf(note.Kind)) +
                        ", \"name\": " + Quoted(note.Name) + ", \"text\": " + Quoted(note.Text);
     if (note.Kind == NoteKind::Replaced || note.Kind == NoteKind::LoadMoved)
@@ -140,20 +113,17 @@ std::string Scaled(const FilterDesign& design, double w) {
 
 std::string EllipticObject(const FilterDesign& design) {
     const EllipticResult& result = design.Elliptic;
-    std::vector<double> traps;
-    for (int k = 0; k < result.NumTraps; ++k)
-        for (const double f : ScaledFrequencies(design, result.TrapFreqs[k]))
-            traps.push_back(f);
     return "{\"attenuation_used_db\": " + Number(result.AttenUsedDb) +
-           ", \"trap_hz\": " + Numbers(traps) +
+           ", \"trap_hz\": " + Numbers(TrapFrequencies(design)) +
            ", \"passband_edge_hz\": " + Scaled(design, result.PassBandEdge) +
            ", \"stopband_edge_hz\": " + Scaled(design, result.StopBandEdge) + "}";
 }
 
-std::string DirectCoupledObject(const DirectCoupledResult& limits) {
+std::string DirectCoupledObject(const DirectCoupledResult& limits, char separator) {
     const auto truth = [](bool is) { return std::string(is ? "true" : "false"); };
     return "{\"readouts\": " +
-           List(2, [&](std::size_t end) { return Quoted(limits.Readouts[end]); }) +
+           List(2,
+                [&](std::size_t end) { return Quoted(Pointed(limits.Readouts[end], separator)); }) +
            ", \"warnings\": " +
            List(2, [&](std::size_t end) { return truth(limits.WarningShown[end]); }) +
            ", \"clamped\": " +
@@ -229,9 +199,37 @@ std::string NortonObject(const NortonResult& result) {
            ", \"inductors\": " + list(result.Inductors, result.NortonIndCount) + "}";
 }
 
+std::string MeasuredObject(const MeasuredNetwork& measured) {
+    const NetworkData& data = measured.Network;
+    const auto pair = [](Complex z) {
+        return "[" + Number(z.real()) + ", " + Number(z.imag()) + "]";
+    };
+    const auto parameter = [&](Complex SParameters::*which, bool isThere) {
+        if (!isThere) return std::string("null");
+        return List(data.S.size(), [&](std::size_t i) { return pair(data.S[i].*which); });
+    };
+    const bool two = data.Ports == 2;
+    const PortResistances& ohms = data.Reference;
+    return "{\"file\": " + Quoted(measured.File) +
+           ", \"points\": " + std::to_string(data.Hz.size()) +
+           ",\n    \"hz\": " + Numbers(data.Hz) + ",\n    \"s\": [" +
+           parameter(&SParameters::S11, true) + ",\n      " + parameter(&SParameters::S21, two) +
+           ",\n      " + parameter(&SParameters::S12, two) + ",\n      " +
+           parameter(&SParameters::S22, two) + "],\n    \"reference_ohm\": " +
+           (ohms.Source == ohms.Load ? Number(ohms.Source)
+                                     : "[" + Number(ohms.Source) + ", " + Number(ohms.Load) + "]") +
+           ", \"messages\": " +
+           List(data.Messages.size(), [&](std::size_t i) { return Quoted(data.Messages[i]); }) +
+           "}";
+}
+
 }  // namespace
 
-std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages) {
+std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
+                     const std::vector<MeasuredNetwork>& measured) {
+    // Texts made from here on have points; what the calculation has left is turned where it stands.
+    const char separator = SystemFormatSettings().DecimalSeparator;
+    const FormatSettingsScope points({'.'});
     const DisplayQuantities& quantities = calculation.Quantities;
     const FilterDesign& design = calculation.Design;
     const SweepResponse& response = design.Response;
@@ -248,7 +246,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
                return ElementText(design.Elements[i + 1], i + 1);
            }));
     if (design.PassType == PassType::DirectCoupled)
-        member("direct_coupled", DirectCoupledObject(design.DirectCoupledLimits));
+        member("direct_coupled", DirectCoupledObject(design.DirectCoupledLimits, separator));
     member("sweep_hz", Numbers(design.SweepFreqs));
     member("transfer", List(NumSweepPoints, [&](std::size_t i) {
                return "[" + Number(response.TransferRe[i]) + ", " + Number(response.TransferIm[i]) +
@@ -271,13 +269,15 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));
+    member("measured",
+           List(measured.size(), [&](std::size_t i) { return MeasuredObject(measured[i]); }));
     member("messages", List(messages.size(), [&](std::size_t i) {
                return "{\"caption\": " + Quoted(messages[i].Caption) +
-                      ", \"text\": " + Quoted(messages[i].Text) + "}";
+                      ", \"text\": " + Quoted(Pointed(messages[i].Text, separator)) + "}";
            }));
-    text +=
-        "  \"notes\": " + List(notes.size(), [&](std::size_t i) { return NoteText(notes[i]); }) +
-        "\n}\n";
+    text += "  \"notes\": " +
+            List(notes.size(), [&](std::size_t i) { return NoteText(notes[i], separator); }) +
+            "\n}\n";
     return text;
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/DesignFiles.h"
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {
@@ -16,6 +17,7 @@ struct RecordedMessage {
 
 /// Numbers have 17 significant digits and a point whatever the locale; NaN, infinities, blank
 /// points and values that are not in use are null.
-std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages);
+std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
+                     const std::vector<MeasuredNetwork>& measured = {});
 
 }  // namespace ladderwise

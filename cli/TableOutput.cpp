@@ -1,8 +1,11 @@
 // The part table as text.
 #include "cli/TableOutput.h"
 
+#include <algorithm>
+
 #include "cli/Terminal.h"
 #include "design/ChoiceNames.h"
+#include "design/Connections.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
@@ -31,18 +34,33 @@ std::string Padded(std::string text, std::size_t width) {
     return text;
 }
 
-std::string SlotLine(const CircuitElement& element, int slot) {
+std::string SlotLine(const CircuitElement& element, int slot, const SlotDesignators& names,
+                     std::size_t width) {
     const ElementInfo& info = InfoOf(element.Type);
     const std::string number = std::to_string(slot);
-    std::string line = std::string(4 - number.size(), ' ') + number + "  " + Padded(info.Name, 20);
+    std::string line = std::string(4 - number.size(), ' ') + number + "  " +
+                       Padded(ConnectionText(element.Type, names), width);
     for (int row = 0; row < 4; ++row) {
         const ValueKind kind = info.Values[row];
         if (kind == ValueKind::Unused) continue;
-        line += Padded(std::string(SymbolOf(kind)) + " = " +
-                           FormatWithPrefix(element.Value(row), PartDigits, UnitOf(kind)),
-                       20);
+        const std::string name = kind == ValueKind::Impedance ? SymbolOf(kind) : names[row];
+        line += Padded(
+            name + " = " + FormatWithPrefix(element.Value(row), PartDigits, UnitOf(kind)), 20);
     }
     return line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
+}
+
+/// A line for each slot, the connections in a column as wide as the longest.
+std::string SlotLines(const FilterDesign& design) {
+    const auto names = DesignatorsOf(design);
+    std::size_t width = std::string("Connection").size();
+    for (int slot = 1; slot <= design.NumElements; ++slot)
+        width = std::max(width, ConnectionText(design.Elements[slot].Type, names[slot]).size());
+    width += 2;
+    std::string text = "Slot  " + Padded("Connection", width) + "Values, source to load\n";
+    for (int slot = 1; slot <= design.NumElements; ++slot)
+        text += SlotLine(design.Elements[slot], slot, names[slot], width);
+    return text;
 }
 
 }  // namespace
@@ -58,10 +76,10 @@ std::string TableText(const Calculation& calculation) {
     text += ", R source " + shown(design.RSource, "ohm") + ", R load " +
             shown(design.RLoad, "ohm") + ", " + PartsText(design.PartModel.Choice) +
             (design.StdLCValues ? ", standard values" : "") + "\n";
-    if (design.NumElements > 0) text += "Slot  Type                Values, source to load\n";
-    for (int slot = 1; slot <= design.NumElements; ++slot)
-        text += SlotLine(design.Elements[slot], slot);
+    if (design.NumElements > 0) text += SlotLines(design);
     for (const auto& [name, value] : DescribeResults(design, calculation.Results))
+        text += Padded(name, resultNameWidth) + value + "\n";
+    for (const auto& [name, value] : DescribeTraps(design))
         text += Padded(name, resultNameWidth) + value + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";

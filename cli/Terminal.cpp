@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "numbers/Utf8.h"
+
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
@@ -55,23 +57,6 @@ std::string WriteToOutput(std::string_view bytes) {
         return {};
     const char* const reason = errno == ENOSPC ? "the disk is full" : std::strerror(errno);
     return std::string("cannot write to standard output: ") + reason;
-}
-
-std::size_t SequenceLength(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(0);
-    const std::size_t length = lead < 0x80                    ? 1
-                               : lead >= 0xc2 && lead <= 0xdf ? 2
-                               : lead >= 0xe0 && lead <= 0xef ? 3
-                               : lead >= 0xf0 && lead <= 0xf4 ? 4
-                                                              : 0;
-    if (length == 0 || length > text.size()) return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((byte(i) & 0xc0) != 0x80) return 0;
-    const unsigned second = length > 1 ? byte(1) : 0;
-    const bool unfit = (lead == 0xe0 && second < 0xa0) || (lead == 0xed && second > 0x9f) ||
-                       (lead == 0xf0 && second < 0x90) || (lead == 0xf4 && second > 0x8f);
-    return unfit ? 0 : length;
 }
 
 std::string Printable(std::string_view text) {

@@ -2,7 +2,6 @@
 // streams, and texts made fit for a terminal. The one place that differs from system to system.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,10 +17,6 @@ void PrepareStreams();
 
 /// Writes all bytes to standard output; an empty text, or why that failed.
 std::string WriteToOutput(std::string_view bytes);
-
-/// Length of the UTF-8 sequence at the start of `text`; 0 if it is none. Overlong forms, surrogates
-/// and codes beyond U+10FFFF count as none (RFC 3629).
-std::size_t SequenceLength(std::string_view text);
 
 /// A text with every control character and every byte that is no UTF-8 written as \x1b: a terminal
 /// would obey it, or show nothing.

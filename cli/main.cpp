@@ -12,6 +12,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/DesignFiles.h"
+#include "cli/Exports.h"
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
 #include "cli/Terminal.h"
@@ -22,6 +23,7 @@
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
+#include "pipeline/SavedDesigns.h"
 #include "resources/Resources.h"
 
 using namespace ladderwise;
@@ -31,12 +33,17 @@ namespace {
 constexpr int ExitOk = 0;
 constexpr int ExitCannotWrite = 1;
 constexpr int ExitUsage = 2;
+constexpr int ExitFaultyTables = 70;  ///< an error of the program itself
 
 /// One design on its way through the program.
 struct Session {
     Calculation Calc;
     std::vector<RecordedMessage> Messages;  ///< what the window would show in boxes
-    std::vector<OverlayRun> Overlay;        ///< the traces of the worst-case runs
+    std::size_t MessagesPrinted = 0;
+    std::vector<OverlayRun> Overlay;  ///< the traces of the worst-case runs
+    std::vector<ElementList> Runs;    ///< the ladders of the first of them
+    DesignCompanion Companion;        ///< of the design file that was opened
+    std::vector<MeasuredNetwork> Measured;
 };
 
 void PrintError(const std::string& text) {
@@ -46,47 +53,132 @@ void PrintError(const std::string& text) {
 MessageCallback Recorder(Session& session) {
     return [&session](const std::string& caption, const std::string& text) {
         session.Messages.push_back({caption, text});
-        std::string line = caption + ": " + text;  // a box breaks its lines
+    };
+}
+
+/// Prints the messages that no one has printed yet.
+void PrintMessages(Session& session) {
+    for (; session.MessagesPrinted < session.Messages.size(); ++session.MessagesPrinted) {
+        const RecordedMessage& message = session.Messages[session.MessagesPrinted];
+        std::string line = message.Caption + ": " + message.Text;  // a box breaks its lines
         std::replace(line.begin(), line.end(), '\n', ' ');
         PrintError(line);
-    };
+    }
 }
 
 /// Sets every input in the order of the command line. False after a usage error.
 bool ApplySettings(Session& session, const Arguments& arguments) {
     for (const auto& [name, value] : arguments.Settings) {
         if (name == CoefficientsSetting) {
-            const std::string error = UseCoefficientsFile(session.Calc, value, Recorder(session));
+            const std::string error = UseCoefficientsFile(session.Calc, value);
             if (error.empty()) continue;
+            PrintMessages(session);
             PrintError(error);
             return false;
         }
         const auto reason = ApplySetting(session.Calc, name, value, Recorder(session));
         if (!reason) continue;
+        PrintMessages(session);
         PrintError(*reason);
         return false;
     }
     return true;
 }
 
-void Design(Session& session, bool keepOverlay) {
+/// Puts the values edited by hand that a design file had beside it into the ladder. Analysed as it
+/// stands, it has no worst case.
+bool TakeEdits(Session& session) {
+    const std::vector<EditedValue>& edits = session.Companion.Edited;
+    if (edits.empty()) return false;
+    if (ApplyEdits(session.Calc.Design, edits)) return true;
+    Recorder(session)(
+        "Error",
+        "the values edited by hand belong to another ladder than the one calculated; they were "
+        "left out");
+    return false;
+}
+
+/// True if the command line sets the input of that name.
+bool Sets(const Arguments& arguments, const std::string& name) {
+    return std::any_of(arguments.Settings.begin(), arguments.Settings.end(),
+                       [&](const auto& setting) { return setting.first == name; });
+}
+
+/// K and M are searched where the command line asks for it. A file that has "Auto Optimize" checked
+/// does not: it gives the ladder that it was saved with, here as in the window.
+void Design(Session& session, const Arguments& arguments) {
     DesignInputs& inputs = session.Calc.Inputs;
-    if (inputs.Pass() == PassType::Norton && inputs.IsOn(ChoiceId::AutoOptimize))
+    if (inputs.Pass() == PassType::Norton && inputs.IsOn(ChoiceId::AutoOptimize) &&
+        Sets(arguments, TableOf(ChoiceId::AutoOptimize).Name))
         OptimizeNorton(inputs, session.Calc.Design);
-    Calculate(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
-        if (run.Number > 0 && keepOverlay)
+    PrepareCalculation(session.Calc, Recorder(session));
+    if (TakeEdits(session)) return AnalyseAsItStands(session.Calc, Recorder(session));
+    FinishCalculation(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
+        if (run.Number > 0 && !arguments.PlotFile.empty())
             session.Overlay.push_back({run.Quantities, run.Response});
+        if (run.Number > 0 && run.Number <= arguments.Exports.TouchstoneRuns)
+            session.Runs.push_back(session.Calc.Design.Elements);
     });
 }
 
-/// Reports the notes on standard error; of an idle box only if the user has set it.
-void PrintNotes(const Session& session, const Arguments& arguments) {
-    for (const Note& note : CollectNotes(session.Calc)) {
-        const bool set =
-            std::any_of(arguments.Settings.begin(), arguments.Settings.end(),
-                        [&](const auto& setting) { return setting.first == note.Name; });
-        if (!note.Idle || set) PrintError(note.Text);
+/// Reads the measured files: of the command line all or none, of the design those that can be read.
+/// False after one of the command line that cannot.
+bool ReadMeasured(Session& session, const Arguments& arguments) {
+    for (const MeasuredFile& file : session.Companion.Measured) {
+        session.Measured.push_back(OpenMeasured(file.Path));
+        if (session.Measured.back().Error.empty()) continue;
+        Recorder(session)("Error", session.Measured.back().Error);
+        session.Measured.pop_back();
     }
+    for (const std::string& path : arguments.MeasuredFiles) {
+        session.Measured.push_back(OpenMeasured(path));
+        if (session.Measured.back().Error.empty()) continue;
+        PrintError(session.Measured.back().Error);
+        return false;
+    }
+    return true;
+}
+
+/// Reports messages and notes on standard error: what became of the user's own entries first, since
+/// a script may look no further than the first line. Of an idle box only if the user has set it.
+void PrintRemarks(Session& session, const Arguments& arguments) {
+    const std::vector<Note> notes = CollectNotes(session.Calc);
+    const auto print = [&](bool replaced) {
+        for (const Note& note : notes)
+            if ((note.Kind == NoteKind::Replaced) == replaced &&
+                (!note.Idle || Sets(arguments, note.Name)))
+                PrintError(note.Text);
+    };
+    print(true);
+    PrintMessages(session);
+    print(false);
+}
+
+/// Saves the design where that is asked for, and beside it what its record has no room for. False
+/// if it failed.
+bool SaveDesign(Session& session, const Arguments& arguments) {
+    if (arguments.SaveFile.empty()) return true;
+    std::string error = SaveDesignFile(session.Calc, arguments.SaveFile, Recorder(session));
+    PrintMessages(session);
+    DesignCompanion companion = session.Companion;
+    companion.Edited = EditsOf(session.Calc.Design);
+    for (const std::string& path : arguments.MeasuredFiles)
+        companion.Measured.push_back({path, false, 0.0, 0.0, false, {}});
+    if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);
+    if (!error.empty()) PrintError(error);
+    return error.empty();
+}
+
+/// True if every input and choice can be saved. Asked in programs built for debugging, where it
+/// says what a new row of a table still lacks; others have passed the tests, which ask too.
+bool EveryInputIsSaved() {
+#ifndef NDEBUG
+    const std::string fault = RecordFault(InputRows(), ChoiceTables());
+    if (!fault.empty()) PrintError(fault);
+    return fault.empty();
+#else
+    return true;
+#endif
 }
 
 /// Writes a file, or to standard output ("-").
@@ -148,21 +240,23 @@ int Run(const Arguments& arguments) {
             PrintError(error);
             return ExitUsage;
         }
+        session->Companion = OpenCompanion(arguments.DesignFile, Recorder(*session));
     }
-    if (!ApplySettings(*session, arguments)) return ExitUsage;
-    Design(*session, !arguments.PlotFile.empty());
-    PrintNotes(*session, arguments);
-    bool written = true;
-    if (!arguments.SaveFile.empty()) {
-        const std::string error =
-            SaveDesignFile(session->Calc, arguments.SaveFile, Recorder(*session));
-        if (!error.empty()) PrintError(error);
-        written = error.empty();
+    if (!ApplySettings(*session, arguments) || !ReadMeasured(*session, arguments)) return ExitUsage;
+    Design(*session, arguments);
+    PrintRemarks(*session, arguments);
+    const std::string unfit = ExportUsageError(arguments.Exports, session->Calc);
+    if (!unfit.empty()) {
+        PrintError(unfit);
+        return ExitUsage;
     }
+    bool written = SaveDesign(*session, arguments);
+    written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
     if (arguments.Table) written = WriteOutput("-", TableText(session->Calc)) && written;
     if (!arguments.JsonFile.empty())
-        written =
-            WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages)) && written;
+        written = WriteOutput(arguments.JsonFile,
+                              JsonText(session->Calc, session->Messages, session->Measured)) &&
+                  written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;
 }
@@ -173,6 +267,7 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(TakeToolkitMessage);
     PrepareStreams();
     OutliveFileLimits();
+    if (!EveryInputIsSaved()) return ExitFaultyTables;
     try {
         return Run(ParseArguments(ArgumentWords(argc, argv)));
     } catch (const std::bad_alloc&) {

@@ -20,10 +20,6 @@ QString ComponentName(const InputRow& row, const char* kind) {
     return QString::fromLatin1(row.Component) + QString::fromLatin1(kind);
 }
 
-bool IsSwitch(ChoiceId id) {
-    return !*TableOf(id).Rows.front().Component;  // "off" has no control of its own
-}
-
 }  // namespace
 
 InputBinder::InputBinder(DesignInputs& inputs, InputActions actions)

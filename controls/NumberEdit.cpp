@@ -38,10 +38,7 @@ NumberEdit::NumberEdit(const QString& name, QWidget* parent) : QLineEdit(parent)
 }
 
 void NumberEdit::Take(NumberBox& box) {
-    if (isModified())
-        box.Type(text().toStdString());
-    else
-        box.Text = text().toStdString();
+    if (isModified()) box.Type(text().toStdString());
     setModified(false);
 }
 

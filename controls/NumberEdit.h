@@ -19,9 +19,10 @@ class NumberEdit : public QLineEdit {
 public:
     explicit NumberEdit(const QString& name, QWidget* parent = nullptr);
 
-    /// Puts the text into the box, as typed if the user has touched it since the last time: then
+    /// Puts the text into the box as typed if the user has touched it since the last time: then
     /// no exact value stands behind it, even if it is the same text. It counts as read from now on,
-    /// so that losing the focus asks for nothing until the user changes it again.
+    /// so that losing the focus asks for nothing until the user changes it again. What the user
+    /// has not touched is left alone: the box knows better.
     void Take(NumberBox& box);
 
     /// Shows a box's text and colour without any signal. A text that is the same is left alone, so

@@ -130,16 +130,26 @@ const std::vector<ChoiceTable> tables = {
     Switch(TraceReturnLoss, "traces", Hidden, 0, none, "rl", "PlotReturnLossBox", "Return &Loss",
            "Return loss, 10 dB per division"),
     {TankType, "tank", Number, 1, CoupledField<&DC::TankType>::Put, none, {
-        {0, "0", "SeriesLCTankMenu_1", "&1 Series LC", ""},
-        {1, "1", "ShuntLCTankMenu_2", "&2 Shunt  LC", ""},
-        {5, "5", "ShuntLCParCTankMenu_3", "&3 Shunt   LC   //   C", ""},
-        {6, "6", "ShuntLCParLTankMenu_4", "&4 Shunt   LC   //   L", ""},
-        {7, "7", "ShuntTappedCTankMenu_5", "&5 Shunt   L//C     C", ""},
-        {8, "8", "ShuntTappedLTankMenu_6", "&6 Shunt   L//C     L", ""},
-        {2, "2", "ShuntIndTLOCTankMenu_7", "&7 Shunt Ind Open T Line", ""},
-        {3, "3", "ShuntCapTLSCTankMenu_8", "&8 Shunt Cap Shorted T Line", ""},
-        {4, "4", "TLOCTLSCTankMenu_9", "&9 Open and Shorted T Lines", ""},
-        {9, "9", "TLSCTankMenu_10", "1&0 Shorted T Line", ""}}, "TankTypeItem"},
+        {0, "0", "SeriesLCTankMenu_1", "&1 Series LC",
+         "Large coils and small capacitors; no zeros and no further pass bands; the loss of its coils"},
+        {1, "1", "ShuntLCTankMenu_2", "&2 Shunt  LC",
+         "Fewest parts, small coils and large capacitors; no zeros and no further pass bands; the loss of its coils"},
+        {5, "5", "ShuntLCParCTankMenu_3", "&3 Shunt   LC   //   C",
+         "Coil 1/F times the tank's L; a zero below the band at F0 times the root of 1 - F; with inductor inverters a further pass band below it; the loss of its coils"},
+        {6, "6", "ShuntLCParLTankMenu_4", "&4 Shunt   LC   //   L",
+         "Capacitor F times the tank's C; a zero above the band at F0 over the root of 1 - F; with capacitor inverters further pass bands above it; the loss of its coils"},
+        {7, "7", "ShuntTappedCTankMenu_5", "&5 Shunt   L//C     C",
+         "The response of tank 3 with a smaller coil and larger capacitors; the loss of its coils"},
+        {8, "8", "ShuntTappedLTankMenu_6", "&6 Shunt   L//C     L",
+         "The response of tank 4 with smaller coils and a larger capacitor; the loss of its coils"},
+        {2, "2", "ShuntIndTLOCTankMenu_7", "&7 Shunt Ind Open T Line",
+         "An open stub for the capacitor: at 45 degrees a zero at 2 F0 and the next pass band near 4 F0; a part of the coil's loss, for the line counts as lossless"},
+        {3, "3", "ShuntCapTLSCTankMenu_8", "&8 Shunt Cap Shorted T Line",
+         "A shorted stub for the coil: at 45 degrees a zero at 4 F0 and the next pass band just above it; no coil's loss, but the capacitor's"},
+        {4, "4", "TLOCTLSCTankMenu_9", "&9 Open and Shorted T Lines",
+         "No lumped parts: at 45 degrees zeros at 2 and 4 F0, further pass bands near 3 and 5 F0; no loss, for lines count as lossless"},
+        {9, "9", "TLSCTankMenu_10", "1&0 Shorted T Line",
+         "One line of about a quarter wave: zeros near 2 and 4 F0, further pass bands near 3 and 5 F0; no loss, for lines count as lossless"}}, "TankTypeItem"},
     {InverterType, "inverter", Word, 0, PutInverter, none, {
         {0, "inductor", "InductorInverterMenu_1", "&1 Inductor", ""},
         {1, "capacitor", "CapacitorInverterMenu_2", "&2 Capacitor", ""},
@@ -175,6 +185,10 @@ const ChoiceTable& TableOf(ChoiceId id) {
     return tables[static_cast<std::size_t>(id)];
 }
 
+bool IsSwitch(ChoiceId id) {
+    return !*TableOf(id).Rows.front().Component;
+}
+
 const ChoiceRow* FindRow(ChoiceId id, int code) {
     for (const ChoiceRow& row : TableOf(id).Rows)
         if (row.Code == code) return &row;
@@ -199,6 +213,12 @@ std::string DesignTitle(const FilterDesign& design) {
     const ChoiceRow* const pass = FindRow(Pass, static_cast<int>(design.PassType));
     return std::to_string(design.NumPoles) + (family ? family->Title : " Pole Butterworth") +
            (pass ? pass->Title : "") + (HasEdits(design) ? " (edited)" : "");
+}
+
+std::string OrderText(const FilterDesign& design) {
+    if (!IsElliptic(design.ResponseType)) return {};
+    return std::to_string(design.NumPoles) + (design.NumPoles == 1 ? " trap" : " traps") +
+           ", order " + std::to_string(OrderOf(design.ResponseType, design.NumPoles));
 }
 
 }  // namespace ladderwise

@@ -53,7 +53,9 @@ struct ChoiceRow {
     const char* Word;       ///< on the console
     const char* Component;  ///< name of the control; stands in design files and never changes
     const char* Caption;    ///< of the control, with its mnemonic
-    const char* Title;      ///< in the title of a plot; the control's tool tip where none is shown
+    /// In the title of a plot; the control's tool tip where none is shown; of a tank what it is
+    /// good for: the values that it needs, its zeros and further pass bands, the loss that it adds.
+    const char* Title;
     const char* FileTitle = "";  ///< of a response, in the file name that saving proposes
 };
 
@@ -82,6 +84,9 @@ const std::vector<ChoiceTable>& ChoiceTables();
 
 const ChoiceTable& TableOf(ChoiceId id);
 
+/// True for a check box: "off" has no control of its own.
+bool IsSwitch(ChoiceId id);
+
 /// The row of a code; null if there is none.
 const ChoiceRow* FindRow(ChoiceId id, int code);
 
@@ -97,5 +102,9 @@ std::optional<ChoiceCode> FindComponent(std::string_view component);
 
 /// "3 Pole Butterworth LPF": poles (or traps), family and pass type in use.
 std::string DesignTitle(const FilterDesign& design);
+
+/// What the number in the title of an elliptic design counts: "2 traps, order 5"; empty for the
+/// other families, whose poles are their order.
+std::string OrderText(const FilterDesign& design);
 
 }  // namespace ladderwise

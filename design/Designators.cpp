@@ -14,9 +14,9 @@ std::string Numbered(const char* letters, int number) {
 
 }  // namespace
 
-std::array<SlotDesignators, NumSlots> DesignatorsOf(const FilterDesign& design) {
+std::array<SlotDesignators, NumSlots> DesignatorsOf(const DesignState& design) {
     std::array<SlotDesignators, NumSlots> names;
-    const int last = std::clamp(design.NumElements, 0, NumSlots - 1);
+    const int last = SlotsInUse(design);
     int number = 0;
     for (int slot = 1; slot <= last; ++slot) {
         const ElementInfo& info = InfoOf(design.Elements[slot].Type);

@@ -16,6 +16,6 @@ using SlotDesignators = std::array<std::string, 4>;
 /// The designators of slots 1 .. NumElements (entry k is slot k, entry 0 is empty): L, C or TL and
 /// a number that runs over all parts from the source to the load, so that no two parts share it:
 /// C1, L2, C3. Within a slot the parts count from V1 to V4.
-std::array<SlotDesignators, NumSlots> DesignatorsOf(const FilterDesign& design);
+std::array<SlotDesignators, NumSlots> DesignatorsOf(const DesignState& design);
 
 }  // namespace ladderwise

@@ -81,7 +81,7 @@ enum FilterEnd : std::size_t { SourceEnd = 0, LoadEnd = 1 };
 struct DirectCoupledResult {
     /// The limit of the end tank's value: "Min L1 = 9.95E-9", SI units.
     std::array<std::string, 2> Readouts{"Min", "Min"};
-    /// The end tank's level is so far from the termination that the response suffers.
+    /// The end tank's level is above Q times the termination. Most such designs are good ones.
     std::array<bool, 2> WarningShown{};
     /// The end tank's level was beyond what the end inverter can match; the termination was taken.
     std::array<bool, 2> Clamped{};

@@ -6,6 +6,7 @@
 // 0.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -51,6 +52,15 @@ enum class ResponseType : int {
 /// True for the families that are built of traps (codes 7 to 11).
 constexpr bool IsElliptic(ResponseType response) {
     return response >= ResponseType::EllipticA && response <= ResponseType::EllipticE;
+}
+
+/// The order of the low-pass prototype of a family whose number counts `count` traps, or poles: an
+/// elliptic one has two poles for each trap and one to three more.
+constexpr int OrderOf(ResponseType response, int count) {
+    if (!IsElliptic(response)) return count;
+    return 2 * count + (response == ResponseType::EllipticC   ? 1
+                        : response == ResponseType::EllipticE ? 3
+                                                              : 2);
 }
 
 /// How the sweep spans F0. The numbers stand in design files.
@@ -150,6 +160,10 @@ struct NortonResult {
     int NortonIndCount = 0;
     std::array<double, MaxNortonValues> Capacitors{};  ///< F
     std::array<double, MaxNortonValues> Inductors{};   ///< H
+    /// While "Auto Optimize" is on: what its search finds for this design, as the boxes would show
+    /// it. 0: not searched.
+    double SearchedK = 0.0;
+    double SearchedM = 0.0;
 };
 
 /// What a calculation did beyond what was asked, for the looks of boxes and the status line.
@@ -173,8 +187,9 @@ struct EllipticResult {
     double LoadRatio = 1.0;     ///< RLoad / RSource that the ladder is built for
 };
 
-/// The design state. Initial values are those of a fresh program.
-struct FilterDesign {
+/// The design state but for its sweep: small enough to be kept for every step of a history. Initial
+/// values are those of a fresh program.
+struct DesignState {
     ladderwise::ResponseType ResponseType = ladderwise::ResponseType::Butterworth;
     ladderwise::PassType PassType = ladderwise::PassType::LowPass;
     bool FormCLC = true;      ///< true: a shunt capacitor first; false: a series inductor first
@@ -195,7 +210,6 @@ struct FilterDesign {
     ladderwise::SweepType SweepType = ladderwise::SweepType::OneDecade;
     double SweepF1 = 0.0;  ///< Hz
     double SweepF2 = 0.0;  ///< Hz; the grid stops one step short of it
-    std::array<double, NumSweepPoints> SweepFreqs{};
 
     std::array<double, NumGValues> G{};  ///< G[k], k = 1 .. n from the source: 1 ohm, 1 rad/s
     ElementList Elements{};
@@ -206,7 +220,6 @@ struct FilterDesign {
     bool WorstCase = false;         ///< repeat the analysis with randomised values
     double KeyStepFraction = 0.05;  ///< by which F1 and F2 change a part value
 
-    SweepResponse Response{};
     double MagTopRef = 10.0;          ///< level of the top grid line of the 10 dB scale, dB
     double GDFullScale = 0.0;         ///< group delay that the full plot height stands for, s
     double PulseTimeStep = 0.0;       ///< between two samples of the pulse response, s
@@ -223,8 +236,19 @@ struct FilterDesign {
     ladderwise::NortonResult NortonResult{};
 };
 
+/// The design state with what follows from it: the frequencies of the sweep and the response.
+struct FilterDesign : DesignState {
+    std::array<double, NumSweepPoints> SweepFreqs{};
+    SweepResponse Response{};
+};
+
+/// Slots in use, whatever NumElements says: 0 .. NumSlots - 1.
+inline int SlotsInUse(const DesignState& design) {
+    return std::clamp(design.NumElements, 0, NumSlots - 1);
+}
+
 /// True if a value (row 0 .. 3) of a slot in use was changed by hand since the last calculation.
-inline bool IsEdited(const FilterDesign& design, int slot, int row) {
+inline bool IsEdited(const DesignState& design, int slot, int row) {
     if (!design.CalculatedElements) return false;
     const double now = design.Elements[slot].Value(row);
     const double then = (*design.CalculatedElements)[slot].Value(row);
@@ -232,7 +256,7 @@ inline bool IsEdited(const FilterDesign& design, int slot, int row) {
 }
 
 /// True if any value of the ladder was.
-inline bool HasEdits(const FilterDesign& design) {
+inline bool HasEdits(const DesignState& design) {
     for (int slot = 1; slot <= design.NumElements; ++slot)
         for (int row = 0; row < 4; ++row)
             if (IsEdited(design, slot, row)) return true;

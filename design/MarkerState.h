@@ -24,6 +24,11 @@ struct MarkerState {
     bool HasReference() const {
         return RefAtPeak || (RefFreq < NoReference && RefDb < NoReference);
     }
+    void ClearReference() {
+        RefFreq = NoReference;
+        RefDb = NoReference;
+        RefAtPeak = false;
+    }
 };
 
 }  // namespace ladderwise

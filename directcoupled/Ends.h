@@ -12,8 +12,8 @@ namespace ladderwise {
 /// wrong side counts as the termination itself.
 ///
 /// Returns for each end the limit of the tank's value as a text in SI units, whether the level was
-/// taken as the termination, and whether it exceeds Q times the termination, beyond which the
-/// response suffers.
+/// taken as the termination, and whether it exceeds Q times the termination, as
+/// that of most good designs does.
 DirectCoupledResult MatchEnds(const FilterDesign& design, const CoupledBand& band, TankList& tanks,
                               InverterList& inverters);
 

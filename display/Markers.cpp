@@ -39,7 +39,7 @@ int XOf(double index, const MarkedSweep& sweep) {
 struct AnnotatedSweep {
     std::span<const double> Freqs;
     PassType Pass;
-    FrequencyRange Band;
+    BandRange Band;
     bool OfPlot;
 };
 
@@ -93,7 +93,7 @@ std::optional<SweepPlace> FirstCrossing(std::span<const double> levels,
 
 /// Index of the highest interior maximum in `band`.
 std::optional<int> HighestMaximum(std::span<const double> levels, std::span<const double> freqs,
-                                  const FrequencyRange& band) {
+                                  const BandRange& band) {
     std::optional<std::size_t> highest;
     for (std::size_t i = 1; i + 1 < levels.size(); ++i) {
         const bool top = levels[i] >= levels[i - 1] && levels[i] >= levels[i + 1];
@@ -240,6 +240,26 @@ int PeakIndex(std::span<const double> levels) {
     return index;
 }
 
+void ApplyMarkerCommand(MarkerCommand command, MarkerState& markers, const MarkedSweep& sweep,
+                        double F0, std::span<const double> levels) {
+    switch (command) {
+        case MarkerCommand::SetRefToF0:
+            return SetRefToF0(markers, F0);
+        case MarkerCommand::SetRefAtPeak:
+            return SetRefAtPeak(markers);
+        case MarkerCommand::SetRefAtCursor:
+            return SetRefAtCursor(markers, sweep);
+        case MarkerCommand::ClearReference:
+            return markers.ClearReference();
+        case MarkerCommand::AddFreqMarker:
+            return AddFreqMarker(markers, sweep);
+        case MarkerCommand::AddDbMarker:
+            return AddDbMarker(markers, sweep, levels);
+        case MarkerCommand::ClearMarkers:
+            return ClearMarkers(markers);
+    }
+}
+
 void SetRefToF0(MarkerState& markers, double F0) {
     markers.RefDb = 0.0;
     markers.RefFreq = F0;
@@ -255,12 +275,6 @@ void SetRefAtCursor(MarkerState& markers, const MarkedSweep& sweep) {
         SweepIndexAt(markers.ClickX, static_cast<int>(sweep.Freqs.size()), sweep.Layout);
     markers.RefDb = LevelAtY(markers.ClickY, sweep);
     markers.RefFreq = sweep.Freqs[static_cast<std::size_t>(index)];
-    markers.RefAtPeak = false;
-}
-
-void ClearReference(MarkerState& markers) {
-    markers.RefFreq = NoReference;
-    markers.RefDb = NoReference;
     markers.RefAtPeak = false;
 }
 
@@ -325,7 +339,7 @@ std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
 }
 
 DepthReadOut FindDepthReadOut(std::span<const double> levels, std::span<const double> freqs,
-                              PassType pass, const FrequencyRange& band) {
+                              PassType pass, const BandRange& band) {
     DepthReadOut readOut;
     if (levels.empty() || freqs.size() < levels.size()) return readOut;
     int peak = PeakIndex(levels);

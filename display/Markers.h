@@ -19,7 +19,7 @@ namespace ladderwise {
 /// The depth of the read-outs "6 dB Freq" and "6 dB BW" below the peak, dB.
 inline constexpr double ReadOutDepthDb = 6.0;
 
-inline constexpr FrequencyRange AllFrequencies{0.0, std::numeric_limits<double>::infinity()};
+inline constexpr BandRange AllFrequencies{0.0, std::numeric_limits<double>::infinity()};
 
 /// What markers refer to: the sweep that the plot shows and how it shows it.
 struct MarkedSweep {
@@ -28,9 +28,9 @@ struct MarkedSweep {
     TraceChoices Choices;
     PlotLayout Layout;
     PlotScales Scales;
-    double PulseTimeStep = 0.0;            ///< between two samples of the pulse, s
-    PlotAxis Axis{};                       ///< asked only for layers with a sweep of their own
-    FrequencyRange Band = AllFrequencies;  ///< where the design's pass band is looked for
+    double PulseTimeStep = 0.0;       ///< between two samples of the pulse, s
+    PlotAxis Axis{};                  ///< asked only for layers with a sweep of their own
+    BandRange Band = AllFrequencies;  ///< where the design's pass band is looked for
 };
 
 /// Sweep point under x: the integer part of its share of the plot's width times `count`, kept
@@ -48,11 +48,25 @@ double LevelAtY(int y, const MarkedSweep& sweep);
 /// is none.
 int PeakIndex(std::span<const double> levels);
 
+/// The commands of the plot's menu.
+enum class MarkerCommand {
+    SetRefToF0,
+    SetRefAtPeak,
+    SetRefAtCursor,
+    ClearReference,
+    AddFreqMarker,
+    AddDbMarker,
+    ClearMarkers,
+};
+
+/// Carries out a command. `levels` (dB) is the nominal magnitude.
+void ApplyMarkerCommand(MarkerCommand command, MarkerState& markers, const MarkedSweep& sweep,
+                        double F0, std::span<const double> levels);
+
 void SetRefToF0(MarkerState& markers, double F0);
 void SetRefAtPeak(MarkerState& markers);
 /// Takes frequency and level at ClickX, ClickY.
 void SetRefAtCursor(MarkerState& markers, const MarkedSweep& sweep);
-void ClearReference(MarkerState& markers);
 /// Marks the sweep point at ClickX. Of a full list the last marker is replaced.
 void AddFreqMarker(MarkerState& markers, const MarkedSweep& sweep);
 /// Marks the level at ClickY, relative to the peak of `levels` (dB).
@@ -96,7 +110,7 @@ struct DepthReadOut {
     std::optional<SweepPlace> Upper;
 };
 DepthReadOut FindDepthReadOut(std::span<const double> levels, std::span<const double> freqs,
-                              PassType pass, const FrequencyRange& band = AllFrequencies);
+                              PassType pass, const BandRange& band = AllFrequencies);
 
 /// A frequency of the sweep with as many digits as its steps are fine, at least four.
 std::string SweepFrequencyText(double f, std::span<const double> freqs);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "design/Designators.h"
 #include "numbers/Formatfunctions.h"
 #include "numbers/UtilityFunctions.h"
 
@@ -25,6 +26,7 @@ struct Series {
     ValueMark Mark;
     const char* Unit;
     const char* Name;
+    std::span<const std::string> Parts{};  ///< designators of the values
 };
 
 std::string ValueText(double value, const char* unit) {
@@ -35,8 +37,8 @@ std::string ValueText(double value, const char* unit) {
 /// Builds one picture.
 class Builder {
 public:
-    Builder(const NortonResult& result, const std::string& title, int width, int height,
-            const TextMetrics& metrics)
+    Builder(const NortonResult& result, const NortonDesignators& names, const std::string& title,
+            int width, int height, const TextMetrics& metrics)
         : metrics(metrics), title(title) {
         const auto list = [](const std::array<double, MaxNortonValues>& values, int count) {
             return std::span<const double>(values.data(), static_cast<std::size_t>(count));
@@ -46,20 +48,22 @@ public:
                       CapacitorColour,
                       ValueMark::Capacitor,
                       "F",
-                      "Capacitors"};
+                      "Capacitors",
+                      names.Capacitors};
         inductors = {list(result.Inductors, result.NortonIndCount),
                      {},
                      InductorColour,
                      ValueMark::Inductor,
                      "H",
-                     "Inductors"};
+                     "Inductors",
+                     names.Inductors};
         MatchScales();
         columns = static_cast<int>(
             std::max({capacitors.Values.size(), inductors.Values.size(), std::size_t{1}}));
         const int margin = metrics.Width("100 pF") + 2 * TextGap;
         const int line = metrics.Height + TextGap;
         plot.Border = {margin, 2 * line, std::max(width, SmallestPicture) - 2 * margin,
-                       std::max(height, SmallestPicture) - 4 * line};
+                       std::max(height, SmallestPicture) - 5 * line};
         titleX = std::max(width, SmallestPicture) / 2;
     }
 
@@ -119,8 +123,22 @@ private:
         for (int index = 0; index < columns; ++index) {
             const int x = ColumnX(index);
             plot.Lines.push_back({x, Bottom(), x, plot.Border.Top, GridColour});
-            AddText(x, Bottom() + TextGap, std::to_string(index + 1), Black);
         }
+        AddParts(capacitors, Bottom() + TextGap);
+        AddParts(inductors, Bottom() + TextGap + metrics.Height);
+    }
+
+    /// The designators below the columns, as many as there is room for.
+    void AddParts(const Series& series, int y) {
+        int widest = 0;
+        for (const std::string& part : series.Parts)
+            widest = std::max(widest, metrics.Width(part));
+        int stride = 1;
+        while (stride * plot.Border.Width / columns < widest + TextGap / 2)
+            ++stride;
+        const int count = static_cast<int>(std::min(series.Parts.size(), series.Values.size()));
+        for (int k = 0; k < count; k += stride)
+            AddText(ColumnX(k), y, series.Parts[static_cast<std::size_t>(k)], series.Colour);
     }
 
     /// The powers of ten, as many as there is room for.
@@ -201,7 +219,8 @@ private:
         const int width = metrics.Width(inductors.Name);
         plot.Texts.push_back({plot.Border.Left + plot.Border.Width - width, second, inductors.Name,
                               inductors.Colour});
-        AddText(titleX, Bottom() + metrics.Height + TextGap, "Index from source to load", Black);
+        AddText(titleX, Bottom() + 2 * metrics.Height + TextGap, "Parts from source to load",
+                Black);
         if (unrealisable > 0)
             AddText(titleX, second,
                     std::to_string(unrealisable) + (unrealisable == 1 ? " value" : " values") +
@@ -238,9 +257,22 @@ DecadeScale ScaleOf(std::span<const double> values) {
     return scale;
 }
 
-NortonValuePlot BuildNortonValuePlot(const NortonResult& result, const std::string& title,
-                                     int width, int height, const TextMetrics& metrics) {
-    return Builder(result, title, width, height, metrics).Build();
+NortonDesignators NortonDesignatorsOf(const FilterDesign& design) {
+    NortonDesignators names;
+    const auto all = DesignatorsOf(design);
+    for (int slot = 1; slot <= design.NumElements; ++slot)
+        for (int row = 0; row < 4; ++row) {
+            const ValueKind kind = InfoOf(design.Elements[slot].Type).Values[row];
+            if (kind == ValueKind::Capacitance) names.Capacitors.push_back(all[slot][row]);
+            if (kind == ValueKind::Inductance) names.Inductors.push_back(all[slot][row]);
+        }
+    return names;
+}
+
+NortonValuePlot BuildNortonValuePlot(const NortonResult& result, const NortonDesignators& names,
+                                     const std::string& title, int width, int height,
+                                     const TextMetrics& metrics) {
+    return Builder(result, names, title, width, height, metrics).Build();
 }
 
 }  // namespace ladderwise

@@ -1,4 +1,4 @@
-// The picture of a Norton-transformed ladder's values: capacitors and inductors over their index
+// The picture of a Norton-transformed ladder's values: capacitors and inductors in their order
 // from source to load, on logarithmic scales, as positions, texts and colours. No Qt.
 #pragma once
 
@@ -33,7 +33,7 @@ struct DecadeScale {
 struct NortonValuePlot {
     std::vector<PlotLine> Lines;  ///< grid, then the lines that join values that can be built
     PlotRect Border;
-    std::vector<PlotText> Texts;  ///< title, legends, scale marks, indices, values, warning
+    std::vector<PlotText> Texts;  ///< title, legends, scale marks, designators, values, warning
     std::vector<ValuePoint> Points;
     DecadeScale CapacitorScale;  ///< of F, at the left
     DecadeScale InductorScale;   ///< of H, at the right; as many decades
@@ -43,9 +43,18 @@ struct NortonValuePlot {
 /// 12, the topmost ones.
 DecadeScale ScaleOf(std::span<const double> values);
 
+/// What the parts of a transformed ladder are called, from source to load as in its NortonResult.
+struct NortonDesignators {
+    std::vector<std::string> Capacitors;
+    std::vector<std::string> Inductors;
+};
+NortonDesignators NortonDesignatorsOf(const FilterDesign& design);
+
 /// Lays out the values under a title in a picture of `width` x `height` pixels. Values are written
-/// beside their marks where they fit.
-NortonValuePlot BuildNortonValuePlot(const NortonResult& result, const std::string& title,
-                                     int width, int height, const TextMetrics& metrics);
+/// beside their marks where they fit,
+/// the designators of capacitors and inductors in two rows below the columns.
+NortonValuePlot BuildNortonValuePlot(const NortonResult& result, const NortonDesignators& names,
+                                     const std::string& title, int width, int height,
+                                     const TextMetrics& metrics);
 
 }  // namespace ladderwise

@@ -3,24 +3,46 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <utility>
 
 #include "display/AnnotationPainter.h"
 
 namespace ladderwise {
+
+namespace {
+
+double Density(double devicePixelRatio) {
+    return devicePixelRatio > 1.0 ? devicePixelRatio : 1.0;
+}
+
+QSize PixelsOf(int width, int height, double ratio) {
+    const auto pixels = [ratio](int logical) {
+        return static_cast<int>(std::ceil(std::max(logical, 1) * ratio));
+    };
+    return {pixels(width), pixels(height)};
+}
+
+}  // namespace
 
 Plot::Plot() {
     Resize(1, 1);
 }
 
 void Plot::Resize(int clientWidth, int clientHeight, double devicePixelRatio) {
-    const double ratio = devicePixelRatio > 1.0 ? devicePixelRatio : 1.0;
-    const auto pixels = [ratio](int logical) {
-        return static_cast<int>(std::ceil(std::max(logical, 1) * ratio));
-    };
-    image = QImage(pixels(clientWidth), pixels(clientHeight), QImage::Format_RGB32);
-    image.setDevicePixelRatio(ratio);
-    image.fill(ToQColor(BackgroundColour));
+    const double ratio = Density(devicePixelRatio);
+    traces = QImage(PixelsOf(clientWidth, clientHeight, ratio), QImage::Format_RGB32);
+    traces.setDevicePixelRatio(ratio);
+    traces.fill(ToQColor(BackgroundColour));
+    annotations = {};
+    composed = false;
     layout = ComputePlotLayout({clientWidth, clientHeight, 0, clientHeight}, choices);
+}
+
+bool Plot::HasSize(int clientWidth, int clientHeight, double devicePixelRatio) const {
+    const double ratio = Density(devicePixelRatio);
+    return traces.devicePixelRatio() == ratio &&
+           traces.size() == PixelsOf(clientWidth, clientHeight, ratio);
 }
 
 void Plot::SetFont(const QFont& labelFont) {
@@ -32,52 +54,65 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
     placement = newPlacement;
     PaintBackground(content.Design);
     for (const PlotLayer& layer : content.Layers)
-        PaintLayerPixels(image, layer, content.Design, choices, layout, scales, LayerLook::Plain,
+        PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, LayerLook::Plain,
                          work);
-    QPainter painter(&image);
-    painter.setFont(font);
-    annotations = BuildAnnotations(content, layout, scales, MetricsOf(painter), work.Points);
-    painter.end();
-    PaintAnnotations();
+    Annotate(content);
 }
 
 void Plot::FinishOverlay(const PlotContent& content) {
     LayerLook look = LayerLook::Darker;
     for (const PlotLayer& layer : content.Layers) {
-        PaintLayerPixels(image, layer, content.Design, choices, layout, scales, look, work);
+        PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, look, work);
         look = LayerLook::Plain;
     }
-    PaintAnnotations();
+    composed = false;
 }
 
-void Plot::PaintAnnotations() {
+void Plot::Annotate(const PlotContent& content) {
+    QPainter painter(&traces);
+    painter.setFont(font);
+    annotations = BuildAnnotations(content, layout, scales, MetricsOf(painter), work.Points);
+    composed = false;
+}
+
+const QImage& Plot::Image() const {
+    if (std::exchange(composed, true)) return image;
+    if (image.size() == traces.size() && image.isDetached())
+        std::memcpy(image.bits(), traces.constBits(),
+                    static_cast<std::size_t>(traces.sizeInBytes()));
+    else
+        image = traces.copy();
+    image.setDevicePixelRatio(traces.devicePixelRatio());
     QPainter painter(&image);
     painter.setFont(font);
     PaintMarkers(painter, annotations.Markers);
     PaintLegend(painter, annotations.Key);
+    return image;
 }
 
 void Plot::PaintBackground(const FilterDesign& design) {
-    const QSize size = image.deviceIndependentSize().toSize();
+    const QSize size = traces.deviceIndependentSize().toSize();
     layout = ComputePlotLayout(
         {size.width(), size.height(), placement.PanelHeight, placement.GridTop}, choices);
     scales = ScalesOf(design);
-    image.fill(ToQColor(BackgroundColour));  // the painter would wake threads for it
-    QPainter painter(&image);
+    traces.fill(ToQColor(BackgroundColour));  // the painter would wake threads for it
+    QPainter painter(&traces);
     painter.setFont(font);
     PaintFrame(painter, BuildPlotFrame(design, choices, layout, MetricsOf(painter)));
     PaintStrip(painter, design, placement.GridTop, placement.StripScroll, Doubled(), pictures);
 }
 
 void Plot::PaintOverlay(const PlotTraces& run) {
-    PaintOverlayRun(image, run, choices, layout, scales, work);
+    PaintOverlayRun(traces, run, choices, layout, scales, work);
+    composed = false;
 }
 
 void Plot::ScrollStrip(const FilterDesign& design, int scroll) {
     placement.StripScroll = scroll;
-    const QSize size = image.deviceIndependentSize().toSize();
+    composed = false;
+    const QSize size = traces.deviceIndependentSize().toSize();
     const QRect band(0, placement.GridTop - SchematicHeight, size.width(), SchematicHeight);
-    QPainter painter(&image);
+    QPainter painter(&traces);
     painter.setFont(font);
     painter.setClipRect(band);
     painter.fillRect(band, ToQColor(BackgroundColour));

@@ -27,6 +27,9 @@ public:
     /// next run 0.
     void Resize(int clientWidth, int clientHeight, double devicePixelRatio = 1.0);
 
+    /// True if Resize of that size and density would change nothing.
+    bool HasSize(int clientWidth, int clientHeight, double devicePixelRatio) const;
+
     /// Font of labels, marks and title from the next run 0 on.
     void SetFont(const QFont& labelFont);
 
@@ -34,7 +37,7 @@ public:
     /// layout, scales and choices.
     void PaintContent(const PlotContent& content, const PlotPlacement& placement);
 
-    /// A worst-case run: draws the chosen traces over what is there, with layout, scales and
+    /// A worst-case run: draws the chosen traces over those that are there, with layout, scales and
     /// choices of the last run 0, by PaintOverlayRun.
     void PaintOverlay(const PlotTraces& run);
 
@@ -42,11 +45,16 @@ public:
     /// hand darker, then markers and legend.
     void FinishOverlay(const PlotContent& content);
 
+    /// Markers and legend of a content over the traces that are there, a worst case included:
+    /// nothing is analysed or drawn anew for a marker.
+    void Annotate(const PlotContent& content);
+
     /// Repaints the strip alone at another scroll position; traces and overlays stay.
     void ScrollStrip(const FilterDesign& design, int scroll);
 
-    /// The picture. Keeping a copy of it makes the next run copy all pixels once.
-    const QImage& Image() const { return image; }
+    /// The picture: the traces under markers and legend. Keeping a copy of it makes the next one
+    /// copy all pixels once.
+    const QImage& Image() const;
     const QFont& Font() const { return font; }
     /// Layout and scales of the last run 0.
     const PlotLayout& Layout() const { return layout; }
@@ -54,10 +62,11 @@ public:
 
 private:
     void PaintBackground(const FilterDesign& design);
-    void PaintAnnotations();
-    bool Doubled() const { return image.devicePixelRatio() > 1.0; }
+    bool Doubled() const { return traces.devicePixelRatio() > 1.0; }
 
-    QImage image;
+    QImage traces;         ///< all but markers and legend
+    mutable QImage image;  ///< with them, put together when it is looked at
+    mutable bool composed = false;
     QFont font;
     PlotLayout layout;
     PlotScales scales;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "analysis/PulseResponse.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
@@ -75,7 +76,10 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
         const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
         std::string text;
         if (!magnitude || !magnitudeShown)
-            text = (number > 0 ? ofReference : "") + TextOf(kind, value);
+            text = (number > 0 ? ofReference : "") +
+                   TextOf(kind, kind == TraceKind::Pulse
+                                    ? PulseLevel(layer.Sweep.Pass.value_or(sweep.Pass), value)
+                                    : value);
         if (kind == TraceKind::Pulse)
             text += " at " + FormatWithPrefix(out.Index * sweep.PulseTimeStep, 3, "s");
         if (magnitude && !magnitudeShown && number == 0 && out.DeltaDb) {

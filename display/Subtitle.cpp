@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
@@ -126,6 +127,7 @@ std::string PlotSubtitle(const FilterDesign& design) {
     if (elliptic || design.ResponseType == ResponseType::Chebyshev)
         text += ", ripple " + Plain(design.RippleDb) + " dB";
     if (elliptic) text += ", stop band " + Plain(design.EllipticAtten) + " dB";
+    if (elliptic) text = OrderText(design) + ", " + text;
     return text + ", " + PartsText(design) + ", " + SweepText(design);
 }
 

@@ -63,7 +63,7 @@ struct LayerSweep {
     std::span<const double> Freqs{};       ///< Hz, ascending; empty: the plot's own
     double PulseTimeStep = 0.0;            ///< s; 0: the plot's own
     std::optional<PassType> Pass{};        ///< of the layer's design; empty: the plot's own
-    std::optional<FrequencyRange> Band{};  ///< where its pass band is looked for; empty: as Pass
+    std::optional<BandRange> Band{};  ///< where its pass band is looked for; empty: as Pass
 };
 
 /// What is drawn of one design: the one in hand, the reference, a measurement.

@@ -5,7 +5,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QTemporaryFile>
+#include <algorithm>
+#include <filesystem>
 #include <optional>
+#include <system_error>
+#include <vector>
 
 namespace ladderwise {
 
@@ -19,20 +24,30 @@ std::optional<QString> NameOf(const std::string& path) {
     return name;
 }
 
-/// True for what must never be replaced by a regular file. Below /dev and /proc even a regular file
-/// is somebody's open stream (/dev/stdout).
-bool IsStream(const QFileInfo& target) {
-    const QString place = QDir::cleanPath(target.absoluteFilePath());
-    return place.startsWith(QLatin1String("/dev/")) || place.startsWith(QLatin1String("/proc/")) ||
-           (target.exists() && !target.isFile() && !target.isDir());
+/// A place and what the links there lead to, one after the other; of links that lead in a circle
+/// as many as a system follows.
+std::vector<QFileInfo> LinksFrom(const QFileInfo& place) {
+    constexpr std::size_t MostLinks = 40;
+    std::vector<QFileInfo> links{place};
+    while (links.size() <= MostLinks && links.back().isSymLink())
+        links.emplace_back(links.back().symLinkTarget());
+    return links;
 }
 
-/// True for a link that leads to a link for ever: QSaveFile would replace it.
-bool LeadsInACircle(QFileInfo link) {
-    constexpr int MostLinks = 40;  // the system follows no more
-    for (int i = 0; i < MostLinks && link.isSymLink(); ++i)
-        link = QFileInfo(link.symLinkTarget());
-    return link.isSymLink();
+/// True if the name lies among the names of open streams: /dev/fd is a link to /proc/self/fd, and
+/// what lies there (/dev/stdout) is somebody's stream even where it ends in a regular file.
+bool LiesAmongStreams(const QFileInfo& place) {
+    const QString folder = place.dir().canonicalPath();
+    return folder == QLatin1String("/proc") || folder.startsWith(QLatin1String("/proc/")) ||
+           folder == QLatin1String("/dev/fd");
+}
+
+/// True for what must never be replaced by a regular file: devices, pipes, sockets and open
+/// streams, also behind a link.
+bool IsStream(const QFileInfo& target) {
+    if (target.exists() && !target.isFile() && !target.isDir()) return true;
+    const std::vector<QFileInfo> links = LinksFrom(target);
+    return std::any_of(links.begin(), links.end(), LiesAmongStreams);
 }
 
 /// Why a file device failed, in the system's words.
@@ -73,15 +88,43 @@ std::string WriteToStream(const QFileInfo& target, std::string_view bytes) {
     return WriteAll(file, bytes) ? std::string() : ReasonOf(file);
 }
 
-/// Writes a complete file beside the target and renames it.
-std::string ReplaceFile(const QFileInfo& target, std::string_view bytes) {
-    if (LeadsInACircle(target)) return "the link leads in a circle";
-    QSaveFile file(target.filePath());
+/// Writes a complete file under a temporary name beside `path`, which then takes its place.
+std::string SaveInPlace(const QFileInfo& target, const QString& path, std::string_view bytes) {
+    QSaveFile file(path);
     // Unbuffered, because QSaveFile::commit overlooks an error in writing its last buffer.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return ReasonNotOpened(target, file);
     if (WriteAll(file, bytes) && file.commit()) return {};
     return ReasonOf(file);
+}
+
+/// QSaveFile's temporary name is the file's own and a suffix, which the longest names have no room
+/// for: these are written under a short name first.
+std::string ReplaceLongNamed(const QFileInfo& end, std::string_view bytes) {
+    QTemporaryFile place(end.absolutePath() + QStringLiteral("/ladderwise-XXXXXX"));
+    if (!place.open()) return ReasonNotOpened(end, place);
+    const QString shortName = place.fileName();
+    place.remove();  // what QSaveFile creates has the permissions of a new file
+    if (std::string reason = SaveInPlace(end, shortName, bytes); !reason.empty()) return reason;
+    if (end.exists()) QFile::setPermissions(shortName, end.permissions());
+    std::error_code fault;
+    std::filesystem::rename(shortName.toStdU16String(), end.absoluteFilePath().toStdU16String(),
+                            fault);
+    if (!fault) return {};
+    QFile::remove(shortName);
+    return fault.message();
+}
+
+/// Writes a complete file beside the target and renames it.
+std::string ReplaceFile(const QFileInfo& target, std::string_view bytes) {
+    constexpr qsizetype LongestName = 255;  // bytes, on all file systems in common use
+    constexpr qsizetype Suffix = 7;         // ".XXXXXX"
+    const QFileInfo end = LinksFrom(target).back();
+    if (end.isSymLink()) return "the link leads in a circle";
+    const qsizetype length = QFile::encodeName(end.fileName()).size();
+    if (length > LongestName - Suffix && length <= LongestName && !end.isDir())
+        return ReplaceLongNamed(end, bytes);
+    return SaveInPlace(target, target.filePath(), bytes);
 }
 
 }  // namespace
@@ -112,6 +155,15 @@ FileContent ReadWholeFile(const std::string& path, std::size_t limit) {
     if (file.error() != QFileDevice::NoError)
         return {{}, failed + file.errorString().toStdString()};
     return content;
+}
+
+FileContent ReadRegularFile(const std::string& path, std::size_t limit) {
+    const auto name = NameOf(path);
+    const QFileInfo file(name.value_or(QString()));
+    if (name && file.exists() && !file.isFile())
+        return {{},
+                "cannot read " + path + (file.isDir() ? ": it is a folder" : ": it is no file")};
+    return ReadWholeFile(path, limit);
 }
 
 }  // namespace ladderwise

@@ -12,10 +12,11 @@ namespace ladderwise {
 /// Writes `bytes` as the whole content of the file `path` (UTF-8). Returns an empty text, or why it
 /// failed as a sentence for the user: "cannot write out.json: the disk is full (...)".
 ///
-/// A regular file is replaced by renaming a complete temporary file that stood beside it: after a
-/// full disk, a write-protected folder or a kill at any moment the old file is whole. Links are
-/// followed, never replaced. What is no regular file (a device, a pipe, a socket; also behind a
-/// link) and everything below /dev and /proc is opened and written to, and keeps what it is.
+/// A regular file, wherever it lies, is replaced by renaming a complete temporary file that stood
+/// beside it: after a full disk, a write-protected folder or a kill at any moment the old file is
+/// whole. Links are followed, never replaced. What is no regular file (a device, a pipe, a socket;
+/// also behind a link) and the open streams of programs (/dev/stdout, /proc/self/fd/1) are opened
+/// and written to, and keep what they are.
 /// Names that are not valid UTF-8 are refused, because they could not be kept as they are.
 std::string WriteWholeFile(const std::string& path, std::string_view bytes);
 
@@ -28,5 +29,9 @@ struct FileContent {
 /// Reads at most `limit` bytes from the start of the file `path` (UTF-8). The limit protects from
 /// files without end: callers that care whether a file is longer ask for one byte more.
 FileContent ReadWholeFile(const std::string& path, std::size_t limit);
+
+/// As ReadWholeFile, but refuses what is no regular file: a window that reads a pipe would wait for
+/// its other end.
+FileContent ReadRegularFile(const std::string& path, std::size_t limit);
 
 }  // namespace ladderwise

@@ -70,9 +70,10 @@ const std::vector<RecordField> fields = {
     {904, Text, TextBytes, "PlotPulseBox", 0, "", "trace: response to a square pulse"},
     {936, Text, TextBytes, "PlotReturnLossBox", 0, "", "trace: return loss"},
     {968, Double, 1, "RLWanted", 0, "", "load resistance that the user typed before RL took its place, ohm; 0: RL is the user's"},
-    {976, Text, 80, "RLWhy", 0, "", "why RL took its place"},
+    {976, Text, 80, "RLWhy", 0, "", "why RL took its place, in words; read where RLReason is 0, as in older files"},
     {1056, Double, 1, "RLHeld", 0, "", "load resistance before the last calculation moved it to RL, ohm; 0: it did not"},
-    {1064, Unused, 160, "Reserved1", 0, "", ""},
+    {1064, Int32, 1, "RLReason", 0, "", "why RL took its place: 1, 2, 3 equal to, twice, half of RS as the response needs it; 4 limit of an even-order Chebyshev; 5 load of an elliptic ladder"},
+    {1068, Unused, 156, "Reserved1", 0, "", ""},
     {1224, Double, 120, "CoefficientTable", 0, "", "12 g-values each of the orders 1 to 10, g1 first; 0: none"},
     {2184, Unused, 496, "Reserved2", 0, "", ""},
 

@@ -5,6 +5,11 @@
 #include <QDir>
 #include <QStandardPaths>
 #include <csignal>
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
 
 namespace ladderwise {
 
@@ -44,6 +49,14 @@ SystemPlaces AskSystem() {
     places.SharedData = shared + "/ladderwise";
 #endif
     return places;
+}
+
+void UseCallersTerminal() {
+#ifdef Q_OS_WIN
+    if (!AttachConsole(ATTACH_PARENT_PROCESS)) return;
+    std::freopen("CONOUT$", "w", stdout);
+    std::freopen("CONOUT$", "w", stderr);
+#endif
 }
 
 void OutliveFileLimits() {

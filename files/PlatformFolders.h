@@ -42,4 +42,8 @@ SystemPlaces AskSystem();
 /// would end the program without a word. For the start of a program.
 void OutliveFileLimits();
 
+/// Lets a windowed program write to the terminal that it was started from, on systems where it
+/// would have none.
+void UseCallersTerminal();
+
 }  // namespace ladderwise

@@ -43,13 +43,29 @@ std::string_view Beginning(std::string_view path) {
 }  // namespace
 
 void RecentFiles::Add(const std::string& path) {
-    Remove(path);
-    paths.insert(paths.begin(), path);
-    if (paths.size() > MaxRecentFiles) paths.pop_back();
+    std::erase(removed, path);
+    for (auto* const list : {&paths, &added}) {
+        std::erase(*list, path);
+        list->insert(list->begin(), path);
+        if (list->size() > MaxRecentFiles) list->pop_back();
+    }
 }
 
 void RecentFiles::Remove(const std::string& path) {
     std::erase(paths, path);
+    std::erase(added, path);
+    removed.push_back(path);
+}
+
+void RecentFiles::MergeInto(const std::vector<std::string>& kept) {
+    paths = added;
+    for (const std::string& path : kept) {
+        const auto holds = [&](const std::vector<std::string>& list) {
+            return std::find(list.begin(), list.end(), path) != list.end();
+        };
+        if (paths.size() < MaxRecentFiles && !holds(paths) && !holds(removed))
+            paths.push_back(path);
+    }
 }
 
 std::string ShortenedPath(std::string_view path) {

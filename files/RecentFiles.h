@@ -1,4 +1,5 @@
-// The list of design files used last, and how menus show them. No Qt, no disk.
+// The list of design files used last, and how menus show them. Several instances of the program
+// share one list. No Qt, no disk.
 #pragma once
 
 #include <string>
@@ -15,10 +16,17 @@ public:
     /// Puts a path at the top; the fifth falls out.
     void Add(const std::string& path);
     void Remove(const std::string& path);
+
+    /// Takes `kept`, the list that other instances have left meanwhile, and does to it what was
+    /// done here: what was added here stands above, what was removed here is gone.
+    void MergeInto(const std::vector<std::string>& kept);
+
     const std::vector<std::string>& Paths() const { return paths; }
 
 private:
     std::vector<std::string> paths;
+    std::vector<std::string> added;  ///< here and not removed again, most recent first
+    std::vector<std::string> removed;
 };
 
 /// A path for captions: as it is up to 48 characters; a longer one with its beginning (up to the

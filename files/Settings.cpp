@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "files/TextLines.h"
+#include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 
@@ -35,6 +36,13 @@ std::string LineText(Line line, std::string_view value, std::string_view key) {
 bool FitsOneLine(std::string_view value) {
     return value.size() <= longestValue &&
            value.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
+}
+
+/// A number's text with another decimal separator; a point and a comma count alike.
+std::string WithSeparator(std::string text, char separator) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '.' || c == ','; }, separator);
+    return text;
 }
 
 /// An identifier and its value.
@@ -69,7 +77,8 @@ bool Take(const Entry& entry, ProgramSettings& settings, std::vector<std::string
             settings.SamplingFrequency = entry.Value;
             return true;
         case Line::Threshold:
-            settings.Threshold = entry.Value;
+            settings.Threshold =
+                WithSeparator(entry.Value, SystemFormatSettings().DecimalSeparator);
             return true;
         case Line::ReadOutMenu:
             settings.ReadOutMenu = entry.Value == "0";
@@ -88,7 +97,7 @@ std::string SettingsText(const ProgramSettings& settings) {
     std::string text =
         LineText(Line::Version, fit(settings.Version), "Version String") +
         LineText(Line::SamplingFrequency, fit(settings.SamplingFrequency), "Sampling Frequency") +
-        LineText(Line::Threshold, fit(settings.Threshold), "Plot Threshold") +
+        LineText(Line::Threshold, WithSeparator(fit(settings.Threshold), '.'), "Plot Threshold") +
         LineText(Line::ReadOutMenu, settings.ReadOutMenu ? "0" : "1", "Mouse Read Out Menu");
     std::vector<std::string> paths = settings.Recent.Paths();
     std::erase_if(paths, [](const std::string& path) { return !FitsOneLine(path); });
@@ -98,25 +107,37 @@ std::string SettingsText(const ProgramSettings& settings) {
     return text;
 }
 
-void ReadSettingsText(std::string_view text, ProgramSettings& settings,
+bool ReadSettingsText(std::string_view text, ProgramSettings& settings,
                       const MessageCallback& report) {
-    const auto lines = LinesOf(text.substr(0, MaxSettingsBytes));
+    auto lines = LinesOf(text.substr(0, MaxSettingsBytes));
+    std::erase_if(lines, [](std::string_view line) { return Trimmed(line).empty(); });
     if (lines.size() < fewestLines) {
         report("Error", "Incomplete ini File");
-        return;
+        return false;
     }
     bool damaged = false;
     std::vector<std::string> previous;
     for (const std::string_view line : lines) {
-        if (Trimmed(line).empty()) continue;
         const auto entry = EntryOf(line);
         if (!entry || !Take(*entry, settings, previous)) damaged = true;
     }
     if (damaged) report("Error", "Error on INI File Read function. \nHave an invalid identifier.");
     // The first in the file is the most recent, whatever follows after four.
-    previous.resize(std::min(previous.size(), MaxRecentFiles));
-    for (auto path = previous.rbegin(); path != previous.rend(); ++path)
-        settings.Recent.Add(*path);
+    if (!previous.empty()) settings.Recent.MergeInto(previous);
+    return true;
+}
+
+ProgramSettings MergedSettings(const ProgramSettings& own, const ProgramSettings& read,
+                               const ProgramSettings& kept) {
+    ProgramSettings merged = own;
+    const auto keep = [&](auto member) {
+        if (own.*member == read.*member) merged.*member = kept.*member;
+    };
+    keep(&ProgramSettings::SamplingFrequency);
+    keep(&ProgramSettings::Threshold);
+    keep(&ProgramSettings::ReadOutMenu);
+    merged.Recent.MergeInto(kept.Recent.Paths());
+    return merged;
 }
 
 }  // namespace ladderwise

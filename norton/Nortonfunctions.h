@@ -63,6 +63,8 @@ struct NortonHalf {
     double MatchC = 0.0;  ///< shunt capacitor of the L-section of a T, sqrt(A - 1) / (R w0), F
     double ExtraL = 0.0;  ///< dL = sqrt(a - a^2) R / w0, absorbed by the end resonator of a T, H
     double ExtraC = 0.0;  ///< dC = sqrt(A - 1) / (A R w0), absorbed by that of a pi, F
+
+    bool operator==(const NortonHalf&) const = default;
 };
 
 /// The canonical ladder with its terminations and A: all that stays while K and M change.
@@ -74,6 +76,8 @@ struct NortonBase {
     double CentreC = 0.0;
     NortonHalf Source{};
     NortonHalf Load{};
+
+    bool operator==(const NortonBase&) const = default;
 };
 
 /// Element values from source to load. The inductors and the capacitors of a structure fill its

@@ -325,4 +325,13 @@ std::string FormatFullPrecision(double x) {
     return Localised({begin, std::to_chars(begin, end, x, std::chars_format::fixed).ptr});
 }
 
+std::string WithDecimalPoints(std::string text) {
+    const auto isDigit = [&](std::size_t i) { return text[i] >= '0' && text[i] <= '9'; };
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+        const bool starts = i == 0 || isDigit(i - 1) || text[i - 1] == ' ' || text[i - 1] == '-';
+        if (text[i] == ',' && starts && isDigit(i + 1)) text[i] = '.';
+    }
+    return text;
+}
+
 }  // namespace ladderwise

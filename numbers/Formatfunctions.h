@@ -19,6 +19,24 @@ const FormatSettings& SystemFormatSettings();
 /// Replaces the settings in force. Any separator but a comma is taken as a point.
 void SetSystemFormatSettings(FormatSettings settings);
 
+/// Settings for the length of a scope.
+class FormatSettingsScope {
+public:
+    explicit FormatSettingsScope(FormatSettings settings) : before(SystemFormatSettings()) {
+        SetSystemFormatSettings(settings);
+    }
+    ~FormatSettingsScope() { SetSystemFormatSettings(before); }
+    FormatSettingsScope(const FormatSettingsScope&) = delete;
+    FormatSettingsScope& operator=(const FormatSettingsScope&) = delete;
+
+private:
+    const FormatSettings before;
+};
+
+/// A text with every comma between digits, or before one at the start of a number, turned into a
+/// point: what was written in a comma locale for readers that know no locale.
+std::string WithDecimalPoints(std::string text);
+
 /// Reads a text in the system's locale: blanks around it, a sign, digits with one separator, an
 /// exponent. In a comma locale the first "." is taken as ",". False if it is not a number; `value`
 /// is then left alone. A magnitude beyond the range of double reads as +-HUGE_VAL or 0.

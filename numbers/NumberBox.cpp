@@ -24,9 +24,9 @@ T ReadBounded(NumberBox& box, const std::string& minText, const std::string& def
               const std::string& maxText, const char* readerName, Parse parse,
               const MessageCallback& report) {
     T minimum = 1, fallback = 1, maximum = 1;  // a limit that cannot be read stays 1
-    const bool limitsRead =
-        parse(minText, minimum) & parse(defaultText, fallback) & parse(maxText, maximum);
-    if (!limitsRead && report)
+    const bool read[] = {parse(minText, minimum), parse(defaultText, fallback),
+                         parse(maxText, maximum)};
+    if (!(read[0] && read[1] && read[2]) && report)
         report("Error", std::string("Invalid String Argument in ") + readerName + " function.");
 
     box.Colour = BoxColour::Normal;
@@ -80,12 +80,12 @@ void NumberBox::WriteText(std::string text, double value) {
     ExactValue = value;
 }
 
-void NumberBox::MoveTo(double value, std::string_view why) {
+void NumberBox::MoveTo(double value, LoadReason why) {
     const double held = ExactValue.value_or(value);
     const double wanted = Moved ? Moved->Wanted : held;
     WriteValue(value);
     Moved.reset();
-    if (value != wanted) Moved = MovedEntry{wanted, std::string(why), held};
+    if (value != wanted) Moved = MovedEntry{wanted, why, held};
 }
 
 void NumberBox::Replace(double value, const std::string& text) {

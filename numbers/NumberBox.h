@@ -20,11 +20,20 @@ inline constexpr int BoxDigits = 3;
 /// Why a read replaced what stood in a box.
 enum class Unfit { NotANumber, BelowMinimum, AboveMaximum, NotOffered };
 
+/// Why the program's load may stand in the place of the user's. The numbers stand in design files.
+enum class LoadReason : int {
+    Equal = 1,      ///< the response needs the source's
+    Twice = 2,      ///< twice the source's
+    Half = 3,       ///< half of the source's
+    Chebyshev = 4,  ///< the limit of an even order
+    Elliptic = 5,   ///< what an elliptic ladder needs
+};
+
 /// What a box held before the program put a value of its own in its place.
 struct MovedEntry {
-    double Wanted;    ///< the user's value
-    std::string Why;  ///< "the limit of an even-order Chebyshev"
-    double Held;      ///< what stood in the box before the last move; often Wanted
+    double Wanted;   ///< the user's value
+    LoadReason Why;  ///< the reason of the last move
+    double Held;     ///< what stood in the box before the last move; often Wanted
 };
 
 /// One input box. As long as Text is what the program wrote, ExactValue stands behind it, so that
@@ -53,7 +62,7 @@ struct NumberBox {
     /// Puts a value of the program's in the place of the value that was read, and keeps in Moved
     /// what that was and why it moved, until the user types. A value that is the user's own again
     /// ends the move.
-    void MoveTo(double value, std::string_view why);
+    void MoveTo(double value, LoadReason why);
 
     /// Replaces what was read by a value that the design in hand offers, marked as a bound would
     /// be.

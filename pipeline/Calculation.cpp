@@ -212,7 +212,7 @@ void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
         inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);
 }
 
-/// RunAnalysis up to the plot.
+/// From the scaled ladder to the analysed one of parts that can be bought.
 void PrepareAnalysis(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
     calculation.IdealElements = design.Elements;
@@ -301,12 +301,6 @@ void FinishCalculation(Calculation& calculation, const MessageCallback& report,
     if (seed) RunWorstCase(calculation, *seed, report, plotRun);
 }
 
-void RunAnalysis(Calculation& calculation, const MessageCallback& report,
-                 const PlotRunCallback& plotRun) {
-    PrepareAnalysis(calculation, report);
-    FinishCalculation(calculation, report, plotRun);
-}
-
 void AskForRepeat(Calculation& calculation) {
     if (calculation.WorstCase.Runs > 0) calculation.PendingSeed = calculation.WorstCase.Seed;
 }
@@ -330,12 +324,17 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     calculation.FirstMathError = MathErrors().ErrorCount();
     const bool discards = HasEdits(design);
     if (discards) calculation.Discarded = HandMadeLadder{design.Elements, design.NumElements};
+    const bool first = design.NumElements == 0, traps = IsElliptic(design.ResponseType);
+    const int count = design.NumPoles;
     ReadInputs(calculation.Inputs, design, report);
     ReadNortonInputs(calculation.Inputs, design, report);
     BuildLadder(design, report);
+    LookForEvenest(calculation.Inputs, design);
     MarkInputs(calculation.Inputs, design);
     PrepareAnalysis(calculation, report);
     calculation.DiscardedNow = discards;
+    calculation.CountChanged =
+        !first && IsElliptic(design.ResponseType) != traps && design.NumPoles == count;
 }
 
 void Calculate(Calculation& calculation, const MessageCallback& report,

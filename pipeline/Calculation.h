@@ -63,8 +63,9 @@ struct Calculation {
     ElementList IdealElements{};  ///< as scaled, before de-embedding and standard values
     /// The last values changed by hand that a calculation has discarded.
     std::optional<HandMadeLadder> Discarded{};
-    bool DiscardedNow = false;                 ///< by the last calculation
-    std::mt19937 SeedSource{};                 ///< gives each worst-case calculation its seed
+    bool DiscardedNow = false;  ///< by the last calculation
+    bool CountChanged = false;  ///< the last calculation went from poles to traps, or back
+    std::mt19937 SeedSource{};  ///< gives each worst-case calculation its seed
     std::optional<std::uint32_t> FixedSeed{};  ///< set: every worst-case calculation uses this one
 };
 
@@ -88,12 +89,6 @@ void BuildSweepGrid(FilterDesign& design);
 /// From the design inputs in `design` to the unanalysed ladder in Elements: clearing, sweep grid,
 /// prototype, scaling.
 void BuildLadder(FilterDesign& design, const MessageCallback& report);
-
-/// De-embedding and standard values where asked for, analysis, display quantities, plotRun of run
-/// 0; then, for a worst case, plotRun of each of the randomised runs. Afterwards Elements, Response
-/// and Quantities are those of the nominal ladder again. A null callback plots nothing.
-void RunAnalysis(Calculation& calculation, const MessageCallback& report,
-                 const PlotRunCallback& plotRun);
 
 /// Analyses the ladder in Elements as it stands, edited by hand, and settles what the plot shows of
 /// it; there is no worst case of it.
@@ -121,7 +116,10 @@ void FinishCalculation(Calculation& calculation, const MessageCallback& report,
                        const PlotRunCallback& plotRun);
 
 /// The whole calculation, from the boxes and choices to the analysed ladder and its display
-/// quantities: ReadInputs, BuildLadder, RunAnalysis, and the marks that they leave in the boxes.
+/// quantities: ReadInputs, BuildLadder, de-embedding and standard values where asked for, the
+/// analysis, and the marks that they leave in the boxes; plotRun of run 0; then, for a worst case,
+/// plotRun of each of the randomised runs. Afterwards Elements, Response and Quantities are those
+/// of the nominal ladder again.
 /// Values changed by hand are discarded and kept in Discarded. A callback only paints.
 void Calculate(Calculation& calculation, const MessageCallback& report,
                const PlotRunCallback& plotRun = nullptr);

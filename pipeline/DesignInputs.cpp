@@ -52,6 +52,53 @@ void ForceLoad(DesignInputs& inputs, FilterDesign& design) {
 
 }  // namespace
 
+const char* TextOf(LoadReason why) {
+    switch (why) {
+        case LoadReason::Equal:
+            return "equal to R Source, as this response needs it";
+        case LoadReason::Twice:
+            return "twice R Source, as this response needs it";
+        case LoadReason::Half:
+            return "half of R Source, as this response needs it";
+        case LoadReason::Chebyshev:
+            return "the limit of an even-order Chebyshev";
+        case LoadReason::Elliptic:
+            return "the one that this elliptic ladder needs";
+    }
+    return "";
+}
+
+std::optional<double> LoadToBringBack(const DesignInputs& inputs, const FilterDesign& design) {
+    const NumberBox& box = inputs.Box(InputId::RLoad);
+    const bool asked =
+        ForcesLoad(design.ResponseType) || design.Flags.LoadMoved || design.Flags.LoadOfFamily;
+    if (!box.Moved || asked) return {};
+    return box.Moved->Wanted;
+}
+
+bool BringBackLoad(DesignInputs& inputs, const FilterDesign& design) {
+    const auto wanted = LoadToBringBack(inputs, design);
+    if (!wanted) return false;
+    NumberBox& box = inputs.Box(InputId::RLoad);
+    box.WriteValue(*wanted);
+    box.Moved.reset();
+    return true;
+}
+
+std::string MoverOf(const MovedEntry& moved) {
+    switch (moved.Why) {
+        case LoadReason::Equal:
+            return "a response with equal ends";
+        case LoadReason::Chebyshev:
+            return "an even-order Chebyshev";
+        case LoadReason::Twice:
+        case LoadReason::Half:
+        case LoadReason::Elliptic:
+            return "an elliptic response";
+    }
+    return {};
+}
+
 DesignInputs::DesignInputs() {
     for (const InputRow& row : InputRows())
         Box(row.Id).Text = row.Initial;

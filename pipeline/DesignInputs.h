@@ -4,6 +4,8 @@
 #pragma once
 
 #include <array>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "design/ChoiceNames.h"
@@ -37,15 +39,20 @@ struct DesignInputs {
     std::array<int, NumChoices> Choices{};
 };
 
-/// Why the program's load may stand in the place of the user's.
-namespace LoadReason {
-inline constexpr std::string_view Equal = "equal to R Source, as this response needs it";
-inline constexpr std::string_view Twice = "twice R Source, as this response needs it";
-inline constexpr std::string_view Half = "half of R Source, as this response needs it";
-inline constexpr std::string_view Chebyshev = "the limit of an even-order Chebyshev";
-inline constexpr std::string_view Elliptic = "the one that this elliptic ladder needs";
-inline constexpr std::array All = {Equal, Twice, Half, Chebyshev, Elliptic};
-}  // namespace LoadReason
+/// Why a load was moved, for people: "equal to R Source, as this response needs it".
+const char* TextOf(LoadReason why);
+
+/// The load that the user asked for, ohm, where the program's own still stands in its place
+/// although nothing in the design asks for that any more: an even-order Chebyshev leaves its load
+/// to an odd one, a family that is fixed to the source's to Butterworth. `design` as calculated
+/// from `inputs`.
+std::optional<double> LoadToBringBack(const DesignInputs& inputs, const FilterDesign& design);
+
+/// Puts that load back into its box; a calculation has to follow. False if there is none.
+bool BringBackLoad(DesignInputs& inputs, const FilterDesign& design);
+
+/// What moved a load, for people: "an even-order Chebyshev".
+std::string MoverOf(const MovedEntry& moved);
 
 /// True for the pass types whose elliptic sections come in four trap forms.
 constexpr bool HasTrapPanel(PassType pass) {

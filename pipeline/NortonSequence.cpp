@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "norton/Nortonsearch.h"
 #include "numbers/Formatfunctions.h"
@@ -22,6 +24,7 @@ constexpr double SmallestRatio = 1.001;  ///< K and M: at 1 a transformer is non
 constexpr double NoRatio = 1.0;          ///< M while it plays no part
 constexpr double LargestRatio = 100.0;
 constexpr const char* NoRatioText = "1.00";  ///< in the box of M for 3 poles
+constexpr double HalfDecimal = 0.0051;       ///< a box of two decimals stands for what is nearer
 
 bool IsTee(NortonType type) {
     return type == NortonType::TCap || type == NortonType::TInd;
@@ -29,6 +32,36 @@ bool IsTee(NortonType type) {
 
 void WriteBox(NumberBox& box, double value) {
     box.Type(FormatFixed(value, BoxDecimals));
+}
+
+/// The same for a number that the search has found: it is nobody's entry.
+void WriteFound(NumberBox& box, double value) {
+    WriteBox(box, value);
+    box.Typed = false;
+}
+
+/// A number as a box with BoxDecimals shows it.
+double AsShown(double value) {
+    TryParseDouble(FormatFixed(value, BoxDecimals), value);
+    return value;
+}
+
+/// The search for the canonical ladder in the design. Its last outcome is kept, since a change of
+/// K and M, a repeated calculation and the calculation after a search ask for the same again.
+NortonChoice EvenestOf(const FilterDesign& design, const DesignInputs& inputs) {
+    struct Asked {
+        NortonType Type;
+        NortonGoal Goal;
+        NortonBase Base;
+        bool operator==(const Asked&) const = default;
+    };
+    static std::optional<std::pair<Asked, NortonChoice>> last;
+    const Asked asked{design.Norton.NortonType,
+                      static_cast<NortonGoal>(inputs.Choice(ChoiceId::NortonGoal)),
+                      BaseOf(design, design.Norton.ImpedanceScalar)};
+    if (!last || !(last->first == asked))
+        last.emplace(asked, SearchEvenest(asked.Type, asked.Base, asked.Goal));
+    return last->second;
 }
 
 /// A number that plays no part: as its box says it, "1.00" for M included, and without the mark of
@@ -117,6 +150,32 @@ void SetNortonForm(FilterDesign& design, const MessageCallback& report) {
     if (broken && report) report("Error", broken->Message);
 }
 
+void LookForEvenest(const DesignInputs& inputs, FilterDesign& design) {
+    if (design.PassType != PassType::Norton || !inputs.IsOn(ChoiceId::AutoOptimize)) return;
+    const NortonChoice best = EvenestOf(design, inputs);
+    design.NortonResult.SearchedK = AsShown(std::min(best.K, LargestRatio));
+    if (design.NumPoles == MostPoles)
+        design.NortonResult.SearchedM = AsShown(std::min(best.M, LargestRatio));
+}
+
+std::string NortonSearchText(const FilterDesign& design) {
+    const NortonResult& result = design.NortonResult;
+    const auto differs = [](double searched, double used) {
+        return searched > 0.0 && std::abs(searched - used) > HalfDecimal;
+    };
+    const bool two = result.SearchedM > 0.0;
+    if (!differs(result.SearchedK, result.K) && !(two && differs(result.SearchedM, result.M)))
+        return {};
+    const auto ratios = [two](double k, double m) {
+        return "K " + FormatFixed(k, BoxDecimals) +
+               (two ? " and M " + FormatFixed(m, BoxDecimals) : "");
+    };
+    return ratios(result.K, result.M) + (two ? " are" : " is") +
+           " not optimised, although Auto Optimize is on: \"Optimize K and M\" (console: "
+           "auto-optimize=on) gives " +
+           ratios(result.SearchedK, result.SearchedM) + ".";
+}
+
 void BuildNortonLadder(FilterDesign& design) {
     ScaleBandPass(design);
     design.NortonBaseElements = design.Elements;
@@ -167,14 +226,12 @@ void OptimizeNorton(DesignInputs& inputs, const FilterDesign& design) {
     base->Elements.fill({});
     BuildPrototype(*base, base->NumPoles, nullptr);
     BuildNortonLadder(*base);
-    const NortonChoice best =
-        SearchEvenest(base->Norton.NortonType, BaseOf(*base, base->Norton.ImpedanceScalar),
-                      static_cast<NortonGoal>(inputs.Choice(ChoiceId::NortonGoal)));
-    WriteBox(inputs.Box(InputId::NortonK), best.K);
+    const NortonChoice best = EvenestOf(*base, inputs);
+    WriteFound(inputs.Box(InputId::NortonK), best.K);
     if (base->NumPoles == MostPoles)
-        WriteBox(inputs.Box(InputId::NortonM), best.M);
+        WriteFound(inputs.Box(InputId::NortonM), best.M);
     else
-        inputs.Box(InputId::NortonM).Type(NoRatioText);
+        inputs.Box(InputId::NortonM).WriteText(NoRatioText, NoRatio);
 }
 
 bool ApplyNortonControl(NortonControl control, DesignInputs& inputs, const FilterDesign& design) {

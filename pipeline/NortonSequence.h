@@ -20,6 +20,14 @@ void SetNortonForm(FilterDesign& design, const MessageCallback& report);
 /// After the prototype: the canonical band-pass, kept in NortonBaseElements, and its transform.
 void BuildNortonLadder(FilterDesign& design);
 
+/// While "Auto Optimize" is on, which no change outside the Norton window obeys: looks for the K
+/// and M of its search and keeps them beside the ones in use, in NortonResult.
+void LookForEvenest(const DesignInputs& inputs, FilterDesign& design);
+
+/// "K 2.00 is not optimised, although Auto Optimize is on: ... gives K 12.82.": that the last
+/// Norton ladder is not the optimised one, and how to get it. Empty if it is, or nobody wants it.
+std::string NortonSearchText(const FilterDesign& design);
+
 /// Why the last Norton ladder cannot be built, or does not do what is asked for; empty if it can.
 std::string NortonFault(const FilterDesign& design);
 

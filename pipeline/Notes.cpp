@@ -3,93 +3,20 @@
 
 #include <cmath>
 
-#include "analysis/PartValues.h"
 #include "design/ChoiceNames.h"
+#include "files/CoefficientsFile.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NortonSequence.h"
+#include "pipeline/NoteSources.h"
 #include "pipeline/ResultsText.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr int NoteDigits = 2;       ///< decimals of values in notes
 constexpr int ReplacedDigits = 11;  ///< significant digits of a bound
 constexpr int LoadDigits = 5;       ///< significant digits of a load
 constexpr int AttenDigits = 2;      ///< decimals of an attenuation, dB
-constexpr int OffsetDigits = 1;     ///< decimals of how far a band has moved, %
-
-/// No part has more henries or farads, not even in a prototype for 1 ohm and 1 rad/s.
-constexpr double LargestPartValue = 100.0;
-
-/// Line impedances beyond these, ohm, come of a line of 180 or a stub of 90 degrees, whose tangent
-/// or sine rounding keeps from infinity or zero.
-constexpr double HighestLineImpedance = 1e9;
-constexpr double LowestLineImpedance = 1e-9;
-
-std::string Shown(ValueKind kind, double value) {
-    return std::string(SymbolOf(kind)) + " = " + FormatWithPrefix(value, NoteDigits, UnitOf(kind));
-}
-
-/// Why a value cannot be built, as a sentence without its stop; empty if it can.
-std::string Fault(ValueKind kind, double value) {
-    const std::string symbol = SymbolOf(kind);
-    if (std::isnan(value)) return symbol + " has no value: the calculation gave no number";
-    if (value > NotUsedLimit) return symbol + " has no value: it grew beyond all bounds";
-    const std::string shown = Shown(kind, value);
-    if (value < 0.0) return shown + " is negative";
-    if (value == 0.0) return shown + " is zero";
-    if (kind == ValueKind::Impedance && value > HighestLineImpedance)
-        return shown + " is too high to build";
-    if (kind == ValueKind::Impedance && value < LowestLineImpedance)
-        return shown + " is too low to build";
-    if (!IsPart(kind)) return {};
-    if (value < SmallestPartValue)
-        return shown + " is too small to build; the response counts it as 1E-18";
-    if (value > LargestPartValue)
-        return shown + " is beyond reach (a value is typed as 400p or 400E-12)";
-    return {};
-}
-
-/// The L-sections at the ends of a Norton band-pass at the level of its terminations: no parts.
-bool IsLeftOut(const FilterDesign& design, int slot, double value) {
-    return design.PassType == PassType::Norton && value == 0.0 &&
-           (slot == 1 || slot == design.NumElements);
-}
-
-std::string SlotText(const FilterDesign& design, int slot) {
-    return "Slot " + std::to_string(slot) + " " + InfoOf(design.Elements[slot].Type).Name + ": ";
-}
-
-/// Calls `take(slot, kind, value)` for every value that the ladder uses.
-template <typename Take>
-void ForEveryValue(const FilterDesign& design, Take take) {
-    for (int slot = 1; slot <= design.NumElements; ++slot)
-        for (int row = 0; row < 4; ++row) {
-            const ValueKind kind = InfoOf(design.Elements[slot].Type).Values[row];
-            if (kind != ValueKind::Unused) take(slot, kind, design.Elements[slot].Value(row));
-        }
-}
-
-void AddUnrealisable(const FilterDesign& design, std::vector<Note>& notes) {
-    ForEveryValue(design, [&](int slot, ValueKind kind, double value) {
-        const std::string fault = Fault(kind, value);
-        if (fault.empty() || IsLeftOut(design, slot, value)) return;
-        notes.push_back({NoteKind::Unrealisable, "slot " + std::to_string(slot),
-                         SlotText(design, slot) + fault + "."});
-    });
-}
-
-/// Parts that the draws of a worst case take for something else, because they are so large.
-void AddNotVaried(const Calculation& calculation, std::vector<Note>& notes) {
-    if (calculation.WorstCase.Runs == 0) return;
-    ForEveryValue(calculation.Design, [&](int slot, ValueKind kind, double value) {
-        if (!IsPart(kind) || !(value >= LargestRandomisedValue) || value > NotUsedLimit) return;
-        notes.push_back({NoteKind::NotVaried, "slot " + std::to_string(slot),
-                         SlotText(calculation.Design, slot) + Shown(kind, value) +
-                             " does not vary in a worst case: only values below 0.1 do."});
-    });
-}
 
 void AddHandMade(const Calculation& calculation, std::vector<Note>& notes) {
     if (HasEdits(calculation.Design))
@@ -101,15 +28,25 @@ void AddHandMade(const Calculation& calculation, std::vector<Note>& notes) {
                          "back."});
 }
 
-void AddMovedLoad(const DesignInputs& inputs, std::vector<Note>& notes) {
+void AddMovedLoad(const DesignInputs& inputs, const FilterDesign& design,
+                  std::vector<Note>& notes) {
     const NumberBox& box = inputs.Box(InputId::RLoad);
     if (!box.Moved) return;
     const auto ohms = [](double value) { return FormatPlain(value, LoadDigits); };
-    const std::string typed = ohms(box.Moved->Wanted);
-    notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name,
-                     "R Load was moved to " + ohms(box.ExactValue.value_or(0.0)) + " ohm, " +
-                         box.Moved->Why + "; " + typed + " ohm was asked for.",
-                     typed, box.Text, box.Colour});
+    const std::string typed = ohms(box.Moved->Wanted), used = ohms(box.ExactValue.value_or(0.0));
+    const std::string text =
+        LoadToBringBack(inputs, design)
+            ? "R Load is still the " + used + " ohm of " + MoverOf(*box.Moved) + "; " + typed +
+                  " ohm was asked for, and this design can have it."
+            : "R Load was moved to " + used + " ohm, " + TextOf(box.Moved->Why) + "; " + typed +
+                  " ohm was asked for.";
+    notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name, text, typed, box.Text,
+                     box.Colour});
+}
+
+/// True for a K or M that nobody typed: the search has written it.
+bool IsOfSearch(const InputRow& row, const NumberBox& box) {
+    return (row.Id == InputId::NortonK || row.Id == InputId::NortonM) && !box.ReplacedTyped;
 }
 
 /// "Ripple 5 dB is above 1 dB: 1 dB used."
@@ -132,25 +69,14 @@ std::string ReplacedText(const InputRow& row, const NumberBox& box) {
         case Unfit::BelowMinimum:
             return typed + " is below " + instead + used;
         case Unfit::AboveMaximum:
+            if (IsOfSearch(row, box))
+                return "The search chose " + name + " " + *box.ReplacedText +
+                       ", but it goes no higher than " + instead + used;
             return typed + " is above " + instead + used;
         case Unfit::NotOffered:
             return typed + " is not possible for a Norton band-pass" + used;
     }
     return typed;
-}
-
-/// What the synthesis says about the end tanks, in the words of the window.
-void AddEndTanks(const FilterDesign& design, std::vector<Note>& notes) {
-    const DirectCoupledResult& limits = design.DirectCoupledLimits;
-    for (const std::size_t end : {SourceEnd, LoadEnd}) {
-        const std::string name = end == SourceEnd ? "First" : "Last";
-        if (limits.Clamped[end])
-            notes.push_back({NoteKind::EndTank, "tank-values",
-                             name + " tank: its value is beyond " + limits.Readouts[end] +
-                                 ", so it is not matched."});
-        if (limits.WarningShown[end])
-            notes.push_back({NoteKind::EndTank, "tank-values", name + " Tank Z is Large."});
-    }
 }
 
 /// What the prototype took in place of the inputs.
@@ -161,62 +87,53 @@ void AddOverrides(const FilterDesign& design, std::vector<Note>& notes) {
                          "Attenuation " + used + " dB used: no ladder with positive parts below.",
                          "", used});
     }
-    if (design.Flags.FormForced)
+    if (design.Flags.FormForced && design.PassType != PassType::DirectCoupled)
         notes.push_back({NoteKind::FormForced, "form",
                          std::string("The terminations ask for the form ") +
                              (design.FormCLC ? "CLC" : "LCL") + "."});
 }
 
-/// True if the band of a design that changed in nothing but its values or parts is where it was
-/// asked for.
-bool IsInPlace(const FilterDesign& design) {
-    const ResponseResults results = ResultsOf(design);
-    return results.Peak && !results.BandOffset;
+/// What the number beside the family counts, where it has just come to count something else.
+void AddCount(const Calculation& calculation, std::vector<Note>& notes) {
+    if (!calculation.CountChanged) return;
+    const FilterDesign& design = calculation.Design;
+    const std::string number = std::to_string(design.NumPoles);
+    const bool many = design.NumPoles > 1;
+    Note note{NoteKind::Advice, "poles",
+              IsElliptic(design.ResponseType)
+                  ? "The number counts traps now: " + OrderText(design) + "."
+                  : "The number counts poles again: " + number + (many ? " poles." : " pole.")};
+    note.Advice = true;
+    notes.push_back(note);
 }
 
-/// Why a band has moved, as far as a calculation without the cause brings it back.
-std::string CauseOfMove(const Calculation& calculation) {
-    FilterDesign trial = calculation.Design;
-    if (HasEdits(trial)) {
-        trial.Elements = *trial.CalculatedElements;
-        return IsInPlace(trial) ? ": values edited by hand" : "";
-    }
-    const auto place = [&](PartChoice parts, bool std) {
-        trial.Elements = calculation.IdealElements;
-        trial.PartModel.Choice = parts;
-        if (parts == PartChoice::DeEmbed) DeEmbedParts(trial);
-        if (std) SnapToStdValue(trial);
-        return IsInPlace(trial);
-    };
-    const PartChoice parts = calculation.Design.PartModel.Choice;
-    const bool std = calculation.Design.StdLCValues;
-    if (parts == PartChoice::RealParts && place(PartChoice::IdealParts, std))
-        return place(PartChoice::DeEmbed, std) ? ": parasitics; DeEmbed brings it back"
-                                               : ": parasitics";
-    if (std && place(parts, false)) return ": standard values";
-    return "";
+/// Why a coefficients file that was read is not in use: it lacks the order.
+void AddMissingOrder(const FilterDesign& design, std::vector<Note>& notes) {
+    if (!design.Flags.FellBack || !design.CoefFileRead ||
+        HasOrder(design.CoefficientTable, design.NumPoles))
+        return;
+    std::string orders;
+    int count = 0;
+    for (int n = 1; n <= MaxPoles; ++n)
+        if (HasOrder(design.CoefficientTable, n)) {
+            orders += (count++ > 0 ? ", " : "") + std::to_string(n);
+        }
+    notes.push_back({NoteKind::NoSuchOrder, "coefficients",
+                     "The coefficients file has no order " + std::to_string(design.NumPoles) +
+                         ", only " + (count == 1 ? "order " : "the orders ") + orders +
+                         ": this is a Butterworth response."});
 }
 
-/// Where the pass band of a band-pass is, if not where it was asked for.
-void AddBand(const Calculation& calculation, std::vector<Note>& notes) {
-    const ResponseResults& results = calculation.Results;
-    const PassType pass = calculation.Design.PassType;
-    if (!results.Valid || !HasBandWidth(pass) || pass == PassType::Notch) return;
-    if (!results.Peak)
-        notes.push_back({NoteKind::NoBand, "f0",
-                         "There is no pass band about Fo: the loss has no minimum there."});
-    if (!results.BandOffset) return;
-    const double offset = *results.BandOffset;
-    notes.push_back({NoteKind::BandMoved, "f0",
-                     "Band lies " + FormatFixed(100.0 * std::abs(offset), OffsetDigits) +
-                         (offset < 0.0 ? " % low" : " % high") + CauseOfMove(calculation) + "."});
+/// An M of less than its bound that nobody typed is the one for 3 poles, where it plays no part.
+bool IsLeftoverM(const InputRow& row, const NumberBox& box) {
+    return row.Id == InputId::NortonM && !box.ReplacedTyped && box.Reason == Unfit::BelowMinimum;
 }
 
 void AddReplacedBoxes(const DesignInputs& inputs, std::vector<Note>& notes) {
     for (int id = 0; id < NumInputs; ++id) {
         const InputRow& row = RowOf(static_cast<InputId>(id), inputs);
         const NumberBox& box = inputs.Box(row.Id);
-        if (!box.ReplacedText) continue;
+        if (!box.ReplacedText || IsLeftoverM(row, box)) continue;
         Note note{NoteKind::Replaced, row.Name, ReplacedText(row, box),
                   *box.ReplacedText,  box.Text, box.Colour};
         note.Idle = !IsEnabled(row, inputs);
@@ -253,6 +170,16 @@ const char* NameOf(NoteKind kind) {
             return "no-band";
         case NoteKind::BandMoved:
             return "band-moved";
+        case NoteKind::Missed:
+            return "missed";
+        case NoteKind::TooLossy:
+            return "too-lossy";
+        case NoteKind::Advice:
+            return "advice";
+        case NoteKind::NotOptimised:
+            return "not-optimised";
+        case NoteKind::NoSuchOrder:
+            return "no-such-order";
     }
     return "";
 }
@@ -266,13 +193,16 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
                              ": the values of this design are doubtful."});
     if (const std::string fault = NortonFault(design); !fault.empty())
         notes.push_back({NoteKind::Unrealisable, "norton-type", fault});
-    AddUnrealisable(design, notes);
+    const bool hopeless = AddFaultyParts(design, notes);
+    AddMissingOrder(design, notes);
     AddHandMade(calculation, notes);
     AddNotVaried(calculation, notes);
-    AddMovedLoad(calculation.Inputs, notes);
+    AddMovedLoad(calculation.Inputs, design, notes);
     AddOverrides(design, notes);
-    if (design.PassType == PassType::DirectCoupled) AddEndTanks(design, notes);
-    AddBand(calculation, notes);
+    AddCount(calculation, notes);
+    if (const std::string text = NortonSearchText(design); !text.empty())
+        notes.push_back({NoteKind::NotOptimised, "auto-optimize", text});
+    AddResponseNotes(calculation, !hopeless, notes);
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
 }
@@ -282,11 +212,13 @@ StatusLine DescribeStatus(const Calculation& calculation) {
     for (const Note& note : CollectNotes(calculation)) {
         if (note.Idle) continue;
         status.Text += (status.Text.empty() ? "" : "  ") + note.Text;
-        status.Warning = true;
+        status.Warning = status.Warning || !note.Advice;
     }
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     if (!worstCase.empty()) status.Text = worstCase + (status.Warning ? "  " + status.Text : "");
-    const std::string elliptic = EllipticText(calculation.Design, calculation.Results);
+    std::string elliptic = EllipticText(calculation.Design, calculation.Results);
+    for (const auto& [name, list] : DescribeTraps(calculation.Design))
+        elliptic += "  Its " + name + ": " + list + ".";
     if (!elliptic.empty()) status.Text += (status.Text.empty() ? "" : "  ") + elliptic;
     return status;
 }

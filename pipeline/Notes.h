@@ -23,9 +23,15 @@ enum class NoteKind {
     NotVaried,
     NoBand,
     BandMoved,
+    Missed,
+    TooLossy,
+    Advice,
+    NotOptimised,
+    NoSuchOrder,
 };
 
-/// One note. Name is the console program's name of the input, or "slot 3" for an element.
+/// One note. Name is the console program's name of the input, or the designators of the parts,
+/// "L4, L8".
 struct Note {
     NoteKind Kind;
     std::string Name;
@@ -33,21 +39,24 @@ struct Note {
     std::string Typed{};                   ///< of a replaced or moved box: what stood in it
     std::string InUse{};                   ///< of a replaced, moved or raised input: what is in use
     BoxColour Colour = BoxColour::Normal;  ///< of a replaced or moved box
-    bool Idle = false;  ///< of a replaced box: disabled, it plays no part in the present design
+    bool Idle = false;    ///< of a replaced box: disabled, it plays no part in the present design
+    bool Advice = false;  ///< good to know; nothing is wrong, and nothing is coloured
 };
 
 /// "replaced", "load-moved", "atten-raised", "form-forced", "end-tank", "unrealisable",
-/// "math-error", "edited", "discarded", "not-varied", "no-band", "band-moved".
+/// "math-error", "edited", "discarded", "not-varied", "no-band", "band-moved", "missed",
+/// "too-lossy", "advice", "not-optimised", "no-such-order".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.
 std::vector<Note> CollectNotes(const Calculation& calculation);
 
-/// What the status line says: the worst case, the notes and an elliptic design's stop band. Idle
-/// boxes are passed over. Empty text: nothing out of the ordinary.
+/// What the status line says: the worst case, the notes, and the stop band and traps of an elliptic
+/// design. Idle boxes are passed over. Empty text: nothing out of the ordinary.
 struct StatusLine {
     std::string Text;
-    bool Warning = false;  ///< something was replaced, moved or cannot be built
+    bool Warning =
+        false;  ///< something was replaced, moved, cannot be built or misses what was asked for
 };
 StatusLine DescribeStatus(const Calculation& calculation);
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "analysis/Resonances.h"
+#include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "scaling/BandScaler.h"
 
@@ -223,14 +224,37 @@ ResponseResults ResultsOf(const FilterDesign& design) {
     return ComputeResults(design, ReturnLossBandEdge(design));
 }
 
+std::vector<double> TrapFrequencies(const FilterDesign& design) {
+    std::vector<double> traps;
+    for (int k = 0; k < design.Elliptic.NumTraps; ++k)
+        for (const double f : ScaledFrequencies(design, design.Elliptic.TrapFreqs[k]))
+            traps.push_back(f);
+    return traps;
+}
+
+std::vector<double> MeasuredTraps(const FilterDesign& design) {
+    std::vector<double> traps = TrapFrequencies(design);
+    const std::vector<double> zeros = traps.empty() ? traps : TransmissionZeros(design);
+    for (double& trap : traps)
+        if (!zeros.empty())
+            trap = *std::min_element(zeros.begin(), zeros.end(), [&](double a, double b) {
+                return std::abs(std::log(a / trap)) < std::abs(std::log(b / trap));
+            });
+    return traps;
+}
+
+ResultTexts DescribeTraps(const FilterDesign& design) {
+    std::string list;
+    for (const double f : MeasuredTraps(design))
+        list += (list.empty() ? "" : ", ") + Hz(f);
+    if (list.empty()) return {};
+    return {{"traps", list}};
+}
+
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return {};
     ResultTexts rows = Figures(design, results, false);
     AddAttenuations(results, rows);
-    std::string traps;
-    for (const double f : TrapFrequencies(design))
-        traps += (traps.empty() ? "" : ", ") + Hz(f);
-    if (!traps.empty()) rows.push_back({"trap frequencies", traps});
     return rows;
 }
 
@@ -245,19 +269,6 @@ std::string ResultsLine(const FilterDesign& design, const ResponseResults& resul
     for (const auto& [name, value] : rows)
         line += (line.empty() ? "" : ", ") + name + " " + value;
     return line;
-}
-
-std::vector<double> TrapFrequencies(const FilterDesign& design) {
-    std::vector<double> traps;
-    if (design.Elliptic.NumTraps == 0) return traps;
-    const std::vector<double> zeros = TransmissionZeros(design);
-    if (zeros.empty()) return traps;
-    for (int k = 0; k < design.Elliptic.NumTraps; ++k)
-        for (const double ideal : ScaledFrequencies(design, design.Elliptic.TrapFreqs[k]))
-            traps.push_back(*std::min_element(zeros.begin(), zeros.end(), [&](double a, double b) {
-                return std::abs(std::log(a / ideal)) < std::abs(std::log(b / ideal));
-            }));
-    return traps;
 }
 
 std::string EllipticText(const FilterDesign& design, const ResponseResults& results) {

@@ -19,18 +19,24 @@ ResponseResults ResultsOf(const FilterDesign& design);
 using ResultTexts = std::vector<std::pair<std::string, std::string>>;
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results);
 
-/// The chief ones as one line: "Loss at Fo 3.01 dB, -3 dB edge 200 MHz, ..."; for band-passes and
-/// notches the attenuations of both sides are in one.
-std::string ResultsLine(const FilterDesign& design, const ResponseResults& results);
-
-/// The traps of an elliptic ladder as its values and parasitics place them, Hz: of each frequency
-/// that the prototype asks for the nearest at which an arm lets nothing pass. Empty for other
-/// designs.
+/// Resonances of the traps that an elliptic ladder is made for, Hz, in their order from the source;
+/// of a band-pass or notch two of each. Empty for other designs.
 std::vector<double> TrapFrequencies(const FilterDesign& design);
 
-/// The stop band of an elliptic design as this ladder holds it, and its shape factor (width of stop
-/// band and -3 dB band, the larger over the smaller), in one sentence; where values or losses have
-/// moved it, the edges of ideal parts too. Empty for other designs.
+/// The same as the values and parasitics of this ladder place them: of each the nearest frequency
+/// at which an arm lets nothing pass but for losses.
+std::vector<double> MeasuredTraps(const FilterDesign& design);
+
+/// Those for people: {"traps", "240.12 MHz, 301.5 MHz"}, or none.
+ResultTexts DescribeTraps(const FilterDesign& design);
+
+/// The chief figures as one line: "Loss at Fo 3.01 dB, -3 dB edge 200 MHz, ..."; for band-passes
+/// and notches the attenuations of both sides are in one.
+std::string ResultsLine(const FilterDesign& design, const ResponseResults& results);
+
+/// The order of an elliptic design, its stop band as this ladder holds it, and its shape factor
+/// (width of stop band and -3 dB band, the larger over the smaller), in one sentence; where values
+/// or losses have moved it, the edges of ideal parts too. Empty for other designs.
 std::string EllipticText(const FilterDesign& design, const ResponseResults& results);
 
 }  // namespace ladderwise

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 #include "files/CoefficientsFile.h"
 #include "numbers/Formatfunctions.h"
@@ -21,10 +23,6 @@ constexpr int NeighboursTried = 4;  ///< floating-point neighbours on either sid
 const InputRow& RecordRow(const InputRow& row) {
     return *std::find_if(InputRows().begin(), InputRows().end(),
                          [&](const InputRow& other) { return other.Id == row.Id; });
-}
-
-bool IsSwitch(const ChoiceTable& table) {
-    return !*table.Rows.front().Component;  // "off" has no control of its own
 }
 
 /// Calls `use` for every input with the row of the unit chosen.
@@ -86,7 +84,7 @@ double BoxValue(const InputRow& row, FilterDesign design, double number) {
     const InputRow& base = RecordRow(row);
     base.Put(design, number);
     const double nearest = row.Get(design) / row.Factor;
-    if (!std::isfinite(nearest)) return nearest;
+    if (!std::isfinite(nearest) || nearest == 0.0) return nearest;  // rounding loses a sign of 0
     const auto fits = [&](double value) {
         row.Put(design, value * row.Factor);
         return base.Get(design) == number;
@@ -131,7 +129,7 @@ void LoadNumbers(const DesignRecord& record, DesignInputs& inputs, const FilterD
 
 int LoadedChoice(const DesignRecord& record, const ChoiceTable& table) {
     const std::string& name = record.Text(table.Record);
-    if (name.empty() && IsSwitch(table)) return 0;
+    if (name.empty() && IsSwitch(table.Id)) return 0;
     const auto found = FindComponent(name);
     if (found && found->Id == table.Id) return found->Code;
     if (*table.RecordCode) {
@@ -141,15 +139,32 @@ int LoadedChoice(const DesignRecord& record, const ChoiceTable& table) {
     return table.Initial;
 }
 
+/// The reasons in the words of older files, by their codes.
+constexpr std::pair<std::string_view, LoadReason> olderReasons[] = {
+    {"equal to R Source, as this response needs it", LoadReason::Equal},
+    {"twice R Source, as this response needs it", LoadReason::Twice},
+    {"half of R Source, as this response needs it", LoadReason::Half},
+    {"the limit of an even-order Chebyshev", LoadReason::Chebyshev},
+    {"the one that this elliptic ladder needs", LoadReason::Elliptic},
+};
+
+/// The reason that a record gives; nothing if it gives none that there is.
+std::optional<LoadReason> ReasonIn(const DesignRecord& record) {
+    const int code = static_cast<int>(record.Number("RLReason"));
+    for (const auto& [words, reason] : olderReasons)
+        if (code == 0 ? record.Text("RLWhy") == words : code == static_cast<int>(reason))
+            return reason;
+    return {};
+}
+
 /// The load that stands in the place of the user's, or stood there before the last calculation
-/// moved it once more. A reason that no stage gives is none to believe.
+/// moved it once more.
 void LoadMovedLoad(const DesignRecord& record, NumberBox& box) {
     const double wanted = record.Number("RLWanted"), held = record.Number("RLHeld");
-    const std::string& why = record.Text("RLWhy");
-    const auto& reasons = LoadReason::All;
-    if (wanted <= 0.0 || std::find(reasons.begin(), reasons.end(), why) == reasons.end()) return;
+    const auto why = ReasonIn(record);
+    if (wanted <= 0.0 || !why) return;
     if (held > 0.0) box.WriteValue(held);
-    box.Moved = MovedEntry{wanted, why, held};
+    box.Moved = MovedEntry{wanted, *why, held};
 }
 
 /// Takes over the complete rows; an order with a gap counts as lacking.
@@ -177,7 +192,7 @@ DesignRecord RecordOf(const Calculation& calculation) {
     StoreChoices(calculation.Inputs, record);
     if (const auto& moved = calculation.Inputs.Box(InputId::RLoad).Moved) {
         record.Number("RLWanted") = moved->Wanted;
-        record.Text("RLWhy") = moved->Why;
+        record.Number("RLReason") = static_cast<int>(moved->Why);
         // Yellow: the last calculation itself moved it. The one after opening has to do so again.
         if (calculation.Inputs.Box(InputId::RLoad).Colour == BoxColour::Yellow)
             record.Number("RLHeld") = moved->Held;
@@ -204,6 +219,29 @@ bool SameDesign(const DesignRecord& one, const DesignRecord& other) {
     DesignRecord alike = one;
     alike.Number("RLHeld") = other.Number("RLHeld");
     return EncodeRecord(alike) == EncodeRecord(other);
+}
+
+std::string RecordFault(const std::vector<InputRow>& inputs,
+                        const std::vector<ChoiceTable>& choices) {
+    const auto lacks = [](const char* field, bool number) {
+        const RecordField* const found = FindField(field);
+        const bool isNumber =
+            found && (found->Type == RecordType::Int32 || found->Type == RecordType::Double);
+        return !found || isNumber != number || (!number && found->Type != RecordType::Text);
+    };
+    const auto fault = [](const char* kind, const char* name, const char* field) {
+        return std::string(kind) + " \"" + name + "\" has no field \"" + field +
+               "\" in the record of design files, so that saving would fail: add one to the table "
+               "in files/FileReadSave.cpp.";
+    };
+    for (const InputRow& row : inputs)
+        if (lacks(row.Component, true)) return fault("The input", row.Name, row.Component);
+    for (const ChoiceTable& table : choices) {
+        if (lacks(table.Record, false)) return fault("The choice", table.Name, table.Record);
+        if (*table.RecordCode && lacks(table.RecordCode, true))
+            return fault("The choice", table.Name, table.RecordCode);
+    }
+    return {};
 }
 
 std::string UseCoefficients(Calculation& calculation, std::string_view text) {

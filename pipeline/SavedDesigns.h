@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "files/FileReadSave.h"
 #include "pipeline/Calculation.h"
@@ -19,6 +20,12 @@ DesignRecord RecordOf(const Calculation& calculation);
 /// back to the code beside them, then to a fresh program's choice. The calculation that follows
 /// gives the very numbers that it gave when the record was made.
 void LoadRecord(const DesignRecord& record, Calculation& calculation);
+
+/// What is wrong with the tables of inputs and choices, as a sentence for programmers: the first
+/// row whose field the record of design files lacks. Empty if every row can be saved. The programs
+/// ask at their start where they are built for debugging.
+std::string RecordFault(const std::vector<InputRow>& inputs,
+                        const std::vector<ChoiceTable>& choices);
 
 /// True if two records describe one design. Whether the last calculation moved the load or the one
 /// before it makes no difference.

@@ -64,4 +64,10 @@ void StepTankValue(DesignInputs& inputs, const FilterDesign& design, int tank, b
         value);
 }
 
+void SetAllTanks(DesignInputs& inputs, int tank) {
+    const NumberBox box = inputs.Box(TankValueId(tank));
+    for (int other = 1; other <= MaxTanks; ++other)
+        inputs.Box(TankValueId(other)) = box;
+}
+
 }  // namespace ladderwise

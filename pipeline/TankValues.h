@@ -31,4 +31,7 @@ void FillEmptyTankValues(DesignInputs& inputs);
 void StepTankValue(DesignInputs& inputs, const FilterDesign& design, int tank, bool larger,
                    const MessageCallback& report);
 
+/// Puts what stands in the box of a tank into the boxes of all ten.
+void SetAllTanks(DesignInputs& inputs, int tank);
+
 }  // namespace ladderwise

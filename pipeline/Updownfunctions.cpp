@@ -69,8 +69,8 @@ struct TankField {
     }
 };
 
-bool HasBandWidth(const DesignInputs& inputs) {
-    return inputs.Pass() != PassType::LowPass && inputs.Pass() != PassType::HighPass;
+bool HasBand(const DesignInputs& inputs) {
+    return HasBandWidth(inputs.Pass());
 }
 bool IsRippled(const DesignInputs& inputs) {
     return inputs.Response() == ResponseType::Chebyshev || IsElliptic(inputs.Response());
@@ -177,10 +177,10 @@ const std::vector<InputRow> singleRows = {
      nullptr, "", -1, false, F0Limits},
     {BandWidth, "bw", "BandWidth", "Band&width", "Bandwidth", "MHz", "40",
      {}, 0.1, Hertz, Significant, Field<&D::BandWidth>::Get, Field<&D::BandWidth>::Put,
-     HasBandWidth, bandOnly, BandWidthInMHz, false, BandWidthLimits},
+     HasBand, bandOnly, BandWidthInMHz, false, BandWidthLimits},
     {BandWidth, "bw-percent", "BandWidth", "Band&width", "Bandwidth in % of Fo", "%", "40",
      {"0.5", "10.0", "199.0"}, 0.1, 1, Significant, GetBandWidthPercent, PutBandWidthPercent,
-     HasBandWidth, bandOnly, BandWidthInPercent},
+     HasBand, bandOnly, BandWidthInPercent},
     {EllipticAtten, "atten", "EllipticAtten", "Elliptic A&tten", "Stop-band attenuation", "dB", "50",
      {"5.0", "40.0", "100.0"}, 1, 1, Significant, Field<&D::EllipticAtten>::Get, PutAtten,
      HasTraps, "for elliptic responses"},
@@ -354,7 +354,9 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
         tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
     if (const auto& moved = inputs.Box(id).Moved)
         tip += ". Moved: " + WithUnit(FormatPlain(moved->Wanted, Digits), row.Unit) +
-               " was asked for, the value in use is " + moved->Why;
+               " was asked for, the value in use is " +
+               (LoadToBringBack(inputs, design) ? "left over from " + MoverOf(*moved)
+                                                : std::string(TextOf(moved->Why)));
     if (!IsEnabled(row, inputs)) tip += " (" + std::string(row.WhenDisabled) + ")";
     return tip;
 }

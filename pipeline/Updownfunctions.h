@@ -124,20 +124,6 @@ struct SpinStep {
 void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep spin,
                const MessageCallback& report);
 
-/// StepInput of one box.
-using SpinHandler = void (*)(DesignInputs&, FilterDesign&, SpinStep, const MessageCallback&);
-template <InputId Id>
-void UpDownClick(DesignInputs& inputs, FilterDesign& design, SpinStep spin,
-                 const MessageCallback& report) {
-    StepInput(Id, inputs, design, spin, report);
-}
-inline constexpr SpinHandler NumPolesUpDownClick = UpDownClick<InputId::NumPoles>;
-inline constexpr SpinHandler RippleUpDownClick = UpDownClick<InputId::Ripple>;
-inline constexpr SpinHandler F0UpDownClick = UpDownClick<InputId::F0>;
-inline constexpr SpinHandler BandWidthUpDownClick = UpDownClick<InputId::BandWidth>;
-inline constexpr SpinHandler EllipticAttenUpDownClick = UpDownClick<InputId::EllipticAtten>;
-inline constexpr SpinHandler EllipticFormUpDownClick = UpDownClick<InputId::TrapType>;
-
 /// F0 of a low-pass prototype in MHz: 1 rad/s.
 inline constexpr const char* PrototypeF0Text = "159.15e-9";
 

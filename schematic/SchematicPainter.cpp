@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "schematic/SchematicNetworks.h"
+#include "design/ElementNetworks.h"
 
 namespace ladderwise {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "design/Designators.h"
+#include "design/ElementNetworks.h"
 #include "numbers/Formatfunctions.h"
-#include "schematic/SchematicNetworks.h"
 #include "schematic/ValueGridContent.h"
 
 namespace ladderwise {
@@ -50,7 +50,7 @@ int NamesTop(ElementType type) {
 void AddDesignators(const FilterDesign& design, int top, int scroll, const TextMetrics& metrics,
                     std::vector<PlotText>& texts) {
     const auto designators = DesignatorsOf(design);
-    for (int slot = 1; slot <= ShownElements(design); ++slot) {
+    for (int slot = 1; slot <= SlotsInUse(design); ++slot) {
         std::vector<std::string> names;
         for (const std::string& name : designators[static_cast<std::size_t>(slot)])
             if (!name.empty() && (names.empty() || names.back() != name)) names.push_back(name);
@@ -69,7 +69,7 @@ void AddDesignators(const FilterDesign& design, int top, int scroll, const TextM
 
 std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTop, int scroll) {
     std::vector<StripPicture> pictures;
-    for (int i = 1; i <= ShownElements(design); ++i) {
+    for (int i = 1; i <= SlotsInUse(design); ++i) {
         const ElementType type = design.Elements[static_cast<std::size_t>(i)].Type;
         pictures.push_back({IsElement(type) ? type : ElementType::errorBitMap,
                             ValueGridLeft + SchematicWidth * i - scroll,
@@ -81,7 +81,7 @@ std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTo
 StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll,
                            const TextMetrics& metrics) {
     StripSigns signs;
-    const int count = ShownElements(design);
+    const int count = SlotsInUse(design);
     if (count < 1) return signs;
     const int top = gridTop - SchematicHeight, line = top + throughLine, ground = top + groundLine;
     const auto wire = [&](int x1, int y1, int x2, int y2) {
@@ -123,7 +123,7 @@ int SlotAt(int x, int y, const FilterDesign& design, int gridTop, int scroll) {
     if (y < gridTop - SchematicHeight || y >= gridTop) return 0;
     const int offset = x - ValueGridLeft + scroll;
     const int slot = offset >= 0 ? offset / SchematicWidth : 0;
-    return slot <= ShownElements(design) ? slot : 0;
+    return slot <= SlotsInUse(design) ? slot : 0;
 }
 
 }  // namespace ladderwise

@@ -15,10 +15,6 @@ constexpr int toolTipDigits = 5;
 
 }  // namespace
 
-int ShownElements(const FilterDesign& design) {
-    return std::clamp(design.NumElements, 0, NumSlots - 1);
-}
-
 GridCell CellOf(const CircuitElement& element, int row) {
     const ValueKind kind = InfoOf(element.Type).Values[static_cast<std::size_t>(row)];
     if (kind == ValueKind::Unused) return {};
@@ -34,7 +30,7 @@ GridCell CellOf(const CircuitElement& element, int row) {
 }
 
 std::vector<GridColumn> BuildValueGrid(const FilterDesign& design) {
-    std::vector<GridColumn> columns(static_cast<std::size_t>(ShownElements(design)));
+    std::vector<GridColumn> columns(static_cast<std::size_t>(SlotsInUse(design)));
     for (std::size_t k = 0; k < columns.size(); ++k) {
         for (int row = 0; row < ValueGridRows; ++row) {
             GridCell& cell = columns[k][static_cast<std::size_t>(row)];
@@ -56,7 +52,7 @@ std::string PartsTableText(const FilterDesign& design) {
     constexpr int exactDigits = 15;
     std::string table = "Part\tValue\tExact\n";
     const auto designators = DesignatorsOf(design);
-    for (int slot = 1; slot <= ShownElements(design); ++slot) {
+    for (int slot = 1; slot <= SlotsInUse(design); ++slot) {
         const CircuitElement& element = design.Elements[static_cast<std::size_t>(slot)];
         for (int row = 0; row < ValueGridRows; ++row) {
             const ValueKind kind = InfoOf(element.Type).Values[static_cast<std::size_t>(row)];

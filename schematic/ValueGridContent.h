@@ -23,15 +23,12 @@ inline constexpr std::array<const char*, ValueGridRows> GridRowLabels = {"    In
 /// Rows 0 .. 3 of a slot hold its values 1 .. 4.
 using GridColumn = std::array<GridCell, ValueGridRows>;
 
-/// Slots in use, whatever NumElements says: 0 .. NumSlots - 1.
-int ShownElements(const FilterDesign& design);
-
 /// The cell of one value (row 0 .. 3). Inductances and capacitances stand in engineering notation
 /// ("79.6E-9"), lines with their unit ("50.0 ohm", "90.0 deg"). A value that the type does not use
 /// gives empty texts; a used one above NotUsedLimit reads "Not Used".
 GridCell CellOf(const CircuitElement& element, int row);
 
-/// The columns of slots 1 .. ShownElements; entry k - 1 is slot k, column k of the grid.
+/// The columns of slots 1 .. SlotsInUse; entry k - 1 is slot k, column k of the grid.
 std::vector<GridColumn> BuildValueGrid(const FilterDesign& design);
 
 /// Whether any column has a value in this row (0 .. 3).

@@ -30,6 +30,7 @@ namespace {
 constexpr int NumberColumn = 0;
 constexpr int ValueColumn = 1;
 constexpr int PictureColumns = 3;
+constexpr int TankNoteLines = 4;     ///< of what a tank is good for
 constexpr int GridRowHeight = 22;    ///< pixels
 constexpr int NumberWidth = 44;      ///< pixels of the column of tank numbers
 constexpr int ValueWidth = 96;       ///< pixels of the column of values
@@ -72,6 +73,11 @@ ElementType InverterPicture(int code, TankType tank) {
     return ElementOf(InverterFor(static_cast<InverterType>(code), tank));
 }
 
+/// What a tank is good for.
+QString TankText(int code) {
+    return QString::fromLatin1(FindRow(ChoiceId::TankType, code)->Title);
+}
+
 }  // namespace
 
 DirectCoupledWindow::DirectCoupledWindow(DesignInputs& inputs, const FilterDesign& design,
@@ -95,8 +101,13 @@ void DirectCoupledWindow::BuildMenus() {
     tankTypeMenu = BuildChoiceMenu(bar, "&Tanks   ", "TankTypeMenu", ChoiceId::TankType);
     inverterTypeMenu =
         BuildChoiceMenu(bar, "&Inverter   ", "InverterTypeMenu", ChoiceId::InverterType);
-    for (QAction* const entry : tankTypeMenu->actions())
-        entry->setIcon(PictureOf(ElementOf(static_cast<TankType>(entry->data().toInt()))));
+    for (QAction* const entry : tankTypeMenu->actions()) {
+        const int code = entry->data().toInt();
+        entry->setIcon(PictureOf(ElementOf(static_cast<TankType>(code))));
+        entry->setToolTip(TankText(code));
+        entry->setStatusTip(TankText(code));
+    }
+    tankTypeMenu->setToolTipsVisible(true);
     layout()->setMenuBar(bar);
 }
 
@@ -146,6 +157,15 @@ QWidget* DirectCoupledWindow::BuildTankValues() {
         grid->addWidget(button, place / 2, place % 2);
         ++place;
     }
+    // The grid above does not hand on Enter, so that the button needs no default of its own.
+    auto* const all = new QPushButton("S&et all tanks", group);
+    all->setObjectName("SetAllTanksButton");
+    all->setAutoDefault(false);
+    all->setFocusPolicy(Qt::TabFocus);
+    all->setToolTip("Gives every tank the value of the one that is selected");
+    connect(all, &QPushButton::clicked, this, &DirectCoupledWindow::SetAll);
+    ++place;
+    grid->addWidget(all, (place + 1) / 2, 0, 1, 2);
     grid->setRowStretch(place, 1);
     return group;
 }
@@ -160,7 +180,13 @@ QWidget* DirectCoupledWindow::BuildPictures() {
     grid->setHorizontalSpacing(0);
     grid->setColumnStretch(PictureColumns, 1);
     altInverterBox = binder.AddChoice(group, ChoiceId::AlternateMatch);
-    grid->addWidget(altInverterBox, 2, 0, 1, PictureColumns + 1);
+    grid->addWidget(altInverterBox, 3, 0, 1, PictureColumns + 1);
+    tankNote = new QLabel(group);
+    tankNote->setObjectName("TankNote");
+    tankNote->setWordWrap(true);
+    tankNote->setFixedHeight(TankNoteLines * tankNote->fontMetrics().lineSpacing());
+    tankNote->setAlignment(Qt::AlignTop);
+    grid->addWidget(tankNote, 2, 0, 1, PictureColumns + 1);
     return group;
 }
 
@@ -270,6 +296,7 @@ void DirectCoupledWindow::ShowPictures() {
     for (QAction* const entry : inverterTypeMenu->actions())
         entry->setIcon(PictureOf(InverterPicture(entry->data().toInt(), settings.TankType)));
     ShowPicture(tankPicture, ElementOf(settings.TankType));
+    tankNote->setText(TankText(static_cast<int>(settings.TankType)));
     ShowPicture(inverterPicture, ElementOf(settings.InverterType));
     ShowPicture(endInverterPicture, ElementOf(EndTypeOf(settings)));
 }
@@ -288,6 +315,15 @@ void DirectCoupledWindow::ShowReadouts() {
                 ? "The value is beyond this limit: the tank's level counts as the termination"
                 : "The value of the end tank at which its level equals the termination");
     }
+}
+
+void DirectCoupledWindow::SetAll() {
+    if (tankValue->rowCount() == 0) return;
+    tankValue->setFocus();  // an open editor hands over its text
+    StoreInputs();
+    SetAllTanks(inputs, std::max(0, tankValue->currentRow()) + 1);
+    ShowTankValues();  // the calculation reads the cells
+    binder.Actions().Calculate();
 }
 
 void DirectCoupledWindow::StepCurrentTank(bool larger) {

@@ -46,6 +46,7 @@ private:
     void ShowPictures();
     void ShowReadouts();
     void StepCurrentTank(bool larger);
+    void SetAll();
 
     DesignInputs& inputs;
     const FilterDesign& design;
@@ -55,6 +56,7 @@ private:
     QTableWidget* tankValue;
     QAbstractButton* altInverterBox;
     QLabel* tankPicture;
+    QLabel* tankNote;  ///< what the tank in use is good for
     QLabel* inverterPicture;
     QLabel* endInverterPicture;
     QLabel* minLabels[2];

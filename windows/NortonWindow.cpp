@@ -25,6 +25,7 @@ namespace {
 constexpr QSize SmallestGraph(320, 180);
 constexpr int StartGraphHeight = 340;  ///< pixels
 constexpr int MostColumns = 9;         ///< of a transformed ladder
+constexpr int SearchNoteLines = 5;
 constexpr int OffsetBelowOwner = 150;  ///< pixels from the owner's top: its boxes stay in view
 
 /// The spin buttons of a box, from left to right.
@@ -38,6 +39,13 @@ constexpr SpinButton spinButtons[] = {{"1", 1.0, "1.0"}, {"2", 0.1, "0.1"}, {"3"
 constexpr double KeyStep = 0.1;        ///< of Up, Down and the wheel
 constexpr double CtrlKeyStep = 1.0;    ///< ten times as far, as everywhere
 constexpr double ShiftKeyStep = 0.01;  ///< a tenth
+
+/// What a factor is and which ladders it serves: the titles of the boxes name one ladder each.
+const char* CaptionOf(InputId id) {
+    if (id == InputId::NortonK) return "Turns ratio, for 3 and for 5 poles";
+    if (id == InputId::NortonM) return "Second turns ratio, for 5 poles only";
+    return "Level over the terminations";
+}
 
 /// The values of the transformed ladder.
 class ValueGraph : public QWidget {
@@ -56,8 +64,9 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        const NortonValuePlot plot = BuildNortonValuePlot(design.NortonResult, Title(), width(),
-                                                          height(), MetricsOf(painter));
+        const NortonValuePlot plot =
+            BuildNortonValuePlot(design.NortonResult, NortonDesignatorsOf(design), Title(), width(),
+                                 height(), MetricsOf(painter));
         PaintNortonValuePlot(painter, plot, size());
     }
 
@@ -132,7 +141,12 @@ void NortonWindow::BuildMenus() {
 QWidget* NortonWindow::BuildFactor(InputId id) {
     const InputRow& row = RowOf(id, inputs);
     auto* const group = new QGroupBox(QString::fromLatin1(row.Label), this);
-    auto* const line = new QHBoxLayout(group);
+    auto* const column = new QVBoxLayout(group);
+    auto* const line = new QHBoxLayout;
+    column->addLayout(line);
+    auto* const caption = new QLabel(QString::fromLatin1(CaptionOf(id)), group);
+    caption->setObjectName(QString::fromLatin1(row.Component) + "Caption");
+    column->addWidget(caption);
     NumberEdit* const box = binder.AddBox(group, id);
     line->addWidget(box);
     connect(box, &NumberEdit::StepRequested, this, [this, id](bool up) { StepByKey(id, up); });
@@ -172,6 +186,13 @@ QWidget* NortonWindow::BuildSearch() {
     connect(button, &QPushButton::clicked, this,
             [this] { actions.Use(NortonControl::OptimizeButton, nullptr); });
     column->addWidget(button);
+    searchNote = new QLabel(group);
+    searchNote->setObjectName("SearchNote");
+    searchNote->setWordWrap(true);
+    // Its words take lines, not width, and their room stays while there are none.
+    searchNote->setMinimumHeight(SearchNoteLines * searchNote->fontMetrics().lineSpacing());
+    searchNote->setAlignment(Qt::AlignTop);
+    column->addWidget(searchNote);
     return group;
 }
 
@@ -214,6 +235,7 @@ void NortonWindow::ShowInputs() {
     binder.ShowInputs(design);
     for (const Arrows& a : arrows)
         a.Row->setVisible(StepsShown(a.Id));
+    searchNote->setText(QString::fromStdString(NortonSearchText(design)));
     graph->update();
 }
 

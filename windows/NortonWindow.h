@@ -8,6 +8,7 @@
 #include "pipeline/NortonSequence.h"
 
 class QGroupBox;
+class QLabel;
 
 namespace ladderwise {
 
@@ -49,6 +50,7 @@ private:
     NortonActions actions;
     InputBinder binder;
     QWidget* graph;
+    QLabel* searchNote;  ///< that the values shown are not the optimised ones
     struct Arrows {
         InputId Id;
         QWidget* Row;

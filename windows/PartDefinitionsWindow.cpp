@@ -20,8 +20,9 @@ namespace {
 
 constexpr int PartsOffsetBelowOwner = 250;  ///< pixels from the owner's top
 
-QLabel* Explanation(QWidget* parent, const char* text) {
+QLabel* Explanation(QWidget* parent, const char* text, const char* tip = "") {
     auto* const label = new QLabel(QString::fromLatin1(text), parent);
+    label->setToolTip(QString::fromLatin1(tip));
     label->setWordWrap(true);
     label->setMinimumWidth(ExplanationWidth);
     return label;
@@ -111,7 +112,8 @@ QWidget* PartDefinitionsWindow::BuildCapacitorGroup() {
                     "If the Adjust For Parasitics option is checked, the program accounts for the "
                     "parasitic C and L in the calculation of the element values. It has the effect "
                     "of reducing all component values. The parasitic resistance is not accounted "
-                    "for however."),
+                    "for however.",
+                    "Adjust For Parasitics is the choice DeEmbed of the main window"),
         4, 0, 1, 4);
     return group;
 }
@@ -141,7 +143,8 @@ QWidget* PartDefinitionsWindow::BuildToleranceGroup() {
     grid->addWidget(
         Explanation(group,
                     "The Percent settings are used in the Monte Carlo analysis and also control "
-                    "the part values when the Std Value Box is checked."),
+                    "the part values when the Std Value Box is checked.",
+                    "The Std Value Box is Std LC Values in the main window"),
         2, 0, 1, 2);
     auto* const runs = binder.AddBox(group, InputId::WorstCaseSims);
     QLabel* const label = binder.AddLabel(group, InputId::WorstCaseSims);

@@ -7,6 +7,8 @@
 
 #include "files/Directories.h"
 #include "files/DiskFile.h"
+#include "files/FileStamp.h"
+#include "files/SettingsFile.h"
 
 using namespace ladderwise;
 
@@ -31,6 +33,88 @@ TEST(DiskFile, WritesReplacesAndFollowsLinks) {
     EXPECT_EQ(ReadWholeFile(file, 3).Bytes, "sec");
     EXPECT_TRUE(QFileInfo(QString::fromStdString(link)).isSymLink());
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
+}
+
+TEST(DiskFile, ReplacesRegularFilesWhereverTheyLieAndHoweverLongTheirName) {
+    const QTemporaryDir usual, memory("/dev/shm/ladderwise-XXXXXX");
+    for (const QTemporaryDir* const folder : {&usual, &memory}) {
+        if (!folder->isValid()) continue;  // no such folder here
+        for (const int length : {8, 248, 249, 255}) {
+            const std::string name(static_cast<std::size_t>(length), 'n');
+            const std::string file = In(*folder, name.c_str()), link = In(*folder, "link");
+            ASSERT_EQ(WriteWholeFile(file, "first, and longer"), "") << length;
+            QFile::link(name.c_str(), link.c_str());
+            QFile::setPermissions(file.c_str(), QFile::ReadOwner | QFile::WriteOwner);
+            for (const std::string& path : {file, link, file})
+                EXPECT_EQ(WriteWholeFile(path, path), "") << length;
+            EXPECT_EQ(ReadWholeFile(link, limit).Bytes, file);
+            EXPECT_EQ(QFile::permissions(file.c_str()) & (QFile::ReadGroup | QFile::ReadOther), 0);
+            EXPECT_EQ(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
+            QFile::remove(file.c_str());
+            QFile::remove(link.c_str());
+        }
+        EXPECT_NE(WriteWholeFile(In(*folder, std::string(256, 'n').c_str()), "x"), "");
+    }
+}
+
+TEST(DiskFile, OpenStreamsAreWrittenOnEvenIntoARegularFile) {
+    const QTemporaryDir folder;
+    QFile open(folder.filePath("log"));
+    ASSERT_TRUE(open.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    open.write("one ");
+    for (const char* const place : {"/proc/self/fd/", "/dev/fd/"}) {
+        const std::string stream = place + std::to_string(open.handle());
+        if (!QFile::exists(stream.c_str())) GTEST_SKIP() << "streams have no names here";
+        EXPECT_EQ(WriteWholeFile(stream, "two "), "");
+    }
+    EXPECT_EQ(ReadWholeFile(In(folder, "log"), limit).Bytes, "one two two ");
+}
+
+TEST(FileStamp, TellsWhatOthersWroteFromWhatStands) {
+    const QTemporaryDir folder;
+    const std::string file = In(folder, "a");
+    ASSERT_EQ(WriteWholeFile(file, "mine"), "");
+    const FileStamp stamp = StampOf("mine");
+    EXPECT_EQ(FileChangedSince(file, stamp), FileChange::None);
+    for (const char* const other : {"ours", "min", "mine and more", ""}) {
+        ASSERT_EQ(WriteWholeFile(file, other), "");
+        EXPECT_EQ(FileChangedSince(file, stamp), FileChange::Changed) << other;
+    }
+    ASSERT_EQ(WriteWholeFile(file, "mine"), "");  // written anew, but the same
+    EXPECT_EQ(FileChangedSince(file, stamp), FileChange::None);
+    QFile::remove(file.c_str());
+    EXPECT_EQ(FileChangedSince(file, stamp), FileChange::Gone);
+    QDir().mkdir(file.c_str());
+    EXPECT_EQ(FileChangedSince(file, stamp), FileChange::Changed);
+    EXPECT_NE(ReadRegularFile(file, limit).Error.find("it is a folder"), std::string::npos);
+}
+
+TEST(SettingsFile, TwoInstancesKeepWhatBothDid) {
+    const QTemporaryDir folder;
+    const std::string file = In(folder, "Settings.txt");
+    EXPECT_FALSE(ReadSettingsFile(file, {}));
+    ProgramSettings before;
+    before.Threshold = "20";
+    for (const char* const path : {"/gone", "/old"})
+        before.Recent.Add(path);
+    ASSERT_EQ(WriteSettingsFile(file, before, {}), "");
+    const ProgramSettings read = *ReadSettingsFile(file, {});
+    ProgramSettings one = read, other = read;
+    one.Recent.Add("/a");
+    one.Recent.Remove("/gone");
+    one.Threshold = "35.5";
+    other.Recent.Add("/b");
+    other.Recent.Add("/c");
+    ASSERT_EQ(WriteSettingsFile(file, one, read), "");
+    ASSERT_EQ(WriteSettingsFile(file, other, read), "");
+    const auto both = ReadSettingsFile(file, {});
+    ASSERT_TRUE(both);
+    EXPECT_EQ(both->Recent.Paths(), (std::vector<std::string>{"/c", "/b", "/a", "/old"}));
+    EXPECT_EQ(both->Threshold, "35.5");
+    // A damaged file gives nothing to merge.
+    ASSERT_EQ(WriteWholeFile(file, "1 , x , y\n"), "");
+    ASSERT_EQ(WriteSettingsFile(file, other, read), "");
+    EXPECT_EQ(ReadSettingsFile(file, {})->Recent.Paths().back(), "/gone");
 }
 
 TEST(DiskFile, RefusesWithAReason) {

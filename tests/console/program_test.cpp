@@ -33,6 +33,11 @@ Outcome Launch(const QStringList& arguments, const QString& locale = "C") {
 TEST(Program, ExitCodesAndStandardError) {
     const QTemporaryDir folder;
     const QString nowhere = folder.filePath("no/such/folder/file");
+    QFile table(folder.filePath("3.csv"));
+    ASSERT_TRUE(table.open(QIODevice::WriteOnly));
+    table.write("3,1,2,1\n");
+    table.close();
+    const QString given = "coefficients=" + table.fileName();
     // clang-format off
     // The last one stands on standard error; empty: nothing does.
     const struct { QStringList Arguments; int ExitCode; QByteArray Error; } cases[] = {
@@ -49,6 +54,12 @@ TEST(Program, ExitCodesAndStandardError) {
         {{"--set", "pass=norton", "--set", "response=elliptic-a"}, 0,
          "ladderwise-cli: Program Info: Direct Coupled and Norton Transform filters can't use"},
         {{"--set", "response=chebyshev", "--set", "poles=4"}, 0, "R Load was moved to "},
+        // What became of an entry comes first, before what the calculation has to say.
+        {{"--set", "pass=norton", "--set", "r-load=60", "--set", "ripple=9"}, 0, "\nladderwise-cli: Error: Error: R_Load"},
+        {{"--set", "coefficients=" + nowhere}, 2, "cannot read"},
+        {{"--set", "coefficients=" LADDERWISE_CLI}, 2, "The file is too large."},
+        {{"--set", given, "--set", "poles=5"}, 0, "has no order 5, only order 3: this is a Butterworth"},
+        {{"--set", given}, 0, ""},
         {{"--json", nowhere}, 1, "cannot write " + nowhere.toLocal8Bit()},
         {{"--plot", nowhere + ".png"}, 1, "cannot write " + nowhere.toLocal8Bit()},
         {{"--plot", folder.filePath("plot.gif")}, 1, "a plot is a .png, .svg or .pdf file"},
@@ -71,12 +82,14 @@ TEST(Program, TheTableIsTheDefault) {
     const Outcome table = Launch({"--table"});
     EXPECT_TRUE(table.Out.startsWith("3 Pole Butterworth LPF\nFo 200.00 MHz, "));
     // 1 / (2 pi 200 MHz 50 ohm) and 2 x 50 ohm / (2 pi 200 MHz).
-    EXPECT_TRUE(table.Out.contains("C = 15.915 pF"));
-    EXPECT_TRUE(table.Out.contains("L = 79.577 nH"));
+    EXPECT_TRUE(table.Out.contains("C1 to ground    C1 = 15.915 pF"));
+    EXPECT_TRUE(table.Out.contains("L2 in the line  L2 = 79.577 nH"));
     EXPECT_FALSE(table.Out.contains("bandwidth"));
     EXPECT_TRUE(table.Out.contains("at 2 F0               18.13 dB"));  // 10 log10(1 + 2^6)
     EXPECT_EQ(Launch({}).Out, table.Out);
     EXPECT_TRUE(Launch({"--set", "r-load=25"}).Out.contains("ask for the form"));
+    const QStringList traps = {"--set", "response=elliptic-c", "--set", "poles=2"};
+    EXPECT_TRUE(Launch(traps).Out.contains("\ntraps                 467.73 MHz, 308.95 MHz\n"));
     EXPECT_FALSE(Launch({"--json", "-"}).Out.contains("Pole"));
 }
 
@@ -90,6 +103,23 @@ TEST(Program, JsonKeepsItsPointInACommaLocale) {
     const Outcome typed = Launch({"--set", "f0=145,834"}, "de_DE.UTF-8");
     EXPECT_TRUE(typed.Out.contains("Fo 145,83 MHz")) << typed.Out.toStdString();
     EXPECT_TRUE(typed.Error.isEmpty());
+}
+
+TEST(Program, JsonTextsKeepTheirPointToo) {
+    const char* const designs[][5] = {
+        {"response=chebyshev", "poles=4", "r-load=75.5", "ripple=5.5", "f0=-1.5"},
+        {"pass=direct-coupled", "bw=3.3", "f0=145.825", "tank-values=,,9999", "tlin=0.5"},
+        {"response=elliptic-c", "atten=5.5", "worst-case=on", "runs=2", "seed=3"},
+    };
+    for (const auto& design : designs) {
+        QStringList point, comma;
+        for (const QString setting : design) {
+            point << "--set" << setting;
+            comma << "--set" << QString(setting).replace('.', ',');
+        }
+        EXPECT_EQ(Launch(point + QStringList{"--json", "-"}).Out,
+                  Launch(comma + QStringList{"--json", "-"}, "de_DE.UTF-8").Out);
+    }
 }
 
 TEST(Program, PlotsInThreeFormats) {

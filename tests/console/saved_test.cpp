@@ -46,7 +46,7 @@ std::string Json(const Calculation& calculation) {
     return JsonText(calculation, {});
 }
 
-/// What the programs do with inputs: the optimiser of Norton filters, then the calculation.
+/// What the programs do where "Auto Optimize" is asked for: the search, then the calculation.
 void Design(Calculation& calculation) {
     if (calculation.Inputs.Pass() == PassType::Norton &&
         calculation.Inputs.IsOn(ChoiceId::AutoOptimize))
@@ -59,7 +59,8 @@ void Settle(Calculation& calculation) {
     Design(calculation);
     const auto notes = CollectNotes(calculation);
     const auto unsettled = [](const Note& note) {
-        return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded;
+        return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
+               note.Kind == NoteKind::NoSuchOrder;
     };
     if (std::any_of(notes.begin(), notes.end(), unsettled)) Design(calculation);
 }
@@ -111,6 +112,52 @@ TEST(SavedDesigns, AFreshProgramHasTheDefaultsOfTheTable) {
     EXPECT_EQ(EncodeRecord(RecordOf(*std::make_unique<Calculation>())), EncodeRecord({}));
 }
 
+TEST(SavedDesigns, EveryInputAndChoiceHasItsField) {
+    EXPECT_EQ(RecordFault(InputRows(), ChoiceTables()), "");
+    InputRow input = InputRows().front();
+    input.Name = "new";
+    for (const char* const unfit : {"NewBox", "PassItem", "Reserved1"}) {
+        input.Component = unfit;
+        const std::string fault = RecordFault({InputRows().front(), input}, {});
+        EXPECT_EQ(fault.rfind("The input \"new\" has no field", 0), 0u) << fault;
+    }
+    ChoiceTable choice = ChoiceTables().front();
+    choice.RecordCode = "NewCode";
+    EXPECT_NE(RecordFault({}, {choice}).find("NewCode"), std::string::npos);
+}
+
+TEST(SavedDesigns, TheReasonOfAMovedLoadIsACodeAndOnceWasASentence) {
+    const auto saved = std::make_unique<Calculation>();
+    saved->Inputs.Choice(ChoiceId::Response) = static_cast<int>(ResponseType::BesselFreq);
+    saved->Inputs.Box(InputId::RLoad).Type("75");
+    Calculate(*saved, {});
+    DesignRecord record = RecordOf(*saved);
+    EXPECT_EQ(record.Number("RLReason"), 1);
+    EXPECT_EQ(record.Text("RLWhy"), "");
+    const auto wanted = [&] {
+        Calculation opened;
+        LoadRecord(record, opened);
+        const auto& moved = opened.Inputs.Box(InputId::RLoad).Moved;
+        return moved && moved->Why == LoadReason::Equal ? moved->Wanted : 0.0;
+    };
+    EXPECT_EQ(wanted(), 75);
+    record.Number("RLReason") = 0;
+    EXPECT_EQ(wanted(), 0);
+    record.Text("RLWhy") = "equal to R Source, as this response needs it";
+    EXPECT_EQ(wanted(), 75);
+    record.Number("RLReason") = 6;
+    EXPECT_EQ(wanted(), 0);
+}
+
+TEST(SavedDesigns, AZeroKeepsItsSign) {
+    const auto saved = std::make_unique<Calculation>(), opened = std::make_unique<Calculation>();
+    saved->Inputs.Box(InputId::GDPhaseThreshold).Type("-0");
+    Calculate(*saved, {});
+    LoadRecord(RecordOf(*saved), *opened);
+    Calculate(*opened, {});
+    EXPECT_TRUE(std::signbit(opened->Design.PhaseGDThreshold));
+}
+
 TEST(SavedDesigns, SavingAndOpeningLosesNothing) {
     std::mt19937 random(20261);
     for (int i = 0; i < randomStates; ++i) {
@@ -123,7 +170,7 @@ TEST(SavedDesigns, SavingAndOpeningLosesNothing) {
         const auto read = DecodeRecord(EncodeRecord(record));
         ASSERT_TRUE(read);
         LoadRecord(*read, *opened);
-        Design(*opened);
+        Calculate(*opened, {});  // opening searches nothing
         EXPECT_TRUE(Json(*opened) == wanted) << "state " << i;
         EXPECT_EQ(EncodeRecord(RecordOf(*opened)), EncodeRecord(record)) << "state " << i;
     }
@@ -136,13 +183,13 @@ TEST(SavedDesigns, ExchangingTwiceReturnsEverything) {
         Randomise(*calculation, random);
         Settle(*calculation);
         const std::string first = Json(*calculation);
-        ReferenceDesign reference = StoreReference(*calculation);
+        ReferenceDesign reference = StoreReference(*calculation, {});
         Randomise(*calculation, random);
         Settle(*calculation);
         const std::string second = Json(*calculation);
         for (const std::string& wanted : {first, second}) {
-            ExchangeReference(reference, *calculation);
-            Design(*calculation);
+            ExchangeReference(reference, *calculation, {});
+            Calculate(*calculation, {});
             EXPECT_TRUE(Json(*calculation) == wanted) << "state " << i;
         }
     }

@@ -32,7 +32,7 @@ TEST(Markers, CommandsStoreWhatWasClicked) {
     EXPECT_FALSE(markers.RefAtPeak);
     SetRefToF0(markers, 123.0);
     EXPECT_EQ(ReferenceOf(markers, sweep.Freqs, Response.MagnitudeDb)->Frequency, 123.0);
-    ClearReference(markers);
+    markers.ClearReference();
     EXPECT_EQ(markers.RefFreq, 1e100);
     EXPECT_EQ(markers.RefDb, 1e100);
 

@@ -18,7 +18,8 @@ TEST(NortonValuePlot, MarksStandAtTheirValues) {
     result.NortonIndCount = 2;
     result.Capacitors = {0.0, 1e-12, -100e-12, std::nan("")};
     result.Inductors = {1e-9, std::sqrt(10.0) * 1e-9};
-    const NortonValuePlot plot = BuildNortonValuePlot(result, "title", 800, 400, eightPixelLetters);
+    const NortonValuePlot plot = BuildNortonValuePlot(
+        result, {{"C1", "C4", "C6", "C7"}, {"L2", "L3"}}, "title", 800, 400, eightPixelLetters);
     const int top = plot.Border.Top, bottom = top + plot.Border.Height;
     const std::pair<ValueMark, int> wanted[] = {{ValueMark::LeftOut, bottom},
                                                 {ValueMark::Capacitor, bottom},
@@ -31,6 +32,15 @@ TEST(NortonValuePlot, MarksStandAtTheirValues) {
         EXPECT_EQ(plot.Points[k].Mark, wanted[k].first) << k;
         EXPECT_NEAR(plot.Points[k].Y, wanted[k].second, 1) << k;
         EXPECT_EQ(plot.Points[k].X, plot.Points[k % 4].X) << k;
+    }
+    // Every part is named below its mark.
+    const std::pair<const char*, int> names[] = {{"C1", 0}, {"C7", 3}, {"L2", 0}, {"L3", 1}};
+    for (const auto& [name, column] : names) {
+        const auto text = std::find_if(plot.Texts.begin(), plot.Texts.end(),
+                                       [&](const PlotText& t) { return t.Text == name; });
+        ASSERT_NE(text, plot.Texts.end()) << name;
+        EXPECT_NEAR(text->X + 8, plot.Points[column].X, 1) << name;
+        EXPECT_GT(text->Y, bottom) << name;
     }
     EXPECT_EQ(std::count_if(plot.Texts.begin(), plot.Texts.end(),
                             [](const PlotText& t) { return t.Text == "2 values cannot be built"; }),

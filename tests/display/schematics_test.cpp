@@ -8,8 +8,8 @@
 #include <cstdlib>
 
 #include "analysis/Circuitanalysis.h"
+#include "design/ElementNetworks.h"
 #include "resources/Resources.h"
-#include "schematic/SchematicNetworks.h"
 #include "schematic/SchematicPainter.h"
 
 namespace ladderwise {
@@ -45,7 +45,7 @@ Complex ImpedanceOf(const Network& network) {
 }
 
 // The lone arm between 1-ohm terminations: H = 2 / (2 + Z) in series, 2 / (2 + 1 / Z) in shunt.
-TEST(SchematicNetworks, HaveTheImpedanceOfTheAnalysis) {
+TEST(ElementNetworks, HaveTheImpedanceOfTheAnalysis) {
     for (int code = 0; code < NumElementTypes - 1; ++code) {
         FilterDesign design;
         design.NumElements = 1;

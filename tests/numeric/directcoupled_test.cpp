@@ -155,9 +155,10 @@ TEST(DirectCoupled, InputsByName) {
     EXPECT_EQ(TankValueList(calculation.Design), "2.5,50,50");
     EXPECT_EQ(calculation.Inputs.Box(TankValueId(2)).Colour, BoxColour::Normal);
     const std::vector<Note> notes = CollectNotes(calculation);
-    ASSERT_EQ(notes.size(), 2u);
-    EXPECT_EQ(notes[0].Kind, NoteKind::EndTank);
-    EXPECT_EQ(notes[1].Text, "Tank 3 \"junk\" is no number: 50 used.");
+    ASSERT_EQ(notes.size(), 3u);
+    EXPECT_EQ(notes[0].Kind, NoteKind::Missed);
+    EXPECT_EQ(notes[1].Kind, NoteKind::EndTank);
+    EXPECT_EQ(notes[2].Text, "Tank 3 \"junk\" is no number: 50 used.");
     EXPECT_NE(ApplySetting(calculation, "tank-values", "1,2,3,4,5,6,7,8,9,10,11", {}),
               std::nullopt);
     // A band as wide as its centre frequency: listed and named, and nothing breaks.

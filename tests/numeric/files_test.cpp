@@ -169,6 +169,32 @@ TEST(SettingsFile, LosesOnlyDamagedLines) {
     EXPECT_EQ(messages.size(), 2u);
     EXPECT_EQ(read.Threshold, "7");
     EXPECT_EQ(read.Recent.Paths().front(), "/z");
+    // Blank lines are no settings.
+    const std::string four = "12 , 8 , k\n\n\n30 , 0 , k\n \n1 , v , k\n10 , s , k\n\n";
+    EXPECT_FALSE(ReadSettingsText(four, read, record));
+    EXPECT_TRUE(ReadSettingsText(four + "50 , /y , k", read, record));
+    EXPECT_EQ(read.Threshold + read.Recent.Paths()[0], "8/y");
+}
+
+TEST(SettingsFile, KeepsTheThresholdWhateverTheLocale) {
+    for (const char written : {'.', ','})
+        for (const char reading : {'.', ','})
+            for (const bool older : {false, true}) {  // files once had the separator of the locale
+                ProgramSettings settings, read;
+                settings.Threshold = std::string("25") + written + "5";
+                std::string text;
+                {
+                    const SeparatorScope scope(written);
+                    text = SettingsText(settings);
+                }
+                EXPECT_NE(text.find("12 , 25.5 , "), std::string::npos);
+                if (older) text.replace(text.find("25.5"), 4, settings.Threshold);
+                const SeparatorScope scope(reading);
+                ReadSettingsText(text, read, {});
+                double value = 0.0;
+                EXPECT_TRUE(TryParseDouble(read.Threshold, value));
+                EXPECT_EQ(value, 25.5);
+            }
 }
 
 TEST(RecentFiles, ShortensLongPaths) {

@@ -171,7 +171,7 @@ TEST(Pipeline, BandWidthUnitsAndNortonPoles) {
     session.Read({{"pass", "norton"}, {"poles", "10"}, {"f0", "145.825"}, {"bw", "12.3456"}});
     EXPECT_EQ(session.Design.NumPoles, 5);
     session.Inputs.Box(InputId::NumPoles).Type("10");
-    NumPolesUpDownClick(session.Inputs, session.Design, {SpinDirection::Down}, {});
+    StepInput(InputId::NumPoles, session.Inputs, session.Design, {SpinDirection::Down}, {});
     EXPECT_EQ(session.Design.NumPoles, 3);
     session.Choose(ChoiceId::BandWidthUnit, BandWidthInPercent);
     EXPECT_EQ(session.Inputs.Box(InputId::BandWidth).Text, "8.47");  // 12.3456 / 145.825
@@ -219,7 +219,8 @@ TEST(Pipeline, NortonReadsItsBoxes) {
         {{}, 3, 1, 2, 1, ""},
         {{{"poles", "4"}, {"response", "chebyshev"}}, 3, 1, 2, 1, "poles"},  // an even one would move the load
         {{{"a", "200"}, {"k", "1"}}, 3, 100, 1.001, 1, "ak"},
-        {{{"poles", "5"}}, 5, 1, 2, 1.001, "m"},
+        {{{"poles", "5"}}, 5, 1, 2, 1.001, ""},  // nobody typed the M of 3 poles
+        {{{"poles", "5"}, {"m", "1.00"}}, 5, 1, 2, 1.001, "m"},
         {{{"poles", "9"}, {"a", "x"}, {"m", "7.5"}}, 5, 1, 2, 7.5, "polesa"}};
     // clang-format on
     for (const auto& c : cases) {
@@ -278,6 +279,20 @@ TEST(Pipeline, NortonStepsAndSearches) {
     EXPECT_TRUE(ApplyNortonControl(NortonControl::SpinButton, session.Inputs, session.Design));
     EXPECT_EQ(session.Inputs.Box(InputId::NortonK).Text, "31.87");
     EXPECT_EQ(session.Inputs.Box(InputId::NortonM).Text, "12.82");
+    // Whether the values shown are those of the search; any change that moves it says so.
+    const auto remark = [&](const Settings& settings) {
+        session.Run(settings);
+        return NortonSearchText(session.Design);
+    };
+    EXPECT_EQ(remark({}), "");
+    const std::string text = remark({{"f0", "100"}});
+    ASSERT_NE(text.find("K 31.87 and M 12.82 are not optimised"), std::string::npos) << text;
+    EXPECT_TRUE(ApplyNortonControl(NortonControl::OptimizeButton, session.Inputs, session.Design));
+    EXPECT_EQ(remark({}), "");
+    EXPECT_TRUE(text.ends_with("gives K " + session.Inputs.Box(InputId::NortonK).Text + " and M " +
+                               session.Inputs.Box(InputId::NortonM).Text + "."));
+    EXPECT_NE(remark({{"poles", "3"}}), "");
+    EXPECT_EQ(remark({{"auto-optimize", "off"}}), "");
 }
 
 TEST(Pipeline, LowPassPrototypeHasTheGValues) {
@@ -378,12 +393,13 @@ TEST(WorstCase, TheSeedRepeatsTheRuns) {
     EXPECT_EQ(first.Calc.WorstCase.Runs, 0);
 }
 
-/// "kind name" of every note, idle ones in brackets.
+/// "kind name" of every note, in brackets where it is idle or nothing is wrong.
 std::vector<std::string> NotesOf(const Calculation& calculation) {
     std::vector<std::string> notes;
     for (const Note& note : CollectNotes(calculation)) {
         const std::string text = std::string(NameOf(note.Kind)) + " " + note.Name;
-        notes.push_back(note.Idle ? "(" + text + ")" : text);
+        const bool harmless = note.Idle || (note.Advice && note.Kind != NoteKind::Advice);
+        notes.push_back(harmless ? "(" + text + ")" : text);
     }
     return notes;
 }
@@ -393,8 +409,15 @@ TEST(Notes, WhatABuilderMustKnow) {
     const std::pair<Settings, std::vector<std::string>> cases[] = {
         {{}, {}},
         {{{"response", "chebyshev"}, {"poles", "4"}}, {"load-moved r-load"}},
-        {{{"r-load", "25"}}, {"form-forced form"}},
-        {{{"r-load", "25"}, {"form", "lcl"}}, {}},
+        {{{"r-load", "25"}}, {"form-forced form", "advice r-load"}},
+        {{{"r-load", "25"}, {"form", "lcl"}}, {"advice r-load"}},
+        {{{"pass", "notch"}, {"r-load", "100"}}, {"advice r-load"}},
+        {{{"response", "papoulis"}}, {"missed response"}},
+        {{{"response", "papoulis"}, {"poles", "5"}}, {}},
+        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "71"}}, {"too-lossy ind-q"}},
+        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "72"}}, {}},
+        {{{"pass", "direct-coupled"}}, {"missed pass", "end-tank tank-values"}},
+        {{{"pass", "direct-coupled"}, {"tank", "5"}}, {"unrealisable C4, C8, C12", "(end-tank tank-values)"}},
         {{{"f0", "?"}, {"bw", "40"}}, {"replaced f0", "(replaced bw)"}},  // 1 MHz, 40 MHz wide
         {{{"f0", "?"}}, {"replaced f0"}},  // 40 MHz that nobody typed
         {{{"bw-percent", "?"}, {"pass", "notch"}}, {"replaced bw-percent"}},
@@ -410,17 +433,18 @@ TEST(Notes, WhatABuilderMustKnow) {
         Session session;
         session.Run(settings);
         EXPECT_EQ(NotesOf(session.Calc), notes);
-        const bool warns = !notes.empty() && notes[0][0] != '(';
+        const bool silent = notes.empty() || notes[0][0] == '(';
+        const bool warns = !silent && notes[0].rfind("advice", 0) != 0;
         EXPECT_EQ(DescribeStatus(session.Calc).Warning, warns);
         const bool elliptic = IsElliptic(session.Design.ResponseType);
-        EXPECT_EQ(DescribeStatus(session.Calc).Text.empty(), !warns && !elliptic);
+        EXPECT_EQ(DescribeStatus(session.Calc).Text.empty(), silent && !elliptic);
     }
 }
 
 TEST(Notes, ValuesThatCannotBeBuilt) {
     // clang-format off
     const std::pair<double, std::string> cases[] = {
-        {-3e-9, "is negative"}, {0.0, "is zero"}, {9e-19, "is too small to build"}, {3e-9, ""},
+        {-3e-9, "L2 = -3.00 nH is negative."}, {0.0, "L2 is 0 H."}, {9e-19, "is too small to build"}, {3e-9, ""},
         {UnusedValue, "beyond all bounds"}, {NaN, "gave no number"}, {-Infinity, "is negative"},
         {400.0, "is beyond reach"}};
     // clang-format on
@@ -433,9 +457,49 @@ TEST(Notes, ValuesThatCannotBeBuilt) {
         ASSERT_EQ(notes.size(), fault.empty() ? 1u : 2u) << value;
         EXPECT_EQ(notes.back().Kind, NoteKind::Edited);
         if (fault.empty()) continue;
-        EXPECT_EQ(notes[0].Text.rfind("Slot 2 SeriesInd: L ", 0), 0u);
+        EXPECT_EQ(notes[0].Text.rfind("L2 ", 0), 0u);
         EXPECT_NE(notes[0].Text.find(fault), std::string::npos) << notes[0].Text;
     }
+}
+
+TEST(Notes, ALoadThatNothingAsksForIsToldAndBroughtBack) {
+    // clang-format off
+    const std::array<Settings, 2> routes[] = {
+        {{{{"response", "chebyshev"}, {"poles", "6"}}, {{"poles", "7"}}}},
+        {{{{"response", "bessel-freq"}, {"r-load", "80"}}, {{"response", "butterworth"}}}},
+        {{{{"response", "elliptic-a"}}, {{"response", "chebyshev"}}}}};
+    // clang-format on
+    const char* movers[] = {"even-order Chebyshev", "equal ends", "elliptic"};
+    for (std::size_t route = 0; route < std::size(routes); ++route) {
+        Session session;
+        session.Run(routes[route][0]);
+        EXPECT_FALSE(BringBackLoad(session.Inputs, session.Design));
+        EXPECT_NE(DescribeStatus(session.Calc).Text.find("was moved to"), std::string::npos);
+        const double moved = session.Design.RLoad;
+        session.Run(routes[route][1]);
+        EXPECT_EQ(session.Design.RLoad, moved);
+        const std::string left = DescribeStatus(session.Calc).Text;
+        EXPECT_NE(left.find("R Load is still the "), std::string::npos) << left;
+        EXPECT_NE(left.find(movers[route]), std::string::npos) << left;
+        EXPECT_TRUE(BringBackLoad(session.Inputs, session.Design));
+        session.Run({});
+        EXPECT_EQ(session.Design.RLoad, route == 1 ? 80.0 : 50.0);
+        EXPECT_EQ(DescribeStatus(session.Calc).Text.find("R Load"), std::string::npos);
+    }
+}
+
+TEST(Notes, AChangeBetweenFamiliesTellsWhatTheNumberCounts) {
+    const auto tells = [](Session& session, const Settings& settings, const std::string& text) {
+        session.Run(settings);
+        return DescribeStatus(session.Calc).Text.find(text) != std::string::npos;
+    };
+    Session session;
+    EXPECT_FALSE(tells(session, {{"poles", "2"}}, "number counts"));
+    EXPECT_TRUE(
+        tells(session, {{"response", "elliptic-c"}}, "counts traps now: 2 traps, order 5."));
+    EXPECT_FALSE(tells(session, {{"response", "elliptic-e"}}, "number counts"));
+    EXPECT_TRUE(tells(session, {{"response", "gauss"}}, "counts poles again: 2 poles."));
+    EXPECT_FALSE(tells(session, {}, "number counts"));
 }
 
 TEST(Pipeline, TheLoadMovedByChebyshevKeepsItsExactValue) {
@@ -455,10 +519,10 @@ TEST(Pipeline, EllipticDesignsShowTheirLoadAndStopBand) {
     const struct { Settings Given; std::string Load; BoxColour Colour; std::string Status; } cases[] = {
         {{{"response", "elliptic-b"}, {"poles", "1"}, {"atten", "40"}}, "32.5", BoxColour::Yellow,
          "R Load was moved to 32.498 ohm, the one that this elliptic ladder needs; 50 ohm was asked for.  "
-         "Stop band of 40.00 dB from 338.41 MHz, shape factor 1.692."},
+         "1 trap, order 4, stop band of 40.00 dB from 338.41 MHz, shape factor 1.692.  Its traps: 367.04 MHz."},
         {{{"response", "elliptic-c"}, {"ripple", "0.1"}, {"atten", "10"}}, "50.0", BoxColour::Normal,
          "Attenuation 16.04 dB used: no ladder with positive parts below.  "
-         "Stop band of 16.04 dB from 200.90 MHz, shape factor 1.005."}};
+         "3 traps, order 7, stop band of 16.04 dB from 200.90 MHz, shape factor 1.005.  Its traps: 267.49 MHz, 201.37 MHz, 208.53 MHz."}};
     // clang-format on
     for (const auto& c : cases) {
         Session session;

@@ -164,7 +164,7 @@ TEST(Results, FiguresOfDetunedBandPassesAreThoseOfADenseScan) {
         const FilterDesign design = LadderOf(given);
         const ResponseResults results = ResultsOf(design);
         const DenseScan scan(design);
-        const FrequencyRange band = BandAboutF0(design);
+        const BandRange band = BandAboutF0(design);
         int highest = 0;
         for (int i = 1; i + 1 < DenseScan::Points; ++i)
             if (band.Holds(scan.F[i]) && scan.Level[i] > scan.Level[i - 1] &&
@@ -228,7 +228,7 @@ TEST(Results, TrapsResonateWhereTheirArmsLetNothingPass) {
             design.PartModel.Choice = parts;
             design.PartModel.IndQ = 1e8;
             design.PartModel.CapR = 0.0;
-            const std::vector<double> traps = TrapFrequencies(design);
+            const std::vector<double> traps = MeasuredTraps(design);
             ASSERT_EQ(traps.size(), 6u);
             for (const double f : traps)
                 EXPECT_LT(ComplexToDb(AnalysePoint(design, design.F0, f * (1.0 + 1e-9)).Transfer),

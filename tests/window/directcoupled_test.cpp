@@ -70,6 +70,27 @@ private slots:
         QVERIFY(f.Checked("ShuntLCTankMenu_2"));
     }
 
+    void AllTanksAtOnceAndWhatTheyAreGoodFor() {
+        WindowFixture f;
+        f.Trigger("DirectCoupledMenu");
+        auto* const table = f.Find<QTableWidget>("TankValue");
+        Tank(f, 2)->setText("82");
+        table->setCurrentCell(1, 1);
+        f.Click("SetAllTanksButton");
+        for (int tank = 1; tank <= table->rowCount(); ++tank)
+            QCOMPARE(Tank(f, tank)->text(), QString("82"));
+        QCOMPARE(f.Design().DirectCoupled.TankValues[0], 82.0);
+        auto* const note = f.Find<QLabel>("TankNote");
+        for (QAction* const entry : f.Find<QMenu>("TankTypeMenu")->actions()) {
+            entry->trigger();
+            QCOMPARE(note->text(), entry->toolTip());
+            const QRect room(0, 0, note->width(), 10000);
+            const QRect needed =
+                note->fontMetrics().boundingRect(room, Qt::TextWordWrap, note->text());
+            QVERIFY2(needed.height() <= note->height(), qPrintable(note->text()));
+        }
+    }
+
     void ArrowsAndReadouts() {
         WindowFixture f;
         f.Trigger("DirectCoupledMenu");

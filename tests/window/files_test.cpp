@@ -141,10 +141,25 @@ private slots:
             QVERIFY(f.Window->close());
         }
         FilesFixture f;
-        f.Window->Start(folders, "");
+        FilesFixture second;
+        second.Window->Start(folders, "");
+        f.Window->Start(folders,
+                        settings.path().toStdString());  // no file: only the status says so
+        QVERIFY2(f.Status().endsWith("it is a folder"), qPrintable(f.Status()));
         QCOMPARE(f.InUse("threshold"), "-35");
         QVERIFY(!f.Window->isWindowModified());
         QVERIFY(f.Find<QAction>("PrevFile0Menu")->text().endsWith("kept.tk_ldfilt"));
+        // Two instances at once: the file knows what both have used, the last one to end on top.
+        f.SaveAs(f.Path("one.tk_ldfilt"));
+        second.SaveAs(second.Path("two.tk_ldfilt"));
+        QVERIFY(f.Window->close() && second.Window->close());
+        FilesFixture third;
+        third.Window->Start(folders, "");
+        const char* const names[] = {"two", "one", "kept"};
+        for (int i = 0; i < 3; ++i)
+            QVERIFY(third.Find<QAction>(QString("PrevFile%1Menu").arg(i).toLatin1())
+                        ->text()
+                        .endsWith(names[i] + QString(".tk_ldfilt")));
     }
 };
 

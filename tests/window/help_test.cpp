@@ -1,8 +1,10 @@
 // The help window with the texts that are delivered: links, search and contents, and what it shows
 // where texts are missing or broken; the printed page; the About window.
 #include <QFile>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPrinter>
 #include <QRegularExpression>
@@ -12,6 +14,7 @@
 #include <QTreeWidget>
 #include <QtTest>
 
+#include "files/RtfReader.h"
 #include "tests/window/WindowFixture.h"
 #include "windows/AboutWindow.h"
 #include "windows/HelpWindow.h"
@@ -32,6 +35,44 @@ T* Find(const QObject& window, const char* name) {
     T* const found = window.findChild<T*>(name);
     if (!found) qFatal("no control named %s", name);
     return found;
+}
+
+QString Plain(QString text) {
+    text = text.remove('&').remove("...").simplified();
+    return text.endsWith('.') ? text.chopped(1) : text;
+}
+
+/// What a window and its children show on menus, buttons, labels and frames, and the names that
+/// screen readers say for boxes.
+QStringList TextsIn(const QObject& window) {
+    QStringList texts;
+    for (const auto* const action : window.findChildren<QAction*>())
+        texts << Plain(action->text());
+    for (const auto* const button : window.findChildren<QAbstractButton*>())
+        texts << Plain(button->text());
+    for (const auto* const label : window.findChildren<QLabel*>())
+        texts << Plain(label->text());
+    for (const auto* const box : window.findChildren<QLineEdit*>())
+        texts << Plain(box->accessibleName());
+    for (const auto* const group : window.findChildren<QGroupBox*>())
+        texts << Plain(group->title());
+    for (const auto* const menu : window.findChildren<QMenu*>())
+        texts << Plain(menu->title());
+    return texts;
+}
+
+/// The names that a help file prints bold, but for headings and the first rows of tables.
+QStringList BoldNames(const QString& file) {
+    QFile help(delivered + '/' + file);
+    if (!help.open(QIODevice::ReadOnly)) qFatal("no file %s", qPrintable(file));
+    QStringList names;
+    for (const RtfBlock& block : ReadRtf(help.readAll().toStdString()).Blocks) {
+        if (block.Kind == RtfBlockKind::Heading || block.Level > 0) continue;
+        for (const std::vector<RtfRun>& cell : block.Cells)
+            for (const RtfRun& run : cell)
+                if (run.Bold) names += Plain(QString::fromStdString(run.Text)).split(", ");
+    }
+    return names;
 }
 
 }  // namespace
@@ -61,6 +102,44 @@ private slots:
                 QVERIFY2(places.contains(full), qPrintable(from + " to " + target));
             }
         }
+    }
+
+    // What the help prints bold is the name of a control, or one of a few words of its own.
+    void EveryControlNamedExists() {
+        const QStringList ownWords = {"Fo is where the loss is 3 dB",
+                                      "Silver",
+                                      "Yellow",
+                                      "Tolerances",
+                                      "The seed",
+                                      "read-out reference",
+                                      "Design files",
+                                      "Coefficients files",
+                                      "Ctrl+B",
+                                      "Loss and bandwidth",
+                                      "Delay",
+                                      "Differences",
+                                      "Print",
+                                      "negative value",
+                                      "A",
+                                      "K",
+                                      "6 dB Freq",
+                                      "6 dB BW",
+                                      "Min"};
+        WindowFixture f;
+        QStringList texts = TextsIn(*f.Window);
+        f.Trigger("EllipticCMenu");
+        texts += TextsIn(*f.Window);
+        int found = 0;
+        for (int page = 0; page < NumHelpPages; ++page)
+            for (const QString& name : BoldNames(HelpFileName(static_cast<HelpPage>(page)))) {
+                const bool shown =
+                    std::any_of(texts.begin(), texts.end(), [&name](const QString& text) {
+                        return text == name || text.startsWith(name + ' ');
+                    });
+                found += shown;
+                QVERIFY2(shown || ownWords.contains(name), qPrintable("no control: " + name));
+            }
+        QVERIFY(found > 40);
     }
 
     void SearchGoesOverAllPagesAndAround() {

@@ -1,4 +1,5 @@
 // The Norton window by real events: shown for its pass type only, menu, spin buttons, search.
+#include <QLabel>
 #include <QScreen>
 
 #include "tests/window/WindowFixture.h"
@@ -29,8 +30,12 @@ private slots:
         f.Trigger("NortonMenu");
         QVERIFY(f.Checked("AutoOptimizeBox") && f.Checked("OptimizeLButton"));
         QCOMPARE(f.Text("KBox"), "2.00");  // the main window's calculation searches nothing
+        const auto* const note = f.Find("TNortonForm")->findChild<QLabel*>("SearchNote");
+        QVERIFY2(note->text().startsWith("K 2.00 is not optimised"), qPrintable(note->text()));
+        QVERIFY(f.Status().startsWith(note->text()));
         f.Trigger("PiIndMenu");
         QCOMPARE(f.Text("KBox"), "12.82");
+        QCOMPARE(note->text(), QString());
         f.Check("OptimizeCButton");
         QCOMPARE(f.Text("KBox"), "7.08");
         f.Click("A1Up");

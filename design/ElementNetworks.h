@@ -1,6 +1,6 @@
-// What the schematic picture of each ladder element shows, as nested series and parallel networks.
-// The pictures are laid out from this description, so a picture cannot differ from its network.
-// No Qt.
+// What each ladder element is made of, as nested series and parallel networks. Pictures are laid
+// out from this description, S-parameters are computed and netlists are written from it, so none
+// can differ from the others. Ground floor, no Qt.
 #pragma once
 
 #include <vector>

@@ -1,5 +1,5 @@
-// The networks of the 27 schematic pictures, one line for each.
-#include "schematic/SchematicNetworks.h"
+// The networks of the 27 element types, one line for each.
+#include "design/ElementNetworks.h"
 
 #include <utility>
 

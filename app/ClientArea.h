@@ -1,0 +1,85 @@
+// The client area of the main window: input panel, plot, value grid and what scrolls them, each at
+// its place. Panel, plot and grid do not know each other; here they are put together.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "controls/InputBinder.h"
+#include "display/Plot.h"
+#include "pipeline/Calculation.h"
+
+class QScrollArea;
+class QScrollBar;
+
+namespace ladderwise {
+
+class EllipticPanel;
+class MainPanel;
+class PlotArea;
+class ValueGrid;
+
+class ClientArea : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `design` is the one that the calculation writes, `content` what the plot shows of it.
+    ClientArea(InputBinder& binder, const FilterDesign& design,
+               std::function<PlotContent()> content, QWidget* parent);
+
+    MainPanel* Panel() const { return panel; }
+    PlotArea* Area() const { return plotArea; }
+    ValueGrid* Grid() const { return valueGrid; }
+
+    /// Shows the forms of the traps, or hides their panel.
+    void ShowTraps(bool visible);
+
+    /// Draws a run; before run 0 everything takes its place.
+    void PlotRun(const AnalysedRun& run, bool groupDelay, bool autoScale);
+
+    /// The values of the design and their marks.
+    void ShowValues();
+
+    /// The picture as large as the area, at the screen's density or another.
+    void SizePicture();
+    void SizePicture(double pixelRatio);
+
+    /// Paper has no scroll bar: as wide as the ladder is long, until ReturnToScreen.
+    void WidenForPaper();
+    void ReturnToScreen();
+
+    /// The order of the Tab key from the panel on; `last` follows.
+    void SetTabOrder(QWidget* last);
+
+    /// Lights a part in strip and grid; slot 0: none.
+    void LightPart(int slot, int row = -1);
+
+signals:
+    void Resized();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void BuildScrolling(InputBinder& binder);
+    void LayOut();
+    void ScrollStrip(int position);
+    void RevealColumn(int column);
+    void PlaceGroupDelayControls(bool groupDelay, bool autoScale);
+    PlotPlacement Placement() const;
+    int Scroll() const;
+
+    const FilterDesign& design;
+    MainPanel* panel;
+    QScrollArea* panelView;  ///< scrolls the panel where the window is too narrow for it
+    PlotArea* plotArea;
+    ValueGrid* valueGrid;
+    QScrollBar* stripBar;
+    EllipticPanel* ellipticPanel;
+    NumberEdit* scaleBox;
+    QSize onScreen;  ///< while the area is as wide as paper needs
+    int litSlot = 0;
+    int litRow = -1;
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,275 @@
+// What follows what.
+#include "app/DesignSession.h"
+
+#include <QGuiApplication>
+#include <algorithm>
+#include <utility>
+
+#include "app/ClientArea.h"
+#include "app/MainPanel.h"
+#include "app/PlotArea.h"
+#include "app/SecondaryWindows.h"
+#include "app/StatusView.h"
+#include "app/ValueGrid.h"
+#include "pipeline/SavedDesigns.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double SecondsPerMs = 1e-3;
+
+/// The choice that needs a file first.
+bool IsCoefficientsFile(const ChoiceCode& chosen) {
+    return chosen.Id == ChoiceId::Response &&
+           chosen.Code == static_cast<int>(ResponseType::CoefficientsFile);
+}
+
+}  // namespace
+
+DesignSession::DesignSession(MessageCallback& report) : report(report) {
+    SeedFromClock(Document.Work);
+    Document.Work.PulseInWorstCase = false;
+    clock.start();
+    noInputWaits.setSingleShot(true);
+    connect(&noInputWaits, &QTimer::timeout, this, &DesignSession::FinishDrawing);
+}
+
+InputActions DesignSession::Actions() {
+    return {[this] { Calculate(); }, [this](InputId id, bool up) { Step(id, up); },
+            [this](const QObject* sender) { Choose(sender); }};
+}
+
+NortonActions DesignSession::ActionsOfNorton() {
+    return {[this](InputId id, double step) { StepNorton(id, step); },
+            [this](NortonControl control, const QObject* chosen) { UseNorton(control, chosen); }};
+}
+
+void DesignSession::Attach(const SessionViews& all, std::function<bool()> ask) {
+    views = all;
+    askForCoefficients = std::move(ask);
+    ShowInputs();
+}
+
+void DesignSession::Begin() {
+    if (waiting != Waiting::FirstShow) return;
+    waiting = Waiting::Nothing;
+    Choose(nullptr);
+    Document.Begin();
+}
+
+// --- entries and controls
+
+void DesignSession::StoreInputs() {
+    views.Binder->StoreInputs();
+    views.Windows->StoreInputs();
+}
+
+void DesignSession::ReadEntries() {
+    const DesignRecord before = Document.Record(report);
+    StoreInputs();
+    if (!SameDesign(Document.Record(report), before)) Recalculate();
+}
+
+void DesignSession::ShowInputs() {
+    const Calculation& work = Document.Work;
+    views.Binder->ShowInputs(work.Design);
+    views.Windows->ShowInputs();
+    MainPanel* const panel = views.Client->Panel();
+    panel->ShowControls(Document.Controls(), work.Inputs);
+    panel->ShowPartModel(work.Design.PartModel);
+    panel->ShowReference(Document.Reference() != nullptr, Document.ReferenceShown());
+    views.Client->ShowTraps(Document.Controls().TrapPanelVisible);
+    const std::string& step = work.Inputs.Box(InputId::PercentChange).Text;
+    views.Client->Grid()->SetStepText(QString::fromStdString(step));
+}
+
+void DesignSession::ShowStatus() {
+    const std::string rejected = views.Client->Grid()->RejectedText(Document.Work.Design);
+    views.Status->Show(Document.Work, Document.ReferenceShown() ? Document.Reference() : nullptr,
+                       rejected);
+    views.Windows->RefreshMathErrors();
+}
+
+void DesignSession::SettleControls() {
+    Document.SettleControls(report);
+    views.Windows->CloseOthers(Document.Work.Inputs.Pass());
+}
+
+// --- user actions
+
+void DesignSession::Calculate() {
+    StoreInputs();
+    Recalculate();
+}
+
+void DesignSession::Choose(const QObject* sender) {
+    StoreInputs();
+    const auto chosen = sender ? ChosenBy(sender) : std::nullopt;
+    if (chosen && IsCoefficientsFile(*chosen)) {
+        if (!askForCoefficients()) return ShowInputs();  // the check goes back
+    } else if (chosen) {
+        Document.Choose(*chosen);
+    }
+    SettleControls();
+    Recalculate();
+    if (!sender || (chosen && chosen->Id == ChoiceId::Pass))
+        views.Windows->ShowFor(Document.Work.Design.PassType);
+}
+
+void DesignSession::Step(InputId id, bool up) {
+    StoreInputs();
+    const bool ctrl = QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
+    const SpinStep step{up ? SpinDirection::Up : SpinDirection::Down, ctrl};
+    StepInput(id, Document.Work.Inputs, Document.Work.Design, step, report);
+    Recalculate();
+}
+
+void DesignSession::StepNorton(InputId id, double step) {
+    StoreInputs();
+    Calculation& work = Document.Work;
+    StepNortonInput(id, step, work.Inputs, work.Design, report);
+    ApplyNortonControl(NortonControl::SpinButton, work.Inputs, work.Design);
+    Recalculate();
+}
+
+void DesignSession::UseNorton(NortonControl control, const QObject* chosen) {
+    StoreInputs();
+    if (const auto choice = chosen ? ChosenBy(chosen) : std::nullopt) Document.Choose(*choice);
+    if (ApplyNortonControl(control, Document.Work.Inputs, Document.Work.Design))
+        Recalculate();
+    else
+        ShowInputs();
+}
+
+void DesignSession::PressKey(FormKey key) {
+    ValueGrid* const grid = views.Client->Grid();
+    grid->FinishEditing();
+    StoreInputs();
+    switch (ApplyFormKey(Document.Work, key, grid->SelectedCell(), report)) {
+        case KeyOutcome::Nothing:
+            ShowInputs();
+            return ShowStatus();
+        case KeyOutcome::Analyse:
+            grid->ForgetRejected();
+            return AnalyseAndDraw();
+        case KeyOutcome::FullCalculate:
+            SettleControls();
+            return Recalculate();
+    }
+}
+
+void DesignSession::SimulateGrid() {
+    StoreInputs();
+    for (const auto& [at, value] : views.Client->Grid()->TakeTyped())
+        Document.Edit(at.Slot, at.Row, value);
+    AnalyseAndDraw();
+}
+
+// --- from the document
+
+/// A message box in the middle of a calculation must not draw a design half made.
+void DesignSession::Hold() {
+    waiting = std::min(waiting, Waiting::Nothing);
+}
+
+void DesignSession::Recalculate() {
+    Hold();
+    views.Status->EndNotice();
+    views.Client->Grid()->ForgetRejected();
+    Document.Prepare(report);
+    ShowInputs();
+    Draw(Waiting::Traces);
+}
+
+void DesignSession::ShowLoaded(std::optional<PassType> shown) {
+    SettleControls();
+    Recalculate();
+    const PassType pass = Document.Work.Design.PassType;
+    if (pass != shown) views.Windows->ShowFor(pass);
+    FinishDrawing();
+}
+
+void DesignSession::AnalyseAndDraw() {
+    Hold();
+    Document.AnalyseEdits(report);
+    ShowInputs();
+    Draw(Waiting::Traces);
+}
+
+// --- drawing
+
+/// What takes no longer than a step is drawn with it. A worst case waits until all input that has
+/// come in the meantime is taken: keys held down would pile up behind it otherwise.
+void DesignSession::Draw(Waiting what) {
+    if (waiting == Waiting::FirstShow) return;
+    Document.NoteStep(static_cast<double>(clock.elapsed()) * SecondsPerMs);
+    waiting = std::max(waiting, what);
+    if (!Document.Work.PendingSeed) return FinishDrawing();
+    noInputWaits.start();
+    views.Client->ShowValues();
+}
+
+void DesignSession::DrawMarkers() {
+    Draw(Waiting::Markers);
+}
+
+void DesignSession::Redraw() {
+    if (waiting == Waiting::FirstShow) return;
+    AskForRepeat(Document.Work);
+    Draw(Waiting::Traces);
+}
+
+void DesignSession::DrawNothing() {
+    Hold();
+}
+
+void DesignSession::FinishDrawing() {
+    ClientArea& client = *views.Client;
+    switch (waiting) {
+        case Waiting::FirstShow:
+        case Waiting::Nothing:
+            return;
+        case Waiting::Markers:
+            client.Area()->ShowMarkers();
+            break;
+        case Waiting::Traces:
+            if (!client.Area()->Fits()) client.SizePicture();
+            Paint();
+            break;
+    }
+    waiting = Waiting::Nothing;
+    client.Area()->ShowCursor();
+    ShowStatus();
+    emit Drawn();
+}
+
+void DesignSession::Paint() {
+    FinishCalculation(Document.Work, report, [this](const AnalysedRun& run) { PlotRun(run); });
+    if (Document.Work.WorstCase.Runs > 0) views.Client->Area()->FinishOverlay();
+}
+
+void DesignSession::PlotRun(const AnalysedRun& run) {
+    const DesignInputs& inputs = Document.Work.Inputs;
+    if (run.Number == 0) Document.RefreshReference(report);
+    views.Client->PlotRun(run, inputs.IsOn(ChoiceId::TraceGroupDelay),
+                          inputs.IsOn(ChoiceId::AutoScale));
+    if (run.Number > 0 && views.Status->ShowProgress(run.Number, Document.Work.WorstCase.Runs))
+        views.Client->Area()->RepaintNow();
+}
+
+PlotContent DesignSession::Content() const {
+    const Calculation& work = Document.Work;
+    std::vector<PlotLayer> layers;
+    if (Document.ReferenceShown()) {
+        const ReferenceDesign& reference = *Document.Reference();
+        layers.push_back(LayerOf(reference.Design, reference.Quantities, ReferenceColours, true,
+                                 ReferenceName(reference, work.Design)));
+    }
+    PlotContent content = ContentOf(work.Design, ShownTraces(work), work.Quantities, layers);
+    content.Markers = Document.Markers;
+    content.WorstCaseRuns = Document.WorstCaseRuns();
+    return content;
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,118 @@
+// The session on a document: what happens after every user action, in which order. Entries of all
+// controls go into the document, the document is calculated, all controls show it again, and what
+// has to be drawn is drawn when no more input waits.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+#include <functional>
+#include <optional>
+
+#include "controls/InputBinder.h"
+#include "display/PlotContent.h"
+#include "pipeline/DesignDocument.h"
+#include "pipeline/Keystrokes.h"
+#include "windows/NortonWindow.h"
+
+namespace ladderwise {
+
+class ClientArea;
+class SecondaryWindows;
+class StatusView;
+
+/// All that shows the document.
+struct SessionViews {
+    InputBinder* Binder = nullptr;  ///< of the main window's own controls
+    ClientArea* Client = nullptr;
+    SecondaryWindows* Windows = nullptr;
+    StatusView* Status = nullptr;
+};
+
+class DesignSession : public QObject {
+    Q_OBJECT
+
+public:
+    /// Every message goes to `report`, which may be replaced at any time.
+    explicit DesignSession(MessageCallback& report);
+
+    /// What the controls of all windows do.
+    InputActions Actions();
+    NortonActions ActionsOfNorton();
+
+    /// The views, built with these actions. `askForCoefficients` asks for a coefficients file and
+    /// uses it; false: none was chosen.
+    void Attach(const SessionViews& all, std::function<bool()> askForCoefficients);
+
+    /// The window is seen: the first calculation.
+    void Begin();
+
+    DesignDocument Document;
+
+    // --- entries and controls
+
+    void StoreInputs();  ///< the entries of all boxes into the document
+    void ReadEntries();  ///< what was typed and not yet read counts
+    void ShowInputs();   ///< the document in all controls
+    void ShowStatus();
+
+    // --- user actions; each begins with StoreInputs and ends in a calculation
+
+    void Calculate();
+    /// A menu entry, radio button or check box; no sender: control states and calculation only.
+    void Choose(const QObject* sender);
+    void Step(InputId id, bool up);
+    void PressKey(FormKey key);
+    void SimulateGrid();
+
+    // --- from the document, whatever stands in the controls
+
+    void Recalculate();
+    /// A design that was loaded as a whole. The window of its pass type comes with it, unless
+    /// `shown` is that pass type: then it is open, or was closed.
+    void ShowLoaded(std::optional<PassType> shown = {});
+    /// Values that were edited, as they stand.
+    void AnalyseAndDraw();
+
+    // --- drawing
+
+    void DrawMarkers();    ///< over traces that stay
+    void Redraw();         ///< the same calculation once more, a worst case with the same draws
+    void FinishDrawing();  ///< now
+    void DrawNothing();    ///< of what waits: the window goes
+
+    /// The whole picture at once, at the size and density that it has.
+    void Paint();
+
+    /// What the plot shows of the document.
+    PlotContent Content() const;
+
+signals:
+    /// Everything has been drawn.
+    void Drawn();
+
+private:
+    /// What waits to be drawn, each including what stands before it.
+    enum class Waiting {
+        FirstShow,  ///< nothing is drawn before the window is seen
+        Nothing,
+        Markers,
+        Traces,  ///< everything, at the size of the client area
+    };
+
+    void SettleControls();
+    void Hold();
+    void Draw(Waiting what);
+    void PlotRun(const AnalysedRun& run);
+    void UseNorton(NortonControl control, const QObject* chosen);
+    void StepNorton(InputId id, double step);
+
+    MessageCallback& report;
+    SessionViews views;
+    std::function<bool()> askForCoefficients;
+    Waiting waiting = Waiting::FirstShow;
+    QTimer noInputWaits;  ///< runs out when all input that has come is taken
+    QElapsedTimer clock;  ///< of the history
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,190 @@
+// Designs, coefficients and settings to and from the disk.
+#include "app/FileCommands.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <utility>
+
+#include "files/CoefficientsFile.h"
+#include "files/DiskFile.h"
+#include "files/SettingsFile.h"
+#include "pipeline/SavedDesigns.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr const char* DesignFilter = "Design Files (*.tk_ldfilt)";
+constexpr const char* Welcome =
+    "Type a frequency and press Enter; choose pass and response above. Point at the plot to read "
+    "it, right-click a part value to tune it. More under Help.";
+constexpr int WelcomeTime = 60000;  ///< ms, or until the first calculation
+constexpr int ReasonTime =
+    10000;  ///< ms for which the status line tells what saving or opening came to
+
+QString Name(const std::string& path) {
+    return QString::fromStdString(path);
+}
+
+std::string SettingsPath(const Folders& folders) {
+    return folders.SettingsFolder + "/" + SettingsFileName;
+}
+
+/// Where a dialog about a design starts.
+QString FolderOf(const std::string& file) {
+    return file.empty() ? QDir::currentPath() : QFileInfo(Name(file)).absolutePath();
+}
+
+}  // namespace
+
+FileCommands::FileCommands(DesignDocument& document, FileHost host, const MessageCallback& report,
+                           QWidget* window)
+    : document(document),
+      host(std::move(host)),
+      report(report),
+      window(window),
+      dialogs(StandardFileDialogs(window)) {}
+
+bool FileCommands::WriteDesignFile(const std::string& path) {
+    const std::string error = WriteWholeFile(path, EncodeRecord(document.Record(report)));
+    if (!error.empty()) {
+        document.LoseFile();
+        host.TitleChanged();
+        host.Notice(Name(error), ReasonTime);
+        report("Program Info", "Save File operation failed.");
+        return false;
+    }
+    settings.Recent.Add(path);
+    document.WasSavedTo(path);
+    host.RecentChanged();
+    host.TitleChanged();
+    const std::string left = NotSavedText(document.Work.Design);
+    if (!left.empty()) host.Notice(Name(left), ReasonTime);
+    return true;
+}
+
+bool FileCommands::SaveDesign() {
+    host.ReadEntries();
+    return document.File().empty() ? SaveDesignAs() : WriteDesignFile(document.File());
+}
+
+bool FileCommands::SaveDesignAs() {
+    host.ReadEntries();
+    const QString proposed =
+        Name(ProposedFileName(document.Work.Design)) + "." + DesignFileExtension;
+    const QString name =
+        dialogs.NameToSave({"Save Design to File:", DesignFilter, DesignFileExtension,
+                            FolderOf(document.File()) + "/" + proposed});
+    return !name.isEmpty() && WriteDesignFile(FullPath(name.toStdString()));
+}
+
+bool FileCommands::MayLeaveDesign() {
+    host.ReadEntries();
+    if (!document.Modified()) return true;
+    const QString design = document.File().empty() ? Name(ProposedFileName(document.Work.Design))
+                                                   : QFileInfo(Name(document.File())).fileName();
+    switch (dialogs.AskUnsaved(design)) {
+        case UnsavedAnswer::Save:
+            return SaveDesign();
+        case UnsavedAnswer::Discard:
+            return true;
+        case UnsavedAnswer::Cancel:
+            return false;
+    }
+    return false;
+}
+
+/// False, with a message, if the file is gone.
+bool FileCommands::Exists(const std::string& path) {
+    if (FileExists(path)) return true;
+    report("Program Info", "This file doesn't exist. \n\n" + path);
+    settings.Recent.Remove(path);
+    host.RecentChanged();
+    return false;
+}
+
+/// The full path of the file chosen; empty: none.
+std::string FileCommands::AskForDesign() const {
+    const QString name = dialogs.NameToOpen(
+        {"Open Design File:", DesignFilter, DesignFileExtension, FolderOf(document.File())});
+    return name.isEmpty() ? std::string() : FullPath(name.toStdString());
+}
+
+void FileCommands::OpenDesign(std::string path) {
+    if (!MayLeaveDesign()) return;
+    if (path.empty() || !Exists(path)) path = AskForDesign();
+    if (path.empty()) return;
+    // One byte more than a record has: a longer file must not pass for one.
+    const FileContent file = ReadRegularFile(path, FILT_STRUCT_SIZE + 1);
+    if (!file.Error.empty()) return host.Notice(Name(file.Error), ReasonTime);
+    if (!document.Load(file.Bytes, path)) return report("Program Info", IncompatibleFileText);
+    settings.Recent.Add(path);
+    host.RecentChanged();
+    host.Recalculated();
+    document.CountAsSaved();
+    host.TitleChanged();
+}
+
+void FileCommands::OpenRecent(std::size_t index) {
+    if (index < RecentFiles().size()) OpenDesign(RecentFiles()[index]);
+}
+
+bool FileCommands::ChooseCoefficients() {
+    const QString folder = folders ? Name(folders->RunTimeFolder + "/Coefficients") : QString();
+    const QString name =
+        dialogs.NameToOpen({"Open Coefficients File:", "Coefficients Files (*.csv)", "csv",
+                            QFileInfo(folder).isDir() ? folder : QDir::currentPath()});
+    if (name.isEmpty() || !QFileInfo(name).isFile()) return false;
+    const FileContent file = ReadWholeFile(name.toStdString(), MaxCoefficientsBytes + 1);
+    const std::string fault =
+        file.Error.empty() ? UseCoefficients(document.Work, file.Bytes) : file.Error;
+    if (!file.Error.empty()) UseCoefficients(document.Work, {});
+    if (!fault.empty()) report("Error", fault);
+    return true;
+}
+
+void FileCommands::ReadSettings(const Folders& found) {
+    folders = found;
+    const auto read = ReadSettingsFile(SettingsPath(found), report);
+    if (!read) {  // the first run
+        settingsRead = PresentSettings();
+        return host.Notice(Welcome, WelcomeTime);
+    }
+    settings = *read;
+    if (!settings.Threshold.empty())
+        document.Work.Inputs.Box(InputId::GDPhaseThreshold).Type(settings.Threshold);
+    // A box keeps what it holds where the line is missing or damaged.
+    if (!settings.SamplingFrequency.empty())
+        SamplingFrequencyBox()->setText(Name(settings.SamplingFrequency));
+    ReadOutMenu()->setChecked(settings.ReadOutMenu);
+    host.RecentChanged();
+    host.Recalculated();
+    document.Begin();
+    host.TitleChanged();
+    settingsRead = PresentSettings();
+}
+
+QLineEdit* FileCommands::SamplingFrequencyBox() const {
+    return window->findChild<QLineEdit*>("SamplingFrequencyBox");
+}
+
+QAction* FileCommands::ReadOutMenu() const {
+    return window->findChild<QAction*>("MouseReadOutMenu");
+}
+
+ProgramSettings FileCommands::PresentSettings() const {
+    ProgramSettings present = settings;
+    present.Version = VersionText();
+    present.SamplingFrequency = SamplingFrequencyBox()->text().toStdString();
+    present.Threshold = document.Work.Inputs.Box(InputId::GDPhaseThreshold).Text;
+    present.ReadOutMenu = ReadOutMenu()->isChecked();
+    return present;
+}
+
+void FileCommands::WriteSettings() {
+    if (folders) WriteSettingsFile(SettingsPath(*folders), PresentSettings(), settingsRead);
+}
+
+}  // namespace ladderwise

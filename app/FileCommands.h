@@ -1,0 +1,77 @@
+// The commands about files: opening and saving designs, the files used last, coefficients files,
+// the settings, and the question before a design that is not saved is left.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "app/FileDialogs.h"
+#include "files/Directories.h"
+#include "files/Settings.h"
+#include "pipeline/DesignDocument.h"
+
+class QAction;
+class QLineEdit;
+class QWidget;
+
+namespace ladderwise {
+
+/// What the commands need of the window.
+struct FileHost {
+    std::function<void()> ReadEntries;    ///< what was typed and not yet read counts
+    std::function<void()> Recalculated;   ///< calculates and shows the design that was loaded
+    std::function<void()> TitleChanged;   ///< name, or whether there is something to save
+    std::function<void()> RecentChanged;  ///< the files used last
+    std::function<void(const QString&, int ms)> Notice;
+};
+
+class FileCommands {
+public:
+    /// `report` is the window's, which tests replace. Two hidden controls of `window` stand for
+    /// nothing but lines of the settings file.
+    FileCommands(DesignDocument& document, FileHost host, const MessageCallback& report,
+                 QWidget* window);
+
+    /// Replaces the dialogs, for tests.
+    void SetDialogs(FileDialogs replacement) { dialogs = std::move(replacement); }
+
+    /// Opens a design file (UTF-8, full path), or, with an empty path, the one chosen in a dialog.
+    /// A file that is no design file changes nothing.
+    void OpenDesign(std::string path);
+    void OpenRecent(std::size_t index);
+
+    bool SaveDesign();    ///< to its file; without one as SaveDesignAs
+    bool SaveDesignAs();  ///< true if it was saved
+    bool WriteDesignFile(const std::string& path);
+
+    /// Asks about a design that is not saved. False: the user wants to keep it.
+    bool MayLeaveDesign();
+
+    /// Asks for a coefficients file and uses it. False if none was chosen.
+    bool ChooseCoefficients();
+
+    /// The settings in the folders found; without them nothing is remembered.
+    void ReadSettings(const Folders& found);
+    void WriteSettings();
+
+    const std::vector<std::string>& RecentFiles() const { return settings.Recent.Paths(); }
+
+private:
+    std::string AskForDesign() const;
+    ProgramSettings PresentSettings() const;
+    QLineEdit* SamplingFrequencyBox() const;
+    QAction* ReadOutMenu() const;
+    bool Exists(const std::string& path);
+
+    DesignDocument& document;
+    FileHost host;
+    const MessageCallback& report;
+    QWidget* window;
+    FileDialogs dialogs;
+    std::optional<Folders> folders;
+    ProgramSettings settings;
+    ProgramSettings settingsRead;  ///< as they were after start-up
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,145 @@
+// The commands.
+#include "app/MenuCommands.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QWidget>
+
+#include "app/ClientArea.h"
+#include "app/DesignSession.h"
+#include "app/FileCommands.h"
+#include "app/MainPanel.h"
+#include "app/PlotArea.h"
+#include "app/SecondaryWindows.h"
+#include "app/ValueGrid.h"
+#include "windows/PrintScreen.h"
+#include "windows/SeedDialog.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double PaperRatio = 3.0;  ///< points of paper for one of the screen, each way
+
+}  // namespace
+
+MenuCommands::MenuCommands(DesignSession& session, FileCommands& files, SecondaryWindows& windows,
+                           ClientArea& client, const MessageCallback& report, QWidget* window)
+    : session(session),
+      files(files),
+      windows(windows),
+      client(client),
+      report(report),
+      window(window) {}
+
+void MenuCommands::Run(Command command) {
+    switch (command) {
+        case Command::Open:
+            return files.OpenDesign({});
+        case Command::Save:
+            files.SaveDesign();
+            return;
+        case Command::SaveAs:
+            files.SaveDesignAs();
+            return;
+        case Command::OpenRecent0:
+        case Command::OpenRecent1:
+        case Command::OpenRecent2:
+        case Command::OpenRecent3:
+            return files.OpenRecent(RecentIndex(command));
+        case Command::Print:
+            return PrintPage();
+        case Command::Exit:
+            window->close();
+            return;
+        case Command::PartDefinitions:
+            return windows.ShowPartDefinitions();
+        case Command::BringBack:
+            return BringBack();
+        case Command::Options:
+            return windows.ShowOptions();
+        case Command::FixSeed:
+            return ToggleFixedSeed();
+        case Command::SetSeed:
+            return SetSeed();
+        case Command::Help:
+            return windows.ShowHelp();
+        case Command::MathErrors:
+            return windows.ShowMathErrors();
+        case Command::About:
+            return windows.ShowAbout();
+    }
+}
+
+void MenuCommands::PressAt(QPoint at) {
+    session.FinishDrawing();
+    session.Document.Markers.ClickX = at.x();
+    session.Document.Markers.ClickY = at.y();
+}
+
+void MenuCommands::RunMarkerCommand(MarkerCommand command) {
+    const Calculation& work = session.Document.Work;
+    ApplyMarkerCommand(command, session.Document.Markers, client.Area()->Sweep(), work.Design.F0,
+                       work.Quantities.MagnitudeDb);
+    session.DrawMarkers();
+}
+
+void MenuCommands::ShowReference(bool shown) {
+    session.Document.ShowReference(shown);
+    session.Calculate();
+}
+
+void MenuCommands::SetReference() {
+    session.ReadEntries();
+    session.FinishDrawing();
+    session.Document.SetReference(report);
+    session.Calculate();
+}
+
+void MenuCommands::ExchangeWithReference() {
+    session.ReadEntries();
+    session.FinishDrawing();
+    const PassType before = session.Document.Work.Design.PassType;
+    session.Document.ExchangeReference(report);
+    session.ShowLoaded(before);
+}
+
+void MenuCommands::CopyPartsTable() {
+    QApplication::clipboard()->setText(
+        QString::fromStdString(PartsTableText(session.Document.Work.Design)));
+}
+
+void MenuCommands::BringBack() {
+    session.StoreInputs();
+    client.Grid()->ForgetRejected();
+    if (BringBackEdits(session.Document.Work)) session.AnalyseAndDraw();
+}
+
+void MenuCommands::ToggleFixedSeed() {
+    session.FinishDrawing();
+    session.Document.FixSeed(!session.Document.Work.FixedSeed);
+    session.DrawMarkers();
+}
+
+void MenuCommands::SetSeed() {
+    session.FinishDrawing();
+    const auto seed = AskForSeed(window, session.Document.PresentSeed(), report);
+    if (!seed) return;
+    session.Document.Work.FixedSeed = seed;
+    session.Calculate();
+}
+
+void MenuCommands::PrintPage() {
+    session.FinishDrawing();
+    client.WidenForPaper();
+    // Paper is finer than the screen: the plot is drawn anew for it, and once more afterwards.
+    client.SizePicture(PaperRatio);
+    AskForRepeat(session.Document.Work);
+    session.Paint();
+    PrintScreen(window, client, QString::fromStdString(DesignTitle(session.Document.Work.Design)),
+                QString::fromStdString(session.Document.File()));
+    client.ReturnToScreen();
+    session.Redraw();
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,86 @@
+// The area of the plot: the picture with traces, strip, markers and reference, and the cursor over
+// it. It keeps the picture of a worst case, so that neither a marker nor the cursor calculates.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+#include "display/Plot.h"
+#include "pipeline/Calculation.h"
+
+namespace ladderwise {
+
+class BitMapView;
+
+class PlotArea : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `content` gives what is to be shown now. The area itself is transparent to the keyboard:
+    /// its view takes the focus.
+    PlotArea(std::function<PlotContent()> content, QWidget* parent);
+
+    /// Font of the labels from the next run 0 on.
+    void SetLabelFont(const QFont& font) { plot.SetFont(font); }
+
+    /// True if the picture is as large and as dense as the area. Any other has to be drawn anew.
+    bool Fits() const;
+
+    /// Makes the picture as large as the area at a density, ready for run 0.
+    void SizePicture(double pixelRatio);
+
+    /// Draws a run: 0 paints all of the content, the others lie over it.
+    void PlotRun(const AnalysedRun& run, const PlotPlacement& placement);
+
+    /// After the last run of a worst case: the nominal design on top.
+    void FinishOverlay();
+
+    /// Markers and legend anew over the traces that are there.
+    void ShowMarkers();
+
+    /// The cursor's read-outs again, of what is shown now.
+    void ShowCursor();
+
+    void ScrollStrip(int scroll);
+
+    /// Lights the symbol of a value in the strip, or, with row -1, of the whole slot; slot 0: none.
+    void Light(int slot, int row);
+
+    /// What markers refer to.
+    MarkedSweep Sweep() const { return SweepOf(content(), plot.Layout(), plot.Scales()); }
+
+    const PlotLayout& Layout() const { return plot.Layout(); }
+
+    /// The widget that takes the focus.
+    QWidget* View() const;
+
+    /// Shows at once what has been drawn.
+    void RepaintNow();
+
+signals:
+    void PointedAt(int slot, int row);  ///< in the strip; slot 0: at no element, row -1: all of it
+    void Pressed(QPoint at, QPoint global);  ///< on the plot
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void FollowMouse(QPoint at);
+    void StepCursor(int points);
+    QRect PictureOf(int slot) const;
+
+    /// Where the crosshair stands: sweep point and height, in pixels.
+    struct PlotCursor {
+        int Index;
+        int Y;
+    };
+
+    std::function<PlotContent()> content;
+    Plot plot;
+    PlotPlacement placement;  ///< of the last run 0
+    BitMapView* view;
+    std::optional<PlotCursor> cursor;
+};
+
+}  // namespace ladderwise

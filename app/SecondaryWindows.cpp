@@ -1,0 +1,86 @@
+// The secondary windows.
+#include "app/SecondaryWindows.h"
+
+#include "controls/WindowPlacement.h"
+#include "files/Directories.h"
+#include "windows/AboutWindow.h"
+#include "windows/DirectCoupledWindow.h"
+#include "windows/HelpWindow.h"
+#include "windows/MathErrWindow.h"
+#include "windows/OptionsWindow.h"
+#include "windows/PartDefinitionsWindow.h"
+
+namespace ladderwise {
+
+SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& design,
+                                   const InputActions& actions, const NortonActions& nortonActions,
+                                   QWidget* owner)
+    : design(design), owner(owner) {
+    const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
+    partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
+    help = new HelpWindow(QString::fromStdString(helpFolder), owner);
+    directCoupled = new DirectCoupledWindow(inputs, design, actions, owner);
+    norton = new NortonWindow(inputs, design, nortonActions, owner);
+    mathErrors = new MathErrWindow(owner);
+    options = new OptionsWindow(inputs, actions, owner);
+}
+
+void SecondaryWindows::StoreInputs() {
+    partDefinitions->Binder().StoreInputs();
+    directCoupled->StoreInputs();
+    norton->StoreInputs();
+    options->Binder().StoreInputs();
+}
+
+void SecondaryWindows::ShowInputs() {
+    partDefinitions->Binder().ShowInputs(design);
+    directCoupled->ShowInputs();
+    norton->ShowInputs();
+    options->Binder().ShowInputs(design);
+}
+
+void SecondaryWindows::ShowPartDefinitions() {
+    partDefinitions->Binder().ShowInputs(design);
+    partDefinitions->ShowBesideOwner();
+}
+
+void SecondaryWindows::ShowOptions() {
+    options->Binder().ShowInputs(design);
+    options->show();
+    options->raise();
+    options->activateWindow();
+}
+
+void SecondaryWindows::ShowHelp() {
+    help->ShowPage(HelpPage::Start);
+}
+
+void SecondaryWindows::ShowMathErrors() {
+    mathErrors->ShowLog();
+}
+
+void SecondaryWindows::ShowAbout() {
+    AboutWindow(owner).exec();
+}
+
+void SecondaryWindows::ShowFor(PassType pass) {
+    if (pass == PassType::DirectCoupled) ShowCentredOnOwner(directCoupled);
+    if (pass == PassType::Norton) norton->ShowBesideOwner();
+}
+
+void SecondaryWindows::CloseOthers(PassType pass) {
+    if (pass != PassType::DirectCoupled) directCoupled->close();
+    if (pass != PassType::Norton) norton->close();
+}
+
+void SecondaryWindows::RefreshMathErrors() {
+    mathErrors->Refresh();
+}
+
+void SecondaryWindows::CloseAll() {
+    for (QWidget* const window : std::initializer_list<QWidget*>{
+             partDefinitions, help, directCoupled, mathErrors, norton, options})
+        window->close();
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,71 @@
+// The file beside a design file: what the record has no room for, as JSON. Measured files and
+// values edited by hand; members that this program does not know are kept. No Qt, no disk: what
+// touches the disk reads and writes the text at CompanionPath.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "design/FilterDesign.h"
+#include "exchange/Json.h"
+
+namespace ladderwise {
+
+/// A measured file shown with the design.
+struct MeasuredFile {
+    std::string Path;  ///< UTF-8; relative to the design's folder in the text
+    bool PortsSwapped = false;
+    double SourceDelay = 0.0;  ///< electrical length of a cable at the source, s, one way
+    double LoadDelay = 0.0;    ///< and at the load
+    bool Hidden = false;
+    JsonObject Others{};  ///< members that are not known
+};
+
+/// A value of the ladder changed by hand.
+struct EditedValue {
+    int Slot = 1;             ///< from 1
+    int Row = 0;              ///< 0 .. 3 for V1 .. V4
+    std::string Type;         ///< of the slot, by the catalogue's name
+    double Calculated = 0.0;  ///< what the calculation had there, SI units
+    double Value = 0.0;       ///< what the user put in its place
+};
+
+struct DesignCompanion {
+    std::vector<MeasuredFile> Measured{};
+    std::vector<EditedValue> Edited{};
+    JsonObject Others{};  ///< members that are not known, in their order
+
+    bool IsEmpty() const { return Measured.empty() && Edited.empty() && Others.empty(); }
+};
+
+/// More bytes than this are no companion file.
+inline constexpr std::size_t MaxCompanionBytes = 16u << 20;
+
+/// "filter.tk_ldfilt" has "filter.tk_ldfilt.json" beside it.
+std::string CompanionPath(const std::string& designPath);
+
+struct CompanionResult {
+    DesignCompanion Companion{};
+    std::string Error{};  ///< what is damaged; empty if Companion holds the text
+};
+
+/// Reads the text of a companion file. Whatever is damaged, all of it counts as damaged.
+CompanionResult ReadCompanion(std::string_view text);
+
+/// The text of a companion file.
+std::string CompanionText(const DesignCompanion& companion);
+
+/// Makes the paths of measured files relative to `folder` where they can be, or absolute from
+/// there; both by their texts alone, as absolute paths in UTF-8.
+void MakePathsRelative(DesignCompanion& companion, const std::string& folder);
+void MakePathsAbsolute(DesignCompanion& companion, const std::string& folder);
+
+/// The values of the ladder that differ from what the last calculation left.
+std::vector<EditedValue> EditsOf(const FilterDesign& design);
+
+/// Puts edited values into a freshly calculated ladder; a new analysis has to follow. All or none:
+/// false, and nothing is changed, where the ladder is another than the one that was edited.
+bool ApplyEdits(FilterDesign& design, const std::vector<EditedValue>& edits);
+
+}  // namespace ladderwise

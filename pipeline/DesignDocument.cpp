@@ -1,0 +1,161 @@
+// The document: what its operations do to the state.
+#include "pipeline/DesignDocument.h"
+
+#include <utility>
+
+#include "pipeline/SavedDesigns.h"
+
+namespace ladderwise {
+
+DesignDocument::DesignDocument() : controls(StatesFor(Work.Inputs, false)) {}
+
+void DesignDocument::Choose(ChoiceCode chosen) {
+    ladderwise::Choose(Work.Inputs, Work.Design, chosen.Id, chosen.Code);
+}
+
+const ControlStates& DesignDocument::SettleControls(const MessageCallback& report) {
+    ForbidEllipticCoupling(Work.Inputs, report);
+    controls = StatesFor(Work.Inputs, controls.TrapPanelVisible);
+    const bool bandPass = controls.RefAtPeakEnabled;
+    if (!bandPass && (wasBandPass || Markers.RefAtPeak)) Markers.ClearReference();
+    wasBandPass = bandPass;
+    return controls;
+}
+
+void DesignDocument::Prepare(const MessageCallback& report) {
+    PrepareCalculation(Work, report);
+}
+
+void DesignDocument::AnalyseEdits(const MessageCallback& report) {
+    AnalyseAsItStands(Work, report);
+}
+
+int DesignDocument::WorstCaseRuns() const {
+    return Work.PendingSeed ? Work.Design.PartModel.MonteCarloRuns : Work.WorstCase.Runs;
+}
+
+void DesignDocument::FixSeed(bool fix) {
+    if (!fix)
+        Work.FixedSeed.reset();
+    else if (Work.WorstCase.Runs > 0)
+        Work.FixedSeed = Work.WorstCase.Seed;
+    else
+        Work.FixedSeed = static_cast<std::uint32_t>(Work.SeedSource());
+}
+
+std::uint32_t DesignDocument::PresentSeed() const {
+    return Work.FixedSeed.value_or(Work.WorstCase.Runs > 0 ? Work.WorstCase.Seed : 1);
+}
+
+void DesignDocument::SetReference(const MessageCallback& report) {
+    reference = std::make_shared<ReferenceDesign>(StoreReference(Work, report));
+    showReference = true;
+}
+
+void DesignDocument::ExchangeReference(const MessageCallback& report) {
+    if (!reference) return;
+    // States of the history keep theirs as it was.
+    reference = std::make_shared<ReferenceDesign>(*reference);
+    ladderwise::ExchangeReference(*reference, Work, report);
+}
+
+void DesignDocument::RefreshReference(const MessageCallback& report) {
+    if (ReferenceShown()) ladderwise::RefreshReference(*reference, Work, report);
+}
+
+DesignRecord DesignDocument::Record(const MessageCallback& report) const {
+    DesignRecord record = RecordOf(Work);
+    RefreshRecord(record, report);
+    return record;
+}
+
+bool DesignDocument::Modified() const {
+    return HasEdits(Work.Design) || (tie->Saved && !SameDesign(Record({}), *tie->Saved));
+}
+
+void DesignDocument::CountAsSaved() {
+    tie->Saved = Record({});
+}
+
+void DesignDocument::Begin() {
+    CountAsSaved();
+    history = {};
+    NoteStep(0.0);
+}
+
+void DesignDocument::WasSavedTo(const std::string& path) {
+    tie->Path = path;
+    CountAsSaved();
+}
+
+bool DesignDocument::Load(std::string_view bytes, const std::string& path) {
+    const auto record = DecodeRecord(bytes);
+    if (!record) return false;
+    tie = std::make_shared<FileTie>(FileTie{path, {}});
+    LoadRecord(*record, Work);
+    return true;
+}
+
+bool DesignDocument::Undo() {
+    const DesignHistory::State state = history.Undo();
+    if (state) Restore(*state);
+    return state != nullptr;
+}
+
+bool DesignDocument::Redo() {
+    const DesignHistory::State state = history.Redo();
+    if (state) Restore(*state);
+    return state != nullptr;
+}
+
+std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
+    auto snapshot = std::make_shared<DesignSnapshot>();
+    snapshot->Inputs = Work.Inputs;
+    snapshot->Design = Work.Design;
+    snapshot->IdealElements = Work.IdealElements;
+    snapshot->Discarded = Work.Discarded;
+    snapshot->DiscardedNow = Work.DiscardedNow;
+    snapshot->FixedSeed = Work.FixedSeed;
+    snapshot->DrawnSeed = Work.PendingSeed;
+    if (!snapshot->DrawnSeed && Work.WorstCase.Runs > 0) snapshot->DrawnSeed = Work.WorstCase.Seed;
+    snapshot->MathErrors = MathErrorCount(Work);
+    snapshot->Markers = Markers;
+    snapshot->Controls = controls;
+    snapshot->WasBandPass = wasBandPass;
+    snapshot->Reference = reference;
+    snapshot->ShowReference = showReference;
+    snapshot->Tie = tie;
+    return snapshot;
+}
+
+/// The sweep and its analysis follow from the state; what they write into boxes stands in the
+/// snapshot already, so it has the last word.
+void DesignDocument::Restore(const DesignSnapshot& snapshot) {
+    const auto restoreState = [&] {
+        Work.Inputs = snapshot.Inputs;
+        static_cast<DesignState&>(Work.Design) = snapshot.Design;
+    };
+    restoreState();
+    BuildSweepGrid(Work.Design);
+    AnalyseAsItStands(Work, {});
+    restoreState();
+    Work.IdealElements = snapshot.IdealElements;
+    Work.Discarded = snapshot.Discarded;
+    Work.DiscardedNow = snapshot.DiscardedNow;
+    Work.FixedSeed = snapshot.FixedSeed;
+    Work.PendingSeed = snapshot.DrawnSeed;
+    Work.FirstMathError = MathErrors().ErrorCount() - snapshot.MathErrors;
+    Markers = snapshot.Markers;
+    controls = snapshot.Controls;
+    wasBandPass = snapshot.WasBandPass;
+    reference = snapshot.Reference;
+    showReference = snapshot.ShowReference;
+    tie = snapshot.Tie;
+}
+
+std::string NotSavedText(const FilterDesign& design) {
+    if (!HasEdits(design)) return {};
+    return "Saved, but without the part values edited by hand: a design file has no room for them.";
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,163 @@
+// Exports, measured files and the companion of a design file, as users of the console meet them.
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include "cli/Exports.h"
+#include "design/Connections.h"
+
+namespace ladderwise {
+namespace {
+
+struct Ended {
+    int ExitCode;
+    QByteArray Out, Error;
+};
+
+Ended RunIn(const QTemporaryDir& folder, const QString& arguments) {
+    QProcess process;
+    process.setWorkingDirectory(folder.path());
+    process.start(LADDERWISE_CLI, arguments.split(' ', Qt::SkipEmptyParts));
+    EXPECT_TRUE(process.waitForFinished(60000));
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QByteArray ContentOf(const QTemporaryDir& folder, const QString& name) {
+    QFile file(folder.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void Write(const QTemporaryDir& folder, const QString& name, const QByteArray& content) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+TEST(Connections, OfTheElementsInWords) {
+    const SlotDesignators names = {"L1", "C2", "L3", "C4"};
+    const SlotDesignators stubs = {"TL1", "TL1", "TL2", "TL2"};
+    EXPECT_EQ(ConnectionText(ElementType::SeriesLC, names), "parallel L1 C2 in the line");
+    EXPECT_EQ(ConnectionText(ElementType::ShuntLC, names), "series L1 C2 to ground");
+    EXPECT_EQ(ConnectionText(ElementType::ShuntSerParLC, names),
+              "series L1 C2 (parallel L3 C4) to ground");
+    EXPECT_EQ(ConnectionText(ElementType::DualSeriesLC, names),
+              "parallel L1 C2 in the line, parallel L3 C4 in the line");
+    EXPECT_EQ(ConnectionText(ElementType::ShuntTLSCTLOC, stubs),
+              "shorted TL1 to ground, open TL2 to ground");
+    EXPECT_EQ(ConnectionOfPart(ElementType::DualShuntLC, names, 3), "series L3 C4 to ground");
+}
+
+TEST(Exports, ArgumentsThatCannotBeMetEndWithTheirReason) {
+    const QTemporaryDir folder;
+    Write(folder, "bad.s2p", "! x\n# Hz S RI R 50\n1 0 0 1 0 1 0\n");
+    const struct {
+        QString Arguments;
+        QByteArray Error;
+    } cases[] = {
+        {"--touchstone a.s2p --touchstone-version 2 --reference 50", "--reference is of version 1"},
+        {"--touchstone a.s2p --touchstone-version 3", "takes 1 or 2, not \"3\""},
+        {"--touchstone a.s2p --reference -5", "takes a positive number"},
+        {"--touchstone a.s2p --from 5 --to 4", "the frequencies end above their start"},
+        {"--touchstone a.s2p --touchstone-runs 2", "needs a worst case"},
+        {"--netlist a.cir", "--netlist needs --netlist-for"},
+        {"--netlist a.cir --netlist-for pspice", "takes ngspice or ltspice"},
+        {"--measured bad.s2p", "bad.s2p: line 3: 7 numbers"},
+        {"--measured none.s2p", "cannot read none.s2p"},
+    };
+    for (const auto& c : cases) {
+        const Ended ended = RunIn(folder, c.Arguments);
+        EXPECT_EQ(ended.ExitCode, 2) << c.Arguments.toStdString();
+        EXPECT_TRUE(ended.Error.contains(c.Error)) << ended.Error.toStdString();
+        EXPECT_FALSE(QFile::exists(folder.filePath("a.s2p")));
+    }
+}
+
+TEST(Exports, TablesForSpreadsheets) {
+    const QTemporaryDir folder;
+    const Ended ended = RunIn(folder, "--set parts=real --csv a.csv --parts-list p.csv");
+    EXPECT_EQ(ended.ExitCode, 0);
+    EXPECT_TRUE(ended.Out.isEmpty());
+    const QList<QByteArray> rows = ContentOf(folder, "a.csv").split('\n');
+    ASSERT_EQ(rows.size(), 1 + 1024 + 1);
+    EXPECT_EQ(rows[0],
+              "Frequency (Hz),Transfer real,Transfer imaginary,Magnitude (dB),Phase (deg),"
+              "Group delay (s),Reflection (dB)\r");
+    EXPECT_TRUE(rows[1].startsWith("20000000,")) << rows[1].toStdString();
+    // 15.915 pF is 0.53 % below 16 pF; 0.25 ohm at 200 MHz: Q = 1 / (w C R) = 200.
+    EXPECT_EQ(
+        ContentOf(folder, "p.csv").split('\n')[1],
+        "C1,capacitor,C1 to ground,15.915 pF,1.5915494309189534e-11,F,,16.000 pF,0.531,5,200,2,\r");
+    RunIn(folder, "--parts-list p.csv --csv-separator ;");
+    EXPECT_TRUE(ContentOf(folder, "p.csv").contains(";15,915 pF;1,5915494309189534e-11;F;"));
+}
+
+TEST(Exports, RunsOfAWorstCaseAreTheDrawnOnes) {
+    const QTemporaryDir folder;
+    const QString arguments =
+        "--set worst-case=on --set seed=3 --set runs=3 --touchstone w.s2p "
+        "--touchstone-runs 2 --from 200 --to 200 --points 1";
+    EXPECT_EQ(RunIn(folder, arguments).ExitCode, 0);
+    const QByteArray nominal = ContentOf(folder, "w.s2p"), first = ContentOf(folder, "w-run1.s2p"),
+                     second = ContentOf(folder, "w-run2.s2p");
+    EXPECT_TRUE(first.contains("\n! Values of worst-case run 1\n# Hz S RI R 50\n200000000 "));
+    EXPECT_FALSE(first.contains("edited"));
+    EXPECT_NE(nominal.split('\n').last(2), first.split('\n').last(2));
+    EXPECT_NE(second.split('\n').last(2), first.split('\n').last(2));
+    EXPECT_FALSE(QFile::exists(folder.filePath("w-run3.s2p")));
+}
+
+TEST(Exports, MeasuredFilesStandInTheJsonAsRead) {
+    const QTemporaryDir folder;
+    Write(folder, "two.s2p", "# MHz S RI R 75\n2 .1 0 .2 .5 .3 0 .4 0\n1 0 0 0 0 0 0 0 0\n");
+    Write(folder, "one.s2p", "# MHz S RI\n2 .1 -.25\n");
+    const Ended ended = RunIn(folder, "--measured two.s2p --measured one.s2p --json -");
+    const QJsonArray measured = QJsonDocument::fromJson(ended.Out).object()["measured"].toArray();
+    ASSERT_EQ(measured.size(), 2);
+    const QJsonObject two = measured[0].toObject(), one = measured[1].toObject();
+    EXPECT_EQ(two["file"].toString(), "two.s2p");
+    EXPECT_EQ(two["points"].toInt(), 2);
+    EXPECT_EQ(two["hz"].toArray()[1].toDouble(), 2e6);
+    EXPECT_EQ(two["s"].toArray()[1].toArray()[1].toArray()[1].toDouble(), 0.5);
+    EXPECT_EQ(two["reference_ohm"].toDouble(), 75.0);
+    EXPECT_EQ(two["messages"].toArray().size(), 1);
+    EXPECT_TRUE(one["s"].toArray()[1].isNull());
+    EXPECT_EQ(one["s"].toArray()[0].toArray()[0].toArray()[1].toDouble(), -0.25);
+}
+
+TEST(Companions, EditedValuesAndMeasuredFilesComeBackWithTheDesign) {
+    QTemporaryDir folder;
+    Write(folder, "m.s1p", "1 .5 0\n");
+    ASSERT_EQ(RunIn(folder, "--save a.tk_ldfilt --measured m.s1p").ExitCode, 0);
+    const QByteArray companion = ContentOf(folder, "a.tk_ldfilt.json");
+    EXPECT_TRUE(companion.contains("\"file\": \"m.s1p\"")) << companion.toStdString();
+    // By hand: L2 of 79.577 nH made 100 nH, and a member of another version.
+    Write(folder, "a.tk_ldfilt.json",
+          QByteArray(companion).replace(
+              "\"measured\"",
+              "\"later\": {\"x\": 1.50},\n\"edited\": [{\"slot\": 2, \"row\": 1, \"type\": "
+              "\"SeriesInd\", \"calculated\": 7.957747e-8, \"value\": 1e-7}], \"measured\""));
+    const Ended opened = RunIn(folder, "a.tk_ldfilt --json - --save b.tk_ldfilt");
+    const QJsonObject json = QJsonDocument::fromJson(opened.Out).object();
+    EXPECT_EQ(json["elements"][1]["V1"].toDouble(), 1e-7);
+    EXPECT_EQ(json["measured"].toArray().size(), 1);
+    // Analysed, too: 1 and l = w L / R between equal ends lose 1 + (1 - l)^2 at the corner.
+    EXPECT_NEAR(json["results"]["loss_at_f0_db"].toDouble(), 5.1720, 1e-4);
+    const QByteArray again = ContentOf(folder, "b.tk_ldfilt.json");
+    EXPECT_TRUE(again.contains("\"value\": 1e-07")) << again.toStdString();
+    EXPECT_TRUE(again.contains("\"x\": 1.50"));
+    // Another ladder: said, and calculated as it is. Damage: said.
+    EXPECT_TRUE(RunIn(folder, "a.tk_ldfilt --set f0=100").Error.contains("another ladder"));
+    Write(folder, "a.tk_ldfilt.json", "{\n\"ladder");
+    const Ended damaged = RunIn(folder, "a.tk_ldfilt");
+    EXPECT_EQ(damaged.ExitCode, 0);
+    EXPECT_TRUE(damaged.Error.contains("a.tk_ldfilt.json: line 2: "))
+        << damaged.Error.toStdString();
+}
+
+}  // namespace
+}  // namespace ladderwise

@@ -1,0 +1,222 @@
+// The document and its history: random actions, undone and redone, against the states noted on the
+// way; names and merging of steps; what a file holds.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <random>
+
+#include "files/FileReadSave.h"
+#include "pipeline/DesignDocument.h"
+#include "pipeline/Keystrokes.h"
+#include "pipeline/SavedDesigns.h"
+
+using namespace ladderwise;
+
+namespace {
+
+/// Every bit that a user could see of a document: its file's bytes, the ladder, the response and
+/// what is derived of it, markers, and the looks of the boxes.
+std::string BytesOf(const DesignDocument& document) {
+    std::string bytes = EncodeRecord(document.Record({})) + document.File();
+    const auto add = [&](const auto& values) {
+        for (const double value : values) {
+            // One NaN is as good as another.
+            const double plain = std::isnan(value) ? std::nan("") : value;
+            bytes.append(reinterpret_cast<const char*>(&plain), sizeof plain);
+        }
+    };
+    const FilterDesign& design = document.Work.Design;
+    for (int slot = 0; slot < NumSlots; ++slot) {
+        const CircuitElement& e = design.Elements[slot];
+        add(std::array{static_cast<double>(e.Type), e.V1, e.V2, e.V3, e.V4});
+    }
+    add(design.SweepFreqs);
+    add(design.Response.TransferRe);
+    add(design.Response.ReflectionDb);
+    add(document.Work.Quantities.GroupDelay);
+    add(document.Markers.FreqMarkers);
+    add(std::array{document.Markers.RefFreq, design.GDFullScale, design.RLoad,
+                   static_cast<double>(design.Flags.LoadMoved + 2 * design.Flags.FellBack),
+                   static_cast<double>(document.Markers.FreqMarkerCount),
+                   static_cast<double>(document.Work.PendingSeed.value_or(0)),
+                   static_cast<double>(document.Work.Discarded.has_value()),
+                   static_cast<double>(document.ReferenceShown())});
+    for (const NumberBox& box : document.Work.Inputs.Boxes)
+        bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
+    if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
+    return bytes;
+}
+
+/// A document with hands on it, one action a second, as the window would act.
+class Session {
+public:
+    Session() {
+        Document.SettleControls({});
+        Document.Prepare({});
+        Document.Begin();
+    }
+    void Calculate() {
+        Document.SettleControls({});
+        Document.Prepare({});
+        Note();
+    }
+    void Note(double pause = 2.0) { Document.NoteStep(seconds += pause); }
+    void Type(InputId id, const char* text) {
+        Document.Work.Inputs.Box(id).Type(text);
+        Calculate();
+    }
+    void Choose(ChoiceId id, int code) {
+        Document.Choose({id, code});
+        Calculate();
+    }
+    void Step(InputId id, double pause) {
+        StepInput(id, Document.Work.Inputs, Document.Work.Design, {SpinDirection::Up}, {});
+        Document.Prepare({});
+        Note(pause);
+    }
+    void PressKey(FormKey key, int slot, int row) {
+        if (ApplyFormKey(Document.Work, key, {slot, row}, {}) == KeyOutcome::Analyse) {
+            Document.AnalyseEdits({});
+            Note();
+        } else {
+            Calculate();
+        }
+    }
+    DesignDocument Document;
+
+private:
+    double seconds = 0.0;
+};
+
+void ActAtRandom(Session& session, std::mt19937& random) {
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    DesignDocument& document = session.Document;
+    switch (below(9)) {
+        case 0:
+        case 1: {
+            static const char* const texts[] = {"1",   "7",       "145.825", "50",
+                                                "0.5", "rubbish", "",        "1e9"};
+            return session.Type(static_cast<InputId>(below(NumInputs)), texts[below(8)]);
+        }
+        case 2:
+        case 3: {
+            const ChoiceTable& table = TableOf(static_cast<ChoiceId>(below(NumChoices)));
+            const auto row = static_cast<std::size_t>(below(static_cast<int>(table.Rows.size())));
+            return session.Choose(table.Id, table.Rows[row].Code);
+        }
+        case 4:
+        case 5:
+            return session.PressKey(static_cast<FormKey>(below(8)), 1 + below(10), below(4));
+        case 6:
+            document.Markers.FreqMarkerCount = 1 + below(5);
+            document.Markers.FreqMarkers[1] = below(1000);
+            return session.Note();
+        case 7:
+            document.SetReference({});
+            return session.Calculate();
+        case 8:
+            if (below(2) == 0) {
+                document.ExchangeReference({});
+                return session.Calculate();
+            }
+            if (BringBackEdits(document.Work)) document.AnalyseEdits({});
+            return session.Note();
+    }
+}
+
+}  // namespace
+
+TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
+    for (const unsigned seed : {1U, 2U, 3U}) {
+        std::mt19937 random(seed);
+        Session session;
+        // The state after each step; an action that changes nothing takes the place of the last.
+        std::vector<std::string> states{BytesOf(session.Document)};
+        std::string name;
+        for (int i = 0; i < 120; ++i) {
+            const std::size_t steps = session.Document.Steps();
+            ActAtRandom(session, random);
+            if (session.Document.Steps() > steps) states.emplace_back();
+            states.back() = BytesOf(session.Document);
+        }
+        ASSERT_EQ(states.size(), session.Document.Steps() + 1);
+        ASSERT_GT(states.size(), 60U);
+        for (std::size_t i = states.size() - 1; i-- > 0;) {
+            ASSERT_FALSE(session.Document.UndoName().empty());
+            ASSERT_TRUE(session.Document.Undo());
+            ASSERT_TRUE(BytesOf(session.Document) == states[i])
+                << "undo to " << i << ", seed " << seed;
+        }
+        EXPECT_FALSE(session.Document.Undo());
+        for (std::size_t i = 1; i < states.size(); ++i) {
+            ASSERT_TRUE(session.Document.Redo());
+            ASSERT_TRUE(BytesOf(session.Document) == states[i])
+                << "redo to " << i << ", seed " << seed;
+        }
+        EXPECT_FALSE(session.Document.Redo());
+    }
+}
+
+TEST(History, StepsAreNamedAndMerged) {
+    Session session;
+    DesignDocument& document = session.Document;
+    session.Type(InputId::NumPoles, "4");
+    EXPECT_EQ(document.UndoName(), "N Poles 3 \u2192 4");
+    session.Step(InputId::NumPoles, 0.9);
+    session.Step(InputId::NumPoles, 0.9);
+    EXPECT_EQ(document.UndoName(), "N Poles 3 \u2192 6");
+    session.Step(InputId::NumPoles, 1.1);
+    EXPECT_EQ(document.UndoName(), "N Poles 6 \u2192 7");
+    session.Choose(ChoiceId::Response, static_cast<int>(ResponseType::Chebyshev));
+    EXPECT_EQ(document.UndoName(), "Response Butterworth \u2192 Chebyshev");
+    session.Choose(ChoiceId::StdLCValues, 1);
+    EXPECT_EQ(document.UndoName(), "Std LC Values off \u2192 on");
+    session.PressKey(FormKey::F2, 1, 1);
+    EXPECT_TRUE(document.UndoName().starts_with("C1 ")) << document.UndoName();
+    EXPECT_TRUE(document.Modified());
+    session.Calculate();
+    EXPECT_EQ(document.UndoName(), "Calculated Values");
+    ASSERT_TRUE(document.Undo() && document.Undo());
+    EXPECT_EQ(document.RedoName().substr(0, 3), "C1 ");
+    session.Type(InputId::F0, "100");  // ends what could be redone
+    EXPECT_EQ(document.RedoName(), "");
+    EXPECT_EQ(document.UndoName(), "Fo MHz 200 \u2192 100");
+    session.Calculate();  // no step
+    EXPECT_EQ(document.UndoName(), "Fo MHz 200 \u2192 100");
+    for (int i = 0; i < 600; ++i)
+        session.Type(InputId::F0, i % 2 == 0 ? "50" : "60");
+    EXPECT_EQ(document.Steps(), MostSteps);
+}
+
+TEST(Document, FilesAreTiedToStates) {
+    Session session;
+    DesignDocument& document = session.Document;
+    EXPECT_FALSE(document.Modified());
+    session.Type(InputId::F0, "145.825");
+    EXPECT_TRUE(document.Modified());
+    document.WasSavedTo("/a");
+    EXPECT_FALSE(document.Modified());
+    const std::string bytes = EncodeRecord(document.Record({}));
+    session.Type(InputId::F0, "7");
+    EXPECT_FALSE(document.Load(std::string(bytes.size(), 'x'), "/bad"));
+    EXPECT_EQ(document.File() + document.Work.Inputs.Box(InputId::F0).Text, "/a7");
+    ASSERT_TRUE(document.Load(bytes, "/dir/b"));
+    session.Calculate();
+    document.CountAsSaved();
+    EXPECT_EQ(document.UndoName(), "Open b");
+    EXPECT_EQ(document.Work.Design.F0, 145.825e6);
+    EXPECT_FALSE(document.Modified());
+    // Undoing the opening returns to the file of before, and to what was not saved in it; undoing
+    // on, to what was.
+    ASSERT_TRUE(document.Undo());
+    EXPECT_EQ(document.File(), "/a");
+    EXPECT_TRUE(document.Modified());
+    ASSERT_TRUE(document.Undo());
+    EXPECT_FALSE(document.Modified());
+    // Values edited by hand are in no file.
+    session.PressKey(FormKey::F1, 1, 1);
+    document.WasSavedTo("/a");
+    EXPECT_TRUE(document.Modified() && !NotSavedText(document.Work.Design).empty());
+}

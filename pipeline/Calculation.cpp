@@ -13,6 +13,7 @@
 #include "numbers/Formatfunctions.h"
 #include "pipeline/DisplayScale.h"
 #include "pipeline/NortonSequence.h"
+#include "pipeline/ResultsText.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
 #include "scaling/Protoscaler.h"
@@ -283,6 +284,7 @@ void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) 
     calculation.PendingSeed.reset();
     calculation.DiscardedNow = false;
     Derive(calculation, {}, calculation.Quantities, report);
+    calculation.Results = ResultsOf(design);
     SettleGroupDelayScale(calculation.Inputs, design, calculation.Quantities.GDFullScale, report);
 }
 

@@ -9,6 +9,7 @@
 
 #include "analysis/Magphasefunctions.h"
 #include "analysis/PulseResponse.h"
+#include "analysis/Results.h"
 #include "analysis/SweepTables.h"
 #include "numbers/Matherrmain.h"
 #include "pipeline/DesignInputs.h"
@@ -49,6 +50,7 @@ struct Calculation {
     FilterDesign Design{};
     SweepTables Tables{};
     DisplayQuantities Quantities{};     ///< of the nominal ladder, whenever a calculation returns
+    ResponseResults Results{};          ///< of the nominal ladder too
     DisplayQuantities RunQuantities{};  ///< of the worst-case run in hand
     PulseWork Pulse{};                  ///< tables of the pulse response, shared by all runs
     /// False where the control of the pulse trace is disabled while a worst case is chosen.

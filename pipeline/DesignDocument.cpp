@@ -114,6 +114,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->Design = Work.Design;
     snapshot->IdealElements = Work.IdealElements;
     snapshot->Discarded = Work.Discarded;
+    snapshot->UsedInputs = Work.UsedInputs;
     snapshot->DiscardedNow = Work.DiscardedNow;
     snapshot->FixedSeed = Work.FixedSeed;
     snapshot->DrawnSeed = Work.PendingSeed;
@@ -141,6 +142,7 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     restoreState();
     Work.IdealElements = snapshot.IdealElements;
     Work.Discarded = snapshot.Discarded;
+    Work.UsedInputs = snapshot.UsedInputs;
     Work.DiscardedNow = snapshot.DiscardedNow;
     Work.FixedSeed = snapshot.FixedSeed;
     Work.PendingSeed = snapshot.DrawnSeed;

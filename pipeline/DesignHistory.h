@@ -28,7 +28,8 @@ struct DesignSnapshot {
     DesignInputs Inputs;
     DesignState Design;
     ElementList IdealElements;
-    std::optional<HandMadeLadder> Discarded;
+    std::optional<HandMadeDesign> Discarded;
+    DesignInputs UsedInputs;
     bool DiscardedNow = false;
     std::optional<std::uint32_t> FixedSeed;
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown

@@ -92,7 +92,7 @@ public:
     void Begin();
 
     /// It was written to a file as it stands, `withEdits` or without the values edited by hand.
-    void WasSavedTo(const std::string& path, bool withEdits);
+    void WasSavedTo(const std::string& path, bool withEdits = true);
 
     /// Saving it failed: it is tied to no file any more.
     void LoseFile() { tie->Path.clear(); }

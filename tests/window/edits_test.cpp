@@ -28,8 +28,8 @@ public:
                                     return OnChange;
                                 }});
     }
-    void Tune() { EnterCell(0, 1, "10p"); }
-    bool Tuned() const { return Design().Elements[1].Value(0) == 10e-12; }
+    void Tune() { EnterCell(0, 2, "100n"); }
+    bool Tuned() const { return Design().Elements[2].Value(0) == 100e-9; }
     bool Modified() const { return Window->isWindowModified(); }
 
     /// What a file manager does over a widget.
@@ -74,21 +74,21 @@ private slots:
         QVERIFY(f.Tuned());
         for (const Qt::Key end : {Qt::Key_Return, Qt::Key_Tab}) {
             f.Enter("PercentChangeBox", end == Qt::Key_Tab ? "20" : "10", end);
-            QVERIFY(f.Tuned());
+            QVERIFY2(f.Tuned(), qPrintable(f.Text("PercentChangeBox")));
         }
-        f.Grid->setCurrentCell(0, 1);
+        f.Grid->setCurrentCell(0, 2);
         QTest::keyClick(f.Grid, Qt::Key_F2);
-        QCOMPARE(f.Design().Elements[1].Value(0), 12e-12);
+        QCOMPARE(f.Design().Elements[2].Value(0), 120e-9);
         f.Enter("PercentChangeBox", "7", Qt::Key_unknown);  // unread
         f.Trigger("SaveAsMenu");
-        QCOMPARE(f.Design().Elements[1].Value(0), 12e-12);
+        QCOMPARE(f.Design().Elements[2].Value(0), 120e-9);
         f.Enter("F0Box", "200");  // what stood there
         auto* const box = f.Find<QLineEdit>("NumPolesBox");
         box->setFocus();
         QTest::keyClick(box, Qt::Key_Return);
-        QCOMPARE(f.Design().Elements[1].Value(0), 12e-12);
+        QCOMPARE(f.Design().Elements[2].Value(0), 120e-9);
         f.Enter("F0Box", "201");
-        QVERIFY(f.Design().Elements[1].Value(0) != 12e-12);
+        QVERIFY(f.Design().Elements[2].Value(0) != 120e-9);
     }
 
     void ATypedBandwidthIsReadBeforeItsUnitChanges() {

@@ -37,7 +37,7 @@ void AddMovedLoad(const DesignInputs& inputs, const FilterDesign& design,
     const std::string text =
         LoadToBringBack(inputs, design)
             ? "R Load is still the " + used + " ohm of " + MoverOf(*box.Moved) + "; " + typed +
-                  " ohm was asked for, and this design can have it."
+                  " ohm was asked for, and Ctrl+L brings it back."
             : "R Load was moved to " + used + " ohm, " + TextOf(box.Moved->Why) + "; " + typed +
                   " ohm was asked for.";
     notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name, text, typed, box.Text,

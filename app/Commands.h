@@ -16,6 +16,8 @@ enum class Command {
     OpenRecent3,
     Print,
     Exit,
+    Undo,
+    Redo,
     PartDefinitions,
     BringBack,
     Options,

@@ -1,8 +1,10 @@
 // The toolkit's dialogs about files.
 #include "app/FileDialogs.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
+#include <QLocale>
 #include <QMessageBox>
 
 #include "files/RecentFiles.h"
@@ -34,6 +36,27 @@ UnsavedAnswer AskUnsaved(QWidget* window, const QString& design) {
     return answer == QMessageBox::Discard ? UnsavedAnswer::Discard : UnsavedAnswer::Cancel;
 }
 
+RecoveryAnswer AskRecovery(QWidget* window, const UnsavedWork& work) {
+    const QString time =
+        QLocale::system().toString(QDateTime::fromSecsSinceEpoch(work.Time), QLocale::LongFormat);
+    const QString file =
+        work.File.empty() ? QString("It has no file yet.")
+                          : "Its file is " + QDir::toNativeSeparators(QString::fromStdString(
+                                                 work.File)) + ", which has not been changed.";
+    QMessageBox box(QMessageBox::Question, "Ladderwise",
+                    QString("The design \"%1\" was not saved when the program ended.")
+                        .arg(QString::fromStdString(work.Name)),
+                    QMessageBox::NoButton, window);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText("This is how it stood on " + time + ". " + file);
+    const auto* const accept = box.addButton("&Restore", QMessageBox::AcceptRole);
+    const auto* const remove = box.addButton("&Delete", QMessageBox::DestructiveRole);
+    box.setEscapeButton(box.addButton("Ask &Later", QMessageBox::RejectRole));
+    box.exec();
+    if (box.clickedButton() == accept) return RecoveryAnswer::Accept;
+    return box.clickedButton() == remove ? RecoveryAnswer::Delete : RecoveryAnswer::Later;
+}
+
 }  // namespace
 
 QString FileCaption(const std::string& path) {
@@ -48,7 +71,8 @@ FileDialogs StandardFileDialogs(QWidget* window) {
             [window](const FileDialogTexts& texts) {
                 return AskName(window, texts, QFileDialog::AcceptSave);
             },
-            [window](const QString& design) { return AskUnsaved(window, design); }};
+            [window](const QString& design) { return AskUnsaved(window, design); },
+            [window](const UnsavedWork& work) { return AskRecovery(window, work); }};
 }
 
 }  // namespace ladderwise

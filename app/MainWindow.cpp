@@ -13,6 +13,7 @@
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/Recovery.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
 #include "controls/WindowPlacement.h"
@@ -23,6 +24,9 @@ namespace {
 
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
+
+constexpr const char* EditsLostText =
+    "The values that were edited by hand no longer fit this version's ladder. It is as calculated.";
 
 std::optional<FormKey> FormKeyOf(int key) {
     constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
@@ -73,6 +77,7 @@ void MainWindow::Build() {
         std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
                                            session.Actions(), session.ActionsOfNorton(), this);
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
+    recovery = std::make_unique<Recovery>(session.Document);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);
 }
 
@@ -87,10 +92,14 @@ void MainWindow::SetSizes() {
 }
 
 void MainWindow::Connect() {
-    connect(&session, &DesignSession::Drawn, this, [this] {
-        menus->ShowCommands(session.Document);
-        ShowTitle();
+    connect(&session, &DesignSession::Drawn, this, &MainWindow::ShowCommands);
+    connect(&session, &DesignSession::Noted, this, &MainWindow::ShowCommands);
+    connect(&session, &DesignSession::Noted, recovery.get(), &Recovery::NoteChange);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] {
+        KeepWork();
+        recovery->EndSession();
     });
+    connect(findChild<QMenu*>("EditMenu"), &QMenu::aboutToShow, this, &MainWindow::ShowSteps);
     connect(menus, &MainMenus::Chosen, this, [this](Command command) { commands->Run(command); });
     connect(menus, &MainMenus::MarkerChosen, this,
             [this](MarkerCommand command) { commands->RunMarkerCommand(command); });
@@ -122,7 +131,11 @@ void MainWindow::ConnectClient() {
 
 FileHost MainWindow::HostOfFiles() {
     return {[this] { session.ReadEntries(); }, [this] { session.ShowLoaded(); },
-            [this] { ShowTitle(); }, [this] { menus->ShowRecentFiles(files->RecentFiles()); },
+            [this] {
+                ShowTitle();
+                recovery->Write();
+            },
+            [this] { menus->ShowRecentFiles(files->RecentFiles()); },
             [this](const QString& notice, int ms) { status->ShowNotice(notice, ms); }};
 }
 
@@ -136,7 +149,43 @@ void MainWindow::SetFileDialogs(FileDialogs replacement) {
 
 void MainWindow::Start(const Folders& found, const std::string& design) {
     files->ReadSettings(found);
+    // Unsaved work is the later state of its own file.
+    const bool recovered = OfferUnsavedWork(found.StateFolder);
+    if (recovered && session.Document.File() == design) return;
     if (!design.empty()) OpenDesign(design);
+}
+
+bool MainWindow::OfferUnsavedWork(const std::string& folder) {
+    const auto work = recovery->Start(
+        folder, [this](const UnsavedWork& found) { return files->AskRecovery(found); });
+    if (!work) return false;
+    const PassType shown = session.Document.Work.Design.PassType;
+    const bool fits = session.Document.Recover(*work, report);
+    session.ShowRestored(shown);
+    session.FinishDrawing();
+    if (!fits) report("Program Info", EditsLostText);
+    return true;
+}
+
+void MainWindow::KeepWork() {
+    const auto silent = [](const std::string&, const std::string&) {};
+    const MessageCallback asked = std::exchange(report, silent);
+    client->Grid()->FinishEditing();
+    session.ReadEntries();
+    recovery->Write();
+    files->WriteSettings();
+    report = asked;
+}
+
+void MainWindow::ShowCommands() {
+    menus->ShowCommands(session.Document);
+    ShowSteps();
+    ShowTitle();
+}
+
+void MainWindow::ShowSteps() {
+    if (IsTypingUnread()) return menus->ShowSteps("Typing", {});
+    menus->ShowSteps(session.Document.UndoName(), session.Document.RedoName());
 }
 
 void MainWindow::ShowTitle() {
@@ -167,6 +216,11 @@ bool MainWindow::HandleKey(QObject* target, int key) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride &&
+        IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
     if (event->type() == QEvent::KeyPress && watched->isWidgetType()) {
         const auto* const key = static_cast<QKeyEvent*>(event);
         const bool ours = static_cast<QWidget*>(watched)->window() == this;
@@ -185,12 +239,14 @@ void MainWindow::showEvent(QShowEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!files->MayLeaveDesign()) return event->ignore();
+    const bool kept = recovery->SessionEnded();
+    if (!kept && !files->MayLeaveDesign()) return event->ignore();
     files->WriteSettings();
     windows->CloseAll();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     session.DrawNothing();
+    if (!kept) recovery->Finish();
     emit Closed();
 }
 

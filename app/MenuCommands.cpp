@@ -52,6 +52,10 @@ void MenuCommands::Run(Command command) {
         case Command::Exit:
             window->close();
             return;
+        case Command::Undo:
+            return session.Undo();
+        case Command::Redo:
+            return session.Redo();
         case Command::PartDefinitions:
             return windows.ShowPartDefinitions();
         case Command::BringBack:

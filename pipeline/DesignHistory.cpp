@@ -191,7 +191,7 @@ void DesignHistory::Note(State state, double seconds) {
     }
     entries.resize(present + 1);
     entries.push_back({std::move(state), *step, seconds});
-    if (entries.size() > MostSteps + 1) entries.erase(entries.begin());
+    if (entries.size() > MostUndoSteps + 1) entries.erase(entries.begin());
     present = entries.size() - 1;
 }
 

@@ -56,7 +56,7 @@ struct StepLabel {
 /// its reference are the same. What a box looks like is no difference.
 std::optional<StepLabel> DescribeStep(const DesignSnapshot& before, const DesignSnapshot& after);
 
-inline constexpr std::size_t MostSteps = 500;  ///< older ones are forgotten
+inline constexpr std::size_t MostUndoSteps = 500;  ///< older ones are forgotten
 inline constexpr double MergeSeconds = 1.0;    ///< between two steps of one box that are one
 
 class DesignHistory {

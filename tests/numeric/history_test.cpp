@@ -187,7 +187,7 @@ TEST(History, StepsAreNamedAndMerged) {
     EXPECT_EQ(document.UndoName(), "Fo MHz 200 \u2192 100");
     for (int i = 0; i < 600; ++i)
         session.Type(InputId::F0, i % 2 == 0 ? "50" : "60");
-    EXPECT_EQ(document.Steps(), MostSteps);
+    EXPECT_EQ(document.Steps(), MostUndoSteps);
 }
 
 TEST(Document, FilesAreTiedToStates) {

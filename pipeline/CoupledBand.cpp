@@ -31,7 +31,7 @@ constexpr double TurnTolerance = 1e-7;      ///< relative, of the frequency of a
 constexpr double TurnShare = 1e-2;  ///< of its bracket: near enough where the level is flat,
 constexpr double FlatDb = 1e-5;     ///< which is within this many dB
 constexpr double CrossingTolerance = 1e-12;  ///< relative, of an edge
-constexpr int MostSteps = 200;               ///< a guard: a few dozen are usual
+constexpr int MostTurnSteps = 200;           ///< a guard: a few dozen are usual
 
 /// A place of the response.
 struct Place {
@@ -48,7 +48,7 @@ Place TurnWithin(const LevelFunction& level, double a, double b, int sign) {
     double x1 = a + Share * (b - a), x2 = b - Share * (b - a);
     double y1 = sign * level(x1), y2 = sign * level(x2);
     const double share = TurnShare * (b - a);
-    for (int n = 0; n < MostSteps && b - a > TurnTolerance * b; ++n) {
+    for (int n = 0; n < MostTurnSteps && b - a > TurnTolerance * b; ++n) {
         if (b - a < share && std::abs(y1 - y2) < FlatDb) break;
         if (!(y1 < y2)) {
             b = x2, x2 = x1, y2 = y1;
@@ -85,7 +85,7 @@ std::vector<Place> WithTurns(const LevelFunction& level, const std::vector<Place
 double CrossingBetween(const LevelFunction& level, Place from, Place to, double target) {
     double a = from.F, b = to.F;
     const bool above = from.Level > target;
-    for (int n = 0; n < MostSteps && std::abs(b - a) > CrossingTolerance * std::abs(b); ++n) {
+    for (int n = 0; n < MostTurnSteps && std::abs(b - a) > CrossingTolerance * std::abs(b); ++n) {
         const double middle = 0.5 * (a + b);
         ((level(middle) > target) == above ? a : b) = middle;
     }

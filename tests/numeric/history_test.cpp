@@ -50,9 +50,9 @@ std::string BytesOf(const DesignDocument& document) {
 }
 
 /// A document with hands on it, one action a second, as the window would act.
-class Session {
+class DocumentHands {
 public:
-    Session() {
+    DocumentHands() {
         Document.SettleControls({});
         Document.Prepare({});
         Document.Begin();
@@ -90,39 +90,39 @@ private:
     double seconds = 0.0;
 };
 
-void ActAtRandom(Session& session, std::mt19937& random) {
+void ActAtRandom(DocumentHands& hands, std::mt19937& random) {
     const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-    DesignDocument& document = session.Document;
+    DesignDocument& document = hands.Document;
     switch (below(9)) {
         case 0:
         case 1: {
             static const char* const texts[] = {"1",   "7",       "145.825", "50",
                                                 "0.5", "rubbish", "",        "1e9"};
-            return session.Type(static_cast<InputId>(below(NumInputs)), texts[below(8)]);
+            return hands.Type(static_cast<InputId>(below(NumInputs)), texts[below(8)]);
         }
         case 2:
         case 3: {
             const ChoiceTable& table = TableOf(static_cast<ChoiceId>(below(NumChoices)));
             const auto row = static_cast<std::size_t>(below(static_cast<int>(table.Rows.size())));
-            return session.Choose(table.Id, table.Rows[row].Code);
+            return hands.Choose(table.Id, table.Rows[row].Code);
         }
         case 4:
         case 5:
-            return session.PressKey(static_cast<FormKey>(below(8)), 1 + below(10), below(4));
+            return hands.PressKey(static_cast<FormKey>(below(8)), 1 + below(10), below(4));
         case 6:
             document.Markers.FreqMarkerCount = 1 + below(5);
             document.Markers.FreqMarkers[1] = below(1000);
-            return session.Note();
+            return hands.Note();
         case 7:
             document.SetReference({});
-            return session.Calculate();
+            return hands.Calculate();
         case 8:
             if (below(2) == 0) {
                 document.ExchangeReference({});
-                return session.Calculate();
+                return hands.Calculate();
             }
             if (BringBackEdits(document.Work)) document.AnalyseEdits({});
-            return session.Note();
+            return hands.Note();
     }
 }
 
@@ -131,79 +131,79 @@ void ActAtRandom(Session& session, std::mt19937& random) {
 TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
     for (const unsigned seed : {1U, 2U, 3U}) {
         std::mt19937 random(seed);
-        Session session;
+        DocumentHands hands;
         // The state after each step; an action that changes nothing takes the place of the last.
-        std::vector<std::string> states{BytesOf(session.Document)};
+        std::vector<std::string> states{BytesOf(hands.Document)};
         std::string name;
         for (int i = 0; i < 120; ++i) {
-            const std::size_t steps = session.Document.Steps();
-            ActAtRandom(session, random);
-            if (session.Document.Steps() > steps) states.emplace_back();
-            states.back() = BytesOf(session.Document);
+            const std::size_t steps = hands.Document.Steps();
+            ActAtRandom(hands, random);
+            if (hands.Document.Steps() > steps) states.emplace_back();
+            states.back() = BytesOf(hands.Document);
         }
-        ASSERT_EQ(states.size(), session.Document.Steps() + 1);
+        ASSERT_EQ(states.size(), hands.Document.Steps() + 1);
         ASSERT_GT(states.size(), 60U);
         for (std::size_t i = states.size() - 1; i-- > 0;) {
-            ASSERT_FALSE(session.Document.UndoName().empty());
-            ASSERT_TRUE(session.Document.Undo());
-            ASSERT_TRUE(BytesOf(session.Document) == states[i])
+            ASSERT_FALSE(hands.Document.UndoName().empty());
+            ASSERT_TRUE(hands.Document.Undo());
+            ASSERT_TRUE(BytesOf(hands.Document) == states[i])
                 << "undo to " << i << ", seed " << seed;
         }
-        EXPECT_FALSE(session.Document.Undo());
+        EXPECT_FALSE(hands.Document.Undo());
         for (std::size_t i = 1; i < states.size(); ++i) {
-            ASSERT_TRUE(session.Document.Redo());
-            ASSERT_TRUE(BytesOf(session.Document) == states[i])
+            ASSERT_TRUE(hands.Document.Redo());
+            ASSERT_TRUE(BytesOf(hands.Document) == states[i])
                 << "redo to " << i << ", seed " << seed;
         }
-        EXPECT_FALSE(session.Document.Redo());
+        EXPECT_FALSE(hands.Document.Redo());
     }
 }
 
 TEST(History, StepsAreNamedAndMerged) {
-    Session session;
-    DesignDocument& document = session.Document;
-    session.Type(InputId::NumPoles, "4");
+    DocumentHands hands;
+    DesignDocument& document = hands.Document;
+    hands.Type(InputId::NumPoles, "4");
     EXPECT_EQ(document.UndoName(), "N Poles 3 \u2192 4");
-    session.Step(InputId::NumPoles, 0.9);
-    session.Step(InputId::NumPoles, 0.9);
+    hands.Step(InputId::NumPoles, 0.9);
+    hands.Step(InputId::NumPoles, 0.9);
     EXPECT_EQ(document.UndoName(), "N Poles 3 \u2192 6");
-    session.Step(InputId::NumPoles, 1.1);
+    hands.Step(InputId::NumPoles, 1.1);
     EXPECT_EQ(document.UndoName(), "N Poles 6 \u2192 7");
-    session.Choose(ChoiceId::Response, static_cast<int>(ResponseType::Chebyshev));
+    hands.Choose(ChoiceId::Response, static_cast<int>(ResponseType::Chebyshev));
     EXPECT_EQ(document.UndoName(), "Response Butterworth \u2192 Chebyshev");
-    session.Choose(ChoiceId::StdLCValues, 1);
+    hands.Choose(ChoiceId::StdLCValues, 1);
     EXPECT_EQ(document.UndoName(), "Std LC Values off \u2192 on");
-    session.PressKey(FormKey::F2, 1, 1);
+    hands.PressKey(FormKey::F2, 1, 1);
     EXPECT_TRUE(document.UndoName().starts_with("C1 ")) << document.UndoName();
     EXPECT_TRUE(document.Modified());
-    session.Calculate();
+    hands.Calculate();
     EXPECT_EQ(document.UndoName(), "Calculated Values");
     ASSERT_TRUE(document.Undo() && document.Undo());
     EXPECT_EQ(document.RedoName().substr(0, 3), "C1 ");
-    session.Type(InputId::F0, "100");  // ends what could be redone
+    hands.Type(InputId::F0, "100");  // ends what could be redone
     EXPECT_EQ(document.RedoName(), "");
     EXPECT_EQ(document.UndoName(), "Fo MHz 200 \u2192 100");
-    session.Calculate();  // no step
+    hands.Calculate();  // no step
     EXPECT_EQ(document.UndoName(), "Fo MHz 200 \u2192 100");
     for (int i = 0; i < 600; ++i)
-        session.Type(InputId::F0, i % 2 == 0 ? "50" : "60");
+        hands.Type(InputId::F0, i % 2 == 0 ? "50" : "60");
     EXPECT_EQ(document.Steps(), MostUndoSteps);
 }
 
 TEST(Document, FilesAreTiedToStates) {
-    Session session;
-    DesignDocument& document = session.Document;
+    DocumentHands hands;
+    DesignDocument& document = hands.Document;
     EXPECT_FALSE(document.Modified());
-    session.Type(InputId::F0, "145.825");
+    hands.Type(InputId::F0, "145.825");
     EXPECT_TRUE(document.Modified());
     document.WasSavedTo("/a");
     EXPECT_FALSE(document.Modified());
     const std::string bytes = EncodeRecord(document.Record({}));
-    session.Type(InputId::F0, "7");
+    hands.Type(InputId::F0, "7");
     EXPECT_FALSE(document.Load(std::string(bytes.size(), 'x'), "/bad"));
     EXPECT_EQ(document.File() + document.Work.Inputs.Box(InputId::F0).Text, "/a7");
     ASSERT_TRUE(document.Load(bytes, "/dir/b"));
-    session.Calculate();
+    hands.Calculate();
     document.CountAsSaved();
     EXPECT_EQ(document.UndoName(), "Open b");
     EXPECT_EQ(document.Work.Design.F0, 145.825e6);
@@ -216,7 +216,7 @@ TEST(Document, FilesAreTiedToStates) {
     ASSERT_TRUE(document.Undo());
     EXPECT_FALSE(document.Modified());
     // Values edited by hand are in no file.
-    session.PressKey(FormKey::F1, 1, 1);
+    hands.PressKey(FormKey::F1, 1, 1);
     document.WasSavedTo("/a");
     EXPECT_TRUE(document.Modified() && !NotSavedText(document.Work.Design).empty());
 }

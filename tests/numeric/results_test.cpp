@@ -5,6 +5,7 @@
 
 #include "design/Designators.h"
 #include "pipeline/Calculation.h"
+#include "pipeline/ResultsText.h"
 #include "tests/numeric/support.h"
 
 namespace ladderwise {
@@ -19,10 +20,6 @@ FilterDesign Ladder(PassType pass, ResponseType response, int poles) {
     design.SweepType = SweepType::TwoDecades;
     BuildLadder(design, {});
     return design;
-}
-
-ResponseResults ResultsOf(const FilterDesign& design) {
-    return ComputeResults(design, ReturnLossBandEdge(design));
 }
 
 /// Loss of a Butterworth of `poles` at x times its corner, dB.

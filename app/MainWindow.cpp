@@ -95,10 +95,7 @@ void MainWindow::Connect() {
     connect(&session, &DesignSession::Drawn, this, &MainWindow::ShowCommands);
     connect(&session, &DesignSession::Noted, this, &MainWindow::ShowCommands);
     connect(&session, &DesignSession::Noted, recovery.get(), &Recovery::NoteChange);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] {
-        KeepWork();
-        recovery->EndSession();
-    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession);
     connect(findChild<QMenu*>("EditMenu"), &QMenu::aboutToShow, this, &MainWindow::ShowSteps);
     connect(menus, &MainMenus::Chosen, this, [this](Command command) { commands->Run(command); });
     connect(menus, &MainMenus::MarkerChosen, this,
@@ -186,6 +183,11 @@ void MainWindow::ShowCommands() {
 void MainWindow::ShowSteps() {
     if (IsTypingUnread()) return menus->ShowSteps("Typing", {});
     menus->ShowSteps(session.Document.UndoName(), session.Document.RedoName());
+}
+
+void MainWindow::EndSession() {
+    KeepWork();
+    recovery->EndSession();
 }
 
 void MainWindow::ShowTitle() {

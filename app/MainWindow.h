@@ -39,6 +39,9 @@ public:
     /// Writes unsaved work and the settings, without a question: the program is about to be ended.
     void KeepWork();
 
+    /// The desktop's session ends: as KeepWork, and closing asks nothing until something is done.
+    void EndSession();
+
     /// Opens a design file (UTF-8, full path), or, with an empty path, the one chosen in a dialog.
     void OpenDesign(const std::string& path) { files->OpenDesign(path); }
 

@@ -140,6 +140,7 @@ void DesignSession::UseNorton(NortonControl control, const QObject* chosen) {
         return Recalculate();
     ShowInputs();
     Note();
+    emit Drawn();
 }
 
 void DesignSession::PressKey(FormKey key) {
@@ -150,7 +151,9 @@ void DesignSession::PressKey(FormKey key) {
         case KeyOutcome::Nothing:
             ShowInputs();
             Note();
-            return ShowStatus();
+            ShowStatus();
+            emit Drawn();
+            return;
         case KeyOutcome::Analyse:
             grid->ForgetRejected();
             return AnalyseAndDraw();

@@ -93,7 +93,6 @@ void MainWindow::SetSizes() {
 
 void MainWindow::Connect() {
     connect(&session, &DesignSession::Drawn, this, &MainWindow::ShowCommands);
-    connect(&session, &DesignSession::Noted, this, &MainWindow::ShowCommands);
     connect(&session, &DesignSession::Noted, recovery.get(), &Recovery::NoteChange);
     connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession);
     connect(findChild<QMenu*>("EditMenu"), &QMenu::aboutToShow, this, &MainWindow::ShowSteps);

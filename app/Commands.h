@@ -16,6 +16,8 @@ enum class Command {
     OpenRecent3,
     Print,
     Exit,
+    Undo,
+    Redo,
     PartDefinitions,
     BringBack,      ///< values edited by hand
     BringBackLoad,  ///< the load that the user asked for

@@ -51,6 +51,10 @@ void MenuCommands::Run(Command command) {
             return PrintPage();
         case Command::Exit:
             return;  // the window's own
+        case Command::Undo:
+            return session.Undo();
+        case Command::Redo:
+            return session.Redo();
         case Command::PartDefinitions:
             return windows.ShowPartDefinitions();
         case Command::BringBack:

@@ -21,6 +21,7 @@ enum class Command {
     PartDefinitions,
     BringBack,      ///< values edited by hand
     BringBackLoad,  ///< the load that the user asked for
+    PartValues,     ///< shown at the designators
     Options,
     FixSeed,
     SetSeed,

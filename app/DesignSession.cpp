@@ -8,9 +8,11 @@
 #include "app/ClientArea.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/ResultsPanel.h"
 #include "app/SecondaryWindows.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
+#include "display/MarkerTable.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -95,9 +97,21 @@ void DesignSession::ShowInputs() {
 
 void DesignSession::ShowStatus() {
     const std::string rejected = views.Client->Grid()->RejectedText(Document.Work.Design);
-    views.Status->Show(Document.Work, Document.ReferenceShown() ? Document.Reference() : nullptr,
-                       rejected);
+    views.Status->Show(Document.Work, rejected);
+    ShowResults();
     views.Windows->RefreshMathErrors();
+}
+
+void DesignSession::ShowResults() {
+    const FilterDesign& design = Document.Work.Design;
+    const ResponseResults& results = Document.Work.Results;
+    std::vector<ComparedResult> rows =
+        ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
+    for (const MarkerReading& marker : BuildMarkerTable(Content()))
+        rows.push_back({marker.Name, marker.OfDesign, marker.OfReference});
+    ResultsPanel* const panel = views.Client->Results();
+    panel->ShowRows(rows);
+    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(design, results));
 }
 
 void DesignSession::SettleControls() {

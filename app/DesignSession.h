@@ -55,6 +55,7 @@ public:
     void ReadEntries();  ///< what was typed and not yet read counts; "% Change" only for the keys
     void ShowInputs();   ///< the document in all controls
     void ShowStatus();
+    void ShowResults();  ///< figures and markers, in the panel or as the chief ones
 
     // --- user actions; each begins with StoreInputs and ends in a calculation
 

@@ -72,7 +72,8 @@ const std::vector<MenuTable>& MenuTables() {
     {"PartsMenu", "P&arts", {
         C{PartDefinitions, "PartDefinitionsMenu", "Part &Definitions"},
         C{BringBack, "BringBackMenu", "Bring Back &Edited Values"},
-        C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"}}},
+        C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"},
+        C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"}}},
     {"OptionsMenu", "&Options", {
         C{Options, "OptionsWindowMenu", "&Options..."},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
@@ -121,7 +122,7 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
         action->setShortcuts(action->shortcuts() << redo);
     if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
     if (row.Id == Command::BringBackLoad) action->setShortcut(QKeySequence("Ctrl+L"));
-    action->setCheckable(row.Id == Command::FixSeed);
+    action->setCheckable(row.Id == Command::FixSeed || row.Id == Command::PartValues);
     return action;
 }
 

@@ -18,9 +18,11 @@
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
 #include "app/Recovery.h"
+#include "app/ResultsPanel.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
 #include "controls/WindowPlacement.h"
+#include "design/ChoiceNames.h"
 
 namespace ladderwise {
 
@@ -28,6 +30,7 @@ namespace {
 
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
+constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
 
 constexpr const char* EditsLostText =
     "The values that were edited by hand no longer fit this version's ladder. It is as calculated.";
@@ -92,7 +95,7 @@ void MainWindow::SetSizes() {
     setMinimumSize(SmallestSize.boundedTo(room));
     client->Panel()->FitInto(room.width());
     // Where the screen has room for it the whole input panel is seen, whatever the font.
-    const QSize panel(client->Panel()->minimumSizeHint().width(), 0);
+    const QSize panel = client->Panel()->minimumSizeHint() + QSize(0, RoomBelowPanel);
     resize(StartSize.expandedTo(panel).boundedTo(room));
 }
 
@@ -128,6 +131,7 @@ void MainWindow::ConnectClient() {
         commands->PressAt(at);
         menus->PopUpMarkers(global);
     });
+    connect(client->Results(), &ResultsPanel::Unfolded, &session, &DesignSession::ShowResults);
     const ValueGrid* const grid = client->Grid();
     connect(grid, &ValueGrid::Edited, &session, &DesignSession::SimulateGrid);
     connect(grid, &ValueGrid::Stepped, this, &MainWindow::FormKeyDown);
@@ -201,7 +205,9 @@ void MainWindow::EndSession() {
 
 void MainWindow::ShowTitle() {
     const DesignDocument& document = session.Document;
-    QString title = document.File().empty() ? "Ladderwise" : FileCaption(document.File());
+    const QString design = QString::fromStdString(DesignTitle(document.Work.Design));
+    QString title = document.File().empty() ? design + QStringLiteral(" \u2014 Ladderwise")
+                                            : FileCaption(document.File());
     title.replace("[*]", "[*][*]");
     const bool modified = document.Modified();
     if (!modified) setWindowModified(false);

@@ -61,6 +61,8 @@ void MenuCommands::Run(Command command) {
             return BringBack();
         case Command::BringBackLoad:
             return BringBackLoad();
+        case Command::PartValues:
+            return ShowPartValues();
         case Command::Options:
             return windows.ShowOptions();
         case Command::FixSeed:
@@ -128,6 +130,12 @@ void MenuCommands::BringBackLoad() {
     session.ReadEntries();
     Calculation& work = session.Document.Work;
     if (ladderwise::BringBackLoad(work.Inputs, work.Design)) session.Recalculate();
+}
+
+void MenuCommands::ShowPartValues() {
+    partValues = !partValues;
+    client.Area()->ShowPartValues(partValues);
+    session.Redraw();
 }
 
 void MenuCommands::ToggleFixedSeed() {

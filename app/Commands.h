@@ -17,7 +17,8 @@ enum class Command {
     Print,
     Exit,
     PartDefinitions,
-    BringBack,
+    BringBack,      ///< values edited by hand
+    BringBackLoad,  ///< the load that the user asked for
     Options,
     FixSeed,
     SetSeed,

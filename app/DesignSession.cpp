@@ -37,7 +37,7 @@ DesignSession::DesignSession(MessageCallback& report) : report(report) {
 
 InputActions DesignSession::Actions() {
     return {[this] { Calculate(); }, [this](InputId id, bool up) { Step(id, up); },
-            [this](const QObject* sender) { Choose(sender); }};
+            [this](const QObject* sender) { Choose(sender); }, [this](InputId id) { Enter(id); }};
 }
 
 NortonActions DesignSession::ActionsOfNorton() {
@@ -65,10 +65,19 @@ void DesignSession::StoreInputs() {
     views.Windows->StoreInputs();
 }
 
-void DesignSession::ReadEntries() {
-    const DesignRecord before = Document.Record(report);
+/// Stores them; true if one that a calculation reads holds something else now.
+bool DesignSession::StoreChanges() {
+    const DesignInputs before = Document.Work.Inputs;
     StoreInputs();
-    if (!SameDesign(Document.Record(report), before)) Recalculate();
+    for (const InputRow& row : InputRows())
+        if (row.Id != InputId::PercentChange &&
+            !SameEntry(before.Box(row.Id), Document.Work.Inputs.Box(row.Id)))
+            return true;
+    return false;
+}
+
+void DesignSession::ReadEntries() {
+    if (StoreChanges()) Recalculate();
 }
 
 void DesignSession::ShowInputs() {
@@ -103,6 +112,16 @@ void DesignSession::Calculate() {
     Recalculate();
 }
 
+void DesignSession::Enter(InputId id) {
+    const bool changed = StoreChanges();
+    if (changed || (id != InputId::PercentChange && !HasEdits(Document.Work.Design)))
+        return Recalculate();
+    if (id != InputId::PercentChange) return AnalyseAndDraw();
+    ReadPercentChange(Document.Work.Inputs, Document.Work.Design, report);
+    ShowInputs();
+    Draw(Waiting::Markers);
+}
+
 void DesignSession::Choose(const QObject* sender) {
     StoreInputs();
     const auto chosen = sender ? ChosenBy(sender) : std::nullopt;
@@ -134,7 +153,9 @@ void DesignSession::StepNorton(InputId id, double step) {
 }
 
 void DesignSession::UseNorton(NortonControl control, const QObject* chosen) {
-    StoreInputs();
+    const bool changed = StoreChanges();
+    if (control == NortonControl::Box && !changed && HasEdits(Document.Work.Design))
+        return AnalyseAndDraw();
     if (const auto choice = chosen ? ChosenBy(chosen) : std::nullopt) Document.Choose(*choice);
     if (ApplyNortonControl(control, Document.Work.Inputs, Document.Work.Design))
         Recalculate();
@@ -173,21 +194,27 @@ void DesignSession::Hold() {
     waiting = std::min(waiting, Waiting::Nothing);
 }
 
-void DesignSession::Recalculate() {
+void DesignSession::Recalculate(const std::function<bool()>& amend) {
     Hold();
     views.Status->EndNotice();
     views.Client->Grid()->ForgetRejected();
     Document.Prepare(report);
+    if (amend && amend()) Document.AnalyseEdits(report);
     ShowInputs();
     Draw(Waiting::Traces);
 }
 
-void DesignSession::ShowLoaded(std::optional<PassType> shown) {
+void DesignSession::ShowLoaded(std::optional<PassType> shown, const std::function<bool()>& amend) {
     SettleControls();
-    Recalculate();
+    Recalculate(amend);
     const PassType pass = Document.Work.Design.PassType;
     if (pass != shown) views.Windows->ShowFor(pass);
     FinishDrawing();
+}
+
+void DesignSession::ShowBroughtBack() {
+    SettleControls();
+    AnalyseAndDraw();
 }
 
 void DesignSession::AnalyseAndDraw() {

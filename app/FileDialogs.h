@@ -20,11 +20,15 @@ struct FileDialogTexts {
 /// What to do with a design that differs from its file.
 enum class UnsavedAnswer { Save, Discard, Cancel };
 
+/// What to do with a design whose file another window or program has changed meanwhile.
+enum class ChangedAnswer { Overwrite, Reload, SaveAs, Cancel };
+
 /// Empty names: cancelled.
 struct FileDialogs {
     std::function<QString(const FileDialogTexts&)> NameToOpen;
     std::function<QString(const FileDialogTexts&)> NameToSave;
     std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
+    std::function<ChangedAnswer(const QString& file)> AskChanged;
 };
 
 /// A path as captions show it, shortened.

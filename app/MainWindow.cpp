@@ -3,9 +3,14 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QScopedValueRollback>
 #include <QScrollArea>
+#include <QSessionManager>
 #include <QStatusBar>
+#include <QUrl>
 #include <QWindow>
 #include <utility>
 
@@ -37,6 +42,7 @@ MainWindow::MainWindow()
     : session(report), binder(session.Document.Work.Inputs, session.Actions()) {
     setObjectName("MainForm");
     setWindowTitle("Ladderwise");
+    setAcceptDrops(true);
     report = [this](const std::string& caption, const std::string& text) {
         ShowMessage(caption, text);
     };
@@ -91,7 +97,12 @@ void MainWindow::Connect() {
         menus->ShowCommands(session.Document);
         ShowTitle();
     });
-    connect(menus, &MainMenus::Chosen, this, [this](Command command) { commands->Run(command); });
+    connect(menus, &MainMenus::Chosen, this, [this](Command command) {
+        if (command == Command::Exit) return Leave();
+        commands->Run(command);
+    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession,
+            Qt::DirectConnection);
     connect(menus, &MainMenus::MarkerChosen, this,
             [this](MarkerCommand command) { commands->RunMarkerCommand(command); });
     connect(status, &StatusView::MathErrorsAsked, this, [this] { windows->ShowMathErrors(); });
@@ -121,7 +132,8 @@ void MainWindow::ConnectClient() {
 }
 
 FileHost MainWindow::HostOfFiles() {
-    return {[this] { session.ReadEntries(); }, [this] { session.ShowLoaded(); },
+    return {[this] { session.ReadEntries(); },
+            [this](const std::function<bool()>& amend) { session.ShowLoaded({}, amend); },
             [this] { ShowTitle(); }, [this] { menus->ShowRecentFiles(files->RecentFiles()); },
             [this](const QString& notice, int ms) { status->ShowNotice(notice, ms); }};
 }
@@ -166,12 +178,41 @@ bool MainWindow::HandleKey(QObject* target, int key) {
     return true;
 }
 
+/// A file over any part of the window is a design to open, never a text for a box. The question
+/// about the present design waits until the program that the file comes from is free again.
+bool MainWindow::TakeDrop(QDropEvent* event) {
+    if (!event->mimeData()->hasUrls()) return false;
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const bool one = urls.size() == 1 && urls[0].isLocalFile();
+    event->setDropAction(one ? Qt::CopyAction : Qt::IgnoreAction);
+    event->setAccepted(one);
+    if (one && event->type() == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this, [this, path = urls[0].toLocalFile().toStdString()] { OpenDesign(path); },
+            Qt::QueuedConnection);
+    return true;
+}
+
+bool MainWindow::TakeKey(QWidget* target, const QKeyEvent* event) {
+    if (event->modifiers() & ~Qt::KeypadModifier) return false;
+    if (target->window() == this) return HandleKey(target, event->key());
+    // Of a window with inputs of its own, what none of its controls has a use for.
+    const auto formKey = FormKeyOf(event->key());
+    if (!formKey || !windows || !windows->HasInputs(target)) return false;
+    FormKeyDown(*formKey);
+    return true;
+}
+
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && watched->isWidgetType()) {
-        const auto* const key = static_cast<QKeyEvent*>(event);
-        const bool ours = static_cast<QWidget*>(watched)->window() == this;
-        const bool plain = !(key->modifiers() & ~Qt::KeypadModifier);
-        if (ours && plain && HandleKey(watched, key->key())) return true;
+    if (watched->isWidgetType()) {
+        auto* const widget = static_cast<QWidget*>(watched);
+        const QEvent::Type type = event->type();
+        if (type == QEvent::KeyPress && TakeKey(widget, static_cast<QKeyEvent*>(event)))
+            return true;
+        const bool drop =
+            type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
+        if (drop && widget->window() == this && TakeDrop(static_cast<QDropEvent*>(event)))
+            return true;
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -184,8 +225,32 @@ void MainWindow::showEvent(QShowEvent* event) {
     session.Begin();
 }
 
+/// Asks whether the design may be left; while the question stands, everything else that wants to
+/// leave is refused.
+bool MainWindow::MayLeave() {
+    if (asking) return false;
+    const QScopedValueRollback<bool> stands(asking, true);
+    return files->MayLeaveDesign();
+}
+
+/// Asks before it closes: a window that is being closed takes a second request to close, of its
+/// title bar, for a closing that was agreed to.
+void MainWindow::Leave() {
+    if (!MayLeave()) return;
+    const QScopedValueRollback<bool> answer(mayLeave, true);
+    close();
+}
+
+/// The desktop ends its session.
+void MainWindow::EndSession(QSessionManager& manager) {
+    const bool asks = manager.allowsInteraction();
+    if (asks && !MayLeave()) manager.cancel();
+    if (asks) manager.release();
+    files->WriteSettings();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!files->MayLeaveDesign()) return event->ignore();
+    if (!mayLeave && !MayLeave()) return event->ignore();
     files->WriteSettings();
     windows->CloseAll();
     QMainWindow::closeEvent(event);

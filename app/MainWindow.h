@@ -12,6 +12,8 @@
 #include "app/SecondaryWindows.h"
 #include "controls/InputBinder.h"
 
+class QSessionManager;
+
 namespace ladderwise {
 
 class ClientArea;
@@ -73,7 +75,14 @@ private:
     void ShowTitle();
     void ShowMessage(const std::string& caption, const std::string& text);
     bool HandleKey(QObject* target, int key);
+    bool TakeKey(QWidget* target, const QKeyEvent* event);
+    bool TakeDrop(QDropEvent* event);
+    bool MayLeave();
+    void Leave();
+    void EndSession(QSessionManager& manager);
 
+    bool asking = false;    ///< whether the design may be left
+    bool mayLeave = false;  ///< the answer
     MessageCallback report;
     DesignSession session;
     InputBinder binder;

@@ -35,6 +35,7 @@ public:
 
 private:
     void BringBack();
+    void BringBackLoad();
     void ToggleFixedSeed();
     void SetSeed();
     void PrintPage();

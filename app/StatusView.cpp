@@ -57,7 +57,7 @@ void StatusView::Show(const Calculation& calculation, const ReferenceDesign* ref
         status.Warning = true;
     }
     const FilterDesign& design = calculation.Design;
-    const ResponseResults results = ResultsOf(design);
+    const ResponseResults& results = calculation.Results;
     const std::string line = ResultsLine(design, results);
     if (status.Text.empty() && line.empty()) status.Text = DesignTitle(design) + ", no elements";
     std::string list = status.Text;

@@ -25,9 +25,10 @@ public:
     explicit TableWriter(FieldSeparator form) : semicolons(form == FieldSeparator::Semicolon) {}
 
     void Text(const std::string& text) {
-        if (!lineStart) out += semicolons ? ';' : ',';
+        const char separator = semicolons ? ';' : ',';
+        if (!lineStart) out += separator;
         lineStart = false;
-        if (text.find_first_of(",;\"\r\n") == std::string::npos) {
+        if (text.find_first_of(std::string("\"\r\n") + separator) == std::string::npos) {
             out += text;
             return;
         }

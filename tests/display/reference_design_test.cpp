@@ -9,6 +9,7 @@
 #include "display/Annotations.h"
 #include "display/PlotPainter.h"
 #include "display/ReadOuts.h"
+#include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/ReferenceDesign.h"
 

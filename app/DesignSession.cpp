@@ -39,7 +39,7 @@ DesignSession::DesignSession(MessageCallback& report) : report(report) {
 
 InputActions DesignSession::Actions() {
     return {[this] { Calculate(); }, [this](InputId id, bool up) { Step(id, up); },
-            [this](const QObject* sender) { Choose(sender); }};
+            [this](const QObject* sender) { Choose(sender); }, [this](InputId id) { Enter(id); }};
 }
 
 NortonActions DesignSession::ActionsOfNorton() {
@@ -67,10 +67,19 @@ void DesignSession::StoreInputs() {
     views.Windows->StoreInputs();
 }
 
-void DesignSession::ReadEntries() {
-    const DesignRecord before = Document.Record(report);
+/// Stores them; true if one that a calculation reads holds something else now.
+bool DesignSession::StoreChanges() {
+    const DesignInputs before = Document.Work.Inputs;
     StoreInputs();
-    if (!SameDesign(Document.Record(report), before)) Recalculate();
+    for (const InputRow& row : InputRows())
+        if (row.Id != InputId::PercentChange &&
+            !SameEntry(before.Box(row.Id), Document.Work.Inputs.Box(row.Id)))
+            return true;
+    return false;
+}
+
+void DesignSession::ReadEntries() {
+    if (StoreChanges()) Recalculate();
 }
 
 void DesignSession::ShowInputs() {
@@ -95,7 +104,7 @@ void DesignSession::ShowStatus() {
 
 void DesignSession::ShowResults() {
     const FilterDesign& design = Document.Work.Design;
-    const ResponseResults results = ResultsOf(design);
+    const ResponseResults& results = Document.Work.Results;
     std::vector<ComparedResult> rows =
         ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
     for (const MarkerReading& marker : BuildMarkerTable(Content()))
@@ -115,6 +124,16 @@ void DesignSession::SettleControls() {
 void DesignSession::Calculate() {
     StoreInputs();
     Recalculate();
+}
+
+void DesignSession::Enter(InputId id) {
+    const bool changed = StoreChanges();
+    if (changed || (id != InputId::PercentChange && !HasEdits(Document.Work.Design)))
+        return Recalculate();
+    if (id != InputId::PercentChange) return AnalyseAndDraw();
+    ReadPercentChange(Document.Work.Inputs, Document.Work.Design, report);
+    ShowInputs();
+    Draw(Waiting::Markers);
 }
 
 void DesignSession::Choose(const QObject* sender) {
@@ -148,12 +167,15 @@ void DesignSession::StepNorton(InputId id, double step) {
 }
 
 void DesignSession::UseNorton(NortonControl control, const QObject* chosen) {
-    StoreInputs();
+    const bool changed = StoreChanges();
+    if (control == NortonControl::Box && !changed && HasEdits(Document.Work.Design))
+        return AnalyseAndDraw();
     if (const auto choice = chosen ? ChosenBy(chosen) : std::nullopt) Document.Choose(*choice);
     if (ApplyNortonControl(control, Document.Work.Inputs, Document.Work.Design))
-        Recalculate();
-    else
-        ShowInputs();
+        return Recalculate();
+    ShowInputs();
+    Note();
+    emit Drawn();
 }
 
 void DesignSession::PressKey(FormKey key) {
@@ -163,7 +185,10 @@ void DesignSession::PressKey(FormKey key) {
     switch (ApplyFormKey(Document.Work, key, grid->SelectedCell(), report)) {
         case KeyOutcome::Nothing:
             ShowInputs();
-            return ShowStatus();
+            Note();
+            ShowStatus();
+            emit Drawn();
+            return;
         case KeyOutcome::Analyse:
             grid->ForgetRejected();
             return AnalyseAndDraw();
@@ -187,21 +212,27 @@ void DesignSession::Hold() {
     waiting = std::min(waiting, Waiting::Nothing);
 }
 
-void DesignSession::Recalculate() {
+void DesignSession::Recalculate(const std::function<bool()>& amend) {
     Hold();
     views.Status->EndNotice();
     views.Client->Grid()->ForgetRejected();
     Document.Prepare(report);
+    if (amend && amend()) Document.AnalyseEdits(report);
     ShowInputs();
     Draw(Waiting::Traces);
 }
 
-void DesignSession::ShowLoaded(std::optional<PassType> shown) {
+void DesignSession::ShowLoaded(std::optional<PassType> shown, const std::function<bool()>& amend) {
     SettleControls();
-    Recalculate();
+    Recalculate(amend);
     const PassType pass = Document.Work.Design.PassType;
     if (pass != shown) views.Windows->ShowFor(pass);
     FinishDrawing();
+}
+
+void DesignSession::ShowBroughtBack() {
+    SettleControls();
+    AnalyseAndDraw();
 }
 
 void DesignSession::AnalyseAndDraw() {
@@ -211,13 +242,44 @@ void DesignSession::AnalyseAndDraw() {
     Draw(Waiting::Traces);
 }
 
+// --- history
+
+void DesignSession::Note() {
+    Document.NoteStep(static_cast<double>(clock.elapsed()) * SecondsPerMs);
+    emit Noted();
+}
+
+void DesignSession::Undo() {
+    views.Client->Grid()->FinishEditing();
+    const PassType shown = Document.Work.Design.PassType;
+    if (IsTypingUnread()) return ShowInputs();
+    if (Document.Undo()) ShowRestored(shown);
+}
+
+void DesignSession::Redo() {
+    views.Client->Grid()->FinishEditing();
+    const PassType shown = Document.Work.Design.PassType;
+    if (!IsTypingUnread() && Document.Redo()) ShowRestored(shown);
+}
+
+void DesignSession::ShowRestored(std::optional<PassType> shown) {
+    Hold();
+    views.Status->EndNotice();
+    views.Client->Grid()->ForgetRejected();
+    views.Windows->CloseOthers(Document.Work.Inputs.Pass());
+    ShowInputs();
+    Draw(Waiting::Traces);
+    const PassType pass = Document.Work.Design.PassType;
+    if (pass != shown) views.Windows->ShowFor(pass);
+}
+
 // --- drawing
 
 /// What takes no longer than a step is drawn with it. A worst case waits until all input that has
 /// come in the meantime is taken: keys held down would pile up behind it otherwise.
 void DesignSession::Draw(Waiting what) {
     if (waiting == Waiting::FirstShow) return;
-    Document.NoteStep(static_cast<double>(clock.elapsed()) * SecondsPerMs);
+    Note();
     waiting = std::max(waiting, what);
     if (!Document.Work.PendingSeed) return FinishDrawing();
     noInputWaits.start();

@@ -52,7 +52,7 @@ public:
     // --- entries and controls
 
     void StoreInputs();  ///< the entries of all boxes into the document
-    void ReadEntries();  ///< what was typed and not yet read counts
+    void ReadEntries();  ///< what was typed and not yet read counts; "% Change" only for the keys
     void ShowInputs();   ///< the document in all controls
     void ShowStatus();
     void ShowResults();  ///< figures and markers, in the panel or as the chief ones
@@ -60,6 +60,9 @@ public:
     // --- user actions; each begins with StoreInputs and ends in a calculation
 
     void Calculate();
+    /// Enter in a box, or its focus goes with what was typed. Nothing but what a calculation reads
+    /// discards values edited by hand: they are analysed otherwise.
+    void Enter(InputId id);
     /// A menu entry, radio button or check box; no sender: control states and calculation only.
     void Choose(const QObject* sender);
     void Step(InputId id, bool up);
@@ -68,12 +71,26 @@ public:
 
     // --- from the document, whatever stands in the controls
 
-    void Recalculate();
+    /// `amend` may change the calculated ladder; true if it did.
+    void Recalculate(const std::function<bool()>& amend = {});
     /// A design that was loaded as a whole. The window of its pass type comes with it, unless
     /// `shown` is that pass type: then it is open, or was closed.
-    void ShowLoaded(std::optional<PassType> shown = {});
+    void ShowLoaded(std::optional<PassType> shown = {}, const std::function<bool()>& amend = {});
+    /// A design that was edited by hand, with the inputs that it belongs to.
+    void ShowBroughtBack();
     /// Values that were edited, as they stand.
     void AnalyseAndDraw();
+
+    // --- history
+
+    /// One step back, or forth again. Typing that no calculation has read is what came last: it is
+    /// taken back first, and ends what could be redone.
+    void Undo();
+    void Redo();
+
+    /// Shows a document that was restored as a whole, without calculating it. `shown` as of
+    /// ShowLoaded.
+    void ShowRestored(std::optional<PassType> shown);
 
     // --- drawing
 
@@ -89,6 +106,8 @@ public:
     PlotContent Content() const;
 
 signals:
+    /// What was done has been noted: it may be a step, and there may be more to save.
+    void Noted();
     /// Everything has been drawn.
     void Drawn();
 
@@ -101,8 +120,10 @@ private:
         Traces,  ///< everything, at the size of the client area
     };
 
+    bool StoreChanges();
     void SettleControls();
     void Hold();
+    void Note();
     void Draw(Waiting what);
     void PlotRun(const AnalysedRun& run);
     void UseNorton(NortonControl control, const QObject* chosen);

@@ -1,9 +1,12 @@
 // The toolkit's dialogs about files.
 #include "app/FileDialogs.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
+#include <QLocale>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "files/RecentFiles.h"
 
@@ -34,6 +37,47 @@ UnsavedAnswer AskUnsaved(QWidget* window, const QString& design) {
     return answer == QMessageBox::Discard ? UnsavedAnswer::Discard : UnsavedAnswer::Cancel;
 }
 
+ChangedAnswer AskChanged(QWidget* window, const QString& file) {
+    QMessageBox box(
+        QMessageBox::Warning, "Ladderwise",
+        QString("The file \"%1\" was changed by another window or program since it was opened or "
+                "saved here.")
+            .arg(file),
+        QMessageBox::Cancel, window);
+    box.setInformativeText(
+        "Overwrite replaces what it holds now. Reload drops the changes made here.");
+    const auto* const overwrite = box.addButton("&Overwrite", QMessageBox::DestructiveRole);
+    const auto* const reload = box.addButton("&Reload", QMessageBox::ActionRole);
+    QPushButton* const saveAs = box.addButton("Save &As...", QMessageBox::AcceptRole);
+    box.setDefaultButton(saveAs);
+    box.setEscapeButton(QMessageBox::Cancel);
+    box.exec();
+    if (box.clickedButton() == overwrite) return ChangedAnswer::Overwrite;
+    if (box.clickedButton() == reload) return ChangedAnswer::Reload;
+    return box.clickedButton() == saveAs ? ChangedAnswer::SaveAs : ChangedAnswer::Cancel;
+}
+
+RecoveryAnswer AskRecovery(QWidget* window, const UnsavedWork& work) {
+    const QString time =
+        QLocale::system().toString(QDateTime::fromSecsSinceEpoch(work.Time), QLocale::LongFormat);
+    const QString file =
+        work.File.empty() ? QString("It has no file yet.")
+                          : "Its file is " + QDir::toNativeSeparators(QString::fromStdString(
+                                                 work.File)) + ", which has not been changed.";
+    QMessageBox box(QMessageBox::Question, "Ladderwise",
+                    QString("The design \"%1\" was not saved when the program ended.")
+                        .arg(QString::fromStdString(work.Name)),
+                    QMessageBox::NoButton, window);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText("This is how it stood on " + time + ". " + file);
+    const auto* const accept = box.addButton("&Restore", QMessageBox::AcceptRole);
+    const auto* const remove = box.addButton("&Delete", QMessageBox::DestructiveRole);
+    box.setEscapeButton(box.addButton("Ask &Later", QMessageBox::RejectRole));
+    box.exec();
+    if (box.clickedButton() == accept) return RecoveryAnswer::Accept;
+    return box.clickedButton() == remove ? RecoveryAnswer::Delete : RecoveryAnswer::Later;
+}
+
 }  // namespace
 
 QString FileCaption(const std::string& path) {
@@ -48,7 +92,9 @@ FileDialogs StandardFileDialogs(QWidget* window) {
             [window](const FileDialogTexts& texts) {
                 return AskName(window, texts, QFileDialog::AcceptSave);
             },
-            [window](const QString& design) { return AskUnsaved(window, design); }};
+            [window](const QString& design) { return AskUnsaved(window, design); },
+             [window](const QString& file) { return AskChanged(window, file); },
+             [window](const UnsavedWork& work) { return AskRecovery(window, work); }};
 }
 
 }  // namespace ladderwise

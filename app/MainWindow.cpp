@@ -3,9 +3,13 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QStatusBar>
+#include <QUrl>
 #include <QWindow>
 #include <utility>
 
@@ -13,6 +17,7 @@
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/Recovery.h"
 #include "app/ResultsPanel.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
@@ -27,6 +32,9 @@ constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
 constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
 
+constexpr const char* EditsLostText =
+    "The values that were edited by hand no longer fit this version's ladder. It is as calculated.";
+
 std::optional<FormKey> FormKeyOf(int key) {
     constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
                                 FormKey::F5, FormKey::F6, FormKey::F7, FormKey::F8};
@@ -40,6 +48,7 @@ MainWindow::MainWindow()
     : session(report), binder(session.Document.Work.Inputs, session.Actions()) {
     setObjectName("MainForm");
     setWindowTitle("Ladderwise");
+    setAcceptDrops(true);
     report = [this](const std::string& caption, const std::string& text) {
         ShowMessage(caption, text);
     };
@@ -76,6 +85,7 @@ void MainWindow::Build() {
         std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
                                            session.Actions(), session.ActionsOfNorton(), this);
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
+    recovery = std::make_unique<Recovery>(session.Document);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);
 }
 
@@ -90,11 +100,15 @@ void MainWindow::SetSizes() {
 }
 
 void MainWindow::Connect() {
-    connect(&session, &DesignSession::Drawn, this, [this] {
-        menus->ShowCommands(session.Document);
-        ShowTitle();
+    connect(&session, &DesignSession::Drawn, this, &MainWindow::ShowCommands);
+    connect(&session, &DesignSession::Noted, recovery.get(), &Recovery::NoteChange);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession,
+            Qt::DirectConnection);
+    connect(findChild<QMenu*>("EditMenu"), &QMenu::aboutToShow, this, &MainWindow::ShowSteps);
+    connect(menus, &MainMenus::Chosen, this, [this](Command command) {
+        if (command == Command::Exit) return Leave();
+        commands->Run(command);
     });
-    connect(menus, &MainMenus::Chosen, this, [this](Command command) { commands->Run(command); });
     connect(menus, &MainMenus::MarkerChosen, this,
             [this](MarkerCommand command) { commands->RunMarkerCommand(command); });
     connect(status, &StatusView::MathErrorsAsked, this, [this] { windows->ShowMathErrors(); });
@@ -125,8 +139,13 @@ void MainWindow::ConnectClient() {
 }
 
 FileHost MainWindow::HostOfFiles() {
-    return {[this] { session.ReadEntries(); }, [this] { session.ShowLoaded(); },
-            [this] { ShowTitle(); }, [this] { menus->ShowRecentFiles(files->RecentFiles()); },
+    return {[this] { session.ReadEntries(); },
+            [this](const std::function<bool()>& amend) { session.ShowLoaded({}, amend); },
+            [this] {
+                ShowTitle();
+                recovery->Write();
+            },
+            [this] { menus->ShowRecentFiles(files->RecentFiles()); },
             [this](const QString& notice, int ms) { status->ShowNotice(notice, ms); }};
 }
 
@@ -140,7 +159,48 @@ void MainWindow::SetFileDialogs(FileDialogs replacement) {
 
 void MainWindow::Start(const Folders& found, const std::string& design) {
     files->ReadSettings(found);
+    // Unsaved work is the later state of its own file.
+    const bool recovered = OfferUnsavedWork(found.StateFolder);
+    if (recovered && session.Document.File() == design) return;
     if (!design.empty()) OpenDesign(design);
+}
+
+bool MainWindow::OfferUnsavedWork(const std::string& folder) {
+    const auto work = recovery->Start(
+        folder, [this](const UnsavedWork& found) { return files->AskRecovery(found); });
+    if (!work) return false;
+    const PassType shown = session.Document.Work.Design.PassType;
+    const bool fits = session.Document.Recover(*work, report);
+    session.ShowRestored(shown);
+    session.FinishDrawing();
+    if (!fits) report("Program Info", EditsLostText);
+    return true;
+}
+
+void MainWindow::KeepWork() {
+    const auto silent = [](const std::string&, const std::string&) {};
+    const MessageCallback asked = std::exchange(report, silent);
+    client->Grid()->FinishEditing();
+    session.ReadEntries();
+    recovery->Write();
+    files->WriteSettings();
+    report = asked;
+}
+
+void MainWindow::ShowCommands() {
+    menus->ShowCommands(session.Document);
+    ShowSteps();
+    ShowTitle();
+}
+
+void MainWindow::ShowSteps() {
+    if (IsTypingUnread()) return menus->ShowSteps("Typing", {});
+    menus->ShowSteps(session.Document.UndoName(), session.Document.RedoName());
+}
+
+void MainWindow::EndSession() {
+    KeepWork();
+    recovery->EndSession();
 }
 
 void MainWindow::ShowTitle() {
@@ -172,12 +232,46 @@ bool MainWindow::HandleKey(QObject* target, int key) {
     return true;
 }
 
+/// A file over any part of the window is a design to open, never a text for a box. The question
+/// about the present design waits until the program that the file comes from is free again.
+bool MainWindow::TakeDrop(QDropEvent* event) {
+    if (!event->mimeData()->hasUrls()) return false;
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const bool one = urls.size() == 1 && urls[0].isLocalFile();
+    event->setDropAction(one ? Qt::CopyAction : Qt::IgnoreAction);
+    event->setAccepted(one);
+    if (one && event->type() == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this, [this, path = urls[0].toLocalFile().toStdString()] { OpenDesign(path); },
+            Qt::QueuedConnection);
+    return true;
+}
+
+bool MainWindow::TakeKey(QWidget* target, const QKeyEvent* event) {
+    if (event->modifiers() & ~Qt::KeypadModifier) return false;
+    if (target->window() == this) return HandleKey(target, event->key());
+    // Of a window with inputs of its own, what none of its controls has a use for.
+    const auto formKey = FormKeyOf(event->key());
+    if (!formKey || !windows || !windows->HasInputs(target)) return false;
+    FormKeyDown(*formKey);
+    return true;
+}
+
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && watched->isWidgetType()) {
-        const auto* const key = static_cast<QKeyEvent*>(event);
-        const bool ours = static_cast<QWidget*>(watched)->window() == this;
-        const bool plain = !(key->modifiers() & ~Qt::KeypadModifier);
-        if (ours && plain && HandleKey(watched, key->key())) return true;
+    if (event->type() == QEvent::ShortcutOverride &&
+        IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
+    if (watched->isWidgetType()) {
+        auto* const widget = static_cast<QWidget*>(watched);
+        const QEvent::Type type = event->type();
+        if (type == QEvent::KeyPress && TakeKey(widget, static_cast<QKeyEvent*>(event)))
+            return true;
+        const bool drop =
+            type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
+        if (drop && widget->window() == this && TakeDrop(static_cast<QDropEvent*>(event)))
+            return true;
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -190,13 +284,31 @@ void MainWindow::showEvent(QShowEvent* event) {
     session.Begin();
 }
 
+/// Asks whether the design may be left; while the question stands, everything else that wants to
+/// leave is refused.
+bool MainWindow::MayLeave() {
+    if (asking) return false;
+    const QScopedValueRollback<bool> stands(asking, true);
+    return files->MayLeaveDesign();
+}
+
+/// Asks before it closes: a window that is being closed takes a second request to close, of its
+/// title bar, for a closing that was agreed to.
+void MainWindow::Leave() {
+    if (!MayLeave()) return;
+    const QScopedValueRollback<bool> answer(mayLeave, true);
+    close();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!files->MayLeaveDesign()) return event->ignore();
+    const bool kept = recovery->SessionEnded();
+    if (!kept && !mayLeave && !MayLeave()) return event->ignore();
     files->WriteSettings();
     windows->CloseAll();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     session.DrawNothing();
+    if (!kept) recovery->Finish();
     emit Closed();
 }
 

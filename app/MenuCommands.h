@@ -35,6 +35,7 @@ public:
 
 private:
     void BringBack();
+    void BringBackLoad();
     void ShowPartValues();
     void ToggleFixedSeed();
     void SetSeed();

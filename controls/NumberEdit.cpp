@@ -1,6 +1,7 @@
 // Edit box and arrows of a stepped input.
 #include "controls/NumberEdit.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPalette>
@@ -38,7 +39,14 @@ NumberEdit::NumberEdit(const QString& name, QWidget* parent) : QLineEdit(parent)
 }
 
 void NumberEdit::Take(NumberBox& box) {
-    if (isModified()) box.Type(text().toStdString());
+    if (isModified()) {
+        box.Type(text().toStdString());
+        // From now on it is the design's undo that takes it back.
+        const QSignalBlocker blocker(this);
+        const int place = cursorPosition();
+        setText(text());
+        setCursorPosition(place);
+    }
     setModified(false);
 }
 
@@ -51,7 +59,7 @@ void NumberEdit::SelectNumber() {
 
 void NumberEdit::Show(const NumberBox& box) {
     const QSignalBlocker blocker(this);
-    const QString shown = QString::fromStdString(box.Text);
+    shown = QString::fromStdString(box.Text);
     if (text() != shown) {
         setText(shown);
         SelectNumber();
@@ -76,6 +84,8 @@ void NumberEdit::Show(const NumberBox& box) {
 void NumberEdit::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
         emit StepRequested(event->key() == Qt::Key_Up);
+    else if (event->key() == Qt::Key_Escape && isModified())
+        TakeBack();
     else
         QLineEdit::keyPressEvent(event);
     // Enter has asked for a calculation; a dialog's default button must not ask for a second one,
@@ -84,6 +94,11 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
         SelectNumber();
         event->accept();
     }
+}
+
+void NumberEdit::TakeBack() {
+    setText(shown);  // which is no longer a modified text
+    SelectNumber();
 }
 
 void NumberEdit::wheelEvent(QWheelEvent* event) {
@@ -104,8 +119,8 @@ void NumberEdit::wheelEvent(QWheelEvent* event) {
 void NumberEdit::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     const Qt::FocusReason reason = event->reason();
-    const bool placed = reason == Qt::MouseFocusReason || reason == Qt::PopupFocusReason ||
-                        reason == Qt::MenuBarFocusReason;
+    // The menu bar has taken the selection; a menu of the box's own leaves it as it is.
+    const bool placed = reason == Qt::MouseFocusReason || reason == Qt::PopupFocusReason;
     if (!placed && !isModified()) SelectNumber();
 }
 
@@ -127,6 +142,18 @@ void NumberEdit::focusOutEvent(QFocusEvent* event) {
     const Qt::FocusReason reason = event->reason();
     const bool menu = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
     if (isModified() && !menu) emit CalculationRequested();
+}
+
+bool IsTypingUnread() {
+    const auto* const box = qobject_cast<const NumberEdit*>(QApplication::focusWidget());
+    return box && box->isModified();
+}
+
+bool IsUndoOfDesign(const QObject* target, const QKeyEvent& key) {
+    const auto* const edit = qobject_cast<const QLineEdit*>(target);
+    if (!edit) return false;
+    if (key.matches(QKeySequence::Undo)) return !edit->isModified() || !edit->isUndoAvailable();
+    return key.matches(QKeySequence::Redo) && !edit->isRedoAvailable();
 }
 
 UpDownButton::UpDownButton(const QString& name, QWidget* parent) : QWidget(parent) {

@@ -24,9 +24,14 @@ void AddEnd(const PlotLayer& layer, bool beside, TraceKind kind, const TracePoin
 
 MarkedSweep SweepOf(const PlotContent& content, const PlotLayout& layout,
                     const PlotScales& scales) {
-    return {
-        content.Design.PassType,      content.Design.SweepFreqs, content.Choices, layout, scales,
-        content.Design.PulseTimeStep, AxisOf(content.Design)};
+    return {content.Design.PassType,
+            content.Design.SweepFreqs,
+            content.Choices,
+            layout,
+            scales,
+            content.Design.PulseTimeStep,
+            AxisOf(content.Design),
+            BandAboutF0(content.Design)};
 }
 
 PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& layout,

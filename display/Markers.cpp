@@ -39,13 +39,14 @@ int XOf(double index, const MarkedSweep& sweep) {
 struct AnnotatedSweep {
     std::span<const double> Freqs;
     PassType Pass;
+    BandRange Band;
     bool OfPlot;
 };
 
 AnnotatedSweep SweepOf(const PlotLayer& layer, const MarkedSweep& sweep) {
     const bool ofPlot = HasPlotSweep(layer.Sweep, sweep.Freqs);
     return {ofPlot ? sweep.Freqs : layer.Sweep.Freqs, layer.Sweep.Pass.value_or(sweep.Pass),
-            ofPlot};
+            layer.Sweep.Band.value_or(sweep.Band), ofPlot};
 }
 
 /// x of a place of a layer; empty off the plot.
@@ -88,6 +89,17 @@ std::optional<SweepPlace> FirstCrossing(std::span<const double> levels,
         if (place) return place;
     }
     return std::nullopt;
+}
+
+/// Index of the highest interior maximum in `band`.
+std::optional<int> HighestMaximum(std::span<const double> levels, std::span<const double> freqs,
+                                  const BandRange& band) {
+    std::optional<std::size_t> highest;
+    for (std::size_t i = 1; i + 1 < levels.size(); ++i) {
+        const bool top = levels[i] >= levels[i - 1] && levels[i] >= levels[i + 1];
+        if (top && band.Holds(freqs[i]) && (!highest || levels[i] > levels[*highest])) highest = i;
+    }
+    return highest ? std::optional<int>(static_cast<int>(*highest)) : std::nullopt;
 }
 
 /// Index of the smallest level that is a number.
@@ -178,7 +190,7 @@ void AnnotateLevels(const MarkerState& markers, const MarkedSweep& sweep,
 
 void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annotator& annotator) {
     const AnnotatedSweep& own = trace.Sweep;
-    const DepthReadOut readOut = FindDepthReadOut(trace.Values, own.Freqs, own.Pass);
+    const DepthReadOut readOut = FindDepthReadOut(trace.Values, own.Freqs, own.Pass, own.Band);
     // The lower edge has its label on its left, the upper one on its right.
     const double at = readOut.Upper ? readOut.Upper->Index : 0.0;
     std::optional<int> lastX;
@@ -196,7 +208,10 @@ void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annota
     if (!lastX || !readOut.Lower || !readOut.Upper) return;
     const double width = readOut.Upper->Frequency - readOut.Lower->Frequency;
     annotator.Label(*lastX, lastY,
-                    "6 dB BW = " + FormatWithPrefix(width, LeastFrequencyDigits, "Hz"),
+                    "6 dB BW = " + FormatWithPrefix(width, LeastFrequencyDigits, "Hz") +
+                        (readOut.NamedBand ? " of the band at " +
+                                                 SweepFrequencyText(*readOut.NamedBand, own.Freqs)
+                                           : ""),
                     trace.Colour);
 }
 
@@ -326,10 +341,19 @@ std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
 }
 
 DepthReadOut FindDepthReadOut(std::span<const double> levels, std::span<const double> freqs,
-                              PassType pass) {
+                              PassType pass, const BandRange& band) {
     DepthReadOut readOut;
-    if (levels.empty()) return readOut;
-    const int peak = PeakIndex(levels);
+    if (levels.empty() || freqs.size() < levels.size()) return readOut;
+    int peak = PeakIndex(levels);
+    if (HasBandWidth(pass) && pass != PassType::Notch) {
+        const auto own = HighestMaximum(levels, freqs, band);
+        const auto any = own ? own : HighestMaximum(levels, freqs, AllFrequencies);
+        if (!any) return readOut;
+        const auto index = static_cast<std::size_t>(*any);
+        if (!own || levels[static_cast<std::size_t>(peak)] > levels[index])
+            readOut.NamedBand = freqs[index];
+        peak = *any;
+    }
     const int from = pass == PassType::Notch ? LowestIndex(levels) : peak;
     const double target = levels[static_cast<std::size_t>(peak)] - ReadOutDepthDb;
     if (pass == PassType::Notch && !(levels[static_cast<std::size_t>(from)] < target))

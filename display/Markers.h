@@ -2,6 +2,7 @@
 // the lines, dots and labels that show it. Plain structs, no Qt.
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -18,6 +19,8 @@ namespace ladderwise {
 /// The depth of the read-outs "6 dB Freq" and "6 dB BW" below the peak, dB.
 inline constexpr double ReadOutDepthDb = 6.0;
 
+inline constexpr BandRange AllFrequencies{0.0, std::numeric_limits<double>::infinity()};
+
 /// What markers refer to: the sweep that the plot shows and how it shows it.
 struct MarkedSweep {
     PassType Pass = PassType::LowPass;
@@ -25,8 +28,9 @@ struct MarkedSweep {
     TraceChoices Choices;
     PlotLayout Layout;
     PlotScales Scales;
-    double PulseTimeStep = 0.0;  ///< between two samples of the pulse, s
-    PlotAxis Axis{};             ///< asked only for layers with a sweep of their own
+    double PulseTimeStep = 0.0;       ///< between two samples of the pulse, s
+    PlotAxis Axis{};                  ///< asked only for layers with a sweep of their own
+    BandRange Band = AllFrequencies;  ///< where the design's pass band is looked for
 };
 
 /// Sweep point under x: the integer part of its share of the plot's width times `count`, kept
@@ -97,13 +101,16 @@ std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
 
 /// The crossings ReadOutDepthDb below the peak: of a low-pass the first one above the peak, of a
 /// high-pass the first below it, of a band-pass those around it, of a notch those around its
-/// minimum.
+/// minimum. The peak is the highest in `band`; of a band-pass whose band the sweep does not show,
+/// the highest maximum that it does.
 struct DepthReadOut {
+    /// Hz; of the band, if another one in the sweep is higher or the design's own is not in it.
+    std::optional<double> NamedBand;
     std::optional<SweepPlace> Lower;
     std::optional<SweepPlace> Upper;
 };
 DepthReadOut FindDepthReadOut(std::span<const double> levels, std::span<const double> freqs,
-                              PassType pass);
+                              PassType pass, const BandRange& band = AllFrequencies);
 
 /// A frequency of the sweep with as many digits as its steps are fine, at least four.
 std::string SweepFrequencyText(double f, std::span<const double> freqs);

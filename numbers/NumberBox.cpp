@@ -105,6 +105,15 @@ void NumberBox::Replace(double value, const std::string& text) {
     WriteText(text, value);
 }
 
+bool SameEntry(const NumberBox& a, const NumberBox& b) {
+    const auto number = [](const NumberBox& box) {
+        double value = 0.0;
+        if (box.HoldsExactValue()) return *box.ExactValue;
+        return TryParseDouble(box.Text, value) ? value : 0.0;
+    };
+    return a.Text == b.Text && number(a) == number(b);
+}
+
 double EditBoxToDouble(NumberBox& box, const std::string& minText, const std::string& defaultText,
                        const std::string& maxText, const MessageCallback& report) {
     return ReadBounded<double>(box, minText, defaultText, maxText, "EditBoxToDouble",

@@ -9,6 +9,7 @@
 #include "display/Annotations.h"
 #include "display/PlotPainter.h"
 #include "display/ReadOuts.h"
+#include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/ReferenceDesign.h"
 
@@ -243,7 +244,7 @@ TEST(ReferencePlot, PulseIsCalculatedUnaskedAndDrawnAgainstItsOwnTime) {
     ASSERT_EQ(read.Traces.size(), 4u);
     EXPECT_NEAR(read.Traces.back().Value, pulse[150], 1e-9);
     EXPECT_EQ(read.Traces.back().Text.Text,
-              "Ref Pulse " + TraceValueText(TraceKind::Pulse, pulse[150]) + " at 18.75 ns");
+              "Ref Pulse " + FormatFixed((pulse[150] - 0.2) / 0.6, 3) + " at 18.75 ns");
 }
 
 TEST(ReferencePlot, LegendSaysTheRangeWhereItDiffers) {

@@ -403,7 +403,7 @@ private slots:
         }
         bar->setValue(bar->maximum());
         f.Click("CalcButton");
-        QCOMPARE(f.Grid->geometry().right() + 1, client->width());
+        QCOMPARE(f.Grid->x(), 50 - bar->maximum());
         f.Enter("NumPolesBox", "3");
         QVERIFY(!bar->isVisible());
         QCOMPARE(f.Grid->x(), 50);

@@ -202,11 +202,11 @@ ElementList ElementsOf(const std::vector<KeptSlot>& slots) {
 }
 
 bool PutBackLadder(DesignState& design, const std::vector<KeptSlot>& ladder) {
-    if (static_cast<int>(ladder.size()) != SlotsInUse(design)) return false;
-    for (std::size_t i = 0; i < ladder.size(); ++i)
-        if (ladder[i].Type != InfoOf(design.Elements[i + 1].Type).Name) return false;
     const ElementList elements = ElementsOf(ladder);
-    std::copy_n(elements.begin() + 1, ladder.size(), design.Elements.begin() + 1);
+    for (std::size_t i = 0; i < ladder.size(); ++i)
+        if (!IsElement(elements[i + 1].Type)) return false;
+    design.Elements = elements;
+    design.NumElements = static_cast<int>(ladder.size());
     return true;
 }
 

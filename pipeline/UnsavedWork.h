@@ -52,8 +52,9 @@ std::vector<KeptSlot> KeptLadderOf(const DesignState& design);
 /// The other way round. Types that the catalogue does not have are no elements.
 ElementList ElementsOf(const std::vector<KeptSlot>& slots);
 
-/// Puts a kept ladder in the place of the calculated one; an analysis has to follow. False, and
-/// nothing is changed, where the calculation gives other elements than those that were edited.
+/// Puts a kept ladder in the place of the calculated one, which may have other elements (values
+/// that were brought back); an analysis has to follow. False, and nothing is changed, where the
+/// catalogue does not have its elements.
 bool PutBackLadder(DesignState& design, const std::vector<KeptSlot>& ladder);
 
 /// Lines of a key and its value: bytes as pairs of hexadecimal digits, numbers with all their

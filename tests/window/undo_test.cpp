@@ -62,8 +62,8 @@ private slots:
             {"Marker", mark},
             {"C1 ", edit},
             {"Calculated Values", [&] { f.Click("CalcButton"); }},
-            {"Edited Values", [&] { f.Trigger("BringBackMenu"); }},
-            {"Pass Low Pass \u2192 Norton", [&] { f.Trigger("NortonMenu"); }},
+            {"C1 24.2 pF \u2192 20.0 pF", [&] { f.Trigger("BringBackMenu"); }},
+            {"Low Pass \u2192 Band Pass Norton", [&] { f.Trigger("NortonMenu"); }},
             {"Std LC Values off \u2192 on", [&] { f.Check("StdValuesBox"); }},
             {"Optimize", [&] { f.Check("OptimizeCButton"); }},
         };

@@ -1,321 +1,207 @@
-// Peak, edges, return loss and attenuations of a ladder.
-//
-//   x   frequency on the scale of the prototype: f / F0 for low-pass and high-pass; for band-pass
-//   and
-//       notch (f / Fc - Fc / f) Fc / BandWidth, negative below Fc. Corners lie at |x| = 1.
-//   Fc  centre, Hz: F0 of a notch; of a band-pass the geometric mean of its edges F0 -+ BandWidth /
-//   2 f   frequency, Hz
+// Peak, edges, stop bands, return loss and attenuations of a ladder.
 #include "analysis/Results.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <functional>
 #include <limits>
 
 #include "analysis/Circuitanalysis.h"
+#include "analysis/ResponseSamples.h"
 
 namespace ladderwise {
 namespace {
 
-constexpr double LeastRise = 1e-9;                  // dB, over a sample: less is rounding
-constexpr double GoldenShare = 0.3819660112501051;  // (3 - sqrt 5) / 2
-constexpr double PeakTolerance = 1e-4;              // of a bracket
-constexpr int MostPeakSteps = 60;                   // a guard: a dozen are usual
-constexpr int MostRootSteps = 100;                  // a guard: ten are usual
-constexpr double RootTolerance = 1e-14;             // relative, of a crossing's frequency
+constexpr double Infinite = std::numeric_limits<double>::infinity();
 
-constexpr double LowestX = 1e-6;       // of a low-pass or high-pass: as good as 0 Hz
-constexpr double LinearX = 2.0;        // the grid is linear up to here, logarithmic beyond
-constexpr double HighestX = 200.0;     // end of the grid
-constexpr double LinearShare = 0.7;    // of the grid's points lie in its linear part
-constexpr double PeakX = 2.0;          // the peak is looked for this far around the pass band
+constexpr double EqualLevels = 1e-7;   // dB: what differs by less is equal but for rounding
+constexpr double VisiblyLower = 1e-4;  // dB
+constexpr double RippleWidths = 40.0;  // the width of a peak over the distance of that, at most
+constexpr double LeastRise = 1e-9;     // dB: less is rounding
+constexpr double PassBandX = 2.0;      // the peak is looked for at least this far around F0
+constexpr double LowestBand = 0.5;     // of F0: parasitics make a band sink no further
+constexpr double HighestBand = 1.5;    // of F0: above lie the next bands
+constexpr double HighestOfLow = 2.0;   // of F0: so far a low-pass may have its peak
 constexpr double TopOfHighPass = 3.0;  // F0 times this ends a return-loss band that has no end
 
-// Deep enough below the peak that a dip between two samples is a trap, not ripple, dB.
-constexpr double TrapDepth = 10.0;
-constexpr double ResonanceNudge = 1e-12;  // relative step aside from an exact resonance
+constexpr double OtherBandDepth = 6.0;    // dB: a response further down is no pass band
+constexpr double MovedShare = 0.25;       // of BandWidth: less is no moving
+constexpr double SkirtDepth = 60.0;       // dB
+constexpr double SkirtReference = 6.0;    // dB
+constexpr double OtherBandHeight = 30.0;  // dB below the peak: what bounces higher is another band
+// By so much (dB) an equal-ripple stop band may exceed its attenuation by rounding.
+constexpr double StopBandDoubt = 1e-5;
 
-double FrequencyOf(const FilterDesign& design, double x) {
-    if (!HasBandWidth(design.PassType)) return design.F0 * x;
-    const double edge = design.PassType == PassType::Notch ? 0.0 : 0.5 * design.BandWidth;
-    const double centre = std::sqrt((design.F0 - edge) * (design.F0 + edge));
-    const double half = 0.5 * std::abs(x) * design.BandWidth / centre;
-    const double up = std::sqrt(1.0 + half * half) + half;
-    return x < 0.0 ? centre / up : centre * up;
+bool IsBandPass(PassType pass) {
+    return HasBandWidth(pass) && pass != PassType::Notch;
 }
 
-/// One quantity of the ladder at any frequency, dB. Exactly on a resonance of ideal parts, where
-/// the analysis divides by zero, it is taken beside it.
-double AtOrBeside(const FilterDesign& design, double f, Complex LadderPoint::*quantity) {
-    double db = ComplexToDb(AnalysePoint(design, design.F0, f).*quantity);
-    if (std::isnan(db))
-        db = ComplexToDb(AnalysePoint(design, design.F0, f * (1.0 + ResonanceNudge)).*quantity);
-    return db;
+BandRange WholeScan(const FilterDesign& design) {
+    return {design.F0 / ScanReach, design.F0 * ScanReach};
 }
 
-double LevelAt(const FilterDesign& design, double f) {
-    return AtOrBeside(design, f, &LadderPoint::Transfer);
-}
-
-double ReflectionAt(const FilterDesign& design, double f) {
-    return AtOrBeside(design, f, &LadderPoint::Reflection);
-}
-
-/// The ladder on the grid that brackets what is looked for; ascending frequencies.
-struct Samples {
-    std::vector<double> F, Level, Reflection;
-
-    int Count() const { return static_cast<int>(F.size()); }
-};
-
-std::vector<double> GridOf(const FilterDesign& design) {
-    const bool band = HasBandWidth(design.PassType);
-    const int side = band ? NumSweepPoints / 2 : NumSweepPoints;
-    const int linear = static_cast<int>(LinearShare * side);
-    std::vector<double> grid;
-    grid.reserve(NumSweepPoints + 2);
-    for (int k = 0; k < side; ++k) {
-        const double x = k < linear ? LinearX * k / linear
-                                    : LinearX * std::pow(HighestX / LinearX,
-                                                         double(k - linear) / (side - 1 - linear));
-        if (k > 0 || band) grid.push_back(FrequencyOf(design, x));
-        if (k > 0 && band) grid.push_back(FrequencyOf(design, -x));
-        if (k == 0 && !band) grid.push_back(FrequencyOf(design, LowestX));
-    }
-    // The far ends of the pass bands that have no end; real parts have theirs, where nobody looks.
-    const bool openAbove =
-        design.PassType == PassType::HighPass || design.PassType == PassType::Notch;
-    if (design.PassType == PassType::Notch) grid.push_back(LowestX * design.F0);
-    if (openAbove && design.PartModel.Choice == PartChoice::IdealParts)
-        grid.push_back(design.F0 / LowestX);
-    std::sort(grid.begin(), grid.end());
-    return grid;
-}
-
-Samples TakeSamples(const FilterDesign& design) {
-    Samples samples;
-    samples.F = GridOf(design);
-    samples.Level.resize(samples.F.size());
-    samples.Reflection.resize(samples.F.size());
-    std::vector<double> re(samples.F.size()), im(samples.F.size());
-    SweepTables tables;
-    BuildSweepTables(tables, samples.F, design.F0);
-    AnalyseLadder(design, tables, {}, re, im, samples.Reflection);
-    for (int i = 0; i < samples.Count(); ++i) {
-        samples.Level[i] = ComplexToDb({re[i], im[i]});
-        if (!std::isnan(samples.Level[i])) continue;
-        samples.Level[i] = LevelAt(design, samples.F[i]);
-        samples.Reflection[i] = ReflectionAt(design, samples.F[i]);
-    }
-    return samples;
-}
-
-/// Three places of a search in the logarithm of the frequency, the best one first.
-struct Trials {
-    std::array<double, 3> X{};
-    std::array<double, 3> Value{};
-
-    /// Takes a place among the three if it belongs there.
-    void Take(double x, double value) {
-        std::size_t rank = 0;
-        while (rank < X.size() && !(value >= Value[rank]))
-            ++rank;
-        for (std::size_t k = X.size() - 1; k > rank; --k)
-            X[k] = X[k - 1], Value[k] = Value[k - 1];
-        if (rank < X.size()) X[rank] = x, Value[rank] = value;
-    }
-
-    /// Step from the best place to the top of the parabola through the three; NaN if there is none.
-    double ToTop() const {
-        const double r = (X[0] - X[1]) * (Value[0] - Value[2]);
-        const double q = (X[0] - X[2]) * (Value[0] - Value[1]);
-        return ((X[0] - X[1]) * r - (X[0] - X[2]) * q) / (2.0 * (q - r));
-    }
-};
-
-/// Where `value` is largest between a and b, in the logarithm of the frequency: parabolas, and the
-/// golden section where they do not help (R. P. Brent, "Algorithms for Minimization without
-/// Derivatives", 1973, chapter 5).
-double LargestWithin(double a, double b, const std::function<double(double)>& value) {
-    double low = std::log(a), high = std::log(b);
-    const double tolerance = PeakTolerance * (high - low);
-    const double start = low + GoldenShare * (high - low), first = value(std::exp(start));
-    constexpr double none = -std::numeric_limits<double>::infinity();
-    Trials trials{{start, start, start}, {first, none, none}};
-    double step = 0.0, before = 0.0;  // the last step and the one before it
-    for (int n = 0; n < MostPeakSteps; ++n) {
-        const double x = trials.X[0], middle = 0.5 * (low + high);
-        if (std::abs(x - middle) <= 2.0 * tolerance - 0.5 * (high - low)) break;
-        const double top = trials.ToTop();
-        // Steps must halve every second time, or the parabolas lead nowhere.
-        if (std::abs(before) > tolerance && std::abs(top) < 0.5 * std::abs(before) &&
-            x + top > low + tolerance && x + top < high - tolerance) {
-            before = step;
-            step = top;
-        } else {
-            before = (x < middle ? high : low) - x;
-            step = GoldenShare * before;
-        }
-        const double u = x + (std::abs(step) < tolerance ? std::copysign(tolerance, step) : step);
-        const double atU = value(std::exp(u));
-        const bool better = atU >= trials.Value[0];
-        ((u < x) == better ? high : low) = better ? x : u;
-        trials.Take(u, atU);
-    }
-    return std::exp(trials.X[0]);
-}
-
-/// The frequency between a and b at which the level crosses `target`, by Ridders' method (IEEE
-/// Trans. Circuits Syst. 26 (1979) 979): the bracket at least halves with every step.
-double CrossingWithin(const FilterDesign& design, double a, double b, double target) {
-    const auto value = [&](double f) { return LevelAt(design, f) - target; };
-    double atA = value(a), atB = value(b);
-    // A sample right on the crossing may have been on its other side by the kernel's rounding.
-    if (std::signbit(atA) == std::signbit(atB)) return std::abs(atA) < std::abs(atB) ? a : b;
-    for (int step = 0; step < MostRootSteps && std::abs(b - a) > RootTolerance * a; ++step) {
-        const double middle = 0.5 * (a + b), atMiddle = value(middle);
-        if (atMiddle == 0.0) return middle;
-        const double root = std::sqrt(atMiddle * atMiddle - atA * atB);
-        const double f = root > 0.0
-                             ? middle + (middle - a) * (atA > atB ? 1.0 : -1.0) * atMiddle / root
-                             : middle;
-        const double atF = value(f);
-        if (atF == 0.0) return f;
-        // Of the four points keep the two neighbours that enclose the crossing.
-        if (std::signbit(atMiddle) != std::signbit(atF)) {
-            a = middle, atA = atMiddle;
-            b = f, atB = atF;
-        } else if (std::signbit(atA) != std::signbit(atF)) {
-            b = f, atB = atF;
-        } else {
-            a = f, atA = atF;
-        }
-    }
-    return 0.5 * (a + b);
-}
-
-/// The first crossing of `target` from sample `from` in steps of `direction`; `falling`: downwards.
-/// Traps whose flanks both lie between two samples are found by looking into each deep dip.
-std::optional<double> FirstCrossing(const FilterDesign& design, const Samples& samples, int from,
-                                    int direction, double target, bool falling) {
-    const double start = samples.Level[from];
-    const auto beyond = [&](double level) { return falling ? level < target : level > target; };
-    for (int i = from + direction; i >= 0 && i < samples.Count(); i += direction) {
-        const double level = samples.Level[i];
-        if (beyond(level))
-            return CrossingWithin(design, samples.F[i - direction], samples.F[i], target);
-        const int next = i + direction;
-        if (!falling || level > start - TrapDepth || next < 0 || next >= samples.Count()) continue;
-        if (level >= samples.Level[i - direction] || level >= samples.Level[next]) continue;
-        const double dip = LargestWithin(std::min(samples.F[i - direction], samples.F[next]),
-                                         std::max(samples.F[i - direction], samples.F[next]),
-                                         [&](double f) { return -LevelAt(design, f); });
-        if (beyond(LevelAt(design, dip)))
-            return CrossingWithin(design, samples.F[i - direction], dip, target);
-    }
-    return std::nullopt;
-}
-
-/// A local maximum of a sampled quantity between two samples, or one of these.
-struct Lobe {
-    int Index = 0;
-    double Reach = 0.0;  ///< dB, beyond what the quantity itself comes to
-    bool Whole = true;   ///< both neighbours lie between the two samples too
-};
-
-/// The lobes of `values` from sample `first` to `last` that may be the highest of the quantity
-/// itself. A lobe rises over its sample by about as much as the parabola through it and its
-/// neighbours, and certainly by no more than twice as much.
-std::vector<Lobe> HighestLobes(const std::vector<double>& values, int first, int last) {
-    std::vector<Lobe> lobes;
-    double highest = -std::numeric_limits<double>::infinity();
-    for (int i = first; i <= last; ++i) {
-        const double y = values[i];
-        if (std::isnan(y)) continue;
-        Lobe lobe{i, y, i > first && i < last};
-        if (lobe.Whole) {
-            const double before = values[i - 1], after = values[i + 1];
-            if (y < before || y < after) continue;
-            const double curve = before - 2.0 * y + after;
-            if (curve < 0.0)
-                lobe.Reach -= 2.0 * (after - before) * (after - before) / (8.0 * curve);
-        }
-        lobes.push_back(lobe);
-        highest = std::max(highest, y);
-    }
-    std::erase_if(lobes, [&](const Lobe& lobe) { return lobe.Reach < highest; });
-    return lobes;
-}
-
-/// The largest level in the pass band and the sample nearest to it; Index -1 where there is none.
-struct Peak {
-    int Index = -1;
+/// An interior maximum of the level.
+struct Maximum {
     double Frequency = 0.0;
-    double Level = 0.0;
+    double Level = -Infinite;
+    double Reach = 0.0;  ///< Hz, where it has visibly fallen; 0: an end of the samples
 };
 
-Peak PeakBetween(const FilterDesign& design, const Samples& samples, double low, double high) {
-    const auto at = [&](double f) {
-        return static_cast<int>(std::lower_bound(samples.F.begin(), samples.F.end(), f) -
-                                samples.F.begin());
+double DistanceFromF0(const FilterDesign& design, double f) {
+    return std::abs(std::log(f / design.F0));
+}
+
+/// Hz to the nearer of the places where the level is VisiblyLower than at sample i, or rises again.
+double ReachOf(const ResponseSamples& samples, int i) {
+    const auto walk = [&](int direction) {
+        int k = i + direction;
+        while (k + direction >= 0 && k + direction < samples.Count() &&
+               samples.Level[k] > samples.Level[i] - VisiblyLower &&
+               samples.Level[k + direction] <= samples.Level[k] + EqualLevels)
+            k += direction;
+        return std::abs(samples.F[k] - samples.F[i]);
     };
-    const int first = at(low), last = std::min(at(high), samples.Count() - 1);
-    Peak peak;
-    const auto raise = [&](int index, double f, double level) {
-        if (peak.Index < 0 || level > peak.Level) peak = {index, f, level};
-    };
-    for (const Lobe& lobe : HighestLobes(samples.Level, first, last)) {
-        const int i = lobe.Index;
-        raise(i, samples.F[i], samples.Level[i]);
-        if (!lobe.Whole || lobe.Reach < peak.Level + LeastRise) continue;
-        const double f = LargestWithin(samples.F[i - 1], samples.F[i + 1],
+    return std::min(walk(-1), walk(+1));
+}
+
+/// The highest interior maximum within `range` but not within `leftOut`; of several that are equal
+/// the nearest to F0.
+std::optional<Maximum> HighestWithin(const FilterDesign& design, const ResponseSamples& samples,
+                                     const BandRange& range, const BandRange& leftOut = {}) {
+    std::vector<Lobe> lobes =
+        LobesBetween(samples.F, samples.Level, samples.At(range.Low), samples.At(range.High));
+    std::erase_if(lobes, [&](const Lobe& lobe) { return leftOut.Holds(samples.F[lobe.Index]); });
+    KeepHighest(lobes, samples.Level);
+    std::sort(lobes.begin(), lobes.end(), [&](const Lobe& a, const Lobe& b) {
+        return DistanceFromF0(design, a.Top) < DistanceFromF0(design, b.Top);
+    });
+    std::optional<Maximum> best;
+    for (const Lobe& lobe : lobes) {
+        if (best && lobe.Reach < best->Level + EqualLevels) continue;
+        const double f = LargestWithin(samples.F[lobe.Index - 1], samples.F[lobe.Index + 1],
                                        [&](double at) { return LevelAt(design, at); });
-        raise(i, f, LevelAt(design, f));
+        const double level = LevelAt(design, f);
+        if (!best || level > best->Level + EqualLevels)
+            best = Maximum{f, level, ReachOf(samples, lobe.Index)};
     }
+    return best;
+}
+
+/// The interior maximum nearest to F0 within `range`.
+std::optional<Maximum> NearestWithin(const FilterDesign& design, const ResponseSamples& samples,
+                                     const BandRange& range) {
+    const std::vector<Lobe> lobes =
+        LobesBetween(samples.F, samples.Level, samples.At(range.Low), samples.At(range.High));
+    const auto nearest =
+        std::min_element(lobes.begin(), lobes.end(), [&](const Lobe& a, const Lobe& b) {
+            return DistanceFromF0(design, a.Top) < DistanceFromF0(design, b.Top);
+        });
+    if (nearest == lobes.end()) return std::nullopt;
+    const double f = samples.F[nearest->Index];
+    return HighestWithin(design, samples, {f, f});
+}
+
+/// Of the pass bands that reach an end of the frequencies, the response at that end.
+std::optional<Maximum> HighestEnd(const FilterDesign& design, const ResponseSamples& samples) {
+    std::optional<Maximum> best;
+    const auto take = [&](double f, double level) {
+        if (!best || level > best->Level) best = Maximum{f, level, 0.0};
+    };
+    const bool down = design.PassType == PassType::LowPass || design.PassType == PassType::Notch;
+    const bool up = design.PassType == PassType::HighPass || design.PassType == PassType::Notch;
+    if (down) take(samples.F.front(), samples.Level.front());
+    if (up && design.PartModel.Choice == PartChoice::IdealParts)
+        take(samples.F.back(), samples.Level.back());
+    return best;
+}
+
+std::optional<Maximum> FindPeak(const FilterDesign& design, const ResponseSamples& samples) {
+    const bool notch = design.PassType == PassType::Notch;
+    const BandRange range = notch ? BandRange{0.0, Infinite} : BandAboutF0(design);
+    std::optional<Maximum> peak = HighestWithin(design, samples, range);
+    const std::optional<Maximum> end = HighestEnd(design, samples);
+    if (end && (!peak || !(peak->Level > end->Level + LeastRise))) return end;
+    if (!peak && IsBandPass(design.PassType))
+        peak = NearestWithin(design, samples, WholeScan(design));
     return peak;
 }
 
-Peak FindPeak(const FilterDesign& design, const Samples& samples) {
-    const double bottom = samples.F.front(), top = samples.F.back();
-    switch (design.PassType) {
-        case PassType::LowPass:
-            return PeakBetween(design, samples, bottom, PeakX * design.F0);
-        case PassType::HighPass:
-            return PeakBetween(design, samples, design.F0 / PeakX, top);
-        case PassType::Notch:
-            return PeakBetween(design, samples, bottom, top);
-        case PassType::BandPassCanonical:
-        case PassType::DirectCoupled:
-        case PassType::Norton:
-            return PeakBetween(design, samples, FrequencyOf(design, -PeakX),
-                               FrequencyOf(design, PeakX));
-    }
-    return {};
+/// A maximum to the last digits that rounding leaves. The nearer edge tells its width; ripple that
+/// is far narrower than the band has fallen visibly long before.
+Maximum Polished(const FilterDesign& design, Maximum maximum, const ResponseEdges& edges) {
+    if (maximum.Reach == 0.0) return maximum;
+    double width = 2.0 * maximum.Frequency;
+    for (const auto& edge : {edges.Lower, edges.Upper})
+        if (edge) width = std::min(width, 2.0 * std::abs(*edge - maximum.Frequency));
+    const double visible = RippleWidths * maximum.Reach;
+    maximum.Frequency =
+        PolishedPeak(design, maximum.Frequency, maximum.Reach, std::min(width, visible));
+    maximum.Level = LevelAt(design, maximum.Frequency);
+    return maximum;
 }
 
-/// The edges at `depth` dB below the peak. Those of a notch are looked for from F0 outwards.
-ResponseEdges FindEdges(const FilterDesign& design, const Samples& samples, int peak,
+/// Frequency and loss of a maximum; one at an end of the samples lies beyond them.
+ResponsePeak PeakOf(const ResponseSamples& samples, const Maximum& maximum) {
+    double f = maximum.Frequency;
+    if (maximum.Reach == 0.0) f = f == samples.F.front() ? 0.0 : Infinite;
+    return {f, -maximum.Level};
+}
+
+/// The deepest place of a notch.
+std::optional<double> DeepestPlace(const FilterDesign& design, const ResponseSamples& samples) {
+    const BandRange range = BandAboutF0(design);
+    const int last = std::min(samples.At(range.High), samples.Count() - 1);
+    int deepest = -1;
+    for (int i = samples.At(range.Low); i <= last; ++i)
+        if (deepest < 0 || samples.Level[i] < samples.Level[deepest]) deepest = i;
+    if (deepest < 1 || deepest + 1 >= samples.Count()) return std::nullopt;
+    return samples.F[deepest];
+}
+
+/// The crossings of `target` next to the peak; those of a notch are looked for from its deepest
+/// place outwards.
+ResponseEdges FindEdges(const FilterDesign& design, const ResponseSamples& samples, double peak,
                         double target) {
     ResponseEdges edges;
     const bool notch = design.PassType == PassType::Notch;
-    int from = peak;
     if (notch) {
-        from = static_cast<int>(std::lower_bound(samples.F.begin(), samples.F.end(), design.F0) -
-                                samples.F.begin());
-        from = std::min(from, samples.Count() - 1);
-        if (samples.Level[from] > target) return edges;
+        const std::optional<double> deepest = DeepestPlace(design, samples);
+        if (!deepest || !(LevelAt(design, *deepest) < target)) return edges;
+        peak = *deepest;
     }
     if (design.PassType != PassType::LowPass)
-        edges.Lower = FirstCrossing(design, samples, from, -1, target, !notch);
+        edges.Lower = FirstCrossing(design, samples, peak, -1, target, !notch);
     if (design.PassType != PassType::HighPass)
-        edges.Upper = FirstCrossing(design, samples, from, +1, target, !notch);
+        edges.Upper = FirstCrossing(design, samples, peak, +1, target, !notch);
     return edges;
 }
 
+/// See ResponseResults::BandOffset.
+std::optional<double> OffsetOf(const FilterDesign& design, const ResponseResults& results) {
+    const auto& [lower, upper] = results.Edges;
+    const double F0 = design.F0, peak = results.Peak->Frequency;
+    if ((lower && *lower > F0) || (upper && *upper < F0)) return peak / F0 - 1.0;
+    if (!lower || !upper) {
+        if (std::abs(peak - F0) <= 0.5 * design.BandWidth) return std::nullopt;
+        return peak / F0 - 1.0;
+    }
+    const double centre = FrequencyOf(design, 0.0), middle = std::sqrt(*lower * *upper);
+    if (std::abs(middle - centre) <= MovedShare * design.BandWidth) return std::nullopt;
+    return middle / centre - 1.0;
+}
+
+std::optional<ResponsePeak> FindOtherBand(const FilterDesign& design,
+                                          const ResponseSamples& samples, const Maximum& peak) {
+    BandRange own = BandAboutF0(design);
+    own.Low = design.PassType == PassType::LowPass ? 0.0 : std::min(own.Low, peak.Frequency);
+    own.High = std::max(own.High, peak.Frequency);
+    const auto other = HighestWithin(design, samples, WholeScan(design), own);
+    if (!other || other->Level < peak.Level - OtherBandDepth) return std::nullopt;
+    return ResponsePeak{Polished(design, *other, {}).Frequency, -other->Level};
+}
+
 /// The largest reflection between two frequencies, ends included, raises `worst` (dB) and `at`.
-void RaiseReflection(const FilterDesign& design, const Samples& samples, double low, double high,
-                     double& worst, double& at) {
+void RaiseReflection(const FilterDesign& design, const ResponseSamples& samples, double low,
+                     double high, double& worst, double& at) {
     if (!(low < high)) return;
     const auto raise = [&](double f) {
         const double db = ReflectionAt(design, f);
@@ -337,11 +223,13 @@ void RaiseReflection(const FilterDesign& design, const Samples& samples, double 
     if (first > last) return;
     for (const int i : {first - 1, first, last, last + 1})
         search(i);
-    for (const Lobe& lobe : HighestLobes(samples.Reflection, first, last))
-        if (lobe.Whole && lobe.Reach > worst + LeastRise) search(lobe.Index);
+    std::vector<Lobe> lobes = LobesBetween(samples.F, samples.Reflection, first, last);
+    KeepHighest(lobes, samples.Reflection);
+    for (const Lobe& lobe : lobes)
+        if (lobe.Reach > worst + EqualLevels) search(lobe.Index);
 }
 
-void FindReturnLoss(const FilterDesign& design, const Samples& samples, double bandEdge,
+void FindReturnLoss(const FilterDesign& design, const ResponseSamples& samples, double bandEdge,
                     ResponseResults& results) {
     double worst = ZeroPowerDb, at = 0.0;
     const double bottom = samples.F.front();
@@ -375,16 +263,138 @@ void FindReturnLoss(const FilterDesign& design, const Samples& samples, double b
     results.WorstReturnLossAt = at;
 }
 
-void FindShapeFactor(const FilterDesign& design, const Samples& samples, int peak,
-                     ResponseResults& results) {
-    const auto width = [&](double depth) {
-        const ResponseEdges edges = FindEdges(design, samples, peak, -results.PeakLoss - depth);
-        const bool swept = edges.Lower && edges.Upper && *edges.Lower >= design.SweepF1 &&
-                           *edges.Upper <= design.SweepF2;
-        return swept ? *edges.Upper - *edges.Lower : 0.0;
+/// One skirt: the last crossing of `target` from the peak outwards, `direction` +1 or -1, beyond
+/// which the response stays below it to the end of the scan; or why there is none.
+struct Skirt {
+    std::optional<double> Edge;
+    SpoiledSkirt Spoiled;
+};
+
+Skirt FindSkirt(const FilterDesign& design, const ResponseSamples& samples, const Maximum& peak,
+                int direction) {
+    const BandRange scan = WholeScan(design);
+    const double target = peak.Level - SkirtDepth;
+    const int first = direction > 0 ? samples.At(peak.Frequency) : samples.At(peak.Frequency) - 1;
+    const int end =
+        direction > 0 ? std::min(samples.At(scan.High), samples.Count() - 1) : samples.At(scan.Low);
+    Skirt skirt;
+    double from = peak.Frequency;  // the last place known to lie above the target
+    double highest = -Infinite;    // of what rises once more
+    bool below = false, reached = false;
+    for (int i = first; (end - i) * direction >= 0; i += direction) {
+        double f = samples.F[i], level = samples.Level[i];
+        // What rises between two samples of a stop band rises here.
+        const auto lobe = LobeAt(samples.F, samples.Level, i);
+        if (below && level <= target && lobe && lobe->Reach > target) {
+            f = LargestWithin(samples.F[i - 1], samples.F[i + 1],
+                              [&](double at) { return LevelAt(design, at); });
+            level = LevelAt(design, f);
+        }
+        if (level > target) {
+            below = false;
+            from = f;
+            skirt.Edge.reset();
+            if (!reached || level > highest) skirt.Spoiled = {f, peak.Level - level};
+            if (reached) highest = std::max(highest, level);
+        } else if (!below) {
+            skirt.Edge = CrossingWithin(design, from, f, target);
+            below = skirt.Edge.has_value();
+            reached = reached || below;
+        }
+    }
+    if (highest > peak.Level - OtherBandHeight) skirt.Edge.reset();
+    return skirt;
+}
+
+void FindShapeFactor(const FilterDesign& design, const ResponseSamples& samples,
+                     const Maximum& peak, ResponseResults& results) {
+    const Skirt lower = FindSkirt(design, samples, peak, -1);
+    const Skirt upper = FindSkirt(design, samples, peak, +1);
+    if (!lower.Edge || !upper.Edge) {
+        const bool byUpper =
+            lower.Edge || (!upper.Edge && upper.Spoiled.Attenuation < lower.Spoiled.Attenuation);
+        results.NoShape = byUpper ? upper.Spoiled : lower.Spoiled;
+        return;
+    }
+    const ResponseEdges at6 =
+        FindEdges(design, samples, peak.Frequency, peak.Level - SkirtReference);
+    if (at6.Lower && at6.Upper)
+        results.ShapeFactor = (*upper.Edge - *lower.Edge) / (*at6.Upper - *at6.Lower);
+}
+
+/// The widest part of `range`, on a logarithmic scale, in which the attenuation holds.
+std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSamples& samples,
+                                   const BandRange& range, double attenuation) {
+    const double target = -attenuation;
+    const int first = samples.At(range.Low);
+    const int last = std::min(samples.At(range.High), samples.Count()) - 1;
+    std::optional<HeldBand> widest;
+    double width = 0.0;
+    double from = 0.0, inside = 0.0, outside = 0.0;
+    bool held = false, openBelow = false;
+    const auto close = [&](double to, bool openAbove) {
+        if (!(std::log(to / from) > width)) return;
+        width = std::log(to / from);
+        widest = HeldBand{};
+        if (!openBelow) widest->From = from;
+        if (!openAbove) widest->To = to;
     };
-    const double at60 = width(60.0), at6 = at60 > 0.0 ? width(6.0) : 0.0;
-    if (at6 > 0.0) results.ShapeFactor = at60 / at6;
+    const auto take = [&](double f, double level) {
+        if (!held && level <= target) {
+            openBelow = outside == 0.0;
+            from = openBelow ? f : CrossingWithin(design, outside, f, target).value_or(f);
+            held = true;
+        } else if (held && level > target + StopBandDoubt) {
+            close(CrossingWithin(design, inside, f, target).value_or(inside), false);
+            held = false;
+        }
+        if (level <= target) inside = f;
+        if (!held) outside = f;
+    };
+    for (int i = first; i <= last; ++i) {
+        const std::vector<double>& level = samples.Level;
+        const auto lobe = LobeAt(samples.F, level, i);
+        if (held && level[i] <= target && lobe && lobe->Reach > target + StopBandDoubt) {
+            const double top = LargestWithin(samples.F[i - 1], samples.F[i + 1],
+                                             [&](double f) { return LevelAt(design, f); });
+            take(std::min(top, samples.F[i]), LevelAt(design, std::min(top, samples.F[i])));
+            take(std::max(top, samples.F[i]), LevelAt(design, std::max(top, samples.F[i])));
+        } else {
+            take(samples.F[i], level[i]);
+        }
+    }
+    if (held) close(samples.F[last], true);
+    return widest;
+}
+
+/// The stop bands of an elliptic design, on the ladder in hand.
+void FindStopBands(const FilterDesign& design, const ResponseSamples& samples,
+                   const std::optional<Maximum>& peak, ResponseResults& results) {
+    if (design.Elliptic.NumTraps == 0) return;
+    results.StopAttenuation = design.Elliptic.AttenUsedDb;
+    const BandRange scan = WholeScan(design);
+    const auto add = [&](const BandRange& range) {
+        const auto held = WidestHeld(design, samples, range, results.StopAttenuation);
+        if (held) results.StopBands.push_back(*held);
+    };
+    const ResponseEdges& edges = results.Edges;
+    switch (design.PassType) {
+        case PassType::LowPass:
+            return add({edges.Upper.value_or(design.F0), scan.High});
+        case PassType::HighPass:
+            return add({scan.Low, edges.Lower.value_or(design.F0)});
+        case PassType::Notch:
+            if (edges.Lower && edges.Upper) add({*edges.Lower, *edges.Upper});
+            return;
+        case PassType::BandPassCanonical:
+            if (!peak) return;
+            add({scan.Low, peak->Frequency});
+            add({peak->Frequency, scan.High});
+            return;
+        case PassType::DirectCoupled:
+        case PassType::Norton:
+            return;
+    }
 }
 
 void TakeAttenuations(const FilterDesign& design, std::vector<AttenuationAt>& attenuations) {
@@ -413,6 +423,23 @@ std::optional<double> ResponseEdges::Width(PassType pass) const {
     return *Upper - *Lower;
 }
 
+BandRange BandAboutF0(const FilterDesign& design) {
+    const double bottom = LowestX * design.F0;
+    switch (design.PassType) {
+        case PassType::LowPass:
+            return {bottom, HighestOfLow * design.F0};
+        case PassType::HighPass:
+            return {LowestBand * design.F0, Infinite};
+        case PassType::Notch:
+        case PassType::BandPassCanonical:
+        case PassType::DirectCoupled:
+        case PassType::Norton:
+            break;
+    }
+    return {std::min(LowestBand * design.F0, FrequencyOf(design, -PassBandX)),
+            std::max(HighestBand * design.F0, FrequencyOf(design, PassBandX))};
+}
+
 double ReturnLossBandEdge(const FilterDesign& design) {
     constexpr double InnerHalf = 0.5;
     if (design.Elliptic.NumTraps > 0) return design.Elliptic.PassBandEdge;
@@ -426,16 +453,24 @@ double ReturnLossBandEdge(const FilterDesign& design) {
 ResponseResults ComputeResults(const FilterDesign& design, double bandEdge) {
     ResponseResults results;
     if (design.NumElements < 1 || !(design.F0 > 0.0)) return results;
-    const Samples samples = TakeSamples(design);
-    const Peak peak = FindPeak(design, samples);
+    const ResponseSamples samples = TakeSamples(design);
     results.LossAtF0 = -LevelAt(design, design.F0);
-    if (peak.Index < 0 || std::isnan(results.LossAtF0)) return results;
+    if (std::isnan(results.LossAtF0)) return results;
     results.Valid = true;
-    results.PeakFrequency = peak.Frequency;
-    results.PeakLoss = -peak.Level;
-    results.Edges = FindEdges(design, samples, peak.Index, -results.PeakLoss - HalfPowerDb);
+    std::optional<Maximum> peak = FindPeak(design, samples);
+    if (peak) {
+        results.Edges = FindEdges(design, samples, peak->Frequency, peak->Level - HalfPowerDb);
+        peak = Polished(design, *peak, results.Edges);
+        results.Peak = PeakOf(samples, *peak);
+        if (IsBandPass(design.PassType)) {
+            results.BandOffset = OffsetOf(design, results);
+            FindShapeFactor(design, samples, *peak, results);
+        }
+        if (IsBandPass(design.PassType) || design.PassType == PassType::LowPass)
+            results.OtherBand = FindOtherBand(design, samples, *peak);
+    }
+    FindStopBands(design, samples, peak, results);
     FindReturnLoss(design, samples, bandEdge, results);
-    if (HasBandWidth(design.PassType)) FindShapeFactor(design, samples, peak.Index, results);
     TakeAttenuations(design, results.Attenuations);
     return results;
 }

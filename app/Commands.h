@@ -19,7 +19,9 @@ enum class Command {
     Undo,
     Redo,
     PartDefinitions,
-    BringBack,
+    BringBack,      ///< values edited by hand
+    BringBackLoad,  ///< the load that the user asked for
+    PartValues,     ///< shown at the designators
     Options,
     FixSeed,
     SetSeed,

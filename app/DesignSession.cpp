@@ -8,9 +8,11 @@
 #include "app/ClientArea.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/ResultsPanel.h"
 #include "app/SecondaryWindows.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
+#include "display/MarkerTable.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -37,7 +39,7 @@ DesignSession::DesignSession(MessageCallback& report) : report(report) {
 
 InputActions DesignSession::Actions() {
     return {[this] { Calculate(); }, [this](InputId id, bool up) { Step(id, up); },
-            [this](const QObject* sender) { Choose(sender); }};
+            [this](const QObject* sender) { Choose(sender); }, [this](InputId id) { Enter(id); }};
 }
 
 NortonActions DesignSession::ActionsOfNorton() {
@@ -65,10 +67,19 @@ void DesignSession::StoreInputs() {
     views.Windows->StoreInputs();
 }
 
-void DesignSession::ReadEntries() {
-    const DesignRecord before = Document.Record(report);
+/// Stores them; true if one that a calculation reads holds something else now.
+bool DesignSession::StoreChanges() {
+    const DesignInputs before = Document.Work.Inputs;
     StoreInputs();
-    if (!SameDesign(Document.Record(report), before)) Recalculate();
+    for (const InputRow& row : InputRows())
+        if (row.Id != InputId::PercentChange &&
+            !SameEntry(before.Box(row.Id), Document.Work.Inputs.Box(row.Id)))
+            return true;
+    return false;
+}
+
+void DesignSession::ReadEntries() {
+    if (StoreChanges()) Recalculate();
 }
 
 void DesignSession::ShowInputs() {
@@ -86,9 +97,21 @@ void DesignSession::ShowInputs() {
 
 void DesignSession::ShowStatus() {
     const std::string rejected = views.Client->Grid()->RejectedText(Document.Work.Design);
-    views.Status->Show(Document.Work, Document.ReferenceShown() ? Document.Reference() : nullptr,
-                       rejected);
+    views.Status->Show(Document.Work, rejected);
+    ShowResults();
     views.Windows->RefreshMathErrors();
+}
+
+void DesignSession::ShowResults() {
+    const FilterDesign& design = Document.Work.Design;
+    const ResponseResults& results = Document.Work.Results;
+    std::vector<ComparedResult> rows =
+        ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
+    for (const MarkerReading& marker : BuildMarkerTable(Content()))
+        rows.push_back({marker.Name, marker.OfDesign, marker.OfReference});
+    ResultsPanel* const panel = views.Client->Results();
+    panel->ShowRows(rows);
+    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(design, results));
 }
 
 void DesignSession::SettleControls() {
@@ -101,6 +124,16 @@ void DesignSession::SettleControls() {
 void DesignSession::Calculate() {
     StoreInputs();
     Recalculate();
+}
+
+void DesignSession::Enter(InputId id) {
+    const bool changed = StoreChanges();
+    if (changed || (id != InputId::PercentChange && !HasEdits(Document.Work.Design)))
+        return Recalculate();
+    if (id != InputId::PercentChange) return AnalyseAndDraw();
+    ReadPercentChange(Document.Work.Inputs, Document.Work.Design, report);
+    ShowInputs();
+    Draw(Waiting::Markers);
 }
 
 void DesignSession::Choose(const QObject* sender) {
@@ -134,7 +167,9 @@ void DesignSession::StepNorton(InputId id, double step) {
 }
 
 void DesignSession::UseNorton(NortonControl control, const QObject* chosen) {
-    StoreInputs();
+    const bool changed = StoreChanges();
+    if (control == NortonControl::Box && !changed && HasEdits(Document.Work.Design))
+        return AnalyseAndDraw();
     if (const auto choice = chosen ? ChosenBy(chosen) : std::nullopt) Document.Choose(*choice);
     if (ApplyNortonControl(control, Document.Work.Inputs, Document.Work.Design))
         return Recalculate();
@@ -177,21 +212,27 @@ void DesignSession::Hold() {
     waiting = std::min(waiting, Waiting::Nothing);
 }
 
-void DesignSession::Recalculate() {
+void DesignSession::Recalculate(const std::function<bool()>& amend) {
     Hold();
     views.Status->EndNotice();
     views.Client->Grid()->ForgetRejected();
     Document.Prepare(report);
+    if (amend && amend()) Document.AnalyseEdits(report);
     ShowInputs();
     Draw(Waiting::Traces);
 }
 
-void DesignSession::ShowLoaded(std::optional<PassType> shown) {
+void DesignSession::ShowLoaded(std::optional<PassType> shown, const std::function<bool()>& amend) {
     SettleControls();
-    Recalculate();
+    Recalculate(amend);
     const PassType pass = Document.Work.Design.PassType;
     if (pass != shown) views.Windows->ShowFor(pass);
     FinishDrawing();
+}
+
+void DesignSession::ShowBroughtBack() {
+    SettleControls();
+    AnalyseAndDraw();
 }
 
 void DesignSession::AnalyseAndDraw() {

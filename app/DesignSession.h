@@ -52,13 +52,17 @@ public:
     // --- entries and controls
 
     void StoreInputs();  ///< the entries of all boxes into the document
-    void ReadEntries();  ///< what was typed and not yet read counts
+    void ReadEntries();  ///< what was typed and not yet read counts; "% Change" only for the keys
     void ShowInputs();   ///< the document in all controls
     void ShowStatus();
+    void ShowResults();  ///< figures and markers, in the panel or as the chief ones
 
     // --- user actions; each begins with StoreInputs and ends in a calculation
 
     void Calculate();
+    /// Enter in a box, or its focus goes with what was typed. Nothing but what a calculation reads
+    /// discards values edited by hand: they are analysed otherwise.
+    void Enter(InputId id);
     /// A menu entry, radio button or check box; no sender: control states and calculation only.
     void Choose(const QObject* sender);
     void Step(InputId id, bool up);
@@ -67,10 +71,13 @@ public:
 
     // --- from the document, whatever stands in the controls
 
-    void Recalculate();
+    /// `amend` may change the calculated ladder; true if it did.
+    void Recalculate(const std::function<bool()>& amend = {});
     /// A design that was loaded as a whole. The window of its pass type comes with it, unless
     /// `shown` is that pass type: then it is open, or was closed.
-    void ShowLoaded(std::optional<PassType> shown = {});
+    void ShowLoaded(std::optional<PassType> shown = {}, const std::function<bool()>& amend = {});
+    /// A design that was edited by hand, with the inputs that it belongs to.
+    void ShowBroughtBack();
     /// Values that were edited, as they stand.
     void AnalyseAndDraw();
 
@@ -113,6 +120,7 @@ private:
         Traces,  ///< everything, at the size of the client area
     };
 
+    bool StoreChanges();
     void SettleControls();
     void Hold();
     void Note();

@@ -10,6 +10,7 @@
 #include "files/CoefficientsFile.h"
 #include "files/DiskFile.h"
 #include "files/SettingsFile.h"
+#include "measured/CompanionFile.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -47,8 +48,43 @@ FileCommands::FileCommands(DesignDocument& document, FileHost host, const Messag
       window(window),
       dialogs(StandardFileDialogs(window)) {}
 
+/// Keeps what the design file has no room for; gives the reason if that failed. A file of that name
+/// that is no companion stays as it is.
+std::string FileCommands::WriteCompanion(const std::string& path) const {
+    std::string fault;
+    const auto note = [&fault](const std::string&, const std::string& text) { fault = text; };
+    DesignCompanion companion = OpenCompanion(path, note);
+    if (document.File().empty())
+        companion = {};
+    else if (document.File() != path)
+        companion = OpenCompanion(document.File(), note);
+    companion.Edited = EditsOf(document.Work.Design);
+    if (!fault.empty()) return companion.IsEmpty() ? std::string() : fault;
+    return SaveCompanion(companion, path);
+}
+
+void FileCommands::Remember(const std::string& path, const std::string& bytes) {
+    stamps[path] = StampOf(bytes);
+    const std::string companion = CompanionPath(path);
+    const FileContent kept = ReadRegularFile(companion, MaxCompanionBytes);
+    if (kept.Error.empty())
+        stamps[companion] = StampOf(kept.Bytes);
+    else
+        stamps.erase(companion);
+}
+
+/// True if the design file or its companion holds something else than it did.
+bool FileCommands::ChangedMeanwhile(const std::string& path) const {
+    const auto known = stamps.find(path), companion = stamps.find(CompanionPath(path));
+    if (known == stamps.end()) return false;
+    if (FileChangedSince(path, known->second) == FileChange::Changed) return true;
+    if (companion == stamps.end()) return FileExists(CompanionPath(path));
+    return FileChangedSince(companion->first, companion->second) == FileChange::Changed;
+}
+
 bool FileCommands::WriteDesignFile(const std::string& path) {
-    const std::string error = WriteWholeFile(path, EncodeRecord(document.Record(report)));
+    const std::string bytes = EncodeRecord(document.Record(report));
+    const std::string error = WriteWholeFile(path, bytes);
     if (!error.empty()) {
         document.LoseFile();
         host.TitleChanged();
@@ -56,18 +92,34 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
         report("Program Info", "Save File operation failed.");
         return false;
     }
+    const std::string left = WriteCompanion(path);
+    Remember(path, bytes);
     settings.Recent.Add(path);
-    document.WasSavedTo(path);
+    document.WasSavedTo(path, left.empty());
     host.RecentChanged();
     host.TitleChanged();
-    const std::string left = NotSavedText(document.Work.Design);
-    if (!left.empty()) host.Notice(Name(left), ReasonTime);
-    return true;
+    if (left.empty()) return true;
+    host.Notice(Name("Saved, but not the values edited by hand: " + left), ReasonTime);
+    return !HasEdits(document.Work.Design);
 }
 
 bool FileCommands::SaveDesign() {
     host.ReadEntries();
-    return document.File().empty() ? SaveDesignAs() : WriteDesignFile(document.File());
+    const std::string path = document.File();
+    if (path.empty()) return SaveDesignAs();
+    if (!ChangedMeanwhile(path)) return WriteDesignFile(path);
+    switch (dialogs.AskChanged(QFileInfo(Name(path)).fileName())) {
+        case ChangedAnswer::Overwrite:
+            return WriteDesignFile(path);
+        case ChangedAnswer::Reload:
+            LoadDesign(path);
+            return false;
+        case ChangedAnswer::SaveAs:
+            return SaveDesignAs();
+        case ChangedAnswer::Cancel:
+            return false;
+    }
+    return false;
 }
 
 bool FileCommands::SaveDesignAs() {
@@ -120,15 +172,29 @@ void FileCommands::OpenDesign(std::string path) {
     if (!MayLeaveDesign()) return;
     if (path.empty() || !Exists(path)) path = AskForDesign();
     if (path.empty()) return;
+    LoadDesign(path);
+}
+
+void FileCommands::LoadDesign(const std::string& path) {
     // One byte more than a record has: a longer file must not pass for one.
     const FileContent file = ReadRegularFile(path, FILT_STRUCT_SIZE + 1);
     if (!file.Error.empty()) return host.Notice(Name(file.Error), ReasonTime);
     if (!document.Load(file.Bytes, path)) return report("Program Info", IncompatibleFileText);
     settings.Recent.Add(path);
     host.RecentChanged();
-    host.Recalculated();
+    std::string fault;
+    const DesignCompanion companion = OpenCompanion(
+        path, [&fault](const std::string&, const std::string& text) { fault = text; });
+    Remember(path, file.Bytes);
+    host.Loaded([&] {
+        if (!ApplyEdits(document.Work.Design, companion.Edited))
+            fault = "The values edited by hand in " + CompanionPath(path) +
+                    " belong to another ladder and are not used.";
+        return HasEdits(document.Work.Design);
+    });
     document.CountAsSaved();
     host.TitleChanged();
+    if (!fault.empty()) host.Notice(Name(fault), ReasonTime);
 }
 
 void FileCommands::OpenRecent(std::size_t index) {
@@ -164,7 +230,7 @@ void FileCommands::ReadSettings(const Folders& found) {
         SamplingFrequencyBox()->setText(Name(settings.SamplingFrequency));
     ReadOutMenu()->setChecked(settings.ReadOutMenu);
     host.RecentChanged();
-    host.Recalculated();
+    host.Loaded({});
     document.Begin();
     host.TitleChanged();
     settingsRead = PresentSettings();

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 
 #include "app/FileDialogs.h"
 #include "files/Directories.h"
+#include "files/FileStamp.h"
 #include "files/Settings.h"
 #include "pipeline/DesignDocument.h"
 
@@ -19,8 +21,10 @@ namespace ladderwise {
 
 /// What the commands need of the window.
 struct FileHost {
-    std::function<void()> ReadEntries;    ///< what was typed and not yet read counts
-    std::function<void()> Recalculated;   ///< calculates and shows the design that was loaded
+    std::function<void()> ReadEntries;  ///< what was typed and not yet read counts
+    /// Calculates and shows the settings, or the design, that were loaded; `amend` changes its
+    /// ladder after that and tells whether it did.
+    std::function<void(const std::function<bool()>& amend)> Loaded;
     std::function<void()> TitleChanged;   ///< name, or whether there is something to save
     std::function<void()> RecentChanged;  ///< the files used last
     std::function<void(const QString&, int ms)> Notice;
@@ -41,7 +45,9 @@ public:
     void OpenDesign(std::string path);
     void OpenRecent(std::size_t index);
 
-    bool SaveDesign();    ///< to its file; without one as SaveDesignAs
+    /// To its file; without one as SaveDesignAs. Asks where another window or program has changed
+    /// the file. Values edited by hand go into the companion beside it.
+    bool SaveDesign();
     bool SaveDesignAs();  ///< true if it was saved
     bool WriteDesignFile(const std::string& path);
 
@@ -62,6 +68,10 @@ public:
 
 private:
     std::string AskForDesign() const;
+    void LoadDesign(const std::string& path);
+    std::string WriteCompanion(const std::string& path) const;
+    void Remember(const std::string& path, const std::string& bytes);
+    bool ChangedMeanwhile(const std::string& path) const;
     ProgramSettings PresentSettings() const;
     QLineEdit* SamplingFrequencyBox() const;
     QAction* ReadOutMenu() const;
@@ -72,6 +82,7 @@ private:
     const MessageCallback& report;
     QWidget* window;
     FileDialogs dialogs;
+    std::map<std::string, FileStamp> stamps;  ///< of what was read or written last, by path
     std::optional<Folders> folders;
     ProgramSettings settings;
     ProgramSettings settingsRead;  ///< as they were after start-up

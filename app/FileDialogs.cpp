@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QLocale>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "files/RecentFiles.h"
 
@@ -34,6 +35,26 @@ UnsavedAnswer AskUnsaved(QWidget* window, const QString& design) {
     const int answer = box.exec();
     if (answer == QMessageBox::Save) return UnsavedAnswer::Save;
     return answer == QMessageBox::Discard ? UnsavedAnswer::Discard : UnsavedAnswer::Cancel;
+}
+
+ChangedAnswer AskChanged(QWidget* window, const QString& file) {
+    QMessageBox box(
+        QMessageBox::Warning, "Ladderwise",
+        QString("The file \"%1\" was changed by another window or program since it was opened or "
+                "saved here.")
+            .arg(file),
+        QMessageBox::Cancel, window);
+    box.setInformativeText(
+        "Overwrite replaces what it holds now. Reload drops the changes made here.");
+    const auto* const overwrite = box.addButton("&Overwrite", QMessageBox::DestructiveRole);
+    const auto* const reload = box.addButton("&Reload", QMessageBox::ActionRole);
+    QPushButton* const saveAs = box.addButton("Save &As...", QMessageBox::AcceptRole);
+    box.setDefaultButton(saveAs);
+    box.setEscapeButton(QMessageBox::Cancel);
+    box.exec();
+    if (box.clickedButton() == overwrite) return ChangedAnswer::Overwrite;
+    if (box.clickedButton() == reload) return ChangedAnswer::Reload;
+    return box.clickedButton() == saveAs ? ChangedAnswer::SaveAs : ChangedAnswer::Cancel;
 }
 
 RecoveryAnswer AskRecovery(QWidget* window, const UnsavedWork& work) {
@@ -72,7 +93,8 @@ FileDialogs StandardFileDialogs(QWidget* window) {
                 return AskName(window, texts, QFileDialog::AcceptSave);
             },
             [window](const QString& design) { return AskUnsaved(window, design); },
-            [window](const UnsavedWork& work) { return AskRecovery(window, work); }};
+             [window](const QString& file) { return AskChanged(window, file); },
+             [window](const UnsavedWork& work) { return AskRecovery(window, work); }};
 }
 
 }  // namespace ladderwise

@@ -22,6 +22,9 @@ struct FileDialogTexts {
 /// What to do with a design that differs from its file.
 enum class UnsavedAnswer { Save, Discard, Cancel };
 
+/// What to do with a design whose file another window or program has changed meanwhile.
+enum class ChangedAnswer { Overwrite, Reload, SaveAs, Cancel };
+
 /// What to do with work that a program left that did not come to its normal end.
 enum class RecoveryAnswer { Accept, Delete, Later };
 
@@ -30,6 +33,7 @@ struct FileDialogs {
     std::function<QString(const FileDialogTexts&)> NameToOpen;
     std::function<QString(const FileDialogTexts&)> NameToSave;
     std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
+    std::function<ChangedAnswer(const QString& file)> AskChanged;
     std::function<RecoveryAnswer(const UnsavedWork&)> AskRecovery{};  ///< none: later
 };
 

@@ -71,7 +71,9 @@ const std::vector<MenuTable>& MenuTables() {
     {"SweepMenu", "Sweep F&7", {R{ChoiceId::Sweep, 0, 5}}},
     {"PartsMenu", "P&arts", {
         C{PartDefinitions, "PartDefinitionsMenu", "Part &Definitions"},
-        C{BringBack, "BringBackMenu", "Bring Back &Edited Values"}}},
+        C{BringBack, "BringBackMenu", "Bring Back &Edited Values"},
+        C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"},
+        C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"}}},
     {"OptionsMenu", "&Options", {
         C{Options, "OptionsWindowMenu", "&Options..."},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
@@ -119,7 +121,8 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
     if (row.Id == Command::Redo && !action->shortcuts().contains(redo))
         action->setShortcuts(action->shortcuts() << redo);
     if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
-    action->setCheckable(row.Id == Command::FixSeed);
+    if (row.Id == Command::BringBackLoad) action->setShortcut(QKeySequence("Ctrl+L"));
+    action->setCheckable(row.Id == Command::FixSeed || row.Id == Command::PartValues);
     return action;
 }
 
@@ -175,6 +178,11 @@ void MainMenus::ShowCommands(const DesignDocument& document) {
     const Calculation& work = document.Work;
     EnableFor(actions[Command::BringBack], work.Discarded.has_value(),
               "after a calculation that discarded values changed by hand");
+    const auto load = LoadToBringBack(work.Inputs, work.Design);
+    QAction* const bringBackLoad = actions[Command::BringBackLoad];
+    EnableFor(bringBackLoad, load.has_value(), "after the program moved it");
+    bringBackLoad->setText("Bring Back R &Load" +
+                           (load ? QString(" of %1 ohm").arg(*load) : QString()));
     EnableFor(markerActions[MarkerCommand::SetRefAtPeak], document.Controls().RefAtPeakEnabled,
               "for band-pass");
     QAction* const fix = actions[Command::FixSeed];

@@ -3,9 +3,13 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QStatusBar>
+#include <QUrl>
 #include <QWindow>
 #include <utility>
 
@@ -14,9 +18,11 @@
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
 #include "app/Recovery.h"
+#include "app/ResultsPanel.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
 #include "controls/WindowPlacement.h"
+#include "design/ChoiceNames.h"
 
 namespace ladderwise {
 
@@ -24,6 +30,7 @@ namespace {
 
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
+constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
 
 constexpr const char* EditsLostText =
     "This version does not know the elements that were edited by hand. All values are calculated.";
@@ -41,6 +48,7 @@ MainWindow::MainWindow()
     : session(report), binder(session.Document.Work.Inputs, session.Actions()) {
     setObjectName("MainForm");
     setWindowTitle("Ladderwise");
+    setAcceptDrops(true);
     report = [this](const std::string& caption, const std::string& text) {
         ShowMessage(caption, text);
     };
@@ -87,16 +95,20 @@ void MainWindow::SetSizes() {
     setMinimumSize(SmallestSize.boundedTo(room));
     client->Panel()->FitInto(room.width());
     // Where the screen has room for it the whole input panel is seen, whatever the font.
-    const QSize panel(client->Panel()->minimumSizeHint().width(), 0);
+    const QSize panel = client->Panel()->minimumSizeHint() + QSize(0, RoomBelowPanel);
     resize(StartSize.expandedTo(panel).boundedTo(room));
 }
 
 void MainWindow::Connect() {
     connect(&session, &DesignSession::Drawn, this, &MainWindow::ShowCommands);
     connect(&session, &DesignSession::Noted, recovery.get(), &Recovery::NoteChange);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession,
+            Qt::DirectConnection);
     connect(findChild<QMenu*>("EditMenu"), &QMenu::aboutToShow, this, &MainWindow::ShowSteps);
-    connect(menus, &MainMenus::Chosen, this, [this](Command command) { commands->Run(command); });
+    connect(menus, &MainMenus::Chosen, this, [this](Command command) {
+        if (command == Command::Exit) return Leave();
+        commands->Run(command);
+    });
     connect(menus, &MainMenus::MarkerChosen, this,
             [this](MarkerCommand command) { commands->RunMarkerCommand(command); });
     connect(status, &StatusView::MathErrorsAsked, this, [this] { windows->ShowMathErrors(); });
@@ -119,6 +131,7 @@ void MainWindow::ConnectClient() {
         commands->PressAt(at);
         menus->PopUpMarkers(global);
     });
+    connect(client->Results(), &ResultsPanel::Unfolded, &session, &DesignSession::ShowResults);
     const ValueGrid* const grid = client->Grid();
     connect(grid, &ValueGrid::Edited, &session, &DesignSession::SimulateGrid);
     connect(grid, &ValueGrid::Stepped, this, &MainWindow::FormKeyDown);
@@ -126,7 +139,8 @@ void MainWindow::ConnectClient() {
 }
 
 FileHost MainWindow::HostOfFiles() {
-    return {[this] { session.ReadEntries(); }, [this] { session.ShowLoaded(); },
+    return {[this] { session.ReadEntries(); },
+            [this](const std::function<bool()>& amend) { session.ShowLoaded({}, amend); },
             [this] {
                 ShowTitle();
                 recovery->Write();
@@ -191,7 +205,9 @@ void MainWindow::EndSession() {
 
 void MainWindow::ShowTitle() {
     const DesignDocument& document = session.Document;
-    QString title = document.File().empty() ? "Ladderwise" : FileCaption(document.File());
+    const QString design = QString::fromStdString(DesignTitle(document.Work.Design));
+    QString title = document.File().empty() ? design + QStringLiteral(" \u2014 Ladderwise")
+                                            : FileCaption(document.File());
     title.replace("[*]", "[*][*]");
     const bool modified = document.Modified();
     if (!modified) setWindowModified(false);
@@ -216,17 +232,46 @@ bool MainWindow::HandleKey(QObject* target, int key) {
     return true;
 }
 
+/// A file over any part of the window is a design to open, never a text for a box. The question
+/// about the present design waits until the program that the file comes from is free again.
+bool MainWindow::TakeDrop(QDropEvent* event) {
+    if (!event->mimeData()->hasUrls()) return false;
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const bool one = urls.size() == 1 && urls[0].isLocalFile();
+    event->setDropAction(one ? Qt::CopyAction : Qt::IgnoreAction);
+    event->setAccepted(one);
+    if (one && event->type() == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this, [this, path = urls[0].toLocalFile().toStdString()] { OpenDesign(path); },
+            Qt::QueuedConnection);
+    return true;
+}
+
+bool MainWindow::TakeKey(QWidget* target, const QKeyEvent* event) {
+    if (event->modifiers() & ~Qt::KeypadModifier) return false;
+    if (target->window() == this) return HandleKey(target, event->key());
+    // Of a window with inputs of its own, what none of its controls has a use for.
+    const auto formKey = FormKeyOf(event->key());
+    if (!formKey || !windows || !windows->HasInputs(target)) return false;
+    FormKeyDown(*formKey);
+    return true;
+}
+
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride &&
         IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
         event->ignore();
         return true;
     }
-    if (event->type() == QEvent::KeyPress && watched->isWidgetType()) {
-        const auto* const key = static_cast<QKeyEvent*>(event);
-        const bool ours = static_cast<QWidget*>(watched)->window() == this;
-        const bool plain = !(key->modifiers() & ~Qt::KeypadModifier);
-        if (ours && plain && HandleKey(watched, key->key())) return true;
+    if (watched->isWidgetType()) {
+        auto* const widget = static_cast<QWidget*>(watched);
+        const QEvent::Type type = event->type();
+        if (type == QEvent::KeyPress && TakeKey(widget, static_cast<QKeyEvent*>(event)))
+            return true;
+        const bool drop =
+            type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
+        if (drop && widget->window() == this && TakeDrop(static_cast<QDropEvent*>(event)))
+            return true;
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -239,9 +284,25 @@ void MainWindow::showEvent(QShowEvent* event) {
     session.Begin();
 }
 
+/// Asks whether the design may be left; while the question stands, everything else that wants to
+/// leave is refused.
+bool MainWindow::MayLeave() {
+    if (asking) return false;
+    const QScopedValueRollback<bool> stands(asking, true);
+    return files->MayLeaveDesign();
+}
+
+/// Asks before it closes: a window that is being closed takes a second request to close, of its
+/// title bar, for a closing that was agreed to.
+void MainWindow::Leave() {
+    if (!MayLeave()) return;
+    const QScopedValueRollback<bool> answer(mayLeave, true);
+    close();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     const bool kept = recovery->SessionEnded();
-    if (!kept && !files->MayLeaveDesign()) return event->ignore();
+    if (!kept && !mayLeave && !MayLeave()) return event->ignore();
     files->WriteSettings();
     windows->CloseAll();
     QMainWindow::closeEvent(event);

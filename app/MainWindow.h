@@ -12,6 +12,7 @@
 #include "app/SecondaryWindows.h"
 #include "controls/InputBinder.h"
 
+
 namespace ladderwise {
 
 class ClientArea;
@@ -83,7 +84,13 @@ private:
     void ShowSteps();
     void ShowMessage(const std::string& caption, const std::string& text);
     bool HandleKey(QObject* target, int key);
+    bool TakeKey(QWidget* target, const QKeyEvent* event);
+    bool TakeDrop(QDropEvent* event);
+    bool MayLeave();
+    void Leave();
 
+    bool asking = false;    ///< whether the design may be left
+    bool mayLeave = false;  ///< the answer
     MessageCallback report;
     DesignSession session;
     InputBinder binder;

@@ -50,8 +50,7 @@ void MenuCommands::Run(Command command) {
         case Command::Print:
             return PrintPage();
         case Command::Exit:
-            window->close();
-            return;
+            return;  // the window's own
         case Command::Undo:
             return session.Undo();
         case Command::Redo:
@@ -60,6 +59,10 @@ void MenuCommands::Run(Command command) {
             return windows.ShowPartDefinitions();
         case Command::BringBack:
             return BringBack();
+        case Command::BringBackLoad:
+            return BringBackLoad();
+        case Command::PartValues:
+            return ShowPartValues();
         case Command::Options:
             return windows.ShowOptions();
         case Command::FixSeed:
@@ -116,7 +119,23 @@ void MenuCommands::CopyPartsTable() {
 void MenuCommands::BringBack() {
     session.StoreInputs();
     client.Grid()->ForgetRejected();
-    if (BringBackEdits(session.Document.Work)) session.AnalyseAndDraw();
+    const PassType before = session.Document.Work.Design.PassType;
+    if (!BringBackEdits(session.Document.Work)) return;
+    session.ShowBroughtBack();
+    const PassType pass = session.Document.Work.Design.PassType;
+    if (pass != before) windows.ShowFor(pass);
+}
+
+void MenuCommands::BringBackLoad() {
+    session.ReadEntries();
+    Calculation& work = session.Document.Work;
+    if (ladderwise::BringBackLoad(work.Inputs, work.Design)) session.Recalculate();
+}
+
+void MenuCommands::ShowPartValues() {
+    partValues = !partValues;
+    client.Area()->ShowPartValues(partValues);
+    session.Redraw();
 }
 
 void MenuCommands::ToggleFixedSeed() {

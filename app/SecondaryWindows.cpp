@@ -73,6 +73,13 @@ void SecondaryWindows::CloseOthers(PassType pass) {
     if (pass != PassType::Norton) norton->close();
 }
 
+bool SecondaryWindows::HasInputs(const QObject* window) const {
+    for (const QObject* const one :
+         std::initializer_list<const QObject*>{partDefinitions, directCoupled, norton, options})
+        if (one == window) return true;
+    return false;
+}
+
 void SecondaryWindows::RefreshMathErrors() {
     mathErrors->Refresh();
 }

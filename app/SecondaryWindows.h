@@ -36,6 +36,9 @@ public:
     /// Closes those of other pass types.
     void CloseOthers(PassType pass);
 
+    /// True for a window with inputs of the design.
+    bool HasInputs(const QObject* window) const;
+
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();

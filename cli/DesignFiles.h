@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "exchange/DesignCompanion.h"
 #include "exchange/TouchstoneReader.h"
 #include "pipeline/Calculation.h"
 
@@ -16,14 +15,6 @@ std::string OpenDesignFile(Calculation& calculation, const std::string& path);
 /// Writes the inputs as a design file. Gives the reason if that failed.
 std::string SaveDesignFile(const Calculation& calculation, const std::string& path,
                            const MessageCallback& report);
-
-/// The companion of a design file, its measured files as absolute paths. Empty where there is none;
-/// what is wrong with it is reported.
-DesignCompanion OpenCompanion(const std::string& designPath, const MessageCallback& report);
-
-/// Writes the companion of a design file, or removes the one there if nothing is to be kept. Gives
-/// the reason if that failed.
-std::string SaveCompanion(DesignCompanion companion, const std::string& designPath);
 
 /// A measured network and the file it is from.
 struct MeasuredNetwork {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <span>
 
+#include "display/TraceMap.h"
 #include "exchange/Json.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
@@ -146,23 +147,40 @@ std::string EdgesText(const ResponseEdges& edges) {
     return "[" + OptionalNumber(edges.Lower) + ", " + OptionalNumber(edges.Upper) + "]";
 }
 
-std::string ResultsObject(const FilterDesign& design) {
-    const ResponseResults results = ResultsOf(design);
+std::string PeakObject(const std::optional<ResponsePeak>& peak) {
+    if (!peak) return "null";
+    return "{\"hz\": " + Number(peak->Frequency) + ", \"loss_db\": " + Number(peak->Loss) + "}";
+}
+
+std::string ResultsObject(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return "null";
     std::string text;
     const auto member = [&text](const char* name, const std::string& value) {
         text += (text.empty() ? "{" : ",\n    ") + Quoted(name) + ": " + value;
     };
     member("loss_at_f0_db", Number(results.LossAtF0));
-    member("peak_hz", Number(results.PeakFrequency));
-    member("peak_loss_db", Number(results.PeakLoss));
+    member("peak_hz", results.Peak ? Number(results.Peak->Frequency) : "null");
+    member("peak_loss_db", results.Peak ? Number(results.Peak->Loss) : "null");
     member("edge_depth_db", Number(HalfPowerDb));
     member("edges_hz", EdgesText(results.Edges));
     member("width_hz", OptionalNumber(results.Edges.Width(design.PassType)));
+    member("band_offset", OptionalNumber(results.BandOffset));
+    member("other_band", PeakObject(results.OtherBand));
     member("return_loss_band_hz", EdgesText(results.ReturnLossBand));
     member("worst_return_loss_db", Number(results.WorstReturnLoss));
     member("worst_return_loss_hz", Number(results.WorstReturnLossAt));
     member("shape_factor_60_6", OptionalNumber(results.ShapeFactor));
+    member("no_shape", results.NoShape ? "{\"hz\": " + Number(results.NoShape->Frequency) +
+                                             ", \"db_below_peak\": " +
+                                             Number(results.NoShape->Attenuation) + "}"
+                                       : "null");
+    if (results.StopAttenuation > 0.0) {
+        member("stop_band_db", Number(results.StopAttenuation));
+        member("stop_bands_hz", List(results.StopBands.size(), [&](std::size_t i) {
+                   const HeldBand& band = results.StopBands[i];
+                   return EdgesText({band.From, band.To});
+               }));
+    }
     member("attenuations", List(results.Attenuations.size(), [&](std::size_t i) {
                const AttenuationAt& at = results.Attenuations[i];
                return "{\"at\": " + Quoted(at.Where) + ", \"hz\": " + Number(at.Frequency) +
@@ -238,7 +256,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     member("magnitude_db", Numbers(quantities.MagnitudeDb));
     member("phase_deg", BlankableNumbers(quantities.PhaseDeg));
     member("group_delay_s", BlankableNumbers(quantities.GroupDelay));
-    member("group_delay_full_scale_s", Number(design.GDFullScale));
+    member("group_delay_full_scale_s", Number(ScalesOf(design).GDFullScale));
     if (ShownTraces(calculation).Pulse) {
         member("pulse", Numbers(quantities.Pulse));
         member("pulse_time_step_s", Number(design.PulseTimeStep));
@@ -247,7 +265,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
         const std::vector<std::string> lines = MathErrors().Lines(calculation.FirstMathError);
         member("math_errors", List(lines.size(), [&](std::size_t i) { return Quoted(lines[i]); }));
     }
-    member("results", ResultsObject(design));
+    member("results", ResultsObject(design, calculation.Results));
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));

@@ -14,7 +14,7 @@ namespace ladderwise {
 
 namespace {
 
-constexpr std::size_t resultNameWidth = 22;
+constexpr std::size_t resultNameWidth = 26;
 constexpr int PartDigits = 4;  ///< decimals of the shown mantissa: five significant digits
 
 const char* PartsText(PartChoice choice) {
@@ -77,13 +77,14 @@ std::string TableText(const Calculation& calculation) {
             shown(design.RLoad, "ohm") + ", " + PartsText(design.PartModel.Choice) +
             (design.StdLCValues ? ", standard values" : "") + "\n";
     if (design.NumElements > 0) text += SlotLines(design);
-    for (const auto& [name, value] : DescribeResults(design, ResultsOf(design)))
+    for (const auto& [name, value] : DescribeResults(design, calculation.Results))
         text += Padded(name, resultNameWidth) + value + "\n";
     for (const auto& [name, value] : DescribeTraps(design))
         text += Padded(name, resultNameWidth) + value + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
-    for (const std::string& line : {EllipticText(design), WorstCaseText(calculation.WorstCase)})
+    for (const std::string& line :
+         {EllipticText(design, calculation.Results), WorstCaseText(calculation.WorstCase)})
         if (!line.empty()) text += line + "\n";
     return text;
 }

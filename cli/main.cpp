@@ -19,6 +19,7 @@
 #include "display/PlotExport.h"
 #include "files/DiskFile.h"
 #include "files/PlatformFolders.h"
+#include "measured/CompanionFile.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"

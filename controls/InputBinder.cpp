@@ -34,7 +34,8 @@ InputBinder::BoundBox& InputBinder::Find(InputId id) {
 NumberEdit* InputBinder::AddBox(QWidget* parent, InputId id) {
     auto* const box = new NumberEdit(ComponentName(RowOf(id, inputs), "Box"), parent);
     SetWidth(box);
-    QObject::connect(box, &NumberEdit::CalculationRequested, box, [this] { actions.Calculate(); });
+    QObject::connect(box, &NumberEdit::CalculationRequested, box,
+                     [this, id] { actions.Enter(id); });
     box->setAccessibleName(QString::fromStdString(PlainLabel(RowOf(id, inputs))));
     boxes.push_back({id, box, nullptr, nullptr, nullptr});
     if (HasArrows(id))

@@ -17,11 +17,13 @@ class QLabel;
 
 namespace ladderwise {
 
-/// What the owner of the calculation does when a control is used. Each ends in a calculation.
+/// What the owner of the calculation does when a control is used. Calculate, Step and Choose end in
+/// a calculation; Enter does where something was typed that a calculation reads.
 struct InputActions {
     std::function<void()> Calculate;                    ///< the boxes of all windows are read
     std::function<void(InputId, bool up)> Step;         ///< an arrow, key or wheel steps a box
     std::function<void(const QObject* sender)> Choose;  ///< a control made by AddChoice was used
+    std::function<void(InputId)> Enter;  ///< Enter in a box, or left with a changed text
 };
 
 class InputBinder {

@@ -59,7 +59,7 @@ void NumberEdit::SelectNumber() {
 
 void NumberEdit::Show(const NumberBox& box) {
     const QSignalBlocker blocker(this);
-    const QString shown = QString::fromStdString(box.Text);
+    shown = QString::fromStdString(box.Text);
     if (text() != shown) {
         setText(shown);
         SelectNumber();
@@ -84,6 +84,8 @@ void NumberEdit::Show(const NumberBox& box) {
 void NumberEdit::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
         emit StepRequested(event->key() == Qt::Key_Up);
+    else if (event->key() == Qt::Key_Escape && isModified())
+        TakeBack();
     else
         QLineEdit::keyPressEvent(event);
     // Enter has asked for a calculation; a dialog's default button must not ask for a second one,
@@ -92,6 +94,11 @@ void NumberEdit::keyPressEvent(QKeyEvent* event) {
         SelectNumber();
         event->accept();
     }
+}
+
+void NumberEdit::TakeBack() {
+    setText(shown);  // which is no longer a modified text
+    SelectNumber();
 }
 
 void NumberEdit::wheelEvent(QWheelEvent* event) {
@@ -112,8 +119,8 @@ void NumberEdit::wheelEvent(QWheelEvent* event) {
 void NumberEdit::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     const Qt::FocusReason reason = event->reason();
-    const bool placed = reason == Qt::MouseFocusReason || reason == Qt::PopupFocusReason ||
-                        reason == Qt::MenuBarFocusReason;
+    // The menu bar has taken the selection; a menu of the box's own leaves it as it is.
+    const bool placed = reason == Qt::MouseFocusReason || reason == Qt::PopupFocusReason;
     if (!placed && !isModified()) SelectNumber();
 }
 

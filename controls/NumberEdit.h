@@ -10,9 +10,10 @@
 namespace ladderwise {
 
 /// An edit box that shows a NumberBox. The Up and Down keys and the mouse wheel step it while it
-/// has the focus; Enter, and leaving it with a changed text, ask for a calculation. What is typed
-/// replaces the whole number wherever the user has not put the cursor into it. A bar at its left
-/// edge tells that the program moved the value.
+/// has the focus; Enter, and leaving it with a changed text, ask for a calculation; Escape takes
+/// back what was typed and is not read yet. What is typed replaces the whole number wherever the
+/// user has not put the cursor into it. A bar at its left edge tells that the program moved the
+/// value.
 class NumberEdit : public QLineEdit {
     Q_OBJECT
 
@@ -43,7 +44,9 @@ protected:
 
 private:
     void SelectNumber();
+    void TakeBack();
 
+    QString shown;       ///< what the program wrote last
     bool moved = false;  ///< the program's value stands in the box
     int wheelRest = 0;   ///< eighths of a degree not yet turned into a step
 };

@@ -39,13 +39,14 @@ int XOf(double index, const MarkedSweep& sweep) {
 struct AnnotatedSweep {
     std::span<const double> Freqs;
     PassType Pass;
+    BandRange Band;
     bool OfPlot;
 };
 
 AnnotatedSweep SweepOf(const PlotLayer& layer, const MarkedSweep& sweep) {
     const bool ofPlot = HasPlotSweep(layer.Sweep, sweep.Freqs);
     return {ofPlot ? sweep.Freqs : layer.Sweep.Freqs, layer.Sweep.Pass.value_or(sweep.Pass),
-            ofPlot};
+            layer.Sweep.Band.value_or(sweep.Band), ofPlot};
 }
 
 /// x of a place of a layer; empty off the plot.
@@ -90,6 +91,17 @@ std::optional<SweepPlace> FirstCrossing(std::span<const double> levels,
     return std::nullopt;
 }
 
+/// Index of the highest interior maximum in `band`.
+std::optional<int> HighestMaximum(std::span<const double> levels, std::span<const double> freqs,
+                                  const BandRange& band) {
+    std::optional<std::size_t> highest;
+    for (std::size_t i = 1; i + 1 < levels.size(); ++i) {
+        const bool top = levels[i] >= levels[i - 1] && levels[i] >= levels[i + 1];
+        if (top && band.Holds(freqs[i]) && (!highest || levels[i] > levels[*highest])) highest = i;
+    }
+    return highest ? std::optional<int>(static_cast<int>(*highest)) : std::nullopt;
+}
+
 /// Index of the smallest level that is a number.
 int LowestIndex(std::span<const double> levels) {
     int lowest = 0;
@@ -101,10 +113,12 @@ int LowestIndex(std::span<const double> levels) {
 /// Puts labels where there is room, and a leader where that is further off.
 class Annotator {
 public:
-    Annotator(const TextMetrics& textMetrics, PlotCover& plotCover, MarkerDrawing& target)
-        : metrics(textMetrics), cover(plotCover), drawing(target) {}
+    Annotator(const TextMetrics& textMetrics, PlotCover& plotCover, MarkerDrawing& target,
+              bool withLabels = true)
+        : metrics(textMetrics), cover(plotCover), drawing(target), labelled(withLabels) {}
 
     void Label(int x, int y, const std::string& text, PlotColour colour, bool leftFirst = false) {
+        if (!labelled) return;
         const int width = metrics.Width(text);
         const PlotRect place = cover.PlaceLabel(x, y, width, metrics.Height, leftFirst);
         drawing.Labels.push_back({place.Left, place.Top, text, colour});
@@ -114,10 +128,9 @@ public:
             drawing.Leaders.push_back({x, y, nearX, nearY, colour});
     }
 
-    void DotWithLabel(int x, int y, const std::string& text, PlotColour colour,
-                      bool leftFirst = false) {
-        drawing.Dots.push_back({x, y, colour});
-        Label(x, y, text, colour, leftFirst);
+    void DotWithLabel(const MarkerDot& dot, const std::string& text, bool leftFirst = false) {
+        drawing.Dots.push_back(dot);
+        Label(dot.X, dot.Y, text, dot.Colour, leftFirst);
     }
 
     MarkerDrawing& Drawing() { return drawing; }
@@ -126,6 +139,7 @@ private:
     const TextMetrics& metrics;
     PlotCover& cover;
     MarkerDrawing& drawing;
+    bool labelled;
 };
 
 struct AnnotatedTrace {
@@ -145,8 +159,9 @@ void AnnotateFrequencies(const MarkerState& markers, const MarkedSweep& sweep,
         if (!x) continue;
         const double value = ValueAt(trace.Values, trace.Kind, place->Index);
         if (std::isnan(value)) continue;
-        annotator.DotWithLabel(*x, MapValue(value, trace.Scale, sweep.Layout),
-                               TraceValueText(trace.Kind, value), trace.Colour);
+        annotator.DotWithLabel(
+            {*x, MapValue(value, trace.Scale, sweep.Layout), trace.Colour, trace.Kind},
+            TraceValueText(trace.Kind, value));
     }
 }
 
@@ -161,22 +176,21 @@ void AnnotateLevels(const MarkerState& markers, const MarkedSweep& sweep,
         const auto line = LevelLine(y, trace.Sweep, sweep, trace.Colour);
         if (line && y > layout.PlotTop && y < layout.PlotBottom)
             annotator.Drawing().Lines.push_back(*line);
-        const std::string level = FormatNumber(relative, 2) + " dB ";
+        const std::string level = LevelMarkerName(k) + " " + FormatNumber(relative, 2) + " dB ";
         std::size_t shown = 0;
         for (const SweepPlace& place :
              LevelCrossings(trace.Values, trace.Sweep.Freqs, peak + relative)) {
             const auto x = XOf(place, trace.Sweep, sweep);
             if (!x || shown++ >= MostCrossings) continue;
-            annotator.DotWithLabel(*x, y,
-                                   level + SweepFrequencyText(place.Frequency, trace.Sweep.Freqs),
-                                   trace.Colour);
+            annotator.DotWithLabel({*x, y, trace.Colour, trace.Kind},
+                                   level + SweepFrequencyText(place.Frequency, trace.Sweep.Freqs));
         }
     }
 }
 
 void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annotator& annotator) {
     const AnnotatedSweep& own = trace.Sweep;
-    const DepthReadOut readOut = FindDepthReadOut(trace.Values, own.Freqs, own.Pass);
+    const DepthReadOut readOut = FindDepthReadOut(trace.Values, own.Freqs, own.Pass, own.Band);
     // The lower edge has its label on its left, the upper one on its right.
     const double at = readOut.Upper ? readOut.Upper->Index : 0.0;
     std::optional<int> lastX;
@@ -187,14 +201,17 @@ void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annota
         const double value = ValueAt(trace.Values, trace.Kind, edge->Index);
         lastX = x;
         lastY = MapValue(value, trace.Scale, sweep.Layout);
-        annotator.DotWithLabel(*x, lastY,
+        annotator.DotWithLabel({*x, lastY, trace.Colour, trace.Kind},
                                "6 dB Freq = " + SweepFrequencyText(edge->Frequency, own.Freqs),
-                               trace.Colour, edge->Index < at);
+                               edge->Index < at);
     }
     if (!lastX || !readOut.Lower || !readOut.Upper) return;
     const double width = readOut.Upper->Frequency - readOut.Lower->Frequency;
     annotator.Label(*lastX, lastY,
-                    "6 dB BW = " + FormatWithPrefix(width, LeastFrequencyDigits, "Hz"),
+                    "6 dB BW = " + FormatWithPrefix(width, LeastFrequencyDigits, "Hz") +
+                        (readOut.NamedBand ? " of the band at " +
+                                                 SweepFrequencyText(*readOut.NamedBand, own.Freqs)
+                                           : ""),
                     trace.Colour);
 }
 
@@ -324,10 +341,19 @@ std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
 }
 
 DepthReadOut FindDepthReadOut(std::span<const double> levels, std::span<const double> freqs,
-                              PassType pass) {
+                              PassType pass, const BandRange& band) {
     DepthReadOut readOut;
-    if (levels.empty()) return readOut;
-    const int peak = PeakIndex(levels);
+    if (levels.empty() || freqs.size() < levels.size()) return readOut;
+    int peak = PeakIndex(levels);
+    if (HasBandWidth(pass) && pass != PassType::Notch) {
+        const auto own = HighestMaximum(levels, freqs, band);
+        const auto any = own ? own : HighestMaximum(levels, freqs, AllFrequencies);
+        if (!any) return readOut;
+        const auto index = static_cast<std::size_t>(*any);
+        if (!own || levels[static_cast<std::size_t>(peak)] > levels[index])
+            readOut.NamedBand = freqs[index];
+        peak = *any;
+    }
     const int from = pass == PassType::Notch ? LowestIndex(levels) : peak;
     const double target = levels[static_cast<std::size_t>(peak)] - ReadOutDepthDb;
     if (pass == PassType::Notch && !(levels[static_cast<std::size_t>(from)] < target))
@@ -368,6 +394,19 @@ std::string TraceValueText(TraceKind kind, double value) {
     return {};
 }
 
+std::string FrequencyMarkerName(int k) {
+    return "M" + std::to_string(k);
+}
+
+std::string LevelMarkerName(int k) {
+    return "L" + std::to_string(k);
+}
+
+void AppendTraceName(const std::string& name, const MarkerDot& end, const TextMetrics& metrics,
+                     PlotCover& cover, MarkerDrawing& drawing) {
+    Annotator(metrics, cover, drawing).Label(end.X, end.Y, name, end.Colour, true);
+}
+
 void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
                        std::span<const double> levels, const TextMetrics& metrics, PlotCover& cover,
                        MarkerDrawing& drawing) {
@@ -379,7 +418,9 @@ void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
         if (!place) continue;
         const int x = XOf(place->Index, sweep);
         drawing.Lines.push_back({x, layout.PlotTop, x, layout.PlotBottom, MarkerLineColour});
-        annotator.Label(x, layout.PlotBottom, SweepFrequencyText(f, sweep.Freqs), MarkerLineColour);
+        annotator.Label(x, layout.PlotBottom,
+                        FrequencyMarkerName(k) + " " + SweepFrequencyText(f, sweep.Freqs),
+                        MarkerLineColour);
     }
     const auto reference = ReferenceOf(markers, sweep.Freqs, levels);
     const auto place = reference ? PlaceOf(reference->Frequency, sweep.Freqs) : std::nullopt;
@@ -397,9 +438,9 @@ void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
 }
 
 void AppendTraceMarkers(const MarkerState& markers, const MarkedSweep& sweep,
-                        const PlotLayer& layer, const TextMetrics& metrics, PlotCover& cover,
-                        MarkerDrawing& drawing) {
-    Annotator annotator(metrics, cover, drawing);
+                        const PlotLayer& layer, bool labelled, const TextMetrics& metrics,
+                        PlotCover& cover, MarkerDrawing& drawing) {
+    Annotator annotator(metrics, cover, drawing, labelled);
     const AnnotatedSweep own = SweepOf(layer, sweep);
     bool depthShown = false;
     for (const TraceKind kind : TraceDrawOrder) {

@@ -2,6 +2,7 @@
 // the lines, dots and labels that show it. Plain structs, no Qt.
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -18,6 +19,8 @@ namespace ladderwise {
 /// The depth of the read-outs "6 dB Freq" and "6 dB BW" below the peak, dB.
 inline constexpr double ReadOutDepthDb = 6.0;
 
+inline constexpr BandRange AllFrequencies{0.0, std::numeric_limits<double>::infinity()};
+
 /// What markers refer to: the sweep that the plot shows and how it shows it.
 struct MarkedSweep {
     PassType Pass = PassType::LowPass;
@@ -25,8 +28,9 @@ struct MarkedSweep {
     TraceChoices Choices;
     PlotLayout Layout;
     PlotScales Scales;
-    double PulseTimeStep = 0.0;  ///< between two samples of the pulse, s
-    PlotAxis Axis{};             ///< asked only for layers with a sweep of their own
+    double PulseTimeStep = 0.0;       ///< between two samples of the pulse, s
+    PlotAxis Axis{};                  ///< asked only for layers with a sweep of their own
+    BandRange Band = AllFrequencies;  ///< where the design's pass band is looked for
 };
 
 /// Sweep point under x: the integer part of its share of the plot's width times `count`, kept
@@ -97,13 +101,16 @@ std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
 
 /// The crossings ReadOutDepthDb below the peak: of a low-pass the first one above the peak, of a
 /// high-pass the first below it, of a band-pass those around it, of a notch those around its
-/// minimum.
+/// minimum. The peak is the highest in `band`; of a band-pass whose band the sweep does not show,
+/// the highest maximum that it does.
 struct DepthReadOut {
+    /// Hz; of the band, if another one in the sweep is higher or the design's own is not in it.
+    std::optional<double> NamedBand;
     std::optional<SweepPlace> Lower;
     std::optional<SweepPlace> Upper;
 };
 DepthReadOut FindDepthReadOut(std::span<const double> levels, std::span<const double> freqs,
-                              PassType pass);
+                              PassType pass, const BandRange& band = AllFrequencies);
 
 /// A frequency of the sweep with as many digits as its steps are fine, at least four.
 std::string SweepFrequencyText(double f, std::span<const double> freqs);
@@ -111,10 +118,13 @@ std::string SweepFrequencyText(double f, std::span<const double> freqs);
 /// A value of a trace as people read it: "-3.01 dB", "45.0°", "12.3 ns", "0.950".
 std::string TraceValueText(TraceKind kind, double value);
 
+/// A dot's shape tells its trace, whatever the colours look like: the magnitudes squares, the
+/// return loss circles, the phase triangles, the group delay diamonds.
 struct MarkerDot {
     int X = 0;
     int Y = 0;
     PlotColour Colour;
+    TraceKind Kind = TraceKind::Mag10dB;
 };
 
 /// Lines are dotted ones of markers; leaders join dots with labels that stand further off.
@@ -125,6 +135,11 @@ struct MarkerDrawing {
     std::vector<PlotText> Labels;
 };
 
+/// Name of a marker on the plot and in the table: "M1" on a frequency, "L1" on a level; k counts
+/// from 1.
+std::string FrequencyMarkerName(int k);
+std::string LevelMarkerName(int k);
+
 /// Appends what stands once on the plot: the frequency markers' lines and frequencies, and the
 /// read-out reference. `levels` (dB) is the nominal magnitude. Labels keep off what `cover` holds.
 void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
@@ -133,9 +148,15 @@ void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
 
 /// Appends the annotations of each chosen trace of a layer, in its colour: values at the frequency
 /// markers; on the magnitudes the crossings of the level markers, and once the 6 dB read-outs. All
-/// are found at the layer's own frequencies; those that lie off the plot are left out.
+/// are found at the layer's own frequencies; those that lie off the plot are left out. Without
+/// labels only lines and dots are appended: the values of what is drawn beside the design stand in
+/// its table.
 void AppendTraceMarkers(const MarkerState& markers, const MarkedSweep& sweep,
-                        const PlotLayer& layer, const TextMetrics& metrics, PlotCover& cover,
-                        MarkerDrawing& drawing);
+                        const PlotLayer& layer, bool labelled, const TextMetrics& metrics,
+                        PlotCover& cover, MarkerDrawing& drawing);
+
+/// Appends the name of a trace at its end, kept off what `cover` holds.
+void AppendTraceName(const std::string& name, const MarkerDot& end, const TextMetrics& metrics,
+                     PlotCover& cover, MarkerDrawing& drawing);
 
 }  // namespace ladderwise

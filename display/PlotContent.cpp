@@ -21,7 +21,7 @@ PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantitie
             colours,
             dashed,
             name,
-            {design.SweepFreqs, design.PulseTimeStep, design.PassType}};
+            {design.SweepFreqs, design.PulseTimeStep, design.PassType, BandAboutF0(design)}};
 }
 
 PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 
+#include "analysis/Results.h"
 #include "design/FilterDesign.h"
 #include "design/TraceChoices.h"
 #include "schematic/Shapes.h"
@@ -43,6 +44,9 @@ inline constexpr std::array<TraceKind, 6> TraceDrawOrder = {
 /// True if the trace of this kind is on; never for Normalised.
 bool IsChosen(const TraceChoices& choices, TraceKind kind);
 
+/// A name for the end of a trace: "Mag", "1 dB", "RL", ...
+const char* TraceShortName(TraceKind kind);
+
 /// The array that a kind draws; empty for Normalised.
 std::span<const double> ValuesOf(const PlotTraces& traces, TraceKind kind);
 
@@ -59,9 +63,10 @@ PlotColour TraceColour(TraceKind kind);
 
 /// Where the points of a layer lie, if not at those of the sweep that the plot shows.
 struct LayerSweep {
-    std::span<const double> Freqs{};  ///< Hz, ascending; empty: the plot's own
-    double PulseTimeStep = 0.0;       ///< s; 0: the plot's own
-    std::optional<PassType> Pass{};   ///< of the layer's design; empty: the plot's own
+    std::span<const double> Freqs{};       ///< Hz, ascending; empty: the plot's own
+    double PulseTimeStep = 0.0;            ///< s; 0: the plot's own
+    std::optional<PassType> Pass{};        ///< of the layer's design; empty: the plot's own
+    std::optional<BandRange> Band{};  ///< where its pass band is looked for; empty: as Pass
 };
 
 /// What is drawn of one design: the one in hand, the reference, a measurement.

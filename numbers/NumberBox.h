@@ -72,6 +72,9 @@ struct NumberBox {
     bool HoldsExactValue() const { return ExactValue && Text == WrittenText; }
 };
 
+/// True if two boxes show the same text and the same number stands behind it.
+bool SameEntry(const NumberBox& a, const NumberBox& b);
+
 /// Reads a box through its three limit texts. Unreadable text is replaced by the default, a value
 /// outside [minimum, maximum] by the bound; the box then holds that limit's text, turns silver and
 /// keeps what was typed in ReplacedText. Otherwise the box turns to the normal colour.

@@ -13,6 +13,7 @@
 #include "numbers/Formatfunctions.h"
 #include "pipeline/DisplayScale.h"
 #include "pipeline/NortonSequence.h"
+#include "pipeline/ResultsText.h"
 #include "prototypes/Prototype.h"
 #include "scaling/BandScaler.h"
 #include "scaling/Protoscaler.h"
@@ -222,6 +223,25 @@ void PrepareAnalysis(Calculation& calculation, const MessageCallback& report) {
     if (design.WorstCase) calculation.PendingSeed = NextSeed(calculation);
 }
 
+HandMadeDesign PresentDesign(const Calculation& calculation) {
+    return {calculation.UsedInputs, calculation.Design, calculation.IdealElements};
+}
+
+/// The inputs that change no part value, as they are.
+void KeepWhatOnlyShows(const DesignInputs& shown, Calculation& calculation) {
+    using enum ChoiceId;
+    FilterDesign& design = calculation.Design;
+    for (const ChoiceId id : {Sweep, AutoScale, TraceMag1dB, TraceMag10dB, TracePhase,
+                              TraceGroupDelay, TracePulse, TraceReturnLoss}) {
+        calculation.Inputs.Choice(id) = shown.Choice(id);
+        if (TableOf(id).Put) TableOf(id).Put(design, shown.Choice(id));
+    }
+    for (const InputId id : {InputId::Scale, InputId::PercentChange, InputId::GDPhaseThreshold}) {
+        calculation.Inputs.Box(id) = shown.Box(id);
+        if (id != InputId::Scale) StepInput(id, calculation.Inputs, design, {}, {});
+    }
+}
+
 }  // namespace
 
 void SeedFromClock(Calculation& calculation) {
@@ -283,6 +303,7 @@ void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) 
     calculation.PendingSeed.reset();
     calculation.DiscardedNow = false;
     Derive(calculation, {}, calculation.Quantities, report);
+    calculation.Results = ResultsOf(design);
     SettleGroupDelayScale(calculation.Inputs, design, calculation.Quantities.GDFullScale, report);
 }
 
@@ -306,14 +327,14 @@ void AskForRepeat(Calculation& calculation) {
 bool BringBackEdits(Calculation& calculation) {
     if (!calculation.Discarded) return false;
     FilterDesign& design = calculation.Design;
-    HandMadeLadder present{design.Elements, design.NumElements};
-    const bool edited = HasEdits(design);
-    design.Elements = calculation.Discarded->Elements;
-    design.NumElements = calculation.Discarded->NumElements;
-    if (edited)
-        calculation.Discarded = present;
-    else
-        calculation.Discarded.reset();
+    const HandMadeDesign back = *std::exchange(calculation.Discarded, std::nullopt);
+    if (HasEdits(design)) calculation.Discarded = PresentDesign(calculation);
+    const DesignInputs shown = calculation.Inputs;
+    calculation.Inputs = calculation.UsedInputs = back.Inputs;
+    static_cast<DesignState&>(design) = back.Design;
+    calculation.IdealElements = back.IdealElements;
+    KeepWhatOnlyShows(shown, calculation);
+    BuildSweepGrid(design);
     return true;
 }
 
@@ -321,7 +342,7 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     FilterDesign& design = calculation.Design;
     calculation.FirstMathError = MathErrors().ErrorCount();
     const bool discards = HasEdits(design);
-    if (discards) calculation.Discarded = HandMadeLadder{design.Elements, design.NumElements};
+    if (discards) calculation.Discarded = PresentDesign(calculation);
     const bool first = design.NumElements == 0, traps = IsElliptic(design.ResponseType);
     const int count = design.NumPoles;
     ReadInputs(calculation.Inputs, design, report);
@@ -330,6 +351,7 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     LookForEvenest(calculation.Inputs, design);
     MarkInputs(calculation.Inputs, design);
     PrepareAnalysis(calculation, report);
+    calculation.UsedInputs = calculation.Inputs;
     calculation.DiscardedNow = discards;
     calculation.CountChanged =
         !first && IsElliptic(design.ResponseType) != traps && design.NumPoles == count;

@@ -9,6 +9,7 @@
 
 #include "analysis/Magphasefunctions.h"
 #include "analysis/PulseResponse.h"
+#include "analysis/Results.h"
 #include "analysis/SweepTables.h"
 #include "numbers/Matherrmain.h"
 #include "pipeline/DesignInputs.h"
@@ -37,10 +38,11 @@ struct WorstCaseResult {
     double SpreadAtF0Db = 0.0;  ///< highest less lowest at the sweep point nearest to F0
 };
 
-/// A ladder whose values were changed by hand.
-struct HandMadeLadder {
-    ElementList Elements{};
-    int NumElements = 0;
+/// A design whose values were changed by hand, with the inputs that it was calculated from.
+struct HandMadeDesign {
+    DesignInputs Inputs{};
+    DesignState Design{};
+    ElementList IdealElements{};
 };
 
 /// A design with all that its calculation needs and leaves behind.
@@ -49,6 +51,7 @@ struct Calculation {
     FilterDesign Design{};
     SweepTables Tables{};
     DisplayQuantities Quantities{};     ///< of the nominal ladder, whenever a calculation returns
+    ResponseResults Results{};          ///< of the nominal ladder too
     DisplayQuantities RunQuantities{};  ///< of the worst-case run in hand
     PulseWork Pulse{};                  ///< tables of the pulse response, shared by all runs
     /// False where the control of the pulse trace is disabled while a worst case is chosen.
@@ -60,7 +63,8 @@ struct Calculation {
     std::optional<std::uint32_t> PendingSeed{};
     ElementList IdealElements{};  ///< as scaled, before de-embedding and standard values
     /// The last values changed by hand that a calculation has discarded.
-    std::optional<HandMadeLadder> Discarded{};
+    std::optional<HandMadeDesign> Discarded{};
+    DesignInputs UsedInputs{};  ///< of the last calculation, and as it left them
     bool DiscardedNow = false;  ///< by the last calculation
     bool CountChanged = false;  ///< the last calculation went from poles to traps, or back
     std::mt19937 SeedSource{};  ///< gives each worst-case calculation its seed
@@ -100,8 +104,9 @@ void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
 /// runs: for a picture that has to be painted anew.
 void AskForRepeat(Calculation& calculation);
 
-/// Puts the discarded hand-made values in the place of the present ladder, unanalysed; if that is
-/// made by hand too, they change places. False if there are none.
+/// Puts the discarded hand-made design in the place of the present one, unanalysed, with the inputs
+/// that it belongs to; if the present one is made by hand too, they change places. What only shows
+/// a design (traces, sweep, scale, "% Change") stays as it is. False if there is none.
 bool BringBackEdits(Calculation& calculation);
 
 /// The first half of Calculate, which leaves the state of the inputs and of the nominal ladder as

@@ -1,13 +1,16 @@
 // Choices and the control states that follow from them.
 #include "pipeline/Choices.h"
 
+#include <memory>
+
+#include "numbers/Formatfunctions.h"
 #include "numbers/UtilityFunctions.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr double MHzPerHz = 1e-6;
+constexpr double HzPerMHz = 1e6;
 
 bool IsCoupledBandPass(PassType pass) {
     return pass == PassType::DirectCoupled || pass == PassType::Norton;
@@ -21,10 +24,27 @@ void ChoosePrototype(DesignInputs& inputs) {
     inputs.Choice(ChoiceId::StdLCValues) = 0;
 }
 
-void RewriteBandWidth(DesignInputs& inputs, const FilterDesign& design, bool inPercent) {
-    inputs.Box(InputId::BandWidth)
-        .WriteValue(inPercent ? design.BandWidth / design.F0 * Percent
-                              : design.BandWidth * MHzPerHz);
+/// From the stored bandwidth, once what was typed is read. What does not fit its limits is only
+/// converted, so that the next calculation replaces it and says so; what is no number stays.
+void RewriteBandWidth(DesignInputs& inputs, const FilterDesign& design, int before) {
+    const int after = inputs.Choice(ChoiceId::BandWidthUnit);
+    const auto perUnit = [](int unit, double f0) {
+        return unit == BandWidthInPercent ? f0 / Percent : HzPerMHz;
+    };
+    NumberBox& box = inputs.Box(InputId::BandWidth);
+    if (box.HoldsExactValue() && inputs.Box(InputId::F0).HoldsExactValue())
+        return box.WriteValue(design.BandWidth / perUnit(after, design.F0));
+    DesignInputs read = inputs;
+    read.Choice(ChoiceId::BandWidthUnit) = before;
+    const auto scratch = std::make_unique<FilterDesign>(design);
+    StepInput(InputId::F0, read, *scratch, {}, {});
+    StepInput(InputId::BandWidth, read, *scratch, {}, {});
+    const auto& unfit = read.Box(InputId::BandWidth).ReplacedText;
+    double typed = 0.0;
+    if (!unfit)
+        box.WriteValue(scratch->BandWidth / perUnit(after, scratch->F0));
+    else if (TryParseDouble(*unfit, typed))
+        box.Type(FormatPlain(typed * perUnit(before, scratch->F0) / perUnit(after, scratch->F0), BoxDigits));
 }
 
 /// A line inverter needs shunt tanks: of the two choices the one made last stays.
@@ -50,7 +70,7 @@ void Choose(DesignInputs& inputs, FilterDesign& design, ChoiceId id, int code) {
         design.CoefFileRead = false;
     KeepLinesBesideShuntTanks(inputs, id);
     if (id == ChoiceId::BandWidthUnit && code != before)
-        RewriteBandWidth(inputs, design, code == BandWidthInPercent);
+        RewriteBandWidth(inputs, design, before);
 }
 
 bool ForbidEllipticCoupling(DesignInputs& inputs, const MessageCallback& report) {

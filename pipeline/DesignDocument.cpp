@@ -69,12 +69,24 @@ DesignRecord DesignDocument::Record(const MessageCallback& report) const {
     return record;
 }
 
-bool DesignDocument::Modified() const {
-    return HasEdits(Work.Design) || (tie->Saved && !SameDesign(Record({}), *tie->Saved));
+bool DesignDocument::EditsAreSaved() const {
+    const FilterDesign& design = Work.Design;
+    if (!tie->SavedEdits || !HasEdits(design)) return !tie->SavedEdits && !HasEdits(design);
+    DesignState saved;
+    saved.NumElements = design.NumElements;
+    saved.Elements = design.Elements;
+    saved.CalculatedElements = tie->SavedEdits;
+    return !HasEdits(saved);
 }
 
-void DesignDocument::CountAsSaved() {
+bool DesignDocument::Modified() const {
+    return !EditsAreSaved() || (tie->Saved && !SameDesign(Record({}), *tie->Saved));
+}
+
+void DesignDocument::CountAsSaved(bool withEdits) {
     tie->Saved = Record({});
+    tie->SavedEdits.reset();
+    if (withEdits && HasEdits(Work.Design)) tie->SavedEdits = Work.Design.Elements;
 }
 
 void DesignDocument::Begin() {
@@ -83,16 +95,19 @@ void DesignDocument::Begin() {
     NoteStep(0.0);
 }
 
-void DesignDocument::WasSavedTo(const std::string& path) {
+void DesignDocument::WasSavedTo(const std::string& path, bool withEdits) {
     tie->Path = path;
-    CountAsSaved();
+    CountAsSaved(withEdits);
 }
 
 bool DesignDocument::Load(std::string_view bytes, const std::string& path) {
     const auto record = DecodeRecord(bytes);
     if (!record) return false;
-    tie = std::make_shared<FileTie>(FileTie{path, {}});
+    tie = std::make_shared<FileTie>(FileTie{path, {}, {}});
     LoadRecord(*record, Work);
+    // Values edited in the design of before are no part of this one.
+    Work.Discarded.reset();
+    Work.Design.CalculatedElements.reset();
     return true;
 }
 
@@ -166,6 +181,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->Design = Work.Design;
     snapshot->IdealElements = Work.IdealElements;
     snapshot->Discarded = Work.Discarded;
+    snapshot->UsedInputs = Work.UsedInputs;
     snapshot->DiscardedNow = Work.DiscardedNow;
     snapshot->FixedSeed = Work.FixedSeed;
     snapshot->DrawnSeed = Work.PendingSeed;
@@ -193,6 +209,7 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     restoreState();
     Work.IdealElements = snapshot.IdealElements;
     Work.Discarded = snapshot.Discarded;
+    Work.UsedInputs = snapshot.UsedInputs;
     Work.DiscardedNow = snapshot.DiscardedNow;
     Work.FixedSeed = snapshot.FixedSeed;
     Work.PendingSeed = snapshot.DrawnSeed;
@@ -203,11 +220,6 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     reference = snapshot.Reference;
     showReference = snapshot.ShowReference;
     tie = snapshot.Tie;
-}
-
-std::string NotSavedText(const FilterDesign& design) {
-    if (!HasEdits(design)) return {};
-    return "Saved, but without the part values edited by hand: a design file has no room for them.";
 }
 
 }  // namespace ladderwise

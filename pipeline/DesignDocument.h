@@ -81,18 +81,19 @@ public:
     /// The design as its file would hold it.
     DesignRecord Record(const MessageCallback& report) const;
 
-    /// True if there is something to save: the design differs from its file, or has values that
-    /// were edited by hand, which no file holds.
+    /// True if there is something to save: the design, or the values edited by hand in it, differ
+    /// from what was saved.
     bool Modified() const;
 
-    /// From now on the design as it stands is the one without changes.
-    void CountAsSaved();
+    /// From now on the design as it stands is the one without changes; `withEdits`: and so are its
+    /// values edited by hand.
+    void CountAsSaved(bool withEdits = true);
 
     /// The first state: there is nothing to save and nothing to undo.
     void Begin();
 
-    /// It was written to a file as it stands.
-    void WasSavedTo(const std::string& path);
+    /// It was written to a file as it stands, `withEdits` or without the values edited by hand.
+    void WasSavedTo(const std::string& path, bool withEdits = true);
 
     /// Saving it failed: it is tied to no file any more.
     void LoseFile() { tie->Path.clear(); }
@@ -136,6 +137,8 @@ private:
     std::shared_ptr<const DesignSnapshot> Snapshot() const;
     void Restore(const DesignSnapshot& snapshot);
 
+    bool EditsAreSaved() const;
+
     ControlStates controls;
     bool wasBandPass = false;  ///< when the controls were settled last
     std::shared_ptr<ReferenceDesign> reference;
@@ -143,8 +146,5 @@ private:
     std::shared_ptr<FileTie> tie = std::make_shared<FileTie>();
     DesignHistory history;
 };
-
-/// What Save does not keep of a design, as a sentence for the user; empty if it keeps all of it.
-std::string NotSavedText(const FilterDesign& design);
 
 }  // namespace ladderwise

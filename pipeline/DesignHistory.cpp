@@ -53,12 +53,6 @@ std::optional<StepLabel> ChoiceStep(const DesignInputs& before, const DesignInpu
     return {};
 }
 
-bool SameEntry(const NumberBox& a, const NumberBox& b) {
-    if (a.Text != b.Text) return false;
-    return a.HoldsExactValue() == b.HoldsExactValue() &&
-           (!a.HoldsExactValue() || SameBits(*a.ExactValue, *b.ExactValue));
-}
-
 std::string EntryText(const NumberBox& box) {
     return box.HoldsExactValue() ? FormatPlain(*box.ExactValue, EntryDigits) : box.Text;
 }

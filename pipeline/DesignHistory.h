@@ -21,6 +21,8 @@ namespace ladderwise {
 struct FileTie {
     std::string Path;                   ///< full; empty: none
     std::optional<DesignRecord> Saved;  ///< the design in it, or that the program started with
+    /// The ladder kept with it, if that has values edited by hand.
+    std::optional<ElementList> SavedEdits{};
 };
 
 /// A document at one moment: all that cannot be calculated from the rest, to the last bit.
@@ -28,7 +30,8 @@ struct DesignSnapshot {
     DesignInputs Inputs;
     DesignState Design;
     ElementList IdealElements;
-    std::optional<HandMadeLadder> Discarded;
+    std::optional<HandMadeDesign> Discarded;
+    DesignInputs UsedInputs;
     bool DiscardedNow = false;
     std::optional<std::uint32_t> FixedSeed;
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown
@@ -57,7 +60,7 @@ struct StepLabel {
 std::optional<StepLabel> DescribeStep(const DesignSnapshot& before, const DesignSnapshot& after);
 
 inline constexpr std::size_t MostUndoSteps = 500;  ///< older ones are forgotten
-inline constexpr double MergeSeconds = 1.0;    ///< between two steps of one box that are one
+inline constexpr double MergeSeconds = 1.0;        ///< between two steps of one box that are one
 
 class DesignHistory {
 public:

@@ -17,7 +17,8 @@ void AddNotVaried(const Calculation& calculation, std::vector<Note>& notes);
 
 /// What the response is beside what was asked for: a prototype that is not at 3 dB at its corner,
 /// the mismatch of unequal ends, coils too lossy for the width. Of a direct-coupled band-pass that
-/// can be built (`buildable`) the pass band that misses what was asked for; and its end tanks.
+/// can be built (`buildable`) the pass band that misses what was asked for; and its end tanks. Of a
+/// band-pass that has moved, with its parts as they are: how far, and why as far as it is known.
 void AddResponseNotes(const Calculation& calculation, bool buildable, std::vector<Note>& notes);
 
 }  // namespace ladderwise

@@ -9,7 +9,6 @@
 #include "pipeline/NortonSequence.h"
 #include "pipeline/NoteSources.h"
 #include "pipeline/ResultsText.h"
-#include "scaling/BandScaler.h"
 
 namespace ladderwise {
 
@@ -18,8 +17,6 @@ namespace {
 constexpr int ReplacedDigits = 11;  ///< significant digits of a bound
 constexpr int LoadDigits = 5;       ///< significant digits of a load
 constexpr int AttenDigits = 2;      ///< decimals of an attenuation, dB
-constexpr int FrequencyDigits = 4;  ///< decimals of a band edge
-constexpr int ShapeDigits = 3;      ///< decimals of a shape factor
 
 void AddHandMade(const Calculation& calculation, std::vector<Note>& notes) {
     if (HasEdits(calculation.Design))
@@ -40,7 +37,7 @@ void AddMovedLoad(const DesignInputs& inputs, const FilterDesign& design,
     const std::string text =
         LoadToBringBack(inputs, design)
             ? "R Load is still the " + used + " ohm of " + MoverOf(*box.Moved) + "; " + typed +
-                  " ohm was asked for, and this design can have it."
+                  " ohm was asked for, and Ctrl+L brings it back."
             : "R Load was moved to " + used + " ohm, " + TextOf(box.Moved->Why) + "; " + typed +
                   " ohm was asked for.";
     notes.push_back({NoteKind::LoadMoved, RowOf(InputId::RLoad, inputs).Name, text, typed, box.Text,
@@ -169,6 +166,10 @@ const char* NameOf(NoteKind kind) {
             return "discarded";
         case NoteKind::NotVaried:
             return "not-varied";
+        case NoteKind::NoBand:
+            return "no-band";
+        case NoteKind::BandMoved:
+            return "band-moved";
         case NoteKind::Missed:
             return "missed";
         case NoteKind::TooLossy:
@@ -215,36 +216,11 @@ StatusLine DescribeStatus(const Calculation& calculation) {
     }
     const std::string worstCase = WorstCaseText(calculation.WorstCase);
     if (!worstCase.empty()) status.Text = worstCase + (status.Warning ? "  " + status.Text : "");
-    std::string elliptic = EllipticText(calculation.Design);
+    std::string elliptic = EllipticText(calculation.Design, calculation.Results);
     for (const auto& [name, list] : DescribeTraps(calculation.Design))
         elliptic += "  Its " + name + ": " + list + ".";
     if (!elliptic.empty()) status.Text += (status.Text.empty() ? "" : "  ") + elliptic;
     return status;
-}
-
-std::string EllipticText(const FilterDesign& design) {
-    if (design.Elliptic.NumTraps == 0) return {};
-    std::vector<std::string> edges;
-    for (const double f : ScaledFrequencies(design, design.Elliptic.StopBandEdge))
-        edges.push_back(FormatWithPrefix(f, FrequencyDigits, "Hz"));
-    const auto where = [&]() -> std::string {
-        switch (design.PassType) {
-            case PassType::LowPass:
-                return "from " + edges[0];
-            case PassType::HighPass:
-                return "up to " + edges[0];
-            case PassType::BandPassCanonical:
-                return "up to " + edges[0] + " and from " + edges[1];
-            case PassType::Notch:
-                return "from " + edges[0] + " to " + edges[1];
-            case PassType::DirectCoupled:
-            case PassType::Norton:
-                break;
-        }
-        return {};
-    };
-    return OrderText(design) + ", stop band " + where() + ", shape factor " +
-           FormatFixed(design.Elliptic.StopBandEdge, ShapeDigits) + ".";
 }
 
 std::string WorstCaseText(const WorstCaseResult& result) {

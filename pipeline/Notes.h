@@ -21,6 +21,8 @@ enum class NoteKind {
     Edited,
     Discarded,
     NotVaried,
+    NoBand,
+    BandMoved,
     Missed,
     TooLossy,
     Advice,
@@ -42,8 +44,8 @@ struct Note {
 };
 
 /// "replaced", "load-moved", "atten-raised", "form-forced", "end-tank", "unrealisable",
-/// "math-error", "edited", "discarded", "not-varied", "missed", "too-lossy", "advice",
-/// "not-optimised", "no-such-order".
+/// "math-error", "edited", "discarded", "not-varied", "no-band", "band-moved", "missed",
+/// "too-lossy", "advice", "not-optimised", "no-such-order".
 const char* NameOf(NoteKind kind);
 
 /// The notes of the last calculation, the ones that matter most first.
@@ -57,11 +59,6 @@ struct StatusLine {
         false;  ///< something was replaced, moved, cannot be built or misses what was asked for
 };
 StatusLine DescribeStatus(const Calculation& calculation);
-
-/// The edge or edges of the stop band that an elliptic design is made for, and its shape factor
-/// (the stop-band edge over the 3 dB corner of the low-pass prototype), in one sentence; empty for
-/// other designs.
-std::string EllipticText(const FilterDesign& design);
 
 /// The two figures of a worst-case calculation in one sentence; empty if there was none.
 std::string WorstCaseText(const WorstCaseResult& result);

@@ -2,10 +2,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/PartValues.h"
 #include "analysis/Results.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/CoupledBand.h"
 #include "pipeline/NoteSources.h"
+#include "pipeline/ResultsText.h"
 #include "prototypes/NaturalModes.h"
 
 namespace ladderwise {
@@ -16,6 +18,7 @@ constexpr double MostCornerOffDb = 0.5;   ///< from the 3 dB that a prototype ha
 constexpr double LeastMismatchDb = 0.05;  ///< that is worth a note
 constexpr double WideFrom = 1.05;         ///< of the width asked for
 constexpr int NoteFrequencyDigits = 3;    ///< decimals of frequencies
+constexpr int OffsetDigits = 1;           ///< decimals of how far a band has moved, %
 constexpr int QDigits = 3;                ///< significant digits of a Q
 
 std::string FrequencyText(double f) {
@@ -175,11 +178,60 @@ void AddCoupledBand(const Calculation& calculation, bool buildable, std::vector<
     }
 }
 
+/// True if the band of a design that changed in nothing but its values or parts is where it was
+/// asked for.
+bool IsInPlace(const FilterDesign& design) {
+    const ResponseResults results = ResultsOf(design);
+    return results.Peak && !results.BandOffset;
+}
+
+/// Why a band has moved, as far as a calculation without the cause brings it back.
+std::string CauseOfMove(const Calculation& calculation) {
+    FilterDesign trial = calculation.Design;
+    if (HasEdits(trial)) {
+        trial.Elements = *trial.CalculatedElements;
+        return IsInPlace(trial) ? ": values edited by hand" : "";
+    }
+    const auto place = [&](PartChoice parts, bool std) {
+        trial.Elements = calculation.IdealElements;
+        trial.PartModel.Choice = parts;
+        if (parts == PartChoice::DeEmbed) DeEmbedParts(trial);
+        if (std) SnapToStdValue(trial);
+        return IsInPlace(trial);
+    };
+    const PartChoice parts = calculation.Design.PartModel.Choice;
+    const bool std = calculation.Design.StdLCValues;
+    if (parts == PartChoice::RealParts && place(PartChoice::IdealParts, std))
+        return place(PartChoice::DeEmbed, std) ? ": parasitics; DeEmbed brings it back"
+                                               : ": parasitics";
+    if (std && place(parts, false)) return ": standard values";
+    return "";
+}
+
+/// Where the pass band of a band-pass is, if not where it was asked for.
+void AddBand(const Calculation& calculation, std::vector<Note>& notes) {
+    const ResponseResults& results = calculation.Results;
+    const PassType pass = calculation.Design.PassType;
+    if (!results.Valid || !HasBandWidth(pass) || pass == PassType::Notch) return;
+    if (!results.Peak)
+        notes.push_back({NoteKind::NoBand, "f0",
+                         "There is no pass band about Fo: the loss has no minimum there."});
+    if (!results.BandOffset) return;
+    const std::string cause = CauseOfMove(calculation);
+    // What the synthesis itself misses is said by AddCoupledBand.
+    if (pass == PassType::DirectCoupled && cause.empty()) return;
+    const double offset = *results.BandOffset;
+    notes.push_back({NoteKind::BandMoved, "f0",
+                     "Band lies " + FormatFixed(100.0 * std::abs(offset), OffsetDigits) +
+                         (offset < 0.0 ? " % low" : " % high") + cause + "."});
+}
+
 }  // namespace
 
 void AddResponseNotes(const Calculation& calculation, bool buildable, std::vector<Note>& notes) {
     const FilterDesign& design = calculation.Design;
     AddCoupledBand(calculation, buildable, notes);
+    if (buildable) AddBand(calculation, notes);
     AddCorner(design, notes);
     AddLostShape(design, notes);
     AddMismatch(design, notes);

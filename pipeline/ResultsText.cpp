@@ -1,8 +1,11 @@
 // Words for the figures of a finished design.
 #include "pipeline/ResultsText.h"
 
+#include <algorithm>
 #include <cmath>
 
+#include "analysis/Resonances.h"
+#include "design/ChoiceNames.h"
 #include "numbers/Formatfunctions.h"
 #include "scaling/BandScaler.h"
 
@@ -12,7 +15,10 @@ namespace {
 
 constexpr int frequencyDigits = 4;  // after the first
 constexpr int levelDecimals = 2;
+constexpr int stopBandDigits = 4;          // decimals of a stop-band edge
+constexpr int shapeDecimals = 3;           // of the shape factor of an elliptic design
 constexpr double differingDb = 0.1;        // between the loss at F0 and the least one
+constexpr double differingEdge = 1e-3;     // relative, between a stop-band edge and the ideal one
 constexpr double mostShownDb = 200.0;      // beyond it, rounding decides
 constexpr double smallestShownDb = 0.005;  // would round to 0.00, or to -0.00 of a peak
 
@@ -26,26 +32,33 @@ std::string Hz(double f) {
     return FormatWithPrefix(f, frequencyDigits, "Hz");
 }
 
+std::string PeakText(const ResponsePeak& peak) {
+    const std::string where = std::isinf(peak.Frequency) ? "far above Fo"
+                              : peak.Frequency == 0.0    ? "at 0 Hz"
+                                                         : "at " + Hz(peak.Frequency);
+    return Db(peak.Loss) + " " + where;
+}
+
 std::string Pair(const std::optional<double>& lower, const std::optional<double>& upper) {
     return (lower ? Hz(*lower) : "none") + " and " + (upper ? Hz(*upper) : "none");
 }
 
-void AddEdges(const FilterDesign& design, const ResponseResults& results, ResultTexts& texts) {
+void AddEdges(const FilterDesign& design, const ResponseResults& results, ResultTexts& rows) {
     const ResponseEdges& edges = results.Edges;
     switch (design.PassType) {
         case PassType::LowPass:
-            texts.emplace_back("-3 dB edge", edges.Upper ? Hz(*edges.Upper) : "none");
+            rows.push_back({"-3 dB edge", edges.Upper ? Hz(*edges.Upper) : "none"});
             return;
         case PassType::HighPass:
-            texts.emplace_back("-3 dB edge", edges.Lower ? Hz(*edges.Lower) : "none");
+            rows.push_back({"-3 dB edge", edges.Lower ? Hz(*edges.Lower) : "none"});
             return;
         case PassType::BandPassCanonical:
         case PassType::Notch:
         case PassType::DirectCoupled:
         case PassType::Norton:
-            texts.emplace_back("-3 dB edges", Pair(edges.Lower, edges.Upper));
+            rows.push_back({"-3 dB edges", Pair(edges.Lower, edges.Upper)});
             if (const auto width = edges.Width(design.PassType))
-                texts.emplace_back("width", Hz(*width));
+                rows.push_back({"width", Hz(*width)});
             return;
     }
 }
@@ -66,37 +79,55 @@ std::string BandText(const FilterDesign& design, const ResponseEdges& band) {
     return {};
 }
 
-/// All figures but the attenuations; `brief` leaves out where the return loss was looked for.
+/// All figures but the attenuations; `brief` leaves out what a line has no room for.
 ResultTexts Figures(const FilterDesign& design, const ResponseResults& results, bool brief) {
-    ResultTexts texts;
-    texts.emplace_back("Loss at F0", Db(results.LossAtF0));
-    const bool bandPass = HasBandWidth(design.PassType) && design.PassType != PassType::Notch;
-    if (bandPass && results.LossAtF0 - results.PeakLoss > differingDb)
-        texts.emplace_back("least loss", Db(results.PeakLoss) + " at " + Hz(results.PeakFrequency));
-    AddEdges(design, results, texts);
-    texts.emplace_back("return loss at least",
-                       Db(results.WorstReturnLoss) +
-                           (brief ? "" : " " + BandText(design, results.ReturnLossBand)));
+    ResultTexts rows;
+    rows.push_back({"Loss at Fo", Db(results.LossAtF0)});
+    const bool band = HasBandWidth(design.PassType);
+    const bool bandPass = band && design.PassType != PassType::Notch;
+    if (!results.Peak)
+        rows.push_back({"least loss", "none about Fo"});
+    else if (!brief || (bandPass && results.LossAtF0 - results.Peak->Loss > differingDb))
+        rows.push_back({"least loss", PeakText(*results.Peak)});
+    AddEdges(design, results, rows);
+    rows.push_back({"return loss at least",
+                    Db(results.WorstReturnLoss) +
+                        (brief && band ? "" : " " + BandText(design, results.ReturnLossBand))});
+    const std::string shape = "shape factor 60/6 dB";
     if (results.ShapeFactor)
-        texts.emplace_back("shape factor 60/6 dB",
-                           FormatFixed(*results.ShapeFactor, levelDecimals));
-    return texts;
+        rows.push_back({shape, FormatFixed(*results.ShapeFactor, levelDecimals)});
+    else if (results.NoShape && !brief)
+        rows.push_back({shape, "none: " + Db(results.NoShape->Attenuation) + " at " +
+                                   Hz(results.NoShape->Frequency)});
+    if (results.OtherBand)
+        rows.push_back(
+            {results.OtherBand->Frequency > design.F0 ? "re-entrant pass band"
+                                                      : "further pass band",
+             (brief ? "at " + Hz(results.OtherBand->Frequency) : PeakText(*results.OtherBand))});
+    return rows;
 }
 
-void AddAttenuations(const ResponseResults& results, ResultTexts& texts) {
+/// "2 F0" as the windows spell it: "attenuation at 2 Fo".
+std::string AttenuationName(std::string where) {
+    std::replace(where.begin(), where.end(), '0', 'o');
+    return "attenuation at " + where;
+}
+
+void AddAttenuations(const ResponseResults& results, ResultTexts& rows) {
     for (const AttenuationAt& at : results.Attenuations)
-        texts.emplace_back("at " + at.Where, Db(at.Attenuation));
+        rows.push_back({AttenuationName(at.Where), Db(at.Attenuation)});
 }
 
 /// The attenuations with both sides of the pass band in one, the nearer ones first.
-void AddPairedAttenuations(const ResponseResults& results, ResultTexts& texts) {
-    const auto add = [&](const std::string& where, const std::string& name) {
+void AddPairedAttenuations(const ResponseResults& results, ResultTexts& rows) {
+    const auto add = [&](const std::string& where, const std::string& together) {
         for (const AttenuationAt& at : results.Attenuations) {
             if (at.Where != where) continue;
-            if (!texts.empty() && texts.back().first == name)
-                texts.back().second += " / " + Db(at.Attenuation);
+            const std::string name = AttenuationName(together);
+            if (rows.back().first == name)
+                rows.back().second += " / " + Db(at.Attenuation);
             else
-                texts.emplace_back(name, Db(at.Attenuation));
+                rows.push_back({name, Db(at.Attenuation)});
         }
     };
     for (const std::string off : {"BW", "2 BW"}) {
@@ -105,6 +136,86 @@ void AddPairedAttenuations(const ResponseResults& results, ResultTexts& texts) {
     }
     for (const std::string harmonic : {"2 F0", "3 F0"})
         add(harmonic, harmonic);
+}
+
+std::string StopHz(double f) {
+    return FormatWithPrefix(f, stopBandDigits, "Hz");
+}
+
+/// "from 1 MHz to 2 MHz", with one end "up to" or "from".
+std::string HeldText(const HeldBand& band) {
+    if (band.From && band.To) return "from " + StopHz(*band.From) + " to " + StopHz(*band.To);
+    if (band.To) return "up to " + StopHz(*band.To);
+    return band.From ? "from " + StopHz(*band.From) : "at all frequencies";
+}
+
+std::string HeldText(const std::vector<HeldBand>& bands) {
+    std::string text;
+    for (const HeldBand& band : bands)
+        text += (text.empty() ? "" : " and ") + HeldText(band);
+    return text.empty() ? "nowhere" : text;
+}
+
+/// Where the stop band of ideal parts lies.
+std::vector<HeldBand> IdealStopBands(const FilterDesign& design) {
+    const std::vector<double> edges = ScaledFrequencies(design, design.Elliptic.StopBandEdge);
+    switch (design.PassType) {
+        case PassType::LowPass:
+            return {{edges[0], {}}};
+        case PassType::HighPass:
+            return {{{}, edges[0]}};
+        case PassType::BandPassCanonical:
+            return {{{}, edges[0]}, {edges[1], {}}};
+        case PassType::Notch:
+            return {{edges[0], edges[1]}};
+        case PassType::DirectCoupled:
+        case PassType::Norton:
+            break;
+    }
+    return {};
+}
+
+/// True if every edge of the ideal bands is one of the measured ones.
+bool SameEdges(const std::vector<HeldBand>& ideal, const std::vector<HeldBand>& measured) {
+    const auto same = [](const std::optional<double>& a, const std::optional<double>& b) {
+        return !a || (b && std::abs(*b - *a) <= differingEdge * *a);
+    };
+    if (ideal.size() != measured.size()) return false;
+    for (std::size_t i = 0; i < ideal.size(); ++i)
+        if (!same(ideal[i].From, measured[i].From) || !same(ideal[i].To, measured[i].To))
+            return false;
+    return true;
+}
+
+/// Stop band over pass band, or, of a high-pass and a notch, the reverse.
+std::optional<double> EllipticShape(const FilterDesign& design, const ResponseResults& results) {
+    const ResponseEdges& edges = results.Edges;
+    const std::vector<HeldBand>& stop = results.StopBands;
+    if (stop.empty()) return std::nullopt;
+    std::optional<double> wide, narrow;
+    switch (design.PassType) {
+        case PassType::LowPass:
+            wide = stop[0].From;
+            narrow = edges.Upper;
+            break;
+        case PassType::HighPass:
+            wide = edges.Lower;
+            narrow = stop[0].To;
+            break;
+        case PassType::BandPassCanonical:
+            if (stop.size() == 2 && stop[0].To && stop[1].From) wide = *stop[1].From - *stop[0].To;
+            narrow = edges.Width(design.PassType);
+            break;
+        case PassType::Notch:
+            wide = edges.Width(design.PassType);
+            if (stop[0].From && stop[0].To) narrow = *stop[0].To - *stop[0].From;
+            break;
+        case PassType::DirectCoupled:
+        case PassType::Norton:
+            break;
+    }
+    if (!wide || !narrow) return std::nullopt;
+    return *wide / *narrow;
 }
 
 }  // namespace
@@ -121,31 +232,62 @@ std::vector<double> TrapFrequencies(const FilterDesign& design) {
     return traps;
 }
 
+std::vector<double> MeasuredTraps(const FilterDesign& design) {
+    std::vector<double> traps = TrapFrequencies(design);
+    const std::vector<double> zeros = traps.empty() ? traps : TransmissionZeros(design);
+    for (double& trap : traps)
+        if (!zeros.empty())
+            trap = *std::min_element(zeros.begin(), zeros.end(), [&](double a, double b) {
+                return std::abs(std::log(a / trap)) < std::abs(std::log(b / trap));
+            });
+    return traps;
+}
+
 ResultTexts DescribeTraps(const FilterDesign& design) {
     std::string list;
-    for (const double f : TrapFrequencies(design))
+    for (const double f : MeasuredTraps(design))
         list += (list.empty() ? "" : ", ") + Hz(f);
     if (list.empty()) return {};
-    const bool ideal = design.PartModel.Choice == PartChoice::IdealParts && !design.StdLCValues &&
-                       !HasEdits(design);
-    return {{ideal ? "traps" : "traps as designed", list}};
+    return {{"traps", list}};
 }
 
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return {};
-    ResultTexts texts = Figures(design, results, false);
-    AddAttenuations(results, texts);
-    return texts;
+    ResultTexts rows = Figures(design, results, false);
+    AddAttenuations(results, rows);
+    return rows;
 }
 
 std::string ResultsLine(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return {};
-    const bool band = HasBandWidth(design.PassType);
-    ResultTexts texts = Figures(design, results, band);
-    if (band)
-        AddPairedAttenuations(results, texts);
+    ResultTexts rows = Figures(design, results, true);
+    if (HasBandWidth(design.PassType))
+        AddPairedAttenuations(results, rows);
     else
-        AddAttenuations(results, texts);
+        AddAttenuations(results, rows);
+    std::string line;
+    for (const auto& [name, value] : rows)
+        line += (line.empty() ? "" : ", ") + name + " " + value;
+    return line;
+}
+
+std::string EllipticText(const FilterDesign& design, const ResponseResults& results) {
+    if (!results.Valid || design.Elliptic.NumTraps == 0) return {};
+    std::string text =
+        "Stop band of " + Db(results.StopAttenuation) + " " + HeldText(results.StopBands);
+    if (const auto shape = EllipticShape(design, results))
+        text += ", shape factor " + FormatFixed(*shape, shapeDecimals);
+    const std::vector<HeldBand> ideal = IdealStopBands(design);
+    if (!SameEdges(ideal, results.StopBands)) text += "; with ideal parts " + HeldText(ideal);
+    return text + ".";
+}
+
+std::string ChiefFigures(const FilterDesign& design, const ResponseResults& results) {
+    if (!results.Valid) return {};
+    ResultTexts texts = {{"Loss at Fo", Db(results.LossAtF0)}};
+    AddEdges(design, results, texts);
+    std::erase_if(texts, [](const auto& row) { return row.first == "width"; });
+    texts.emplace_back("return loss at least", Db(results.WorstReturnLoss));
     std::string line;
     for (const auto& [name, value] : texts)
         line += (line.empty() ? "" : ", ") + name + " " + value;

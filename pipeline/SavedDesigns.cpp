@@ -52,6 +52,7 @@ void StoreNumbers(const Calculation& calculation, DesignRecord& record) {
             return;
         }
         StepInput(row.Id, inputs, design, {}, {});
+        if (const auto kept = KeptEntry(row.Id, inputs)) row.Put(design, *kept);
         number = RecordRow(row).Get(design);
     });
 }

@@ -302,6 +302,19 @@ TypedUnit UnitOf(const InputRow& row, const DesignInputs& inputs) {
     return {"", 1};
 }
 
+/// The number in a box, in the unit typed, whatever its limits; nothing if there is none.
+std::optional<double> NumberIn(const NumberBox& box) {
+    double value = 0.0;
+    if (box.HoldsExactValue()) return box.ExactValue;
+    if (TryParseDouble(box.Text, value) && std::isfinite(value)) return value;
+    return {};
+}
+
+/// True if the box is to be left alone by its reader.
+bool IsKept(const InputRow& row, const DesignInputs& inputs) {
+    return row.ComputedLimits && !IsEnabled(row, inputs) && NumberIn(inputs.Box(row.Id));
+}
+
 double ReadBox(NumberBox& box, const BoxLimits& limits, bool whole, const MessageCallback& report) {
     if (whole) return EditBoxToInt(box, limits.Minimum, limits.Default, limits.Maximum, report);
     return EditBoxToDouble(box, limits.Minimum, limits.Default, limits.Maximum, report);
@@ -350,7 +363,7 @@ std::string InputTip(InputId id, const DesignInputs& inputs, const FilterDesign&
     std::string tip = row.Meaning;
     const BoxLimits limits = LimitsOf(row, inputs, design);
     if (!limits.Minimum.empty()) tip += ": " + WithUnit(RangeText(limits), row.Unit);
-    if (row.Get)
+    if (row.Get && !KeptEntry(id, inputs))
         tip += ". In use: " + WithUnit(FormatPlain(row.Get(design) / row.Factor, Digits), row.Unit);
     if (const auto& moved = inputs.Box(id).Moved)
         tip += ". Moved: " + WithUnit(FormatPlain(moved->Wanted, Digits), row.Unit) +
@@ -370,11 +383,24 @@ void UnderstandUnit(InputId id, DesignInputs& inputs) {
         box.WriteText(FormatGeneral(value), value);
 }
 
+std::optional<double> KeptEntry(InputId id, const DesignInputs& inputs) {
+    const InputRow& row = RowOf(id, inputs);
+    if (!IsKept(row, inputs)) return {};
+    return *NumberIn(inputs.Box(id)) * row.Factor;
+}
+
 void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep spin,
                const MessageCallback& report) {
     const InputRow& row = RowOf(id, inputs);
     UnderstandUnit(id, inputs);
     NumberBox& box = inputs.Box(id);
+    if (IsKept(row, inputs)) {
+        box.Colour = BoxColour::Normal;
+        box.ReplacedText.reset();
+        NumberBox read = box;
+        row.Put(design, ReadBox(read, LimitsOf(row, inputs, design), false, report) * row.Factor);
+        return;
+    }
     const bool whole = row.Back == Whole;
     double value = ReadBox(box, LimitsOf(row, inputs, design), whole, report);
     const int direction = spin.Direction == SpinDirection::Up     ? 1

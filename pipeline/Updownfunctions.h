@@ -4,6 +4,7 @@
 // Qt.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -100,6 +101,10 @@ BoxLimits LimitsOf(const InputRow& row, const DesignInputs& inputs, const Filter
 /// True if the input plays a part in the present design.
 bool IsEnabled(const InputRow& row, const DesignInputs& inputs);
 
+/// What an input holds, SI units, while it plays no part and its bounds move with other inputs: as
+/// it was typed, whatever those bounds are now. Nothing for any other input.
+std::optional<double> KeptEntry(InputId id, const DesignInputs& inputs);
+
 /// The range of a box for people: "0.001 to 100000".
 std::string RangeText(const BoxLimits& limits);
 
@@ -120,7 +125,8 @@ struct SpinStep {
 };
 
 /// Reads a box within its limits, steps it, writes it back and stores it. The stepped value is
-/// clamped only by the next read, which then shows the box as replaced.
+/// clamped only by the next read, which then shows the box as replaced. A KeptEntry is stored within
+/// the limits too, but its box stays as it is, to be judged when it plays a part again.
 void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep spin,
                const MessageCallback& report);
 

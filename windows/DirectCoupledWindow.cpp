@@ -30,7 +30,7 @@ namespace {
 constexpr int NumberColumn = 0;
 constexpr int ValueColumn = 1;
 constexpr int PictureColumns = 3;
-constexpr int TankNoteLines = 4;     ///< of what a tank is good for
+constexpr int TankNoteLines = 5;     ///< of what a tank is good for
 constexpr int GridRowHeight = 22;    ///< pixels
 constexpr int NumberWidth = 44;      ///< pixels of the column of tank numbers
 constexpr int ValueWidth = 96;       ///< pixels of the column of values

@@ -88,7 +88,8 @@ NortonWindow::NortonWindow(DesignInputs& inputs, const FilterDesign& design, Nor
       design(design),
       actions(std::move(actions)),
       binder(inputs, {[this] { this->actions.Use(NortonControl::Box, nullptr); }, nullptr,
-                      [this](const QObject* sender) { Choose(sender); }}) {
+                      [this](const QObject* sender) { Choose(sender); },
+                      [this](InputId) { this->actions.Use(NortonControl::Box, nullptr); }}) {
     setObjectName("TNortonForm");
     setWindowTitle("Norton TransForm");
     inputs.Choice(ChoiceId::AutoOptimize) = 1;  // the console has it off

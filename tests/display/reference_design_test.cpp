@@ -9,6 +9,7 @@
 #include "display/Annotations.h"
 #include "display/PlotPainter.h"
 #include "display/ReadOuts.h"
+#include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/ReferenceDesign.h"
 
@@ -190,7 +191,7 @@ TEST(ReferencePlot, LabelsStandAtItsOwnFrequencies) {
         MarkerDrawing drawing;
         AppendTraceMarkers(content.Markers,
                            SweepOf(content, scene.Layout, ScalesOf(scene.Design())), scene.Layer,
-                           LabelMetrics, cover, drawing);
+                           true, LabelMetrics, cover, drawing);
         std::vector<std::string> texts;
         for (const PlotText& label : drawing.Labels)
             texts.push_back(label.Text);
@@ -203,7 +204,7 @@ TEST(ReferencePlot, LabelsStandAtItsOwnFrequencies) {
         if (edge >= shown.SweepF1 && edge <= shown.SweepF2) {
             const std::string f = SweepFrequencyText(edge, own.SweepFreqs);
             EXPECT_EQ(f.substr(0, 5), own.SweepType == SweepType::OneOctave ? "240.8" : "239.9");
-            expected.insert(expected.end(), {"-6.00 dB " + f, "6 dB Freq = " + f});
+            expected.insert(expected.end(), {"L1 -6.00 dB " + f, "6 dB Freq = " + f});
             frequencies.insert(frequencies.end(), {edge, edge});
         }
         EXPECT_EQ(texts, expected);
@@ -243,7 +244,7 @@ TEST(ReferencePlot, PulseIsCalculatedUnaskedAndDrawnAgainstItsOwnTime) {
     ASSERT_EQ(read.Traces.size(), 4u);
     EXPECT_NEAR(read.Traces.back().Value, pulse[150], 1e-9);
     EXPECT_EQ(read.Traces.back().Text.Text,
-              "Ref Pulse " + TraceValueText(TraceKind::Pulse, pulse[150]) + " at 18.75 ns");
+              "Ref Pulse " + FormatFixed((pulse[150] - 0.2) / 0.6, 3) + " at 18.75 ns");
 }
 
 TEST(ReferencePlot, LegendSaysTheRangeWhereItDiffers) {

@@ -519,10 +519,10 @@ TEST(Pipeline, EllipticDesignsShowTheirLoadAndStopBand) {
     const struct { Settings Given; std::string Load; BoxColour Colour; std::string Status; } cases[] = {
         {{{"response", "elliptic-b"}, {"poles", "1"}, {"atten", "40"}}, "32.5", BoxColour::Yellow,
          "R Load was moved to 32.498 ohm, the one that this elliptic ladder needs; 50 ohm was asked for.  "
-         "1 trap, order 4, stop band from 338.41 MHz, shape factor 1.692.  Its traps: 367.04 MHz."},
+         "1 trap, order 4, stop band of 40.00 dB from 338.41 MHz, shape factor 1.692.  Its traps: 367.04 MHz."},
         {{{"response", "elliptic-c"}, {"ripple", "0.1"}, {"atten", "10"}}, "50.0", BoxColour::Normal,
          "Attenuation 16.04 dB used: no ladder with positive parts below.  "
-         "3 traps, order 7, stop band from 200.90 MHz, shape factor 1.005.  Its traps: 267.49 MHz, 201.37 MHz, 208.53 MHz."}};
+         "3 traps, order 7, stop band of 16.04 dB from 200.90 MHz, shape factor 1.005.  Its traps: 267.49 MHz, 201.37 MHz, 208.53 MHz."}};
     // clang-format on
     for (const auto& c : cases) {
         Session session;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "analysis/PartValues.h"
 #include "design/Designators.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/ResultsText.h"
@@ -40,10 +41,11 @@ TEST(Results, ButterworthOfEveryPassTypeMeetsItsClosedForm) {
                                              {PassType::Notch, notchLow, notchUp}}) {
         const ResponseResults results = ResultsOf(Ladder(pass, ResponseType::Butterworth, 4));
         ASSERT_TRUE(results.Valid);
-        EXPECT_NEAR(results.PeakLoss, 0.0, 1e-9);
+        ASSERT_TRUE(results.Peak);
+        EXPECT_NEAR(results.Peak->Loss, 0.0, 1e-9);
         EXPECT_NEAR(results.Edges.Lower.value_or(0.0), lower, 1e-10 * lower);
         EXPECT_NEAR(results.Edges.Upper.value_or(0.0), upper, 1e-10 * upper);
-        EXPECT_EQ(results.ShapeFactor.has_value(), lower > 0.0 && upper > 0.0);
+        EXPECT_EQ(results.ShapeFactor.has_value(), pass == PassType::BandPassCanonical);
         for (const AttenuationAt& at : results.Attenuations) {
             const double x = pass == PassType::LowPass    ? at.Frequency / f0
                              : pass == PassType::HighPass ? f0 / at.Frequency
@@ -65,6 +67,174 @@ TEST(Results, ReturnLossOfARippleFollowsFromIt) {
         for (const ResponseType response : {ResponseType::Chebyshev, ResponseType::EllipticC})
             EXPECT_NEAR(ResultsOf(Ladder(pass, response, 5)).WorstReturnLoss, rippleLimited, 1e-6);
     EXPECT_FALSE(ResultsOf(FilterDesign{}).Valid);
+}
+
+/// A band-pass by the inputs of its boxes: of every kind, detuned, lossy and snapped.
+struct BandPass {
+    PassType Pass;
+    ResponseType Response;
+    int Poles;
+    double F0, Width;  ///< MHz, %
+    PartChoice Parts;
+    double Q;
+    bool Std;
+    TankType Tank = TankType::ShuntLC;
+    InverterType Inverter = InverterType::SeriesInductor;
+};
+
+FilterDesign LadderOf(const BandPass& given) {
+    FilterDesign design;
+    design.PassType = given.Pass;
+    design.ResponseType = given.Response;
+    design.NumPoles = given.Poles;
+    design.F0 = 1e6 * given.F0;
+    design.BandWidth = 0.01 * given.Width * design.F0;
+    design.PartModel.Choice = given.Parts;
+    design.PartModel.IndQ = given.Q;
+    design.DirectCoupled.TankType = given.Tank;
+    design.DirectCoupled.InverterType = given.Inverter;
+    design.DirectCoupled.TankUnits = TankUnits::TankZ;
+    BuildLadder(design, {});
+    if (given.Parts == PartChoice::DeEmbed) DeEmbedParts(design);
+    if (given.Std) SnapToStdValue(design);
+    return design;
+}
+
+/// The level between F0 / 10 and 10 F0 at points so close to each other that nothing is missed, by
+/// the reference form alone.
+struct DenseScan {
+    static constexpr int Points = 20000;
+    const FilterDesign& Design;
+    std::vector<double> F, Level;
+
+    explicit DenseScan(const FilterDesign& design) : Design(design) {
+        for (int i = 0; i < Points; ++i) {
+            F.push_back(design.F0 * std::pow(100.0, double(i) / (Points - 1) - 0.5));
+            Level.push_back(At(F.back()));
+        }
+    }
+    double At(double f) const { return ComplexToDb(AnalysePoint(Design, Design.F0, f).Transfer); }
+
+    /// Where the maximum about point i is: its two neighbours drawn together.
+    double TopAbout(int i) const {
+        double low = F[i - 1], high = F[i + 1];
+        while (high - low > 1e-9 * low) {
+            const double a = low + (high - low) / 3.0, b = high - (high - low) / 3.0;
+            (At(a) > At(b) ? high : low) = At(a) > At(b) ? b : a;
+        }
+        return 0.5 * (low + high);
+    }
+    /// The crossing of `target` next to `from`, by halving; 0: none.
+    double Edge(double from, int direction, double target) const {
+        int i = static_cast<int>(std::lower_bound(F.begin(), F.end(), from) - F.begin());
+        double above = from;
+        for (i -= direction < 0; i >= 0 && i < Points && Level[i] >= target; i += direction)
+            above = F[i];
+        if (i < 0 || i >= Points) return 0.0;
+        double below = F[i];
+        for (int half = 0; half < 60; ++half)
+            (At(0.5 * (above + below)) >= target ? above : below) = 0.5 * (above + below);
+        return above;
+    }
+};
+
+TEST(Results, FiguresOfDetunedBandPassesAreThoseOfADenseScan) {
+    constexpr auto real = PartChoice::RealParts, adjusted = PartChoice::DeEmbed;
+    constexpr auto canonical = PassType::BandPassCanonical, coupled = PassType::DirectCoupled;
+    constexpr auto butterworth = ResponseType::Butterworth, chebyshev = ResponseType::Chebyshev;
+    const BandPass cases[] = {
+        {canonical, butterworth, 3, 200, 5, real, 30, false},
+        {PassType::Norton, butterworth, 3, 400, 5, real, 100, false},
+        {canonical, chebyshev, 7, 240, 12, real, 800, false},
+        {canonical, ResponseType::Gauss, 7, 390, 3.3, real, 590, true},
+        {canonical, ResponseType::EllipticC, 3, 350, 14, real, 660, true},
+        {canonical, ResponseType::EllipticB, 4, 73, 2.2, adjusted, 720, true},
+        {PassType::Norton, chebyshev, 3, 250, 3.6, real, 750, false},
+        {PassType::Norton, butterworth, 3, 170, 24, adjusted, 60, true},
+        {coupled, butterworth, 6, 37, 5, real, 650, true, TankType::ShuntCSeriesLC},
+        {coupled, chebyshev, 5, 470, 5.6, real, 20, false, TankType::ShortedLine},
+        {coupled, butterworth, 5, 90, 24, real, 620, false, TankType::ShortedLine,
+         InverterType::SeriesLine},
+        {coupled, chebyshev, 7, 300, 3.9, real, 155, false, TankType::OpenAndShortedLines,
+         InverterType::SeriesCapacitor},
+        {coupled, chebyshev, 3, 990, 25, adjusted, 90, false, TankType::SeriesLC},
+    };
+    for (const BandPass& given : cases) {
+        SCOPED_TRACE(testing::Message() << "case " << &given - cases);
+        const FilterDesign design = LadderOf(given);
+        const ResponseResults results = ResultsOf(design);
+        const DenseScan scan(design);
+        const BandRange band = BandAboutF0(design);
+        int highest = 0;
+        for (int i = 1; i + 1 < DenseScan::Points; ++i)
+            if (band.Holds(scan.F[i]) && scan.Level[i] > scan.Level[i - 1] &&
+                scan.Level[i] >= scan.Level[i + 1] &&
+                (highest == 0 || scan.Level[i] > scan.Level[highest]))
+                highest = i;
+        ASSERT_GT(highest, 0);
+        ASSERT_TRUE(results.Peak);
+        const double level = scan.At(scan.TopAbout(highest)), peak = results.Peak->Frequency;
+        EXPECT_NEAR(-results.Peak->Loss, level, 1e-6);
+        EXPECT_NEAR(scan.At(peak), level, 1e-6);
+        const double edge = -results.Peak->Loss - HalfPowerDb;
+        const double lower = scan.Edge(peak, -1, edge), upper = scan.Edge(peak, +1, edge);
+        EXPECT_NEAR(results.Edges.Lower.value_or(0.0), lower, 1e-9 * lower);
+        EXPECT_NEAR(results.Edges.Upper.value_or(0.0), upper, 1e-9 * upper);
+        const double half = 0.5 * design.BandWidth;
+        const double asked = std::sqrt((design.F0 - half) * (design.F0 + half));
+        const bool moved = design.F0 < lower || design.F0 > upper ||
+                           std::abs(std::sqrt(lower * upper) - asked) > 0.5 * half;
+        EXPECT_EQ(results.BandOffset.has_value(), moved);
+        // Outside the skirts of a shape factor there is nothing within 60 dB of the peak.
+        if (!results.ShapeFactor) continue;
+        double low = peak, high = peak;
+        for (int i = 0; i < DenseScan::Points; ++i)
+            if (scan.Level[i] > level - 60.0) low = std::min(low, scan.F[i]), high = scan.F[i];
+        const double width = *results.ShapeFactor *
+                             (scan.Edge(peak, +1, level - 6.0) - scan.Edge(peak, -1, level - 6.0));
+        EXPECT_NEAR(width, high - low, 1e-3 * peak);
+    }
+}
+
+TEST(Results, StopBandsCountOnlyWhereTheyHold) {
+    for (const PassType pass : {PassType::LowPass, PassType::HighPass, PassType::BandPassCanonical})
+        for (const PartChoice parts : {PartChoice::IdealParts, PartChoice::RealParts}) {
+            const FilterDesign design =
+                LadderOf({pass, ResponseType::EllipticC, 3, 100, 30, parts, 30, false});
+            const ResponseResults results = ResultsOf(design);
+            ASSERT_EQ(results.StopBands.size(), pass == PassType::BandPassCanonical ? 2u : 1u);
+            const DenseScan scan(design);
+            for (const HeldBand& held : results.StopBands) {
+                const double from = held.From.value_or(0.0), to = held.To.value_or(Infinity);
+                for (int i = 0; i < DenseScan::Points; ++i)
+                    if (scan.F[i] > from && scan.F[i] < to)
+                        EXPECT_LT(scan.Level[i], 1e-5 - design.Elliptic.AttenUsedDb) << scan.F[i];
+                for (const auto& edge : {held.From, held.To})
+                    if (edge) EXPECT_NEAR(-scan.At(*edge), design.Elliptic.AttenUsedDb, 1e-6);
+            }
+            if (parts == PartChoice::IdealParts && pass == PassType::LowPass)
+                EXPECT_NEAR(*results.StopBands[0].From, 1e8 * design.Elliptic.StopBandEdge, 1.0);
+        }
+}
+
+TEST(Results, TrapsResonateWhereTheirArmsLetNothingPass) {
+    for (int trap = 1; trap <= 4; ++trap)
+        for (const PartChoice parts : {PartChoice::IdealParts, PartChoice::RealParts}) {
+            FilterDesign design;
+            design.PassType = PassType::BandPassCanonical;
+            design.ResponseType = ResponseType::EllipticC;
+            design.TrapType = trap;
+            BuildLadder(design, {});
+            design.PartModel.Choice = parts;
+            design.PartModel.IndQ = 1e8;
+            design.PartModel.CapR = 0.0;
+            const std::vector<double> traps = MeasuredTraps(design);
+            ASSERT_EQ(traps.size(), 6u);
+            for (const double f : traps)
+                EXPECT_LT(ComplexToDb(AnalysePoint(design, design.F0, f * (1.0 + 1e-9)).Transfer),
+                          -120.0)
+                    << f;
+        }
 }
 
 TEST(Results, DesignatorsRunFromTheSource) {

@@ -119,7 +119,7 @@ private slots:
         Tank(f, 3)->setText("2000");
         QCOMPARE(f.Find("minLabel2")->palette().color(QPalette::WindowText), normal);
         QVERIFY(f.Find("DistortionLabel2")->isVisible());
-        QVERIFY(f.Status().contains("Last Tank Z is Large."));
+        QVERIFY(f.Status().contains("Last Tank Z is Large"));
     }
 
     void KeysOfTheTankValues() {

@@ -1,0 +1,23 @@
+// Where the arms of a ladder resonate by themselves: the frequencies at which a response has its
+// traps, and next to which its narrow peaks stand. No Qt.
+#pragma once
+
+#include <vector>
+
+#include "design/FilterDesign.h"
+
+namespace ladderwise {
+
+/// The resonances of the arms of coils and capacitors in slots 1 .. NumElements, Hz, ascending and
+/// each once: zeros and poles of the reactance of each arm, with IndC and CapL but without losses
+/// where the part model has them. Lines and stubs, which resonate without end, are left out.
+std::vector<double> ElementResonances(const FilterDesign& design);
+
+/// The resonances up to `highest` (Hz) of the tanks and stubs of lines, where such a filter passes
+/// or stops again and again; ascending, each once.
+std::vector<double> LineResonances(const FilterDesign& design, double highest);
+
+/// Those of ElementResonances that let nothing pass: poles of a series arm, zeros of a shunt arm.
+std::vector<double> TransmissionZeros(const FilterDesign& design);
+
+}  // namespace ladderwise

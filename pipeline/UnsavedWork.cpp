@@ -216,9 +216,9 @@ std::string EncodeWork(const UnsavedWork& work) {
     AddLine(text, "time", NumberText(work.Time));
     AddLine(text, "name", Hex(work.Name));
     AddLine(text, "file", Hex(work.File));
-    if (work.Saved) AddLine(text, "saved", Hex(EncodeRecord(*work.Saved)));
+    if (work.Saved) AddDesign(text, "saved", *work.Saved);
     AddDesign(text, "design", work.Design);
-    AddSlots(text, "discarded-slot", work.Discarded);
+    if (work.Discarded) AddDesign(text, "discarded", *work.Discarded);
     if (work.Reference) AddDesign(text, "reference", *work.Reference);
     AddLine(text, "reference-shown", NumberText(int{work.ReferenceShown}));
     const MarkerState& markers = work.Markers;
@@ -240,11 +240,11 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         work.Time = NumberOf<std::int64_t>(keyed.One("time"));
         work.Name = BytesOf(keyed.One("name"));
         work.File = BytesOf(keyed.One("file"));
-        if (const auto saved = keyed.Optional("saved")) work.Saved = KeptRecord(*saved);
+        work.Saved = KeptDesignIn(keyed, "saved");
         auto design = KeptDesignIn(keyed, "design");
         if (!design) return {};
         work.Design = std::move(*design);
-        work.Discarded = KeptSlotsIn(keyed, "discarded-slot");
+        work.Discarded = KeptDesignIn(keyed, "discarded");
         work.Reference = KeptDesignIn(keyed, "reference");
         work.ReferenceShown = keyed.One("reference-shown") == "1";
         work.Markers = KeptMarkers(keyed);

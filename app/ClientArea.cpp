@@ -8,6 +8,7 @@
 
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/ResultsPanel.h"
 #include "app/ValueGrid.h"
 #include "controls/FittedCells.h"
 #include "schematic/SchematicPainter.h"
@@ -19,7 +20,6 @@ namespace {
 
 constexpr int SmallestClientHeight = 480;  ///< a lower client area is scrolled
 constexpr int AxisLabelHeight = 18;        ///< pixels
-constexpr int LoadWidth = 60;              ///< pixels that the load takes right of the last element
 
 }  // namespace
 
@@ -39,6 +39,7 @@ ClientArea::ClientArea(InputBinder& binder, const FilterDesign& design,
     panelView->setWidget(panel);
     valueGrid = new ValueGrid(this);
     BuildScrolling(binder);
+    results = new ResultsPanel(this);
     ellipticPanel = new EllipticPanel(binder, this);
     ellipticPanel->hide();
     connect(plotArea, &PlotArea::PointedAt, this, &ClientArea::LightPart);
@@ -62,7 +63,9 @@ void ClientArea::SetTabOrder(QWidget* last) {
     QWidget* before = panel->ExchangeRefButton;
     auto* const trapBox = findChild<NumberEdit*>("TrapTypeBox");
     for (QWidget* const next :
-         std::initializer_list<QWidget*>{scaleBox, plotArea->View(), trapBox, valueGrid, last}) {
+         std::initializer_list<QWidget*>{scaleBox, plotArea->View(), trapBox, valueGrid,
+                                         results->findChild<QAbstractButton*>("ResultsTab"),
+                                         results->findChild<QTableWidget*>("ResultsTable"), last}) {
         QWidget::setTabOrder(before, next);
         before = next;
     }
@@ -82,11 +85,12 @@ PlotPlacement ClientArea::Placement() const {
 }
 
 void ClientArea::PlotRun(const AnalysedRun& run, bool groupDelay, bool autoScale) {
-    if (run.Number == 0) LayOut();
+    if (run.Number == 0) {
+        ShowValues();  // their rows decide how much room is left
+        LayOut();
+    }
     plotArea->PlotRun(run, Placement());
-    if (run.Number > 0) return;
-    PlaceGroupDelayControls(groupDelay, autoScale);
-    ShowValues();
+    if (run.Number == 0) PlaceGroupDelayControls(groupDelay, autoScale);
 }
 
 void ClientArea::ShowValues() {
@@ -99,19 +103,25 @@ void ClientArea::LayOut() {
     const int panelBar =
         width() < panelSize.width() ? panelView->horizontalScrollBar()->sizeHint().height() : 0;
     panelView->setGeometry(0, 0, width(), panelSize.height() + panelBar);
-    const bool scrolled = ValueGridNeedsScrollBar(elements, width());
+    const int ladder = LadderWidth(elements);
+    const bool folded = width() - ladder < ResultsPanel::LeastWidth;
+    const int whole = ladder + (folded && !onPaper ? results->TabWidth() : 0);
+    const bool scrolled = whole > width();
     const int barHeight = scrolled ? stripBar->sizeHint().height() : 0;
     const int gridWidth = ValueGridWidth(elements);
     stripBar->setGeometry(0, height() - barHeight, width(), barHeight);
     stripBar->setVisible(scrolled);
     const QSignalBlocker blocker(stripBar);
-    stripBar->setRange(0, std::max(0, ValueGridLeft + gridWidth - width()));
+    stripBar->setRange(0, std::max(0, whole - width()));
     stripBar->setPageStep(width());
     stripBar->setSingleStep(SchematicWidth);
     const int gridHeight = valueGrid->RowsHeight();
     valueGrid->setGeometry(ValueGridLeft - Scroll(), height() - barHeight - gridHeight, gridWidth,
                            gridHeight);
     valueGrid->KeepHeaders(Scroll());
+    const int stripTop = valueGrid->y() - SchematicHeight, left = folded ? 0 : ladder;
+    results->PlaceIn({left, stripTop, width() - left, SchematicHeight + gridHeight}, folded);
+    results->setVisible(!folded || !onPaper);
     ellipticPanel->PlaceAt(valueGrid->pos());
 }
 
@@ -153,12 +163,14 @@ void ClientArea::SizePicture(double pixelRatio) {
 
 void ClientArea::WidenForPaper() {
     onScreen = size();
-    const int whole = ValueGridLeft + ValueGridWidth(SlotsInUse(design)) + LoadWidth;
+    onPaper = true;
+    const int whole = LadderWidth(SlotsInUse(design));
     setMinimumWidth(whole);
     resize(std::max(whole, onScreen.width()), onScreen.height());
 }
 
 void ClientArea::ReturnToScreen() {
+    onPaper = false;
     setMinimumWidth(0);
     resize(onScreen);
 }

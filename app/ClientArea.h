@@ -17,6 +17,7 @@ namespace ladderwise {
 class EllipticPanel;
 class MainPanel;
 class PlotArea;
+class ResultsPanel;
 class ValueGrid;
 
 class ClientArea : public QWidget {
@@ -30,6 +31,7 @@ public:
     MainPanel* Panel() const { return panel; }
     PlotArea* Area() const { return plotArea; }
     ValueGrid* Grid() const { return valueGrid; }
+    ResultsPanel* Results() const { return results; }
 
     /// Shows the forms of the traps, or hides their panel.
     void ShowTraps(bool visible);
@@ -74,10 +76,12 @@ private:
     QScrollArea* panelView;  ///< scrolls the panel where the window is too narrow for it
     PlotArea* plotArea;
     ValueGrid* valueGrid;
+    ResultsPanel* results;
     QScrollBar* stripBar;
     EllipticPanel* ellipticPanel;
     NumberEdit* scaleBox;
     QSize onScreen;  ///< while the area is as wide as paper needs
+    bool onPaper = false;
     int litSlot = 0;
     int litRow = -1;
 };

@@ -16,9 +16,12 @@ enum class Command {
     OpenRecent3,
     Print,
     Exit,
+    Undo,
+    Redo,
     PartDefinitions,
     BringBack,      ///< values edited by hand
     BringBackLoad,  ///< the load that the user asked for
+    PartValues,     ///< shown at the designators
     Options,
     FixSeed,
     SetSeed,

@@ -8,9 +8,11 @@
 #include "app/ClientArea.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/ResultsPanel.h"
 #include "app/SecondaryWindows.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
+#include "display/MarkerTable.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -95,9 +97,21 @@ void DesignSession::ShowInputs() {
 
 void DesignSession::ShowStatus() {
     const std::string rejected = views.Client->Grid()->RejectedText(Document.Work.Design);
-    views.Status->Show(Document.Work, Document.ReferenceShown() ? Document.Reference() : nullptr,
-                       rejected);
+    views.Status->Show(Document.Work, rejected);
+    ShowResults();
     views.Windows->RefreshMathErrors();
+}
+
+void DesignSession::ShowResults() {
+    const FilterDesign& design = Document.Work.Design;
+    const ResponseResults& results = Document.Work.Results;
+    std::vector<ComparedResult> rows =
+        ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
+    for (const MarkerReading& marker : BuildMarkerTable(Content()))
+        rows.push_back({marker.Name, marker.OfDesign, marker.OfReference});
+    ResultsPanel* const panel = views.Client->Results();
+    panel->ShowRows(rows);
+    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(design, results));
 }
 
 void DesignSession::SettleControls() {
@@ -158,9 +172,10 @@ void DesignSession::UseNorton(NortonControl control, const QObject* chosen) {
         return AnalyseAndDraw();
     if (const auto choice = chosen ? ChosenBy(chosen) : std::nullopt) Document.Choose(*choice);
     if (ApplyNortonControl(control, Document.Work.Inputs, Document.Work.Design))
-        Recalculate();
-    else
-        ShowInputs();
+        return Recalculate();
+    ShowInputs();
+    Note();
+    emit Drawn();
 }
 
 void DesignSession::PressKey(FormKey key) {
@@ -170,7 +185,10 @@ void DesignSession::PressKey(FormKey key) {
     switch (ApplyFormKey(Document.Work, key, grid->SelectedCell(), report)) {
         case KeyOutcome::Nothing:
             ShowInputs();
-            return ShowStatus();
+            Note();
+            ShowStatus();
+            emit Drawn();
+            return;
         case KeyOutcome::Analyse:
             grid->ForgetRejected();
             return AnalyseAndDraw();
@@ -224,13 +242,44 @@ void DesignSession::AnalyseAndDraw() {
     Draw(Waiting::Traces);
 }
 
+// --- history
+
+void DesignSession::Note() {
+    Document.NoteStep(static_cast<double>(clock.elapsed()) * SecondsPerMs);
+    emit Noted();
+}
+
+void DesignSession::Undo() {
+    views.Client->Grid()->FinishEditing();
+    const PassType shown = Document.Work.Design.PassType;
+    if (IsTypingUnread()) return ShowInputs();
+    if (Document.Undo()) ShowRestored(shown);
+}
+
+void DesignSession::Redo() {
+    views.Client->Grid()->FinishEditing();
+    const PassType shown = Document.Work.Design.PassType;
+    if (!IsTypingUnread() && Document.Redo()) ShowRestored(shown);
+}
+
+void DesignSession::ShowRestored(std::optional<PassType> shown) {
+    Hold();
+    views.Status->EndNotice();
+    views.Client->Grid()->ForgetRejected();
+    views.Windows->CloseOthers(Document.Work.Inputs.Pass());
+    ShowInputs();
+    Draw(Waiting::Traces);
+    const PassType pass = Document.Work.Design.PassType;
+    if (pass != shown) views.Windows->ShowFor(pass);
+}
+
 // --- drawing
 
 /// What takes no longer than a step is drawn with it. A worst case waits until all input that has
 /// come in the meantime is taken: keys held down would pile up behind it otherwise.
 void DesignSession::Draw(Waiting what) {
     if (waiting == Waiting::FirstShow) return;
-    Document.NoteStep(static_cast<double>(clock.elapsed()) * SecondsPerMs);
+    Note();
     waiting = std::max(waiting, what);
     if (!Document.Work.PendingSeed) return FinishDrawing();
     noInputWaits.start();

@@ -55,6 +55,7 @@ public:
     void ReadEntries();  ///< what was typed and not yet read counts; "% Change" only for the keys
     void ShowInputs();   ///< the document in all controls
     void ShowStatus();
+    void ShowResults();  ///< figures and markers, in the panel or as the chief ones
 
     // --- user actions; each begins with StoreInputs and ends in a calculation
 
@@ -80,6 +81,17 @@ public:
     /// Values that were edited, as they stand.
     void AnalyseAndDraw();
 
+    // --- history
+
+    /// One step back, or forth again. Typing that no calculation has read is what came last: it is
+    /// taken back first, and ends what could be redone.
+    void Undo();
+    void Redo();
+
+    /// Shows a document that was restored as a whole, without calculating it. `shown` as of
+    /// ShowLoaded.
+    void ShowRestored(std::optional<PassType> shown);
+
     // --- drawing
 
     void DrawMarkers();    ///< over traces that stay
@@ -94,6 +106,8 @@ public:
     PlotContent Content() const;
 
 signals:
+    /// What was done has been noted: it may be a step, and there may be more to save.
+    void Noted();
     /// Everything has been drawn.
     void Drawn();
 
@@ -109,6 +123,7 @@ private:
     bool StoreChanges();
     void SettleControls();
     void Hold();
+    void Note();
     void Draw(Waiting what);
     void PlotRun(const AnalysedRun& run);
     void UseNorton(NortonControl control, const QObject* chosen);

@@ -148,6 +148,10 @@ bool FileCommands::MayLeaveDesign() {
     return false;
 }
 
+RecoveryAnswer FileCommands::AskRecovery(const UnsavedWork& work) const {
+    return dialogs.AskRecovery ? dialogs.AskRecovery(work) : RecoveryAnswer::Later;
+}
+
 /// False, with a message, if the file is gone.
 bool FileCommands::Exists(const std::string& path) {
     if (FileExists(path)) return true;

@@ -54,6 +54,9 @@ public:
     /// Asks about a design that is not saved. False: the user wants to keep it.
     bool MayLeaveDesign();
 
+    /// Asks what to do with unsaved work that was found.
+    RecoveryAnswer AskRecovery(const UnsavedWork& work) const;
+
     /// Asks for a coefficients file and uses it. False if none was chosen.
     bool ChooseCoefficients();
 

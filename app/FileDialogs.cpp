@@ -1,8 +1,10 @@
 // The toolkit's dialogs about files.
 #include "app/FileDialogs.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -55,6 +57,27 @@ ChangedAnswer AskChanged(QWidget* window, const QString& file) {
     return box.clickedButton() == saveAs ? ChangedAnswer::SaveAs : ChangedAnswer::Cancel;
 }
 
+RecoveryAnswer AskRecovery(QWidget* window, const UnsavedWork& work) {
+    const QString time =
+        QLocale::system().toString(QDateTime::fromSecsSinceEpoch(work.Time), QLocale::LongFormat);
+    const QString file =
+        work.File.empty() ? QString("It has no file yet.")
+                          : "Its file is " + QDir::toNativeSeparators(QString::fromStdString(
+                                                 work.File)) + ", which has not been changed.";
+    QMessageBox box(QMessageBox::Question, "Ladderwise",
+                    QString("The design \"%1\" was not saved when the program ended.")
+                        .arg(QString::fromStdString(work.Name)),
+                    QMessageBox::NoButton, window);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText("This is how it stood on " + time + ". " + file);
+    const auto* const accept = box.addButton("&Restore", QMessageBox::AcceptRole);
+    const auto* const remove = box.addButton("&Delete", QMessageBox::DestructiveRole);
+    box.setEscapeButton(box.addButton("Ask &Later", QMessageBox::RejectRole));
+    box.exec();
+    if (box.clickedButton() == accept) return RecoveryAnswer::Accept;
+    return box.clickedButton() == remove ? RecoveryAnswer::Delete : RecoveryAnswer::Later;
+}
+
 }  // namespace
 
 QString FileCaption(const std::string& path) {
@@ -70,7 +93,8 @@ FileDialogs StandardFileDialogs(QWidget* window) {
                 return AskName(window, texts, QFileDialog::AcceptSave);
             },
             [window](const QString& design) { return AskUnsaved(window, design); },
-            [window](const QString& file) { return AskChanged(window, file); }};
+             [window](const QString& file) { return AskChanged(window, file); },
+             [window](const UnsavedWork& work) { return AskRecovery(window, work); }};
 }
 
 }  // namespace ladderwise

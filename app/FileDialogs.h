@@ -5,6 +5,8 @@
 #include <functional>
 #include <string>
 
+#include "pipeline/UnsavedWork.h"
+
 class QWidget;
 
 namespace ladderwise {
@@ -23,12 +25,16 @@ enum class UnsavedAnswer { Save, Discard, Cancel };
 /// What to do with a design whose file another window or program has changed meanwhile.
 enum class ChangedAnswer { Overwrite, Reload, SaveAs, Cancel };
 
+/// What to do with work that a program left that did not come to its normal end.
+enum class RecoveryAnswer { Accept, Delete, Later };
+
 /// Empty names: cancelled.
 struct FileDialogs {
     std::function<QString(const FileDialogTexts&)> NameToOpen;
     std::function<QString(const FileDialogTexts&)> NameToSave;
     std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
     std::function<ChangedAnswer(const QString& file)> AskChanged;
+    std::function<RecoveryAnswer(const UnsavedWork&)> AskRecovery{};  ///< none: later
 };
 
 /// A path as captions show it, shortened.

@@ -62,6 +62,9 @@ const std::vector<MenuTable>& MenuTables() {
         C{Print, "PrintMenu", "&Print Screen...", QKeySequence::Print},
         Line{},
         C{Exit, "ExitMenu", "E&xit", QKeySequence::Quit}}},
+    {"EditMenu", "E&dit", {
+        C{Undo, "UndoMenu", "&Undo", QKeySequence::Undo},
+        C{Redo, "RedoMenu", "&Redo", QKeySequence::Redo}}},
     {"PassMenu", "&Pass", {R{ChoiceId::Pass, 0, 5}, Line{}, R{ChoiceId::Pass, PrototypePassCode, PrototypePassCode}}},
     {"ResponseMenu", "Response F&4", {R{ChoiceId::Response, 0, 6}, R{ChoiceId::Response, 13, 13}, Line{}, R{ChoiceId::Form, 0, 1}}},
     {"EllipticMenu", "&Elliptic", {R{ChoiceId::Response, 7, 11}}},
@@ -69,7 +72,8 @@ const std::vector<MenuTable>& MenuTables() {
     {"PartsMenu", "P&arts", {
         C{PartDefinitions, "PartDefinitionsMenu", "Part &Definitions"},
         C{BringBack, "BringBackMenu", "Bring Back &Edited Values"},
-        C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"}}},
+        C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"},
+        C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"}}},
     {"OptionsMenu", "&Options", {
         C{Options, "OptionsWindowMenu", "&Options..."},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
@@ -113,9 +117,12 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
     // Some desktops have no standard key for it.
     if (row.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
         action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    const QKeySequence redo(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);  // not every desktop's
+    if (row.Id == Command::Redo && !action->shortcuts().contains(redo))
+        action->setShortcuts(action->shortcuts() << redo);
     if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
     if (row.Id == Command::BringBackLoad) action->setShortcut(QKeySequence("Ctrl+L"));
-    action->setCheckable(row.Id == Command::FixSeed);
+    action->setCheckable(row.Id == Command::FixSeed || row.Id == Command::PartValues);
     return action;
 }
 
@@ -183,6 +190,16 @@ void MainMenus::ShowCommands(const DesignDocument& document) {
     const bool known = work.FixedSeed || work.WorstCase.Runs > 0;
     const std::uint32_t seed = work.FixedSeed.value_or(work.WorstCase.Seed);
     fix->setText("&Fix Worst-Case Seed" + (known ? QString(" (%1)").arg(seed) : QString()));
+}
+
+void MainMenus::ShowSteps(const std::string& undo, const std::string& redo) {
+    const auto show = [this](Command command, const char* caption, const std::string& step) {
+        const QString name = QString::fromStdString(step).replace("&", "&&");
+        actions[command]->setText(QString::fromLatin1(caption) + " " + name);
+        actions[command]->setEnabled(!step.empty());
+    };
+    show(Command::Undo, "&Undo", undo);
+    show(Command::Redo, "&Redo", redo);
 }
 
 void MainMenus::ShowRecentFiles(const std::vector<std::string>& paths) {

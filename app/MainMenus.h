@@ -31,6 +31,9 @@ public:
     /// Which commands the document has something for, and what they say of it.
     void ShowCommands(const DesignDocument& document);
 
+    /// What can be undone and redone, by name; empty: nothing.
+    void ShowSteps(const std::string& undo, const std::string& redo);
+
     /// The entries of the files used last, most recent first.
     void ShowRecentFiles(const std::vector<std::string>& paths);
 

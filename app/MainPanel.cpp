@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPixmap>
 #include <algorithm>
 
@@ -52,7 +53,10 @@ void AddSwatch(QAbstractButton* box, TraceKind kind) {
     const int side = box->fontMetrics().ascent();
     QPixmap swatch(QSize(side, side) * SwatchDensity);
     swatch.setDevicePixelRatio(SwatchDensity);
-    swatch.fill(ToQColor(TraceColour(kind)));
+    swatch.fill(QColor(160, 160, 160));  // an outline: dark colours on dark desktops
+    QPainter painter(&swatch);
+    painter.fillRect(1, 1, side - 2, side - 2, ToQColor(TraceColour(kind)));
+    painter.end();
     box->setIcon(QIcon(swatch));
     box->setIconSize(QSize(side, side));
 }

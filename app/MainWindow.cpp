@@ -8,7 +8,6 @@
 #include <QMimeData>
 #include <QScopedValueRollback>
 #include <QScrollArea>
-#include <QSessionManager>
 #include <QStatusBar>
 #include <QUrl>
 #include <QWindow>
@@ -18,9 +17,12 @@
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
+#include "app/Recovery.h"
+#include "app/ResultsPanel.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
 #include "controls/WindowPlacement.h"
+#include "design/ChoiceNames.h"
 
 namespace ladderwise {
 
@@ -28,6 +30,10 @@ namespace {
 
 constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
+constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
+
+constexpr const char* EditsLostText =
+    "The values that were edited by hand no longer fit this version's ladder. It is as calculated.";
 
 std::optional<FormKey> FormKeyOf(int key) {
     constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
@@ -79,6 +85,7 @@ void MainWindow::Build() {
         std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
                                            session.Actions(), session.ActionsOfNorton(), this);
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
+    recovery = std::make_unique<Recovery>(session.Document);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);
 }
 
@@ -88,21 +95,20 @@ void MainWindow::SetSizes() {
     setMinimumSize(SmallestSize.boundedTo(room));
     client->Panel()->FitInto(room.width());
     // Where the screen has room for it the whole input panel is seen, whatever the font.
-    const QSize panel(client->Panel()->minimumSizeHint().width(), 0);
+    const QSize panel = client->Panel()->minimumSizeHint() + QSize(0, RoomBelowPanel);
     resize(StartSize.expandedTo(panel).boundedTo(room));
 }
 
 void MainWindow::Connect() {
-    connect(&session, &DesignSession::Drawn, this, [this] {
-        menus->ShowCommands(session.Document);
-        ShowTitle();
-    });
+    connect(&session, &DesignSession::Drawn, this, &MainWindow::ShowCommands);
+    connect(&session, &DesignSession::Noted, recovery.get(), &Recovery::NoteChange);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession,
+            Qt::DirectConnection);
+    connect(findChild<QMenu*>("EditMenu"), &QMenu::aboutToShow, this, &MainWindow::ShowSteps);
     connect(menus, &MainMenus::Chosen, this, [this](Command command) {
         if (command == Command::Exit) return Leave();
         commands->Run(command);
     });
-    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::EndSession,
-            Qt::DirectConnection);
     connect(menus, &MainMenus::MarkerChosen, this,
             [this](MarkerCommand command) { commands->RunMarkerCommand(command); });
     connect(status, &StatusView::MathErrorsAsked, this, [this] { windows->ShowMathErrors(); });
@@ -125,6 +131,7 @@ void MainWindow::ConnectClient() {
         commands->PressAt(at);
         menus->PopUpMarkers(global);
     });
+    connect(client->Results(), &ResultsPanel::Unfolded, &session, &DesignSession::ShowResults);
     const ValueGrid* const grid = client->Grid();
     connect(grid, &ValueGrid::Edited, &session, &DesignSession::SimulateGrid);
     connect(grid, &ValueGrid::Stepped, this, &MainWindow::FormKeyDown);
@@ -134,7 +141,11 @@ void MainWindow::ConnectClient() {
 FileHost MainWindow::HostOfFiles() {
     return {[this] { session.ReadEntries(); },
             [this](const std::function<bool()>& amend) { session.ShowLoaded({}, amend); },
-            [this] { ShowTitle(); }, [this] { menus->ShowRecentFiles(files->RecentFiles()); },
+            [this] {
+                ShowTitle();
+                recovery->Write();
+            },
+            [this] { menus->ShowRecentFiles(files->RecentFiles()); },
             [this](const QString& notice, int ms) { status->ShowNotice(notice, ms); }};
 }
 
@@ -148,12 +159,55 @@ void MainWindow::SetFileDialogs(FileDialogs replacement) {
 
 void MainWindow::Start(const Folders& found, const std::string& design) {
     files->ReadSettings(found);
+    // Unsaved work is the later state of its own file.
+    const bool recovered = OfferUnsavedWork(found.StateFolder);
+    if (recovered && session.Document.File() == design) return;
     if (!design.empty()) OpenDesign(design);
+}
+
+bool MainWindow::OfferUnsavedWork(const std::string& folder) {
+    const auto work = recovery->Start(
+        folder, [this](const UnsavedWork& found) { return files->AskRecovery(found); });
+    if (!work) return false;
+    const PassType shown = session.Document.Work.Design.PassType;
+    const bool fits = session.Document.Recover(*work, report);
+    session.ShowRestored(shown);
+    session.FinishDrawing();
+    if (!fits) report("Program Info", EditsLostText);
+    return true;
+}
+
+void MainWindow::KeepWork() {
+    const auto silent = [](const std::string&, const std::string&) {};
+    const MessageCallback asked = std::exchange(report, silent);
+    client->Grid()->FinishEditing();
+    session.ReadEntries();
+    recovery->Write();
+    files->WriteSettings();
+    report = asked;
+}
+
+void MainWindow::ShowCommands() {
+    menus->ShowCommands(session.Document);
+    ShowSteps();
+    ShowTitle();
+}
+
+void MainWindow::ShowSteps() {
+    if (IsTypingUnread()) return menus->ShowSteps("Typing", {});
+    menus->ShowSteps(session.Document.UndoName(), session.Document.RedoName());
+}
+
+void MainWindow::EndSession() {
+    KeepWork();
+    recovery->EndSession();
 }
 
 void MainWindow::ShowTitle() {
     const DesignDocument& document = session.Document;
-    QString title = document.File().empty() ? "Ladderwise" : FileCaption(document.File());
+    const QString design = QString::fromStdString(DesignTitle(document.Work.Design));
+    QString title = document.File().empty() ? design + QStringLiteral(" \u2014 Ladderwise")
+                                            : FileCaption(document.File());
     title.replace("[*]", "[*][*]");
     const bool modified = document.Modified();
     if (!modified) setWindowModified(false);
@@ -204,6 +258,11 @@ bool MainWindow::TakeKey(QWidget* target, const QKeyEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride &&
+        IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
     if (watched->isWidgetType()) {
         auto* const widget = static_cast<QWidget*>(watched);
         const QEvent::Type type = event->type();
@@ -242,21 +301,15 @@ void MainWindow::Leave() {
     close();
 }
 
-/// The desktop ends its session.
-void MainWindow::EndSession(QSessionManager& manager) {
-    const bool asks = manager.allowsInteraction();
-    if (asks && !MayLeave()) manager.cancel();
-    if (asks) manager.release();
-    files->WriteSettings();
-}
-
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!mayLeave && !MayLeave()) return event->ignore();
+    const bool kept = recovery->SessionEnded();
+    if (!kept && !mayLeave && !MayLeave()) return event->ignore();
     files->WriteSettings();
     windows->CloseAll();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     session.DrawNothing();
+    if (!kept) recovery->Finish();
     emit Closed();
 }
 

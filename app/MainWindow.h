@@ -12,12 +12,12 @@
 #include "app/SecondaryWindows.h"
 #include "controls/InputBinder.h"
 
-class QSessionManager;
 
 namespace ladderwise {
 
 class ClientArea;
 class MainMenus;
+class Recovery;
 class StatusView;
 
 class MainWindow : public QMainWindow {
@@ -36,6 +36,12 @@ public:
     /// The end of start-up, after the window was shown: reads the settings in the folders found and
     /// opens the design file named on the command line, if any. Without it nothing is remembered.
     void Start(const Folders& found, const std::string& design);
+
+    /// Writes unsaved work and the settings, without a question: the program is about to be ended.
+    void KeepWork();
+
+    /// The desktop's session ends: as KeepWork, and closing asks nothing until something is done.
+    void EndSession();
 
     /// Opens a design file (UTF-8, full path), or, with an empty path, the one chosen in a dialog.
     void OpenDesign(const std::string& path) { files->OpenDesign(path); }
@@ -72,14 +78,16 @@ private:
     void ConnectClient();
     void SetSizes();
     FileHost HostOfFiles();
+    bool OfferUnsavedWork(const std::string& folder);
     void ShowTitle();
+    void ShowCommands();
+    void ShowSteps();
     void ShowMessage(const std::string& caption, const std::string& text);
     bool HandleKey(QObject* target, int key);
     bool TakeKey(QWidget* target, const QKeyEvent* event);
     bool TakeDrop(QDropEvent* event);
     bool MayLeave();
     void Leave();
-    void EndSession(QSessionManager& manager);
 
     bool asking = false;    ///< whether the design may be left
     bool mayLeave = false;  ///< the answer
@@ -92,6 +100,7 @@ private:
     std::unique_ptr<SecondaryWindows> windows;
     std::unique_ptr<FileCommands> files;
     std::unique_ptr<MenuCommands> commands;
+    std::unique_ptr<Recovery> recovery;
 };
 
 }  // namespace ladderwise

@@ -51,12 +51,18 @@ void MenuCommands::Run(Command command) {
             return PrintPage();
         case Command::Exit:
             return;  // the window's own
+        case Command::Undo:
+            return session.Undo();
+        case Command::Redo:
+            return session.Redo();
         case Command::PartDefinitions:
             return windows.ShowPartDefinitions();
         case Command::BringBack:
             return BringBack();
         case Command::BringBackLoad:
             return BringBackLoad();
+        case Command::PartValues:
+            return ShowPartValues();
         case Command::Options:
             return windows.ShowOptions();
         case Command::FixSeed:
@@ -124,6 +130,12 @@ void MenuCommands::BringBackLoad() {
     session.ReadEntries();
     Calculation& work = session.Document.Work;
     if (ladderwise::BringBackLoad(work.Inputs, work.Design)) session.Recalculate();
+}
+
+void MenuCommands::ShowPartValues() {
+    partValues = !partValues;
+    client.Area()->ShowPartValues(partValues);
+    session.Redraw();
 }
 
 void MenuCommands::ToggleFixedSeed() {

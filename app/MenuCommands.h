@@ -36,6 +36,7 @@ public:
 private:
     void BringBack();
     void BringBackLoad();
+    void ShowPartValues();
     void ToggleFixedSeed();
     void SetSeed();
     void PrintPage();
@@ -46,6 +47,7 @@ private:
     ClientArea& client;
     const MessageCallback& report;
     QWidget* window;
+    bool partValues = false;  ///< at the designators
 };
 
 }  // namespace ladderwise

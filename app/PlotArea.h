@@ -24,6 +24,9 @@ public:
     /// Font of the labels from the next run 0 on.
     void SetLabelFont(const QFont& font) { plot.SetFont(font); }
 
+    /// Values at the designators, from the next run 0 on.
+    void ShowPartValues(bool shown) { plot.ShowPartValues(shown); }
+
     /// True if the picture is as large and as dense as the area. Any other has to be drawn anew.
     bool Fits() const;
 

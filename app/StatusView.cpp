@@ -2,6 +2,7 @@
 #include "app/StatusView.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolButton>
@@ -10,19 +11,24 @@
 #include "controls/ElidedLabel.h"
 #include "design/ChoiceNames.h"
 #include "pipeline/Notes.h"
-#include "pipeline/ResultsText.h"
 
 namespace ladderwise {
 
 namespace {
 
 constexpr int ProgressWidth = 200;   ///< pixels
+constexpr int FigureMargin = 6;      ///< pixels right of the figures
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 
 }  // namespace
 
 StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     label = new ElidedLabel(bar);
+    figuresLabel = new QLabel(bar);
+    figuresLabel->setObjectName("FiguresLabel");
+    figuresLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    figuresLabel->setContentsMargins(0, 0, FigureMargin, 0);
+    figuresLabel->hide();
     progress = new QProgressBar(bar);
     progress->setObjectName("WorstCaseProgress");
     progress->setFixedWidth(ProgressWidth);
@@ -36,6 +42,7 @@ StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     mathErrorButton->setToolTip("Lists the math errors of this run of the program");
     mathErrorButton->hide();
     connect(mathErrorButton, &QToolButton::clicked, this, &StatusView::MathErrorsAsked);
+    bar->addPermanentWidget(figuresLabel);
     bar->addPermanentWidget(progress);
     bar->addPermanentWidget(mathErrorButton);
     bar->setSizeGripEnabled(false);
@@ -49,27 +56,25 @@ QWidget* StatusView::MathErrorButton() const {
     return mathErrorButton;
 }
 
-void StatusView::Show(const Calculation& calculation, const ReferenceDesign* reference,
-                      const std::string& rejected) {
+void StatusView::Show(const Calculation& calculation, const std::string& rejected) {
     StatusLine status = DescribeStatus(calculation);
     if (!rejected.empty()) {
         status.Text = rejected + status.Text;
         status.Warning = true;
     }
     const FilterDesign& design = calculation.Design;
-    const ResponseResults& results = calculation.Results;
-    const std::string line = ResultsLine(design, results);
-    if (status.Text.empty() && line.empty()) status.Text = DesignTitle(design) + ", no elements";
-    std::string list = status.Text;
-    for (const auto& [name, value] : reference ? BesideReference(design, results, *reference)
-                                               : DescribeResults(design, results))
-        list += (list.empty() ? "" : "\n") + name + ": " + value;
-    if (!status.Text.empty() && !line.empty()) status.Text += "  ";
-    label->SetText(QString::fromStdString(status.Text + line), status.Warning,
-                   QString::fromStdString(list));
+    if (status.Text.empty() && SlotsInUse(design) < 1)
+        status.Text = DesignTitle(design) + ", no elements";
+    const QString text = QString::fromStdString(status.Text);
+    label->SetText(text, status.Warning, text);
     const auto errors = MathErrors().ErrorCount();
     mathErrorButton->setText("Math errors: " + QString::number(errors));
     mathErrorButton->setVisible(errors > 0);
+}
+
+void StatusView::ShowFigures(const std::string& figures) {
+    figuresLabel->setText(QString::fromStdString(figures));
+    figuresLabel->setVisible(!figures.empty());
 }
 
 void StatusView::ShowNotice(const QString& notice, int duration) {

@@ -1,13 +1,14 @@
 // The status line: what a builder must know of the design, notices, the progress of a worst case,
-// and the button that lists math errors.
+// the button that lists math errors, and the chief figures while the panel of results is folded.
 #pragma once
 
 #include <QElapsedTimer>
 #include <QObject>
 #include <string>
 
-#include "pipeline/ReferenceDesign.h"
+#include "pipeline/Calculation.h"
 
+class QLabel;
 class QProgressBar;
 class QStatusBar;
 class QToolButton;
@@ -22,10 +23,11 @@ class StatusView : public QObject {
 public:
     explicit StatusView(QStatusBar* bar);
 
-    /// Notes and figures of a calculation, with those of the reference shown, if any; `rejected`
-    /// names texts of the value grid that are no values.
-    void Show(const Calculation& calculation, const ReferenceDesign* reference,
-              const std::string& rejected);
+    /// The notes of a calculation; `rejected` names texts of the value grid that are no values.
+    void Show(const Calculation& calculation, const std::string& rejected);
+
+    /// Figures at the right, where no notice takes their place; none: empty.
+    void ShowFigures(const std::string& figures);
 
     /// Shows a notice in their place, for `duration` ms or until EndNotice.
     void ShowNotice(const QString& notice, int duration);
@@ -42,6 +44,7 @@ signals:
 private:
     QStatusBar* bar;
     ElidedLabel* label;
+    QLabel* figuresLabel;
     QProgressBar* progress;
     QToolButton* mathErrorButton;  ///< when there is an error to list
     QElapsedTimer sinceRepaint;

@@ -86,6 +86,11 @@ ValueGrid::ValueGrid(QWidget* parent) : QTableWidget(ValueGridRows, 1, parent) {
     beyondCells.setColor(QPalette::Base, ToQColor(BackgroundColour));
     viewport()->setPalette(beyondCells);
     BuildHeaders();
+    // The colours of the plot beside it, whatever the desktop's.
+    QPalette colours = palette();
+    colours.setColor(QPalette::Base, Qt::white);
+    colours.setColor(QPalette::Text, Qt::black);
+    setPalette(colours);
     SetRowHeights();
     connect(this, &QTableWidget::itemChanged, this, [this] {
         if (!showing) emit Edited();
@@ -116,7 +121,7 @@ void ValueGrid::SetRowHeights() {
 }
 
 int ValueGrid::RowsHeight() const {
-    return ValueGridRows * verticalHeader()->defaultSectionSize();
+    return shownRows * verticalHeader()->defaultSectionSize();
 }
 
 int ValueGrid::HeaderWidth() const {
@@ -145,10 +150,18 @@ void ValueGrid::ShowLabels(const std::vector<GridColumn>& columns) {
     }
 }
 
+void ValueGrid::ShowRows(int rows) {
+    shownRows = rows;
+    for (QTableView* const view : {static_cast<QTableView*>(this), headers})
+        for (int row = 0; row < ValueGridRows; ++row)
+            view->setRowHidden(row, row >= rows);
+}
+
 void ValueGrid::ShowColumns(const std::vector<GridColumn>& columns) {
     const QScopedValueRollback<bool> writes(showing, true);
     setColumnCount(1 + static_cast<int>(columns.size()));
     ShowLabels(columns);
+    ShowRows(RowsInUse(columns));
     for (int row = 0; row < ValueGridRows; ++row) {
         const bool used = IsRowUsed(columns, row);
         for (int column = 1; column < columnCount(); ++column) {

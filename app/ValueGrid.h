@@ -52,7 +52,7 @@ public:
     /// "% Change" as its menu says it.
     void SetStepText(const QString& percent) { stepText = percent; }
 
-    /// Height of all rows, pixels.
+    /// Height of the rows that are shown, pixels.
     int RowsHeight() const;
 
     /// Keeps the row headers in view where the grid, `scroll` pixels to the left of its place,
@@ -76,6 +76,7 @@ protected:
 private:
     void BuildHeaders();
     void SetRowHeights();
+    void ShowRows(int rows);
     void ShowLabels(const std::vector<GridColumn>& columns);
     void MarkRejected(QTableWidgetItem* item, const GridCell& cell, CellPosition at);
     bool IsReadable(QTableWidgetItem* item, CellPosition at, std::vector<TypedValue>& typed) const;
@@ -88,10 +89,11 @@ private:
         QString Text;
     };
     std::vector<RejectedCell> rejected;
-    QTableView* headers;   ///< over the label column, which lies below them unscrolled
-    QString stepText;      ///< percent
-    bool showing = false;  ///< cells change because the program writes them
+    QTableView* headers = nullptr;  ///< over the label column, which lies below them unscrolled
+    QString stepText;               ///< percent
+    bool showing = false;           ///< cells change because the program writes them
     int litSlot = 0;
+    int shownRows = ValueGridRows;
 };
 
 }  // namespace ladderwise

@@ -99,6 +99,7 @@ int RunWindow(const QApplication& application) {
     // count as a window and keep the program alive: it ends with its main window, whatever is open.
     QObject::connect(&window, &ladderwise::MainWindow::Closed, &application,
                      [] { QApplication::exit(EXIT_SUCCESS); });
+    ladderwise::KeepBeforeTermination([&window] { window.KeepWork(); });
     window.show();
     shown = true;
     window.Start(*folders, design);

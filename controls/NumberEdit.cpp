@@ -1,6 +1,7 @@
 // Edit box and arrows of a stepped input.
 #include "controls/NumberEdit.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPalette>
@@ -38,7 +39,14 @@ NumberEdit::NumberEdit(const QString& name, QWidget* parent) : QLineEdit(parent)
 }
 
 void NumberEdit::Take(NumberBox& box) {
-    if (isModified()) box.Type(text().toStdString());
+    if (isModified()) {
+        box.Type(text().toStdString());
+        // From now on it is the design's undo that takes it back.
+        const QSignalBlocker blocker(this);
+        const int place = cursorPosition();
+        setText(text());
+        setCursorPosition(place);
+    }
     setModified(false);
 }
 
@@ -134,6 +142,18 @@ void NumberEdit::focusOutEvent(QFocusEvent* event) {
     const Qt::FocusReason reason = event->reason();
     const bool menu = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
     if (isModified() && !menu) emit CalculationRequested();
+}
+
+bool IsTypingUnread() {
+    const auto* const box = qobject_cast<const NumberEdit*>(QApplication::focusWidget());
+    return box && box->isModified();
+}
+
+bool IsUndoOfDesign(const QObject* target, const QKeyEvent& key) {
+    const auto* const edit = qobject_cast<const QLineEdit*>(target);
+    if (!edit) return false;
+    if (key.matches(QKeySequence::Undo)) return !edit->isModified() || !edit->isUndoAvailable();
+    return key.matches(QKeySequence::Redo) && !edit->isRedoAvailable();
 }
 
 UpDownButton::UpDownButton(const QString& name, QWidget* parent) : QWidget(parent) {

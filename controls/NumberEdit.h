@@ -51,6 +51,13 @@ private:
     int wheelRest = 0;   ///< eighths of a degree not yet turned into a step
 };
 
+/// True if the box with the focus has a text that was typed and not yet read.
+bool IsTypingUnread();
+
+/// An edit takes the keys of undo and redo for itself even where it has nothing to undo. True if
+/// this is such a key on its way into `target`, and the design's undo should have it.
+bool IsUndoOfDesign(const QObject* target, const QKeyEvent& key);
+
 /// Two small arrows beside an edit box. They take no focus: the keyboard steps in the box itself.
 class UpDownButton : public QWidget {
     Q_OBJECT

@@ -48,6 +48,8 @@ void ShowOnScreen(QWidget* window, QPoint at) {
 }
 
 void ShowCentredOnOwner(QWidget* window) {
+    // A window that was there before comes back to its place.
+    if (window->testAttribute(Qt::WA_Moved)) return ShowOnScreen(window, window->pos());
     LayOut(window);
     const QRect owner = window->parentWidget()->window()->frameGeometry();
     const QSize outer = window->size() + FrameOf(window);

@@ -10,7 +10,7 @@ namespace ladderwise {
 namespace {
 
 constexpr int patchAlpha = 200;  // of 255: what lies below a text stays visible
-constexpr int dotRadius = 2;     // pixels, of a marker on a trace
+constexpr int dotRadius = 3;     // pixels, of a marker on a trace
 constexpr int ringRadius = 4;    // pixels, of the crosshair on a trace
 constexpr QColor crosshairColour(64, 64, 64);
 
@@ -23,6 +23,37 @@ QColor PatchColour() {
 void DrawLine(QPainter& painter, const PlotLine& line, Qt::PenStyle style) {
     painter.setPen(QPen(ToQColor(line.Colour), 1, style));
     painter.drawLine(line.X1, line.Y1, line.X2, line.Y2);
+}
+
+void DrawDot(QPainter& painter, const MarkerDot& dot) {
+    const QPoint at(dot.X, dot.Y), right(dotRadius, 0), down(0, dotRadius);
+    QPolygon shape;
+    switch (dot.Kind) {
+        case TraceKind::Mag1dB:
+        case TraceKind::Mag10dB:
+        case TraceKind::Pulse:
+        case TraceKind::Normalised:
+            painter.fillRect(dot.X - dotRadius, dot.Y - dotRadius, 2 * dotRadius + 1,
+                             2 * dotRadius + 1, ToQColor(dot.Colour));
+            return;
+        case TraceKind::ReturnLoss:
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(ToQColor(dot.Colour));
+            painter.drawEllipse(QPointF(at) + QPointF(0.5, 0.5), dotRadius + 0.5, dotRadius + 0.5);
+            painter.setRenderHint(QPainter::Antialiasing, false);
+            return;
+        case TraceKind::Phase:
+            shape << at - 2 * down + down / 2 << at - right + down << at + right + down;
+            break;
+        case TraceKind::GroupDelay:
+            shape << at - down - down / 2 << at + right + right / 2 << at + down + down / 2
+                  << at - right - right / 2;
+            break;
+    }
+    painter.setPen(ToQColor(dot.Colour));
+    painter.setBrush(ToQColor(dot.Colour));
+    painter.drawPolygon(shape);
 }
 
 }  // namespace
@@ -39,8 +70,7 @@ void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing) {
     for (const PlotLine& line : drawing.Leaders)
         DrawLine(painter, line, Qt::SolidLine);
     for (const MarkerDot& dot : drawing.Dots)
-        painter.fillRect(dot.X - dotRadius, dot.Y - dotRadius, 2 * dotRadius + 1, 2 * dotRadius + 1,
-                         ToQColor(dot.Colour));
+        DrawDot(painter, dot);
     for (const PlotText& label : drawing.Labels)
         PaintText(painter, label);
 }

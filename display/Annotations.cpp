@@ -3,6 +3,25 @@
 
 namespace ladderwise {
 
+namespace {
+
+/// Where a trace ends, and its name there.
+struct TraceEnd {
+    std::string Name;
+    MarkerDot At;
+};
+
+void AddEnd(const PlotLayer& layer, bool beside, TraceKind kind, const TracePoints& points,
+            std::vector<TraceEnd>& ends) {
+    if (points.NumRuns < 1) return;
+    const int last = points.Runs[static_cast<std::size_t>(points.NumRuns - 1)].Last;
+    ends.push_back(
+        {(beside ? "Ref " : "") + std::string(TraceShortName(kind)),
+         {points.X[last], points.Y[last], layer.Colours[static_cast<std::size_t>(kind)], kind}});
+}
+
+}  // namespace
+
 MarkedSweep SweepOf(const PlotContent& content, const PlotLayout& layout,
                     const PlotScales& scales) {
     return {content.Design.PassType,
@@ -22,19 +41,27 @@ PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& l
     // An empty ladder has no response to speak of.
     if (content.Design.NumElements < 1) return annotations;
     PlotCover cover(layout);
+    std::vector<TraceEnd> ends;
     for (const PlotLayer& layer : content.Layers)
         for (const TraceKind kind : TraceDrawOrder) {
             if (!IsChosen(content.Choices, kind)) continue;
             MapLayerTrace(layer, kind, content.Design, layout, scales, work);
             cover.AddTrace(work);
+            AddEnd(layer, &layer != &content.Layers.front(), kind, work, ends);
         }
-    annotations.Key = PlaceLegend(BuildLegendRows(content), metrics, cover);
+    const std::vector<LegendRow> rows = BuildLegendRows(content);
+    annotations.Key = LayLegendBelow(rows, layout, metrics);
+    if (annotations.Key.Texts.empty()) annotations.Key = PlaceLegend(rows, metrics, cover);
     const MarkedSweep sweep = SweepOf(content, layout, scales);
     if (!content.Layers.empty())
         AppendMarkerLines(content.Markers, sweep, content.Layers.front().Values.MagnitudeDb,
                           metrics, cover, annotations.Markers);
     for (const PlotLayer& layer : content.Layers)
-        AppendTraceMarkers(content.Markers, sweep, layer, metrics, cover, annotations.Markers);
+        AppendTraceMarkers(content.Markers, sweep, layer, &layer == &content.Layers.front(),
+                           metrics, cover, annotations.Markers);
+    // A trace alone needs no name.
+    for (const TraceEnd& end : ends)
+        if (ends.size() > 1) AppendTraceName(end.Name, end.At, metrics, cover, annotations.Markers);
     return annotations;
 }
 

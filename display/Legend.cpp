@@ -18,7 +18,10 @@ constexpr int columnGap = 14;     // between two columns of rows
 constexpr int mostColumns = 3;
 constexpr double smallestLegendScale = 0.6;  // of a large font, where that finds a free place
 constexpr double legendScaleStep = 0.2;
-constexpr int leastLineHeight = 13;  // pixels
+constexpr int leastLineHeight = 13;   // pixels
+constexpr int heightBelow = 22;       // pixels of a legend below the plot, and what keeps it off
+constexpr int gapBelow = 4;           // the names of the strip
+constexpr long mostTracesWithin = 5;  // more are named below the plot
 constexpr int thresholdDigits = 4;
 constexpr PlotColour hintColour{160, 64, 0};
 
@@ -69,7 +72,8 @@ Legend LayOut(const std::vector<LegendRow>& rows, const LegendForm& form, const 
         const auto inAColumn = static_cast<std::size_t>(form.InAColumn);
         if (n > 0 && n % inAColumn == 0) left += form.Columns[n / inAColumn - 1] + columnGap;
         int x = left;
-        const int y = box.Top + padding + static_cast<int>(n % inAColumn) * metrics.Height;
+        const int margin = (box.Height - form.InAColumn * metrics.Height) / 2;
+        const int y = box.Top + margin + static_cast<int>(n % inAColumn) * metrics.Height;
         const int middle = y + metrics.Height / 2;
         for (const LegendSample& sample : rows[n].Samples) {
             legend.Samples.push_back(
@@ -142,6 +146,33 @@ std::vector<LegendRow> BuildLegendRows(const PlotContent& content) {
                         "Coarse: " + std::to_string(points) + (points == 1 ? " point" : " points") +
                             " in the band (F7)"});
     return rows;
+}
+
+int LegendHeightBelow(const PlotContent& content) {
+    if (content.Design.NumElements < 1) return 0;
+    const auto traces = std::count_if(TraceDrawOrder.begin(), TraceDrawOrder.end(),
+                                      [&](auto kind) { return IsChosen(content.Choices, kind); });
+    return traces > mostTracesWithin || content.Layers.size() > 1 ? heightBelow : 0;
+}
+
+Legend LayLegendBelow(const std::vector<LegendRow>& rows, const PlotLayout& layout,
+                      const TextMetrics& metrics) {
+    const int room = layout.Area.LegendHeight;
+    if (room <= 0 || rows.empty()) return {};
+    const int columns = static_cast<int>(rows.size());
+    for (double scale = 1.0; scale >= smallestLegendScale; scale -= legendScaleStep / 2) {
+        const TextMetrics scaled = metrics.Scaled(scale);
+        const LegendForm form = FormOf(rows, columns, scaled);
+        if (form.Width > layout.PlotWidth || scaled.Height > room - gapBelow) continue;
+        const PlotRect box{layout.PlotLeft + (layout.PlotWidth - form.Width) / 2,
+                           layout.Area.GridTop - SchematicHeight - room - gapBelow, form.Width,
+                           room - 2};
+        Legend legend = LayOut(rows, form, box, scaled);
+        for (PlotText& text : legend.Texts)
+            text.Scale = scale;
+        return legend;
+    }
+    return {};
 }
 
 Legend PlaceLegend(const std::vector<LegendRow>& rows, const TextMetrics& metrics,

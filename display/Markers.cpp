@@ -113,10 +113,12 @@ int LowestIndex(std::span<const double> levels) {
 /// Puts labels where there is room, and a leader where that is further off.
 class Annotator {
 public:
-    Annotator(const TextMetrics& textMetrics, PlotCover& plotCover, MarkerDrawing& target)
-        : metrics(textMetrics), cover(plotCover), drawing(target) {}
+    Annotator(const TextMetrics& textMetrics, PlotCover& plotCover, MarkerDrawing& target,
+              bool withLabels = true)
+        : metrics(textMetrics), cover(plotCover), drawing(target), labelled(withLabels) {}
 
     void Label(int x, int y, const std::string& text, PlotColour colour, bool leftFirst = false) {
+        if (!labelled) return;
         const int width = metrics.Width(text);
         const PlotRect place = cover.PlaceLabel(x, y, width, metrics.Height, leftFirst);
         drawing.Labels.push_back({place.Left, place.Top, text, colour});
@@ -126,10 +128,9 @@ public:
             drawing.Leaders.push_back({x, y, nearX, nearY, colour});
     }
 
-    void DotWithLabel(int x, int y, const std::string& text, PlotColour colour,
-                      bool leftFirst = false) {
-        drawing.Dots.push_back({x, y, colour});
-        Label(x, y, text, colour, leftFirst);
+    void DotWithLabel(const MarkerDot& dot, const std::string& text, bool leftFirst = false) {
+        drawing.Dots.push_back(dot);
+        Label(dot.X, dot.Y, text, dot.Colour, leftFirst);
     }
 
     MarkerDrawing& Drawing() { return drawing; }
@@ -138,6 +139,7 @@ private:
     const TextMetrics& metrics;
     PlotCover& cover;
     MarkerDrawing& drawing;
+    bool labelled;
 };
 
 struct AnnotatedTrace {
@@ -157,8 +159,9 @@ void AnnotateFrequencies(const MarkerState& markers, const MarkedSweep& sweep,
         if (!x) continue;
         const double value = ValueAt(trace.Values, trace.Kind, place->Index);
         if (std::isnan(value)) continue;
-        annotator.DotWithLabel(*x, MapValue(value, trace.Scale, sweep.Layout),
-                               TraceValueText(trace.Kind, value), trace.Colour);
+        annotator.DotWithLabel(
+            {*x, MapValue(value, trace.Scale, sweep.Layout), trace.Colour, trace.Kind},
+            TraceValueText(trace.Kind, value));
     }
 }
 
@@ -173,15 +176,14 @@ void AnnotateLevels(const MarkerState& markers, const MarkedSweep& sweep,
         const auto line = LevelLine(y, trace.Sweep, sweep, trace.Colour);
         if (line && y > layout.PlotTop && y < layout.PlotBottom)
             annotator.Drawing().Lines.push_back(*line);
-        const std::string level = FormatNumber(relative, 2) + " dB ";
+        const std::string level = LevelMarkerName(k) + " " + FormatNumber(relative, 2) + " dB ";
         std::size_t shown = 0;
         for (const SweepPlace& place :
              LevelCrossings(trace.Values, trace.Sweep.Freqs, peak + relative)) {
             const auto x = XOf(place, trace.Sweep, sweep);
             if (!x || shown++ >= MostCrossings) continue;
-            annotator.DotWithLabel(*x, y,
-                                   level + SweepFrequencyText(place.Frequency, trace.Sweep.Freqs),
-                                   trace.Colour);
+            annotator.DotWithLabel({*x, y, trace.Colour, trace.Kind},
+                                   level + SweepFrequencyText(place.Frequency, trace.Sweep.Freqs));
         }
     }
 }
@@ -199,9 +201,9 @@ void AnnotateDepth(const MarkedSweep& sweep, const AnnotatedTrace& trace, Annota
         const double value = ValueAt(trace.Values, trace.Kind, edge->Index);
         lastX = x;
         lastY = MapValue(value, trace.Scale, sweep.Layout);
-        annotator.DotWithLabel(*x, lastY,
+        annotator.DotWithLabel({*x, lastY, trace.Colour, trace.Kind},
                                "6 dB Freq = " + SweepFrequencyText(edge->Frequency, own.Freqs),
-                               trace.Colour, edge->Index < at);
+                               edge->Index < at);
     }
     if (!lastX || !readOut.Lower || !readOut.Upper) return;
     const double width = readOut.Upper->Frequency - readOut.Lower->Frequency;
@@ -392,6 +394,19 @@ std::string TraceValueText(TraceKind kind, double value) {
     return {};
 }
 
+std::string FrequencyMarkerName(int k) {
+    return "M" + std::to_string(k);
+}
+
+std::string LevelMarkerName(int k) {
+    return "L" + std::to_string(k);
+}
+
+void AppendTraceName(const std::string& name, const MarkerDot& end, const TextMetrics& metrics,
+                     PlotCover& cover, MarkerDrawing& drawing) {
+    Annotator(metrics, cover, drawing).Label(end.X, end.Y, name, end.Colour, true);
+}
+
 void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
                        std::span<const double> levels, const TextMetrics& metrics, PlotCover& cover,
                        MarkerDrawing& drawing) {
@@ -403,7 +418,9 @@ void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
         if (!place) continue;
         const int x = XOf(place->Index, sweep);
         drawing.Lines.push_back({x, layout.PlotTop, x, layout.PlotBottom, MarkerLineColour});
-        annotator.Label(x, layout.PlotBottom, SweepFrequencyText(f, sweep.Freqs), MarkerLineColour);
+        annotator.Label(x, layout.PlotBottom,
+                        FrequencyMarkerName(k) + " " + SweepFrequencyText(f, sweep.Freqs),
+                        MarkerLineColour);
     }
     const auto reference = ReferenceOf(markers, sweep.Freqs, levels);
     const auto place = reference ? PlaceOf(reference->Frequency, sweep.Freqs) : std::nullopt;
@@ -421,9 +438,9 @@ void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
 }
 
 void AppendTraceMarkers(const MarkerState& markers, const MarkedSweep& sweep,
-                        const PlotLayer& layer, const TextMetrics& metrics, PlotCover& cover,
-                        MarkerDrawing& drawing) {
-    Annotator annotator(metrics, cover, drawing);
+                        const PlotLayer& layer, bool labelled, const TextMetrics& metrics,
+                        PlotCover& cover, MarkerDrawing& drawing) {
+    Annotator annotator(metrics, cover, drawing, labelled);
     const AnnotatedSweep own = SweepOf(layer, sweep);
     bool depthShown = false;
     for (const TraceKind kind : TraceDrawOrder) {

@@ -118,10 +118,13 @@ std::string SweepFrequencyText(double f, std::span<const double> freqs);
 /// A value of a trace as people read it: "-3.01 dB", "45.0°", "12.3 ns", "0.950".
 std::string TraceValueText(TraceKind kind, double value);
 
+/// A dot's shape tells its trace, whatever the colours look like: the magnitudes squares, the
+/// return loss circles, the phase triangles, the group delay diamonds.
 struct MarkerDot {
     int X = 0;
     int Y = 0;
     PlotColour Colour;
+    TraceKind Kind = TraceKind::Mag10dB;
 };
 
 /// Lines are dotted ones of markers; leaders join dots with labels that stand further off.
@@ -132,6 +135,11 @@ struct MarkerDrawing {
     std::vector<PlotText> Labels;
 };
 
+/// Name of a marker on the plot and in the table: "M1" on a frequency, "L1" on a level; k counts
+/// from 1.
+std::string FrequencyMarkerName(int k);
+std::string LevelMarkerName(int k);
+
 /// Appends what stands once on the plot: the frequency markers' lines and frequencies, and the
 /// read-out reference. `levels` (dB) is the nominal magnitude. Labels keep off what `cover` holds.
 void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
@@ -140,9 +148,15 @@ void AppendMarkerLines(const MarkerState& markers, const MarkedSweep& sweep,
 
 /// Appends the annotations of each chosen trace of a layer, in its colour: values at the frequency
 /// markers; on the magnitudes the crossings of the level markers, and once the 6 dB read-outs. All
-/// are found at the layer's own frequencies; those that lie off the plot are left out.
+/// are found at the layer's own frequencies; those that lie off the plot are left out. Without
+/// labels only lines and dots are appended: the values of what is drawn beside the design stand in
+/// its table.
 void AppendTraceMarkers(const MarkerState& markers, const MarkedSweep& sweep,
-                        const PlotLayer& layer, const TextMetrics& metrics, PlotCover& cover,
-                        MarkerDrawing& drawing);
+                        const PlotLayer& layer, bool labelled, const TextMetrics& metrics,
+                        PlotCover& cover, MarkerDrawing& drawing);
+
+/// Appends the name of a trace at its end, kept off what `cover` holds.
+void AppendTraceName(const std::string& name, const MarkerDot& end, const TextMetrics& metrics,
+                     PlotCover& cover, MarkerDrawing& drawing);
 
 }  // namespace ladderwise

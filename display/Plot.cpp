@@ -52,7 +52,7 @@ void Plot::SetFont(const QFont& labelFont) {
 void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlacement) {
     choices = content.Choices;
     placement = newPlacement;
-    PaintBackground(content.Design);
+    PaintBackground(content);
     for (const PlotLayer& layer : content.Layers)
         PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, LayerLook::Plain,
                          work);
@@ -90,16 +90,19 @@ const QImage& Plot::Image() const {
     return image;
 }
 
-void Plot::PaintBackground(const FilterDesign& design) {
+void Plot::PaintBackground(const PlotContent& content) {
+    const FilterDesign& design = content.Design;
     const QSize size = traces.deviceIndependentSize().toSize();
-    layout = ComputePlotLayout(
-        {size.width(), size.height(), placement.PanelHeight, placement.GridTop}, choices);
+    layout = ComputePlotLayout({size.width(), size.height(), placement.PanelHeight,
+                                placement.GridTop, LegendHeightBelow(content)},
+                               choices);
     scales = ScalesOf(design);
     traces.fill(ToQColor(BackgroundColour));  // the painter would wake threads for it
     QPainter painter(&traces);
     painter.setFont(font);
     PaintFrame(painter, BuildPlotFrame(design, choices, layout, MetricsOf(painter)));
-    PaintStrip(painter, design, placement.GridTop, placement.StripScroll, Doubled(), pictures);
+    PaintStrip(painter, design, placement.GridTop, placement.StripScroll, {Doubled(), partValues},
+               pictures);
 }
 
 void Plot::PaintOverlay(const PlotTraces& run) {
@@ -111,12 +114,13 @@ void Plot::ScrollStrip(const FilterDesign& design, int scroll) {
     placement.StripScroll = scroll;
     composed = false;
     const QSize size = traces.deviceIndependentSize().toSize();
-    const QRect band(0, placement.GridTop - SchematicHeight, size.width(), SchematicHeight);
+    const QRect band(0, placement.GridTop - SchematicHeight - StripOverhang, size.width(),
+                     SchematicHeight + StripOverhang);
     QPainter painter(&traces);
     painter.setFont(font);
     painter.setClipRect(band);
     painter.fillRect(band, ToQColor(BackgroundColour));
-    PaintStrip(painter, design, placement.GridTop, scroll, Doubled(), pictures);
+    PaintStrip(painter, design, placement.GridTop, scroll, {Doubled(), partValues}, pictures);
 }
 
 }  // namespace ladderwise

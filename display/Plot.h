@@ -33,6 +33,9 @@ public:
     /// Font of labels, marks and title from the next run 0 on.
     void SetFont(const QFont& labelFont);
 
+    /// Values at the designators of the strip, from the next run 0 on.
+    void ShowPartValues(bool shown) { partValues = shown; }
+
     /// Run 0: repaints frame, strip, the chosen traces of all layers, markers and legend, and fixes
     /// layout, scales and choices.
     void PaintContent(const PlotContent& content, const PlotPlacement& placement);
@@ -61,7 +64,7 @@ public:
     const PlotScales& Scales() const { return scales; }
 
 private:
-    void PaintBackground(const FilterDesign& design);
+    void PaintBackground(const PlotContent& content);
     bool Doubled() const { return traces.devicePixelRatio() > 1.0; }
 
     QImage traces;         ///< all but markers and legend
@@ -71,6 +74,7 @@ private:
     PlotLayout layout;
     PlotScales scales;
     TraceChoices choices;
+    bool partValues = false;
     PlotPlacement placement;
     OverlayWork work;
     PlotAnnotations annotations;

@@ -74,14 +74,14 @@ QImage* PixelsOf(const QPainter& painter) {
 
 }  // namespace
 
-int TableTop(QSize size) {
-    return size.height() - ValueGridRows * TableRowHeight - bottomMargin;
+int TableTop(QSize size, const FilterDesign& design) {
+    return size.height() - RowsInUse(BuildValueGrid(design)) * TableRowHeight - bottomMargin;
 }
 
 void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const QFont& font) {
-    const int gridTop = TableTop(size);
-    const PlotLayout layout =
-        ComputePlotLayout({size.width(), size.height(), 0, gridTop}, content.Choices);
+    const int gridTop = TableTop(size, content.Design);
+    const PlotLayout layout = ComputePlotLayout(
+        {size.width(), size.height(), 0, gridTop, LegendHeightBelow(content)}, content.Choices);
     painter.setFont(font);
     painter.fillRect(QRect(QPoint(0, 0), size), ToQColor(BackgroundColour));
     PaintFrame(painter,
@@ -129,7 +129,7 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
     painter.translate(0, gridTop);
     painter.scale(shrink, shrink);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, shrink < 1.0);
-    PaintStrip(painter, content.Design, 0, 0, true, pictures);
+    PaintStrip(painter, content.Design, 0, 0, {true, true}, pictures);
     PaintValueTable(painter, columns, 0);
     painter.restore();
 }

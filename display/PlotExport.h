@@ -17,8 +17,8 @@ namespace ladderwise {
 /// together.
 void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const QFont& font);
 
-/// Where a picture of this size has the table of values: its top edge.
-int TableTop(QSize size);
+/// Where a picture of this size has the table of values of a design: its top edge.
+int TableTop(QSize size, const FilterDesign& design);
 
 /// A picture file in memory, or why there is none, as a sentence for the user.
 struct PlotFile {

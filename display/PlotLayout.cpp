@@ -14,6 +14,7 @@ constexpr int rightMargin = 60;
 constexpr int topMargin = 35;        // between the panel and the plot: the title
 constexpr int labelMargin = 30;      // between the plot and the strip: the frequency labels
 constexpr int timeLabelMargin = 18;  // more where time labels stand below those
+constexpr int loadRoom = 78;         // the load and its text, right of the last picture
 constexpr int gridBorder = 67;       // the label column and the grid's own border
 
 }  // namespace
@@ -25,7 +26,7 @@ PlotLayout ComputePlotLayout(const ClientExtent& area, const TraceChoices& choic
     layout.PlotRight =
         std::max(area.ClientWidth - rightMargin, layout.PlotLeft + SmallestPlotWidth);
     layout.PlotTop = area.PanelHeight + topMargin;
-    const int margin = labelMargin + (choices.Pulse ? timeLabelMargin : 0);
+    const int margin = labelMargin + (choices.Pulse ? timeLabelMargin : 0) + area.LegendHeight;
     layout.PlotBottom = std::max(area.GridTop - SchematicHeight - margin, layout.PlotTop);
     layout.PlotWidth = layout.PlotRight - layout.PlotLeft;
     layout.PlotHeight = layout.PlotBottom - layout.PlotTop;
@@ -56,8 +57,9 @@ int ValueGridWidth(int numElements) {
     return ValueGridPitch * numElements + gridBorder;
 }
 
-bool ValueGridNeedsScrollBar(int numElements, int clientWidth) {
-    return ValueGridLeft + ValueGridWidth(numElements) > clientWidth;
+int LadderWidth(int numElements) {
+    return std::max(ValueGridLeft + ValueGridWidth(numElements),
+                    ValueGridLeft + SchematicWidth * (numElements + 1) + loadRoom);
 }
 
 }  // namespace ladderwise

@@ -14,8 +14,9 @@ inline constexpr int SmallestPlotWidth = 8;  ///< a client too narrow still gets
 struct ClientExtent {
     int ClientWidth = 0;
     int ClientHeight = 0;
-    int PanelHeight = 0;  ///< input panel above the plot; 0 in exported files
-    int GridTop = 0;      ///< y of the value grid's top edge
+    int PanelHeight = 0;   ///< input panel above the plot; 0 in exported files
+    int GridTop = 0;       ///< y of the value grid's top edge
+    int LegendHeight = 0;  ///< of a legend between the plot's labels and the strip; 0: none there
 };
 
 /// The plot's rectangle. A trace maps into PlotLeft .. PlotRight, PlotTop .. PlotBottom, edges
@@ -46,7 +47,8 @@ PlotRect ScaleBoxRect(const PlotLayout& layout, int boxHeight);
 /// Width in pixels of the value grid of a ladder: a label column and one column per element.
 int ValueGridWidth(int numElements);
 
-/// True if the grid's right edge passes the client's, so that grid and strip need a scroll bar.
-bool ValueGridNeedsScrollBar(int numElements, int clientWidth);
+/// Width in pixels from the window's left edge to the end of the load's text or of the value grid,
+/// whichever is further right: what has to be scrolled where it is wider than the client.
+int LadderWidth(int numElements);
 
 }  // namespace ladderwise

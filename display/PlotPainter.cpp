@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QHash>
 #include <QPen>
@@ -25,8 +26,12 @@ void DrawTexts(QPainter& painter, const std::vector<PlotText>& texts) {
 }
 
 void DrawLines(QPainter& painter, const std::vector<PlotLine>& lines) {
+    // Between whole densities a line of one logical pixel would be one pixel wide or two.
+    const double ratio = painter.device()->devicePixelRatio();
     for (const PlotLine& line : lines) {
-        painter.setPen(QPen(ToQColor(line.Colour), 1));
+        QPen pen(ToQColor(line.Colour), ratio > 1.0 ? std::floor(ratio) : 1.0);
+        pen.setCosmetic(ratio > 1.0);
+        painter.setPen(pen);
         painter.drawLine(line.X1, line.Y1, line.X2, line.Y2);
     }
 }
@@ -59,16 +64,18 @@ void DrawMissingPicture(QPainter& painter, const StripPicture& place) {
 
 // The ink of the schematic pictures, and the size of the names beside their symbols.
 constexpr QColor stripInk(24, 28, 36);
-constexpr int designatorPixels = 10;
+constexpr int designatorPixels = 10;  // at least; in a large font five sixths of it
 constexpr int schematicStroke = 2;
 
 // Source and load around the pictures, and the names of the parts.
-void PaintStripSigns(QPainter& painter, const FilterDesign& design, int gridTop, int scroll) {
+void PaintStripSigns(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
+                     bool withValues) {
     painter.save();
     QFont font = painter.font();
-    font.setPixelSize(designatorPixels);
+    font.setPixelSize(std::max(designatorPixels, QFontInfo(font).pixelSize() * 5 / 6));
     painter.setFont(font);
-    const StripSigns signs = BuildStripSigns(design, gridTop, scroll, MetricsOf(painter));
+    const StripSigns signs =
+        BuildStripSigns(design, gridTop, scroll, withValues, MetricsOf(painter));
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(QPen(stripInk, schematicStroke, Qt::SolidLine, Qt::FlatCap));
     painter.setBrush(Qt::NoBrush);
@@ -81,6 +88,26 @@ void PaintStripSigns(QPainter& painter, const FilterDesign& design, int gridTop,
                         signs.Source.Height);
     DrawTexts(painter, signs.Texts);
     painter.restore();
+}
+
+/// The black line of 0 dB gives way where a trace runs along it: a pass band that is now on the
+/// line's row and now on the next would flicker between the two colours.
+void ClearZeroLine(const TracePoints& points, int zeroY, double ratio, PixelRows picture) {
+    const int reach = static_cast<int>(std::ceil(ratio));
+    const std::uint32_t black = ToQColor(Black).rgb(), clear = ToQColor(BackgroundColour).rgb();
+    const int top = std::max(zeroY - reach, 0),
+              bottom = std::min(zeroY + reach, picture.Height - 1);
+    for (int n = 1; n < points.NumPoints; ++n) {
+        const bool along = points.Shown[n - 1] && points.Shown[n] &&
+                           std::abs(points.Y[n - 1] - zeroY) <= reach &&
+                           std::abs(points.Y[n] - zeroY) <= reach;
+        for (int x = std::max(points.X[n - 1], 0);
+             along && x < std::min(points.X[n], picture.Width); ++x)
+            for (int y = top; y <= bottom; ++y) {
+                std::uint32_t& pixel = picture.Pixels[y * picture.Stride + x];
+                if (pixel == black) pixel = clear;
+            }
+    }
 }
 
 }  // namespace
@@ -192,6 +219,10 @@ void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign&
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
         MapLayerTrace(layer, kind, design, pixels, scales, work.Points);
+        const int zeroY = MapValue(0.0, ScaleOf(kind, pixels, scales), pixels);
+        const bool within = zeroY > pixels.PlotTop && zeroY < pixels.PlotBottom;
+        if (kind == TraceKind::Mag10dB && !layer.Dashed && within)
+            ClearZeroLine(work.Points, zeroY, ratio, picture);
         const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
         work.Strokes.Draw(work.Points, WidthOf(look) * ratio, ColourOf(colour, look), picture);
     }
@@ -208,21 +239,21 @@ void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& c
 }
 
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
-                bool doubled, SchematicPictures& pictures) {
+                StripLook look, SchematicPictures& pictures) {
     for (const StripPicture& place : PlaceSchematics(design, gridTop, scroll)) {
-        const QImage& picture = pictures.Of(place.Type, doubled);
+        const QImage& picture = pictures.Of(place.Type, look.Doubled);
         if (picture.isNull()) {
             DrawMissingPicture(painter, place);
         } else {
             painter.drawImage(QRect(place.X, place.Y, SchematicWidth, SchematicHeight), picture);
         }
     }
-    PaintStripSigns(painter, design, gridTop, scroll);
+    PaintStripSigns(painter, design, gridTop, scroll, look.WithValues);
 }
 
 void PaintValueTable(QPainter& painter, const std::vector<GridColumn>& columns, int gridTop) {
     const QColor background = ToQColor(BackgroundColour);
-    for (int row = 0; row < ValueGridRows; ++row) {
+    for (int row = 0; row < RowsInUse(columns); ++row) {
         const auto r = static_cast<std::size_t>(row);
         const bool used = IsRowUsed(columns, row);
         const auto cell = [&](int column, Qt::Alignment align, const QString& text) {

@@ -83,8 +83,15 @@ void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& c
 
 /// The schematic strip, or the notice that the ladder is empty. A picture that is missing is
 /// replaced by a box with the type's name.
+struct StripLook {
+    bool Doubled = false;     ///< pictures of twice the density
+    bool WithValues = false;  ///< at the designators
+};
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
-                bool doubled, SchematicPictures& pictures);
+                StripLook look, SchematicPictures& pictures);
+
+/// Pixels that the designators reach above the pictures.
+inline constexpr int StripOverhang = 4;
 
 /// The value grid as a table with its left top corner at ValueGridLeft, gridTop.
 void PaintValueTable(QPainter& painter, const std::vector<GridColumn>& columns, int gridTop);

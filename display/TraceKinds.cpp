@@ -23,6 +23,25 @@ bool IsChosen(const TraceChoices& choices, TraceKind kind) {
     return false;
 }
 
+const char* TraceShortName(TraceKind kind) {
+    switch (kind) {
+        case TraceKind::Mag1dB:
+            return "Mag 1 dB";
+        case TraceKind::Mag10dB:
+            return "Mag";
+        case TraceKind::Phase:
+            return "Phase";
+        case TraceKind::GroupDelay:
+            return "GD";
+        case TraceKind::Pulse:
+        case TraceKind::Normalised:
+            return "Pulse";
+        case TraceKind::ReturnLoss:
+            return "RL";
+    }
+    return "";
+}
+
 std::span<const double> ValuesOf(const PlotTraces& traces, TraceKind kind) {
     switch (kind) {
         case TraceKind::Mag1dB:

@@ -44,6 +44,9 @@ inline constexpr std::array<TraceKind, 6> TraceDrawOrder = {
 /// True if the trace of this kind is on; never for Normalised.
 bool IsChosen(const TraceChoices& choices, TraceKind kind);
 
+/// A name for the end of a trace: "Mag", "1 dB", "RL", ...
+const char* TraceShortName(TraceKind kind);
+
 /// The array that a kind draws; empty for Normalised.
 std::span<const double> ValuesOf(const PlotTraces& traces, TraceKind kind);
 

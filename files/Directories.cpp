@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* RunTimeName = "/RunTime Files";
 constexpr const char* SettingsSubfolder = "/Ladderwise";
+constexpr const char* StateSubfolder = "/Ladderwise";
 constexpr std::array DesignLevels = {"/Tarnwick", "/Ladderwise", "/Files"};
 
 QString Name(const std::string& path) {
@@ -60,6 +61,12 @@ std::string FindSettingsFolder(const SystemPlaces& places) {
     return folder;
 }
 
+std::string FindStateFolder(const SystemPlaces& places) {
+    const std::string folder = places.State + StateSubfolder;
+    if (places.State.empty() || !QDir().mkpath(Name(folder)) || !IsWritable(folder)) return {};
+    return folder;
+}
+
 }  // namespace
 
 std::string FindRunTimeFolder(const SystemPlaces& places) {
@@ -87,6 +94,7 @@ std::optional<Folders> FindFolders(const SystemPlaces& places, const MessageCall
     folders.DesktopFolder = places.Of(FolderVariable::UserProfile) + "/Desktop";
     folders.DesignFolder = FindDesignFolder(places);
     folders.SettingsFolder = FindSettingsFolder(places);
+    folders.StateFolder = FindStateFolder(places);
     return folders;
 }
 

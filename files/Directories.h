@@ -20,6 +20,7 @@ struct Folders {
     std::string DesktopFolder;
     std::string DesignFolder;    ///< where designs lie by default; empty if none can be written
     std::string SettingsFolder;  ///< holds "Settings.txt"
+    std::string StateFolder;     ///< holds unsaved work; empty if it cannot be written
 };
 
 /// Finds the folders. Reports why, caption "Error", and gives nothing if the program cannot go on:
@@ -27,7 +28,8 @@ struct Folders {
 ///
 /// Designs lie in the user's documents, "Tarnwick/Ladderwise/Files"; where that cannot be made and
 /// written, in "Files" under the program folder; where not even that can, in "Temp" under the
-/// user's profile. Settings lie beside the program or, where that cannot be written, in
+/// user's profile. Unsaved work lies in "Ladderwise" in the folder where the system wants the state
+/// of the user's programs. Settings lie beside the program or, where that cannot be written, in
 /// "Ladderwise" in the user's configuration folder. Missing folders are created.
 std::optional<Folders> FindFolders(const SystemPlaces& places, const MessageCallback& report);
 

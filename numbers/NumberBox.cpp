@@ -14,6 +14,9 @@ namespace {
 /// computed limits have 15 digits, and so have values that were computed by another way.
 constexpr double LimitSlack = 1e-14;
 
+/// A smaller value is shown with a power of ten, "159E-9".
+constexpr double SmallestPlain = 1e-4;
+
 bool Touches(double value, double bound) {
     return std::abs(value - bound) <= LimitSlack * std::abs(bound);
 }
@@ -70,7 +73,10 @@ void NumberBox::Type(std::string text) {
 }
 
 void NumberBox::WriteValue(double value) {
-    WriteText(FormatPlain(value, BoxDigits), value);
+    // A box has no room for the zeros of a very small value.
+    const bool tiny = value != 0.0 && std::abs(value) < SmallestPlain;
+    WriteText(tiny ? FormatEngineering(value, BoxDigits - 1) : FormatPlain(value, BoxDigits),
+              value);
 }
 
 void NumberBox::WriteText(std::string text, double value) {

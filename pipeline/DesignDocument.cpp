@@ -111,6 +111,58 @@ bool DesignDocument::Load(std::string_view bytes, const std::string& path) {
     return true;
 }
 
+bool DesignDocument::HasUnsavedWork() const {
+    const bool marked = Markers.FreqMarkerCount > 0 || Markers.DbMarkerCount > 0;
+    return Modified() || reference || marked || Markers.HasReference();
+}
+
+UnsavedWork DesignDocument::Kept() const {
+    UnsavedWork work;
+    work.Name = ProposedFileName(Work.Design);
+    work.File = tie->Path;
+    work.Saved = tie->Saved;
+    work.Design = {Record({}), KeptLadderOf(Work.Design)};
+    if (const auto& discarded = Work.Discarded)
+        work.Discarded = KeptSlotsOf(discarded->Elements, discarded->NumElements);
+    if (reference) {
+        work.Reference = KeptDesign{reference->Record, KeptLadderOf(reference->Design)};
+        RefreshRecord(work.Reference->Record, {});
+    }
+    work.ReferenceShown = showReference;
+    work.Markers = Markers;
+    return work;
+}
+
+bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& report) {
+    bool fits = true;
+    const auto calculate = [&](const KeptDesign& kept, Calculation& calculation) {
+        LoadRecord(kept.Record, calculation);
+        PrepareCalculation(calculation, report);
+        if (kept.Ladder.empty()) return;
+        fits = PutBackLadder(calculation.Design, kept.Ladder) && fits;
+        AnalyseAsItStands(calculation, report);
+    };
+    reference.reset();
+    if (work.Reference) {
+        const auto scratch = std::make_unique<Calculation>();
+        calculate(*work.Reference, *scratch);
+        reference = std::make_shared<ReferenceDesign>(StoreReference(*scratch, report));
+        reference->Record = work.Reference->Record;
+    }
+    showReference = work.ReferenceShown;
+    tie = std::make_shared<FileTie>(FileTie{work.File, work.Saved});
+    calculate(work.Design, Work);
+    SettleControls(report);
+    Markers = work.Markers;
+    Work.Discarded.reset();
+    if (!work.Discarded.empty())
+        Work.Discarded =
+            HandMadeLadder{ElementsOf(work.Discarded), static_cast<int>(work.Discarded.size())};
+    history = {};
+    NoteStep(0.0);
+    return fits;
+}
+
 bool DesignDocument::Undo() {
     const DesignHistory::State state = history.Undo();
     if (state) Restore(*state);

@@ -14,6 +14,7 @@
 #include "pipeline/Choices.h"
 #include "pipeline/DesignHistory.h"
 #include "pipeline/ReferenceDesign.h"
+#include "pipeline/UnsavedWork.h"
 
 namespace ladderwise {
 
@@ -100,6 +101,20 @@ public:
     /// Takes the bytes of a design file. False, and nothing changes, if they are none. A
     /// calculation has to follow; CountAsSaved after it.
     bool Load(std::string_view bytes, const std::string& path);
+
+    // --- unsaved work
+
+    /// True if the end of the program would lose something: what Modified tells, a reference or
+    /// markers.
+    bool HasUnsavedWork() const;
+
+    /// All of that; its time is left to the caller.
+    UnsavedWork Kept() const;
+
+    /// Takes over what was kept, calculated and analysed, with its file but without a history. What
+    /// is drawn of it has to follow. False if the values edited by hand no longer fit the ladder:
+    /// then they are those calculated.
+    bool Recover(const UnsavedWork& work, const MessageCallback& report);
 
     // --- history
 

@@ -92,13 +92,13 @@ std::vector<ComparedResult> CompareResults(const FilterDesign& design,
     return rows;
 }
 
-ResultTexts BesideReference(const FilterDesign& design, const ResponseResults& results,
-                            const ReferenceDesign& reference) {
-    const auto shown = [](const std::string& value) { return value.empty() ? "none" : value; };
-    ResultTexts texts;
-    for (const ComparedResult& row : CompareResults(design, results, reference))
-        texts.emplace_back(row.Name, shown(row.OfDesign) + "; reference " + shown(row.OfReference));
-    return texts;
+std::vector<ComparedResult> ResultRows(const FilterDesign& design, const ResponseResults& results,
+                                       const ReferenceDesign* reference) {
+    if (reference) return CompareResults(design, results, *reference);
+    std::vector<ComparedResult> rows;
+    for (const auto& [name, value] : DescribeResults(design, results))
+        rows.push_back({name, value, {}});
+    return rows;
 }
 
 }  // namespace ladderwise

@@ -53,8 +53,8 @@ std::vector<ComparedResult> CompareResults(const FilterDesign& design,
                                            const ResponseResults& results,
                                            const ReferenceDesign& reference);
 
-/// The same as one value each: "3.01 dB; reference 0.50 dB".
-ResultTexts BesideReference(const FilterDesign& design, const ResponseResults& results,
-                            const ReferenceDesign& reference);
+/// The rows of the results of a design, with those of a reference beside them, if there is one.
+std::vector<ComparedResult> ResultRows(const FilterDesign& design, const ResponseResults& results,
+                                       const ReferenceDesign* reference);
 
 }  // namespace ladderwise

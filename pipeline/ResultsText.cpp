@@ -282,4 +282,16 @@ std::string EllipticText(const FilterDesign& design, const ResponseResults& resu
     return text + ".";
 }
 
+std::string ChiefFigures(const FilterDesign& design, const ResponseResults& results) {
+    if (!results.Valid) return {};
+    ResultTexts texts = {{"Loss at Fo", Db(results.LossAtF0)}};
+    AddEdges(design, results, texts);
+    std::erase_if(texts, [](const auto& row) { return row.first == "width"; });
+    texts.emplace_back("return loss at least", Db(results.WorstReturnLoss));
+    std::string line;
+    for (const auto& [name, value] : texts)
+        line += (line.empty() ? "" : ", ") + name + " " + value;
+    return line;
+}
+
 }  // namespace ladderwise

@@ -39,4 +39,8 @@ std::string ResultsLine(const FilterDesign& design, const ResponseResults& resul
 /// or losses have moved it, the edges of ideal parts too. Empty for other designs.
 std::string EllipticText(const FilterDesign& design, const ResponseResults& results);
 
+/// The three figures that matter most as one line: "Loss at Fo 3.01 dB, -3 dB edge 200 MHz, return
+/// loss at least 18.13 dB". Empty for an empty ladder.
+std::string ChiefFigures(const FilterDesign& design, const ResponseResults& results);
+
 }  // namespace ladderwise

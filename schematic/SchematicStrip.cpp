@@ -29,6 +29,9 @@ constexpr int namesTop = -3;  // of a shunt element's names
 // other.
 constexpr int seriesNamesTop[] = {34, 42, 54};
 constexpr std::size_t namesInARow = 2;
+constexpr std::size_t mostWithValues = 2;  // parts of an element; more have no room for them
+constexpr int valueDigits = 2;             // after the first, as in the grid
+constexpr int textMargin = 1;              // within a picture's width
 
 std::size_t SymbolRows(const Network& network) {
     const bool parallel = network.Kind == NetworkKind::InParallel;
@@ -47,19 +50,47 @@ int NamesTop(ElementType type) {
     return seriesNamesTop[std::min(rows, std::size(seriesNamesTop)) - 1];
 }
 
-void AddDesignators(const FilterDesign& design, int top, int scroll, const TextMetrics& metrics,
-                    std::vector<PlotText>& texts) {
+/// The lines of text at an element: its designators, two in a line, or one with its value in each.
+std::vector<std::string> NameRows(const CircuitElement& element,
+                                  const std::array<std::string, ValueGridRows>& designators,
+                                  bool withValues) {
+    std::vector<std::string> names, values;
+    for (int row = 0; row < ValueGridRows; ++row) {
+        const auto r = static_cast<std::size_t>(row);
+        if (designators[r].empty()) continue;
+        const std::string value = FormatWithPrefix(element.Value(row), valueDigits,
+                                                   UnitOf(InfoOf(element.Type).Values[r]));
+        // Length and impedance of a line share its designator.
+        if (!names.empty() && names.back() == designators[r]) {
+            values.back() += " " + value;
+            continue;
+        }
+        names.push_back(designators[r]);
+        values.push_back(value);
+    }
+    std::vector<std::string> rows;
+    if (withValues && names.size() <= mostWithValues) {
+        for (std::size_t n = 0; n < names.size(); ++n)
+            rows.push_back(names[n] + " " + values[n]);
+        return rows;
+    }
+    for (std::size_t n = 0; n < names.size(); n += namesInARow)
+        rows.push_back(names[n] + (n + 1 < names.size() ? "  " + names[n + 1] : ""));
+    return rows;
+}
+
+void AddDesignators(const FilterDesign& design, int top, int scroll, bool withValues,
+                    const TextMetrics& metrics, std::vector<PlotText>& texts) {
     const auto designators = DesignatorsOf(design);
     for (int slot = 1; slot <= SlotsInUse(design); ++slot) {
-        std::vector<std::string> names;
-        for (const std::string& name : designators[static_cast<std::size_t>(slot)])
-            if (!name.empty() && (names.empty() || names.back() != name)) names.push_back(name);
+        const auto s = static_cast<std::size_t>(slot);
+        constexpr int room = SchematicWidth - 2 * textMargin;
         const int middle = ValueGridLeft + SchematicWidth * slot + SchematicWidth / 2 - scroll;
-        int y = top + NamesTop(design.Elements[static_cast<std::size_t>(slot)].Type);
-        for (std::size_t n = 0; n < names.size(); n += namesInARow) {
-            std::string row = names[n];
-            if (n + 1 < names.size()) row += "  " + names[n + 1];
-            texts.push_back({middle - metrics.Width(row) / 2, y, row, Black});
+        int y = top + NamesTop(design.Elements[s].Type);
+        for (const std::string& row : NameRows(design.Elements[s], designators[s], withValues)) {
+            const int width = metrics.Width(row);
+            const double scale = width > room ? static_cast<double>(room) / width : 1.0;
+            texts.push_back({middle - std::min(width, room) / 2, y, row, Black, scale});
             y += metrics.Height - 1;
         }
     }
@@ -78,7 +109,7 @@ std::vector<StripPicture> PlaceSchematics(const FilterDesign& design, int gridTo
     return pictures;
 }
 
-StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll,
+StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll, bool withValues,
                            const TextMetrics& metrics) {
     StripSigns signs;
     const int count = SlotsInUse(design);
@@ -115,7 +146,7 @@ StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll,
     signs.Texts.push_back({load + resistorHalf + 3,
                            line + loadDrop + (resistorLength - metrics.Height) / 2,
                            ohms(design.RLoad), Black});
-    AddDesignators(design, top, scroll, metrics, signs.Texts);
+    AddDesignators(design, top, scroll, withValues, metrics, signs.Texts);
     return signs;
 }
 

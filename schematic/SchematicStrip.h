@@ -29,8 +29,9 @@ struct StripSigns {
     std::vector<PlotText> Texts;
 };
 
-/// Empty for an empty ladder.
-StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll,
+/// Empty for an empty ladder. `withValues` adds the value to the designators of elements with one
+/// or two parts: "L1 79.6 nH".
+StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll, bool withValues,
                            const TextMetrics& metrics);
 
 /// The slot whose picture lies at x, y; 0 if none does.

@@ -48,6 +48,14 @@ bool IsRowUsed(const std::vector<GridColumn>& columns, int row) {
     });
 }
 
+int RowsInUse(const std::vector<GridColumn>& columns) {
+    constexpr int fewest = 2;
+    int rows = ValueGridRows;
+    while (rows > fewest && !IsRowUsed(columns, rows - 1))
+        --rows;
+    return rows;
+}
+
 std::string PartsTableText(const FilterDesign& design) {
     constexpr int exactDigits = 15;
     std::string table = "Part\tValue\tExact\n";

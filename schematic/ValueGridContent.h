@@ -34,6 +34,9 @@ std::vector<GridColumn> BuildValueGrid(const FilterDesign& design);
 /// Whether any column has a value in this row (0 .. 3).
 bool IsRowUsed(const std::vector<GridColumn>& columns, int row);
 
+/// The first rows that are shown: those up to the last one with a value, two at least.
+int RowsInUse(const std::vector<GridColumn>& columns);
+
 /// The parts from the source to the load, one a line with tabs between the columns: designator,
 /// value with prefix, value in SI units with all its digits.
 std::string PartsTableText(const FilterDesign& design);

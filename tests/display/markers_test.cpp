@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "display/Legend.h"
+#include "display/MarkerTable.h"
 #include "display/ReadOuts.h"
 #include "display/Subtitle.h"
+#include "numbers/Formatfunctions.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -100,18 +102,55 @@ TEST(Markers, AnnotationsStandOnTheirTracesAndOffEachOther) {
     PlotCover cover(sweep.Layout);
     MarkerDrawing drawing;
     AppendMarkerLines(markers, sweep, Response.MagnitudeDb, Metrics, cover, drawing);
-    AppendTraceMarkers(markers, sweep, {Response.Traces()}, Metrics, cover, drawing);
+    AppendTraceMarkers(markers, sweep, {Response.Traces()}, true, Metrics, cover, drawing);
     ASSERT_EQ(drawing.Labels.size(), 3u + 3u * 3u + 1u + 1u);
     EXPECT_EQ(drawing.Lines[0].X1, MapIndex(504, 1024, sweep.Layout));
     EXPECT_EQ(drawing.Dots[0].X, drawing.Lines[0].X1);
     EXPECT_EQ(drawing.Labels[3].Text,
               TraceValueText(TraceKind::Mag10dB, Response.MagnitudeDb[504]));
     // w^6 = 99 at -20 dB, 10^0.6 - 1 at -6 dB.
-    EXPECT_EQ(drawing.Labels[6].Text, "-20.00 dB 430.2 MHz");
+    EXPECT_EQ(drawing.Labels[6].Text, "L1 -20.00 dB 430.2 MHz");
     EXPECT_EQ(drawing.Labels[7].Text, "6 dB Freq = 239.9 MHz");
     for (std::size_t a = 0; a < drawing.Labels.size(); ++a)
         for (std::size_t b = 0; b < a; ++b)
             EXPECT_FALSE(Overlap(drawing.Labels[a], drawing.Labels[b])) << a << " " << b;
+}
+
+TEST(Markers, TableReadsDesignAndReference) {
+    const double f0 = Response.Design.F0;
+    const ButterworthResponse half = MakeButterworth(SweepType::OneDecade, 0.5);
+    TraceChoices choices;
+    choices.Mag1dB = choices.Pulse = true;
+    PlotContent content{Response.Design, choices, {Response.Layer(), half.Layer(true)}, {}};
+    content.Markers.FreqMarkerCount = content.Markers.DbMarkerCount = 1;
+    const double f = content.Markers.FreqMarkers[1] = Response.Design.SweepFreqs[500];
+    content.Markers.DbMarkers[1] = -20.0;
+    const auto level = [f](double corner) {
+        return FormatFixed(-10.0 * std::log10(1.0 + std::pow(f / corner, 6.0)), 3) + " dB";
+    };
+    const auto rows = BuildMarkerTable(content);
+    ASSERT_EQ(rows.size(), 2u);  // one magnitude, and no pulse
+    EXPECT_EQ(rows[0].OfDesign, level(f0));
+    EXPECT_EQ(rows[0].OfReference, level(0.5 * f0));
+    EXPECT_EQ(rows[1].Name, "L1 -20.00 dB");
+    EXPECT_EQ(rows[1].OfDesign, "430.2 MHz");  // w^6 = 99 at -20 dB
+    EXPECT_EQ(rows[1].OfReference, "215.1 MHz");
+    // A reference that was not swept there has no value.
+    content.Layers[1].Sweep.Freqs = std::span(half.Design.SweepFreqs).first(100);
+    EXPECT_EQ(BuildMarkerTable(content)[0].OfReference, "none");
+}
+
+TEST(Markers, LegendOfTwoDesignsStandsBelowThePlot) {
+    const PlotContent alone{Response.Design, {}, {Response.Layer()}, {}};
+    const PlotContent two{Response.Design, {}, {Response.Layer(), Response.Layer(true)}, {}};
+    EXPECT_EQ(LegendHeightBelow(alone), 0);
+    const PlotLayout layout =
+        ComputePlotLayout({1280, 800, 150, 701, LegendHeightBelow(two)}, two.Choices);
+    const Legend legend = LayLegendBelow(BuildLegendRows(two), layout, Metrics);
+    EXPECT_GT(legend.Box.Top, layout.PlotBottom + Metrics.Height);
+    EXPECT_LT(legend.Box.Top + legend.Box.Height, 701 - SchematicHeight);
+    for (const PlotText& text : legend.Texts)
+        EXPECT_EQ(text.Y, legend.Texts.front().Y);
 }
 
 TEST(ReadOuts, CursorReadsTheTracesAndTheReference) {

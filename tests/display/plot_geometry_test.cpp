@@ -2,6 +2,7 @@
 // of traces to points and runs.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -39,8 +40,7 @@ TEST(PlotLayout, HeightGrowsToWholeDivisionsAndMarginsFollowTheScales) {
     EXPECT_EQ(ScaleBoxRect(layout, 21), (PlotRect{1, 175, 58, 21}));
     EXPECT_GT(ComputePlotLayout({3, 2, Panel, -20}, choices).PlotWidth, 0);
     EXPECT_EQ(ValueGridWidth(3), 262);
-    EXPECT_FALSE(ValueGridNeedsScrollBar(3, 312));
-    EXPECT_TRUE(ValueGridNeedsScrollBar(3, 311));
+    EXPECT_EQ(LadderWidth(3), 50 + 4 * 64 + 78);
 }
 
 TEST(PlotFrame, LinesPerSweepTypeAndTheBlackZeroDbLine) {
@@ -183,6 +183,20 @@ TEST(SchematicStrip, PicturesStandAboveTheirColumns) {
     EXPECT_EQ(placed[0].Y, 605);
     EXPECT_EQ(placed[1].Type, ElementType::SeriesInd);
     EXPECT_EQ(placed[2].Type, ElementType::errorBitMap);
+}
+
+TEST(SchematicStrip, ValuesStandAtTheNames) {
+    FilterDesign design = MakeButterworth(SweepType::OneDecade).Design;
+    const TextMetrics metrics{
+        [](const std::string& text) { return 6 * static_cast<int>(text.size()); }, 13};
+    const auto has = [&](const char* text, bool withValues) {
+        const StripSigns signs = BuildStripSigns(design, 701, 0, withValues, metrics);
+        return std::any_of(signs.Texts.begin(), signs.Texts.end(),
+                           [&](const PlotText& sign) { return sign.Text == text; });
+    };
+    EXPECT_TRUE(has("L2", false) && has("C1", false));
+    EXPECT_TRUE(has("L2 79.6 nH", true) && has("C1 15.9 pF", true));
+    EXPECT_FALSE(has("L2 79.6 nH", false) || has("L2", true));
 }
 
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();

@@ -157,7 +157,7 @@ TEST(PlotExport, PaintsWhatTheWindowPaints) {
             runs.push_back({run.Quantities, run.Response});
         } else {
             window.PaintContent(ContentOf(calculation->Design, inputs.Traces(), run.Quantities, {}),
-                                {0, TableTop(size), 0});
+                                {0, TableTop(size, calculation->Design), 0});
         }
     });
     PlotContent content =

@@ -9,6 +9,7 @@
 #include "display/Annotations.h"
 #include "display/PlotPainter.h"
 #include "display/ReadOuts.h"
+#include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/ReferenceDesign.h"
 
@@ -190,7 +191,7 @@ TEST(ReferencePlot, LabelsStandAtItsOwnFrequencies) {
         MarkerDrawing drawing;
         AppendTraceMarkers(content.Markers,
                            SweepOf(content, scene.Layout, ScalesOf(scene.Design())), scene.Layer,
-                           LabelMetrics, cover, drawing);
+                           true, LabelMetrics, cover, drawing);
         std::vector<std::string> texts;
         for (const PlotText& label : drawing.Labels)
             texts.push_back(label.Text);
@@ -203,7 +204,7 @@ TEST(ReferencePlot, LabelsStandAtItsOwnFrequencies) {
         if (edge >= shown.SweepF1 && edge <= shown.SweepF2) {
             const std::string f = SweepFrequencyText(edge, own.SweepFreqs);
             EXPECT_EQ(f.substr(0, 5), own.SweepType == SweepType::OneOctave ? "240.8" : "239.9");
-            expected.insert(expected.end(), {"-6.00 dB " + f, "6 dB Freq = " + f});
+            expected.insert(expected.end(), {"L1 -6.00 dB " + f, "6 dB Freq = " + f});
             frequencies.insert(frequencies.end(), {edge, edge});
         }
         EXPECT_EQ(texts, expected);

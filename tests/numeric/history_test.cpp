@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <random>
@@ -10,15 +11,16 @@
 #include "files/FileReadSave.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
+#include "pipeline/ResultsText.h"
 #include "pipeline/SavedDesigns.h"
 
 using namespace ladderwise;
 
 namespace {
 
-/// Every bit that a user could see of a document: its file's bytes, the ladder, the response and
-/// what is derived of it, markers, and the looks of the boxes.
-std::string BytesOf(const DesignDocument& document) {
+/// A design to the last bit: its file's bytes, the ladder, the response and what is derived of it,
+/// in numbers and in words, and markers.
+std::string DesignBytesOf(const DesignDocument& document) {
     std::string bytes = EncodeRecord(document.Record({})) + document.File();
     const auto add = [&](const auto& values) {
         for (const double value : values) {
@@ -40,13 +42,29 @@ std::string BytesOf(const DesignDocument& document) {
     add(std::array{document.Markers.RefFreq, design.GDFullScale, design.RLoad,
                    static_cast<double>(design.Flags.LoadMoved + 2 * design.Flags.FellBack),
                    static_cast<double>(document.Markers.FreqMarkerCount),
-                   static_cast<double>(document.Work.PendingSeed.value_or(0)),
                    static_cast<double>(document.Work.Discarded.has_value()),
                    static_cast<double>(document.ReferenceShown())});
-    for (const NumberBox& box : document.Work.Inputs.Boxes)
-        bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
+    for (const auto& [name, figure] : DescribeResults(design, ResultsOf(design)))
+        bytes += name + figure;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
     return bytes;
+}
+
+/// With the draws of the worst case and the looks of the boxes: every bit that a user could see.
+std::string BytesOf(const DesignDocument& document) {
+    std::string bytes = DesignBytesOf(document) +
+                        std::to_string(document.Work.PendingSeed.value_or(0));
+    for (const NumberBox& box : document.Work.Inputs.Boxes)
+        bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
+    return bytes;
+}
+
+bool SameLadder(const FilterDesign& a, const FilterDesign& b) {
+    bool same = a.NumElements == b.NumElements;
+    for (int slot = 1; slot <= a.NumElements; ++slot)
+        for (int row = 0; row < 4; ++row)
+            same = same && a.Elements[slot].Value(row) == b.Elements[slot].Value(row);
+    return same;
 }
 
 /// A document with hands on it, one action a second, as the window would act.
@@ -126,36 +144,80 @@ void ActAtRandom(DocumentHands& hands, std::mt19937& random) {
     }
 }
 
+/// Undoes and redoes all that a document remembers, against what it was after each step: the last
+/// of `states` is how it is now.
+void ExpectEveryStateAgain(DesignDocument& document, const std::vector<std::string>& states) {
+    const std::size_t steps = document.Steps(), last = states.size() - 1;
+    ASSERT_GT(steps, 100U);
+    for (std::size_t i = 1; i <= steps; ++i) {
+        ASSERT_FALSE(document.UndoName().empty());
+        ASSERT_TRUE(document.Undo());
+        ASSERT_TRUE(BytesOf(document) == states[last - i]) << "undo " << i;
+    }
+    EXPECT_FALSE(document.Undo());
+    for (std::size_t i = steps; i-- > 0;) {
+        ASSERT_TRUE(document.Redo());
+        ASSERT_TRUE(BytesOf(document) == states[last - i]) << "redo to " << i;
+    }
+    EXPECT_FALSE(document.Redo());
+}
+
+/// What was kept of a document, read again by another one, is the same design.
+void ExpectRecovered(const DesignDocument& document) {
+    const auto work = DecodeWork(EncodeWork(document.Kept()));
+    ASSERT_TRUE(work);
+    const auto other = std::make_unique<DesignDocument>();
+    ASSERT_TRUE(other->Recover(*work, {}));
+    ASSERT_TRUE(DesignBytesOf(*other) == DesignBytesOf(document));
+    EXPECT_EQ(other->Modified(), document.Modified());
+    EXPECT_EQ(other->Work.Discarded.has_value(), document.Work.Discarded.has_value());
+    if (document.Reference()) {
+        EXPECT_TRUE(SameLadder(other->Reference()->Design, document.Reference()->Design));
+        EXPECT_EQ(DescribeResults(other->Reference()->Design, other->Reference()->Results),
+                  DescribeResults(document.Reference()->Design, document.Reference()->Results));
+    }
+}
+
 }  // namespace
 
+// LADDERWISE_HISTORY_ACTIONS sets the number of actions.
 TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
-    for (const unsigned seed : {1U, 2U, 3U}) {
-        std::mt19937 random(seed);
-        DocumentHands hands;
-        // The state after each step; an action that changes nothing takes the place of the last.
-        std::vector<std::string> states{BytesOf(hands.Document)};
-        std::string name;
-        for (int i = 0; i < 120; ++i) {
-            const std::size_t steps = hands.Document.Steps();
-            ActAtRandom(hands, random);
-            if (hands.Document.Steps() > steps) states.emplace_back();
-            states.back() = BytesOf(hands.Document);
-        }
-        ASSERT_EQ(states.size(), hands.Document.Steps() + 1);
-        ASSERT_GT(states.size(), 60U);
-        for (std::size_t i = states.size() - 1; i-- > 0;) {
-            ASSERT_FALSE(hands.Document.UndoName().empty());
-            ASSERT_TRUE(hands.Document.Undo());
-            ASSERT_TRUE(BytesOf(hands.Document) == states[i])
-                << "undo to " << i << ", seed " << seed;
-        }
-        EXPECT_FALSE(hands.Document.Undo());
-        for (std::size_t i = 1; i < states.size(); ++i) {
-            ASSERT_TRUE(hands.Document.Redo());
-            ASSERT_TRUE(BytesOf(hands.Document) == states[i])
-                << "redo to " << i << ", seed " << seed;
-        }
-        EXPECT_FALSE(hands.Document.Redo());
+    constexpr int Round = 400;  // actions, fewer than the steps that are remembered
+    const char* const asked = std::getenv("LADDERWISE_HISTORY_ACTIONS");
+    const int actions = asked ? std::atoi(asked) : 5 * Round;
+    std::mt19937 random(1);
+    DocumentHands hands;
+    DesignDocument& document = hands.Document;
+    // The state after each step; an action that changes nothing takes the place of the last.
+    std::vector<std::string> states{BytesOf(document)};
+    for (int i = 1; i <= actions && !testing::Test::HasFatalFailure(); ++i) {
+        const std::string before = document.UndoName();
+        const std::size_t steps = document.Steps();
+        ActAtRandom(hands, random);
+        if (document.Steps() > steps || document.UndoName() != before) states.emplace_back();
+        states.back() = BytesOf(document);
+        if (i % 20 == 0) ExpectRecovered(document);
+        if (i % Round != 0) continue;
+        ExpectEveryStateAgain(document, states);
+        document.Begin();
+        states = {BytesOf(document)};
+    }
+}
+
+TEST(UnsavedWork, WhatIsNotWholeIsNoWork) {
+    DocumentHands hands;
+    hands.Choose(ChoiceId::Pass, static_cast<int>(PassType::BandPassCanonical));
+    hands.Document.SetReference({});
+    hands.PressKey(FormKey::F1, 1, 0);
+    hands.Document.Markers.FreqMarkers[hands.Document.Markers.FreqMarkerCount = 1] = 1e8;
+    const std::string text = EncodeWork(hands.Document.Kept());
+    EXPECT_TRUE(DecodeWork(text));
+    for (std::size_t i = 0; i < text.size(); ++i)
+        ASSERT_FALSE(DecodeWork(text.substr(0, i))) << i;
+    for (const char* const key : {"time ", "design ", "design-slot SeriesLC ", "reference "}) {
+        std::string damaged = text;
+        damaged.insert(damaged.find(key) + std::string_view(key).size(), "x");
+        EXPECT_FALSE(DecodeWork(damaged)) << key;
     }
 }
 

@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "app/MainWindow.h"
+#include "app/ResultsPanel.h"
 #include "controls/BitMapView.h"
 #include "controls/ElidedLabel.h"
 #include "pipeline/NamedSettings.h"
@@ -181,6 +182,8 @@ public:
         return Colour(box) == QApplication::palette().color(QPalette::Base);
     }
     QString Status() const { return Find<ElidedLabel>("StatusLabel")->Text(); }
+    /// The panel of results: a line each, tabs between the cells.
+    QString Results() const { return Find<ResultsPanel>("ResultsPanel")->SelectedText(); }
     QString Cell(int row, int column) const { return Grid->item(row, column)->text(); }
 
     /// Double-clicks a cell and gives the editor that opens, or null.

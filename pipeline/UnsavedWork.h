@@ -1,0 +1,66 @@
+// What has to survive the end of a program that was not asked to save: the last state of a
+// document, as a text that is whole or no text at all. No Qt, no disk.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "design/FilterDesign.h"
+#include "design/MarkerState.h"
+#include "files/FileReadSave.h"
+
+namespace ladderwise {
+
+/// One slot of a ladder: its type by the catalogue's name, and its values in SI units.
+struct KeptSlot {
+    std::string Type;
+    std::array<double, 4> Values{};
+};
+
+/// A design as a calculation finds it again.
+struct KeptDesign {
+    DesignRecord Record{};
+    /// Slots 1 .. of a ladder with values edited by hand; empty: it is as calculated.
+    std::vector<KeptSlot> Ladder{};
+};
+
+struct UnsavedWork {
+    std::int64_t Time = 0;  ///< when it was kept, seconds since 1970 UTC
+    std::string Name;       ///< of the design, as saving would propose it
+    std::string File;       ///< full path, UTF-8; empty: none
+    std::optional<DesignRecord> Saved{};  ///< the design in that file
+    KeptDesign Design{};
+    std::vector<KeptSlot> Discarded{};  ///< what can be brought back; empty: nothing
+    std::optional<KeptDesign> Reference{};
+    bool ReferenceShown = false;
+    MarkerState Markers{};
+};
+
+/// More bytes than this are no kept work.
+inline constexpr std::size_t MaxUnsavedWorkBytes = 1u << 20;
+
+/// Slots 1 .. `count` of a ladder.
+std::vector<KeptSlot> KeptSlotsOf(const ElementList& elements, int count);
+
+/// The ladder of a design with values edited by hand; empty if it has none.
+std::vector<KeptSlot> KeptLadderOf(const DesignState& design);
+
+/// The other way round. Types that the catalogue does not have are no elements.
+ElementList ElementsOf(const std::vector<KeptSlot>& slots);
+
+/// Puts a kept ladder in the place of the calculated one; an analysis has to follow. False, and
+/// nothing is changed, where the calculation gives other elements than those that were edited.
+bool PutBackLadder(DesignState& design, const std::vector<KeptSlot>& ladder);
+
+/// Lines of a key and its value: bytes as pairs of hexadecimal digits, numbers with all their
+/// digits. The last line tells that the text is whole.
+std::string EncodeWork(const UnsavedWork& work);
+
+/// Nothing if the text is not whole, or of another version of the form.
+std::optional<UnsavedWork> DecodeWork(std::string_view text);
+
+}  // namespace ladderwise

@@ -270,8 +270,9 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
             return true;
         const bool drop =
             type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
-        if (drop && widget->window() == this && TakeDrop(static_cast<QDropEvent*>(event)))
-            return true;
+        const bool ours =
+            widget->window() == this || (windows && windows->HasInputs(widget->window()));
+        if (drop && ours && TakeDrop(static_cast<QDropEvent*>(event))) return true;
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -174,8 +174,7 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
     showReference = work.ReferenceShown;
     tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}});
     if (work.Saved) tie->Saved = work.Saved->Record;
-    if (work.Saved && !work.Saved->Ladder.empty())
-        tie->SavedEdits = ElementsOf(work.Saved->Ladder);
+    if (work.Saved && !work.Saved->Ladder.empty()) tie->SavedEdits = ElementsOf(work.Saved->Ladder);
     calculate(work.Design, Work);
     SettleControls(report);
     Markers = work.Markers;

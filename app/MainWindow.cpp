@@ -33,7 +33,7 @@ constexpr QSize SmallestSize(640, 560);
 constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
 
 constexpr const char* EditsLostText =
-    "The values that were edited by hand no longer fit this version's ladder. It is as calculated.";
+    "This version does not know the elements that were edited by hand. All values are calculated.";
 
 std::optional<FormKey> FormKeyOf(int key) {
     constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
@@ -270,8 +270,9 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
             return true;
         const bool drop =
             type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
-        if (drop && widget->window() == this && TakeDrop(static_cast<QDropEvent*>(event)))
-            return true;
+        const bool ours =
+            widget->window() == this || (windows && windows->HasInputs(widget->window()));
+        if (drop && ours && TakeDrop(static_cast<QDropEvent*>(event))) return true;
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -122,8 +122,13 @@ UnsavedWork DesignDocument::Kept() const {
     work.File = tie->Path;
     work.Saved = tie->Saved;
     work.Design = {Record({}), KeptLadderOf(Work.Design)};
-    if (const auto& discarded = Work.Discarded)
-        work.Discarded = KeptSlotsOf(discarded->Elements, discarded->NumElements);
+    if (Work.Discarded) {
+        const auto scratch = std::make_unique<Calculation>();
+        scratch->Inputs = Work.Discarded->Inputs;
+        static_cast<DesignState&>(scratch->Design) = Work.Discarded->Design;
+        work.Discarded = KeptDesign{RecordOf(*scratch), KeptLadderOf(scratch->Design)};
+        RefreshRecord(work.Discarded->Record, {});
+    }
     if (reference) {
         work.Reference = KeptDesign{reference->Record, KeptLadderOf(reference->Design)};
         RefreshRecord(work.Reference->Record, {});
@@ -155,9 +160,11 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
     SettleControls(report);
     Markers = work.Markers;
     Work.Discarded.reset();
-    if (!work.Discarded.empty())
-        Work.Discarded =
-            HandMadeLadder{ElementsOf(work.Discarded), static_cast<int>(work.Discarded.size())};
+    if (work.Discarded) {
+        const auto scratch = std::make_unique<Calculation>();
+        calculate(*work.Discarded, *scratch);
+        Work.Discarded = PresentDesign(*scratch);
+    }
     history = {};
     NoteStep(0.0);
     return fits;

@@ -218,7 +218,7 @@ std::string EncodeWork(const UnsavedWork& work) {
     AddLine(text, "file", Hex(work.File));
     if (work.Saved) AddLine(text, "saved", Hex(EncodeRecord(*work.Saved)));
     AddDesign(text, "design", work.Design);
-    AddSlots(text, "discarded-slot", work.Discarded);
+    if (work.Discarded) AddDesign(text, "discarded", *work.Discarded);
     if (work.Reference) AddDesign(text, "reference", *work.Reference);
     AddLine(text, "reference-shown", NumberText(int{work.ReferenceShown}));
     const MarkerState& markers = work.Markers;
@@ -244,7 +244,7 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         auto design = KeptDesignIn(keyed, "design");
         if (!design) return {};
         work.Design = std::move(*design);
-        work.Discarded = KeptSlotsIn(keyed, "discarded-slot");
+        work.Discarded = KeptDesignIn(keyed, "discarded");
         work.Reference = KeptDesignIn(keyed, "reference");
         work.ReferenceShown = keyed.One("reference-shown") == "1";
         work.Markers = KeptMarkers(keyed);

@@ -29,12 +29,12 @@ struct KeptDesign {
 };
 
 struct UnsavedWork {
-    std::int64_t Time = 0;  ///< when it was kept, seconds since 1970 UTC
-    std::string Name;       ///< of the design, as saving would propose it
-    std::string File;       ///< full path, UTF-8; empty: none
+    std::int64_t Time = 0;                ///< when it was kept, seconds since 1970 UTC
+    std::string Name;                     ///< of the design, as saving would propose it
+    std::string File;                     ///< full path, UTF-8; empty: none
     std::optional<DesignRecord> Saved{};  ///< the design in that file
     KeptDesign Design{};
-    std::vector<KeptSlot> Discarded{};  ///< what can be brought back; empty: nothing
+    std::optional<KeptDesign> Discarded{};  ///< what can be brought back
     std::optional<KeptDesign> Reference{};
     bool ReferenceShown = false;
     MarkerState Markers{};

@@ -12,7 +12,6 @@
 #include "app/SecondaryWindows.h"
 #include "controls/InputBinder.h"
 
-
 namespace ladderwise {
 
 class ClientArea;

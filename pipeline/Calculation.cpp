@@ -223,6 +223,10 @@ void PrepareAnalysis(Calculation& calculation, const MessageCallback& report) {
     if (design.WorstCase) calculation.PendingSeed = NextSeed(calculation);
 }
 
+HandMadeDesign PresentDesign(const Calculation& calculation) {
+    return {calculation.UsedInputs, calculation.Design, calculation.IdealElements};
+}
+
 /// The inputs that change no part value, as they are.
 void KeepWhatOnlyShows(const DesignInputs& shown, Calculation& calculation) {
     using enum ChoiceId;
@@ -318,10 +322,6 @@ void FinishCalculation(Calculation& calculation, const MessageCallback& report,
 
 void AskForRepeat(Calculation& calculation) {
     if (calculation.WorstCase.Runs > 0) calculation.PendingSeed = calculation.WorstCase.Seed;
-}
-
-HandMadeDesign PresentDesign(const Calculation& calculation) {
-    return {calculation.UsedInputs, calculation.Design, calculation.IdealElements};
 }
 
 bool BringBackEdits(Calculation& calculation) {

@@ -104,9 +104,6 @@ void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
 /// runs: for a picture that has to be painted anew.
 void AskForRepeat(Calculation& calculation);
 
-/// The design as the last calculation, and what was edited since, have left it.
-HandMadeDesign PresentDesign(const Calculation& calculation);
-
 /// Puts the discarded hand-made design in the place of the present one, unanalysed, with the inputs
 /// that it belongs to; if the present one is made by hand too, they change places. What only shows
 /// a design (traces, sweep, scale, "% Change") stays as it is. False if there is none.

@@ -11,6 +11,7 @@
 #include "files/FileReadSave.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
+#include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
 #include "pipeline/SavedDesigns.h"
 
@@ -46,14 +47,16 @@ std::string DesignBytesOf(const DesignDocument& document) {
                    static_cast<double>(document.ReferenceShown())});
     for (const auto& [name, figure] : DescribeResults(design, ResultsOf(design)))
         bytes += name + figure;
+    for (const Note& note : CollectNotes(document.Work))
+        bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
     return bytes;
 }
 
 /// With the draws of the worst case and the looks of the boxes: every bit that a user could see.
 std::string BytesOf(const DesignDocument& document) {
-    std::string bytes = DesignBytesOf(document) +
-                        std::to_string(document.Work.PendingSeed.value_or(0));
+    std::string bytes =
+        DesignBytesOf(document) + std::to_string(document.Work.PendingSeed.value_or(0));
     for (const NumberBox& box : document.Work.Inputs.Boxes)
         bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
     return bytes;
@@ -250,6 +253,12 @@ TEST(History, StepsAreNamedAndMerged) {
     for (int i = 0; i < 600; ++i)
         hands.Type(InputId::F0, i % 2 == 0 ? "50" : "60");
     EXPECT_EQ(document.Steps(), MostUndoSteps);
+}
+
+TEST(Document, WhatAnOlderFileLacksIsAFreshProgramsOwn) {
+    DesignRecord defaults;
+    RefreshRecord(defaults, {});
+    EXPECT_TRUE(SameDesign(defaults, DesignDocument().Record({})));
 }
 
 TEST(Document, FilesAreTiedToStates) {

@@ -440,6 +440,37 @@ private slots:
         QCOMPARE(f.Difference(), QString());
     }
 
+    void AMarkerKeepsThePictureOfAWorstCase() {
+        WindowFixture f;
+        f.Check("WorstCaseBox");
+        const auto lowerHalf = [&f] {  // below legend and labels, where the runs spread
+            const QImage image = f.Find("BitMap")->grab().toImage();
+            return image.copy(60, image.height() / 2, image.width() - 120, 60);
+        };
+        const auto inkOf = [](const QImage& image) {
+            int red = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x)
+                    red += image.pixelColor(x, y).red() - image.pixelColor(x, y).green() > 40;
+            return red;
+        };
+        const QImage before = lowerHalf();
+        const std::uint32_t seed = f.State().WorstCase.Seed;
+        QVERIFY2(inkOf(before) > 2000, "a spread of runs, not one line");
+        QTest::mouseClick(f.Find("BitMap"), Qt::LeftButton, {},
+                          {200, f.Find("PanelView")->height() + 95});
+        f.Find<QMenu>("MarkerPopupMenu")->close();
+        f.Trigger("FreqMarkerMenu");
+        const QImage after = lowerHalf();
+        // The marker's dotted line is new; the runs are the very same.
+        QCOMPARE(f.State().WorstCase.Seed, seed);
+        QVERIFY(after != before);
+        QCOMPARE(after.copy(200, 0, after.width() - 200, after.height()),
+                 before.copy(200, 0, before.width() - 200, before.height()));
+        f.Trigger("ClearMarkersMenu");
+        QCOMPARE(lowerHalf(), before);
+    }
+
     void ExchangingTheReferenceTwiceReturnsEverything() {
         WindowFixture f;
         QVERIFY(!f.Find("ExchangeRefButton")->isEnabled());

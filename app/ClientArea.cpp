@@ -139,7 +139,8 @@ void ClientArea::RevealColumn(int column) {
     const int place = ValueGridLeft + valueGrid->columnViewportPosition(column);
     const int left = column <= 1 ? 0 : place - valueGrid->HeaderWidth();
     const int right = place + valueGrid->columnWidth(column);
-    stripBar->setValue(std::min(left, std::max(stripBar->value(), right - width())));
+    const int seen = width() - results->Covers();
+    stripBar->setValue(std::min(left, std::max(stripBar->value(), right - seen)));
 }
 
 void ClientArea::PlaceGroupDelayControls(bool groupDelay, bool autoScale) {

@@ -108,6 +108,7 @@ bool FileCommands::SaveDesign() {
     const std::string path = document.File();
     if (path.empty()) return SaveDesignAs();
     if (!ChangedMeanwhile(path)) return WriteDesignFile(path);
+    if (!dialogs.AskChanged) return false;
     switch (dialogs.AskChanged(QFileInfo(Name(path)).fileName())) {
         case ChangedAnswer::Overwrite:
             return WriteDesignFile(path);

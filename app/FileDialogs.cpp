@@ -60,10 +60,11 @@ ChangedAnswer AskChanged(QWidget* window, const QString& file) {
 RecoveryAnswer AskRecovery(QWidget* window, const UnsavedWork& work) {
     const QString time =
         QLocale::system().toString(QDateTime::fromSecsSinceEpoch(work.Time), QLocale::LongFormat);
-    const QString file =
-        work.File.empty() ? QString("It has no file yet.")
-                          : "Its file is " + QDir::toNativeSeparators(QString::fromStdString(
-                                                 work.File)) + ", which has not been changed.";
+    const QString file = work.File.empty()
+                             ? QString("It has no file yet.")
+                             : "Its file is " +
+                                   QDir::toNativeSeparators(QString::fromStdString(work.File)) +
+                                   ", which has not been changed.";
     QMessageBox box(QMessageBox::Question, "Ladderwise",
                     QString("The design \"%1\" was not saved when the program ended.")
                         .arg(QString::fromStdString(work.Name)),
@@ -93,8 +94,8 @@ FileDialogs StandardFileDialogs(QWidget* window) {
                 return AskName(window, texts, QFileDialog::AcceptSave);
             },
             [window](const QString& design) { return AskUnsaved(window, design); },
-             [window](const QString& file) { return AskChanged(window, file); },
-             [window](const UnsavedWork& work) { return AskRecovery(window, work); }};
+            [window](const UnsavedWork& work) { return AskRecovery(window, work); },
+            [window](const QString& file) { return AskChanged(window, file); }};
 }
 
 }  // namespace ladderwise

@@ -33,8 +33,8 @@ struct FileDialogs {
     std::function<QString(const FileDialogTexts&)> NameToOpen;
     std::function<QString(const FileDialogTexts&)> NameToSave;
     std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
-    std::function<ChangedAnswer(const QString& file)> AskChanged;
     std::function<RecoveryAnswer(const UnsavedWork&)> AskRecovery{};  ///< none: later
+    std::function<ChangedAnswer(const QString& file)> AskChanged{};   ///< none: cancel
 };
 
 /// A path as captions show it, shortened.

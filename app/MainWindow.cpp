@@ -31,7 +31,7 @@ constexpr QSize SmallestSize(640, 560);
 constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
 
 constexpr const char* EditsLostText =
-    "The values that were edited by hand no longer fit this version's ladder. It is as calculated.";
+    "This version does not know the elements that were edited by hand. All values are calculated.";
 
 }  // namespace
 

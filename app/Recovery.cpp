@@ -16,8 +16,8 @@ namespace {
 
 /// Not started anew by every change: of two seconds of work nothing is ever lost, however busy they
 /// were.
-constexpr int WriteAfter = 1500;   ///< ms
-constexpr int MostPlaces = 64;     ///< programs at a time, and works that wait for an answer
+constexpr int WriteAfter = 1500;  ///< ms
+constexpr int MostPlaces = 64;    ///< programs at a time, and works that wait for an answer
 constexpr const char* LockEnding = ".lock";
 constexpr const char* WorkEnding = ".work";
 

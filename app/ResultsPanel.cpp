@@ -20,7 +20,7 @@ namespace {
 
 constexpr int rowMargin = 2;            ///< pixels added to a line of text
 constexpr int columnMargin = 12;        ///< pixels added to a text
-constexpr int longestValueWidth = 190;  ///< pixels; a longer list ends in "..."
+constexpr int longestValueWidth = 250;  ///< pixels; a longer list ends in "..."
 constexpr int tabMargin = 4;            ///< pixels beside the tab's text
 constexpr double panelFontScale = 0.9;  ///< of the normal font, as in the grid of values
 

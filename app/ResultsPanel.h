@@ -32,6 +32,9 @@ public:
     /// Pixels of the tab.
     int TabWidth() const;
 
+    /// Pixels at the right edge that the tab covers.
+    int Covers() const { return folded ? TabWidth() : 0; }
+
     /// True if the table is seen.
     bool IsOpen() const { return !folded || open; }
 

@@ -92,8 +92,10 @@ void PaintStripSigns(QPainter& painter, const FilterDesign& design, int gridTop,
 
 /// The black line of 0 dB gives way where a trace runs along it: a pass band that is now on the
 /// line's row and now on the next would flicker between the two colours.
-void ClearZeroLine(const TracePoints& points, int zeroY, double ratio, PixelRows picture) {
+void ClearZeroLine(const TracePoints& points, const PlotLayout& pixels, int zeroY, double ratio,
+                   PixelRows picture) {
     const int reach = static_cast<int>(std::ceil(ratio));
+    const int frame = pixels.PlotLeft + reach;  // which stays black
     const std::uint32_t black = ToQColor(Black).rgb(), clear = ToQColor(BackgroundColour).rgb();
     const int top = std::max(zeroY - reach, 0),
               bottom = std::min(zeroY + reach, picture.Height - 1);
@@ -101,7 +103,7 @@ void ClearZeroLine(const TracePoints& points, int zeroY, double ratio, PixelRows
         const bool along = points.Shown[n - 1] && points.Shown[n] &&
                            std::abs(points.Y[n - 1] - zeroY) <= reach &&
                            std::abs(points.Y[n] - zeroY) <= reach;
-        for (int x = std::max(points.X[n - 1], 0);
+        for (int x = std::max(points.X[n - 1], frame);
              along && x < std::min(points.X[n], picture.Width); ++x)
             for (int y = top; y <= bottom; ++y) {
                 std::uint32_t& pixel = picture.Pixels[y * picture.Stride + x];
@@ -222,7 +224,7 @@ void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign&
         const int zeroY = MapValue(0.0, ScaleOf(kind, pixels, scales), pixels);
         const bool within = zeroY > pixels.PlotTop && zeroY < pixels.PlotBottom;
         if (kind == TraceKind::Mag10dB && !layer.Dashed && within)
-            ClearZeroLine(work.Points, zeroY, ratio, picture);
+            ClearZeroLine(work.Points, pixels, zeroY, ratio, picture);
         const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
         work.Strokes.Draw(work.Points, WidthOf(look) * ratio, ColourOf(colour, look), picture);
     }

@@ -63,9 +63,9 @@ PlotColour TraceColour(TraceKind kind);
 
 /// Where the points of a layer lie, if not at those of the sweep that the plot shows.
 struct LayerSweep {
-    std::span<const double> Freqs{};       ///< Hz, ascending; empty: the plot's own
-    double PulseTimeStep = 0.0;            ///< s; 0: the plot's own
-    std::optional<PassType> Pass{};        ///< of the layer's design; empty: the plot's own
+    std::span<const double> Freqs{};  ///< Hz, ascending; empty: the plot's own
+    double PulseTimeStep = 0.0;       ///< s; 0: the plot's own
+    std::optional<PassType> Pass{};   ///< of the layer's design; empty: the plot's own
     std::optional<BandRange> Band{};  ///< where its pass band is looked for; empty: as Pass
 };
 

@@ -333,6 +333,7 @@ bool BringBackEdits(Calculation& calculation) {
     calculation.Inputs = calculation.UsedInputs = back.Inputs;
     static_cast<DesignState&>(design) = back.Design;
     calculation.IdealElements = back.IdealElements;
+    calculation.CountChanged = false;
     KeepWhatOnlyShows(shown, calculation);
     BuildSweepGrid(design);
     return true;

@@ -44,7 +44,8 @@ void RewriteBandWidth(DesignInputs& inputs, const FilterDesign& design, int befo
     if (!unfit)
         box.WriteValue(scratch->BandWidth / perUnit(after, scratch->F0));
     else if (TryParseDouble(*unfit, typed))
-        box.Type(FormatPlain(typed * perUnit(before, scratch->F0) / perUnit(after, scratch->F0), BoxDigits));
+        box.Type(FormatPlain(typed * perUnit(before, scratch->F0) / perUnit(after, scratch->F0),
+                             BoxDigits));
 }
 
 /// A line inverter needs shunt tanks: of the two choices the one made last stays.
@@ -69,8 +70,7 @@ void Choose(DesignInputs& inputs, FilterDesign& design, ChoiceId id, int code) {
     if (id == ChoiceId::Response && inputs.Response() == ResponseType::CoefficientsFile)
         design.CoefFileRead = false;
     KeepLinesBesideShuntTanks(inputs, id);
-    if (id == ChoiceId::BandWidthUnit && code != before)
-        RewriteBandWidth(inputs, design, before);
+    if (id == ChoiceId::BandWidthUnit && code != before) RewriteBandWidth(inputs, design, before);
 }
 
 bool ForbidEllipticCoupling(DesignInputs& inputs, const MessageCallback& report) {

@@ -10,8 +10,9 @@ namespace ladderwise {
 /// a direct-coupled or Norton band-pass turns an elliptic response silently into Chebyshev; "Low
 /// Pass Prototype" means 1 ohm at both ends, F0 = 1 / 2 pi Hz, ideal parts and no standard values;
 /// a coefficients file counts as not read until a reader says so; another bandwidth unit rewrites
-/// the bandwidth's box from the stored bandwidth, or from what was typed since; a line inverter turns series tanks into shunt
-/// tanks, and series tanks turn a line into an inductor. Everything else only stores the code.
+/// the bandwidth's box from the stored bandwidth, or from what was typed since; a line inverter
+/// turns series tanks into shunt tanks, and series tanks turn a line into an inductor. Everything
+/// else only stores the code.
 void Choose(DesignInputs& inputs, FilterDesign& design, ChoiceId id, int code);
 
 /// Turns an elliptic response of a direct-coupled or Norton band-pass back into Butterworth, with

@@ -7,6 +7,27 @@
 
 namespace ladderwise {
 
+namespace {
+
+/// Slots of a ladder up to its last element.
+int CountOf(const ElementList& elements) {
+    int count = NumSlots - 1;
+    while (count > 0 && !IsElement(elements[count].Type))
+        --count;
+    return count;
+}
+
+KeptDesign KeptOf(const HandMadeDesign& design) {
+    const auto scratch = std::make_unique<Calculation>();
+    scratch->Inputs = design.Inputs;
+    static_cast<DesignState&>(scratch->Design) = design.Design;
+    KeptDesign kept{RecordOf(*scratch), KeptLadderOf(design.Design)};
+    RefreshRecord(kept.Record, {});
+    return kept;
+}
+
+}  // namespace
+
 DesignDocument::DesignDocument() : controls(StatesFor(Work.Inputs, false)) {}
 
 void DesignDocument::Choose(ChoiceCode chosen) {
@@ -120,10 +141,11 @@ UnsavedWork DesignDocument::Kept() const {
     UnsavedWork work;
     work.Name = ProposedFileName(Work.Design);
     work.File = tie->Path;
-    work.Saved = tie->Saved;
+    if (tie->Saved) work.Saved = KeptDesign{*tie->Saved, {}};
+    if (tie->Saved && tie->SavedEdits)
+        work.Saved->Ladder = KeptSlotsOf(*tie->SavedEdits, CountOf(*tie->SavedEdits));
     work.Design = {Record({}), KeptLadderOf(Work.Design)};
-    if (const auto& discarded = Work.Discarded)
-        work.Discarded = KeptSlotsOf(discarded->Elements, discarded->NumElements);
+    if (Work.Discarded) work.Discarded = KeptOf(*Work.Discarded);
     if (reference) {
         work.Reference = KeptDesign{reference->Record, KeptLadderOf(reference->Design)};
         RefreshRecord(work.Reference->Record, {});
@@ -150,14 +172,18 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         reference->Record = work.Reference->Record;
     }
     showReference = work.ReferenceShown;
-    tie = std::make_shared<FileTie>(FileTie{work.File, work.Saved});
+    tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}});
+    if (work.Saved) tie->Saved = work.Saved->Record;
+    if (work.Saved && !work.Saved->Ladder.empty()) tie->SavedEdits = ElementsOf(work.Saved->Ladder);
     calculate(work.Design, Work);
     SettleControls(report);
     Markers = work.Markers;
     Work.Discarded.reset();
-    if (!work.Discarded.empty())
-        Work.Discarded =
-            HandMadeLadder{ElementsOf(work.Discarded), static_cast<int>(work.Discarded.size())};
+    if (work.Discarded) {
+        const auto scratch = std::make_unique<Calculation>();
+        calculate(*work.Discarded, *scratch);
+        Work.Discarded = HandMadeDesign{scratch->Inputs, scratch->Design, scratch->IdealElements};
+    }
     history = {};
     NoteStep(0.0);
     return fits;

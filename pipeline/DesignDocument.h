@@ -112,8 +112,8 @@ public:
     UnsavedWork Kept() const;
 
     /// Takes over what was kept, calculated and analysed, with its file but without a history. What
-    /// is drawn of it has to follow. False if the values edited by hand no longer fit the ladder:
-    /// then they are those calculated.
+    /// is drawn of it has to follow. False if the catalogue lacks elements of a ladder that was
+    /// edited by hand: then it is as calculated.
     bool Recover(const UnsavedWork& work, const MessageCallback& report);
 
     // --- history

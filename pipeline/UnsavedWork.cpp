@@ -202,11 +202,11 @@ ElementList ElementsOf(const std::vector<KeptSlot>& slots) {
 }
 
 bool PutBackLadder(DesignState& design, const std::vector<KeptSlot>& ladder) {
-    if (static_cast<int>(ladder.size()) != SlotsInUse(design)) return false;
-    for (std::size_t i = 0; i < ladder.size(); ++i)
-        if (ladder[i].Type != InfoOf(design.Elements[i + 1].Type).Name) return false;
     const ElementList elements = ElementsOf(ladder);
-    std::copy_n(elements.begin() + 1, ladder.size(), design.Elements.begin() + 1);
+    for (std::size_t i = 0; i < ladder.size(); ++i)
+        if (!IsElement(elements[i + 1].Type)) return false;
+    design.Elements = elements;
+    design.NumElements = static_cast<int>(ladder.size());
     return true;
 }
 
@@ -216,9 +216,9 @@ std::string EncodeWork(const UnsavedWork& work) {
     AddLine(text, "time", NumberText(work.Time));
     AddLine(text, "name", Hex(work.Name));
     AddLine(text, "file", Hex(work.File));
-    if (work.Saved) AddLine(text, "saved", Hex(EncodeRecord(*work.Saved)));
+    if (work.Saved) AddDesign(text, "saved", *work.Saved);
     AddDesign(text, "design", work.Design);
-    AddSlots(text, "discarded-slot", work.Discarded);
+    if (work.Discarded) AddDesign(text, "discarded", *work.Discarded);
     if (work.Reference) AddDesign(text, "reference", *work.Reference);
     AddLine(text, "reference-shown", NumberText(int{work.ReferenceShown}));
     const MarkerState& markers = work.Markers;
@@ -240,11 +240,11 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         work.Time = NumberOf<std::int64_t>(keyed.One("time"));
         work.Name = BytesOf(keyed.One("name"));
         work.File = BytesOf(keyed.One("file"));
-        if (const auto saved = keyed.Optional("saved")) work.Saved = KeptRecord(*saved);
+        work.Saved = KeptDesignIn(keyed, "saved");
         auto design = KeptDesignIn(keyed, "design");
         if (!design) return {};
         work.Design = std::move(*design);
-        work.Discarded = KeptSlotsIn(keyed, "discarded-slot");
+        work.Discarded = KeptDesignIn(keyed, "discarded");
         work.Reference = KeptDesignIn(keyed, "reference");
         work.ReferenceShown = keyed.One("reference-shown") == "1";
         work.Markers = KeptMarkers(keyed);

@@ -29,12 +29,12 @@ struct KeptDesign {
 };
 
 struct UnsavedWork {
-    std::int64_t Time = 0;  ///< when it was kept, seconds since 1970 UTC
-    std::string Name;       ///< of the design, as saving would propose it
-    std::string File;       ///< full path, UTF-8; empty: none
-    std::optional<DesignRecord> Saved{};  ///< the design in that file
+    std::int64_t Time = 0;              ///< when it was kept, seconds since 1970 UTC
+    std::string Name;                   ///< of the design, as saving would propose it
+    std::string File;                   ///< full path, UTF-8; empty: none
+    std::optional<KeptDesign> Saved{};  ///< the design in that file
     KeptDesign Design{};
-    std::vector<KeptSlot> Discarded{};  ///< what can be brought back; empty: nothing
+    std::optional<KeptDesign> Discarded{};  ///< what can be brought back
     std::optional<KeptDesign> Reference{};
     bool ReferenceShown = false;
     MarkerState Markers{};
@@ -52,8 +52,9 @@ std::vector<KeptSlot> KeptLadderOf(const DesignState& design);
 /// The other way round. Types that the catalogue does not have are no elements.
 ElementList ElementsOf(const std::vector<KeptSlot>& slots);
 
-/// Puts a kept ladder in the place of the calculated one; an analysis has to follow. False, and
-/// nothing is changed, where the calculation gives other elements than those that were edited.
+/// Puts a kept ladder in the place of the calculated one, which may have other elements (values
+/// that were brought back); an analysis has to follow. False, and nothing is changed, where the
+/// catalogue does not have its elements.
 bool PutBackLadder(DesignState& design, const std::vector<KeptSlot>& ladder);
 
 /// Lines of a key and its value: bytes as pairs of hexadecimal digits, numbers with all their

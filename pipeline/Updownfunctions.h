@@ -125,8 +125,8 @@ struct SpinStep {
 };
 
 /// Reads a box within its limits, steps it, writes it back and stores it. The stepped value is
-/// clamped only by the next read, which then shows the box as replaced. A KeptEntry is stored within
-/// the limits too, but its box stays as it is, to be judged when it plays a part again.
+/// clamped only by the next read, which then shows the box as replaced. A KeptEntry is stored
+/// within the limits too, but its box stays as it is, to be judged when it plays a part again.
 void StepInput(InputId id, DesignInputs& inputs, FilterDesign& design, SpinStep spin,
                const MessageCallback& report);
 

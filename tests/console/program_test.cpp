@@ -85,11 +85,11 @@ TEST(Program, TheTableIsTheDefault) {
     EXPECT_TRUE(table.Out.contains("C1 to ground    C1 = 15.915 pF"));
     EXPECT_TRUE(table.Out.contains("L2 in the line  L2 = 79.577 nH"));
     EXPECT_FALSE(table.Out.contains("bandwidth"));
-    EXPECT_TRUE(table.Out.contains("at 2 F0               18.13 dB"));  // 10 log10(1 + 2^6)
+    EXPECT_TRUE(table.Out.contains("attenuation at 2 Fo       18.13 dB"));  // 10 log10(1 + 2^6)
     EXPECT_EQ(Launch({}).Out, table.Out);
     EXPECT_TRUE(Launch({"--set", "r-load=25"}).Out.contains("ask for the form"));
     const QStringList traps = {"--set", "response=elliptic-c", "--set", "poles=2"};
-    EXPECT_TRUE(Launch(traps).Out.contains("\ntraps                 467.73 MHz, 308.95 MHz\n"));
+    EXPECT_TRUE(Launch(traps).Out.contains("\ntraps                     467.73 MHz, 308.95 MHz\n"));
     EXPECT_FALSE(Launch({"--json", "-"}).Out.contains("Pole"));
 }
 

@@ -84,6 +84,29 @@ TEST(Markers, SixDbReadOutsOfEveryPassType) {
     }
 }
 
+TEST(Markers, DepthReadOutsAreOfTheBandAboutF0) {
+    // Butterworth bands of 10 %, one at F0 and one, 20 dB higher, at 3 F0.
+    const double f0 = Response.Design.F0;
+    const auto& freqs = Response.Design.SweepFreqs;
+    std::vector<double> levels;
+    const auto band = [](double w) {
+        return -10.0 * std::log10(1.0 + std::pow(10.0 * (w - 1.0 / w), 6));
+    };
+    for (const double f : freqs)
+        levels.push_back(std::max(band(f / f0) - 20.0, band(f / (3.0 * f0))));
+    const BandRange own{0.5 * f0, 1.5 * f0}, beyond{20.0 * f0, 30.0 * f0};
+    for (const auto& [range, centre] : {std::pair{own, f0}, std::pair{beyond, 3.0 * f0}}) {
+        const auto found = FindDepthReadOut(levels, freqs, PassType::BandPassCanonical, range);
+        ASSERT_TRUE(found.Lower && found.Upper && found.NamedBand);
+        EXPECT_NEAR(*found.NamedBand, centre, 0.01 * centre);
+        EXPECT_NEAR((found.Upper->Frequency - found.Lower->Frequency) / centre, 0.12, 0.01);
+    }
+    // The one band of a sweep needs no name.
+    for (std::size_t i = 0; i < levels.size(); ++i)
+        levels[i] = band(freqs[i] / f0);
+    EXPECT_FALSE(FindDepthReadOut(levels, freqs, PassType::Norton, own).NamedBand);
+}
+
 bool Overlap(const PlotText& a, const PlotText& b) {
     return a.X < b.X + Metrics.Width(b.Text) && b.X < a.X + Metrics.Width(a.Text) &&
            a.Y < b.Y + Metrics.Height && b.Y < a.Y + Metrics.Height;

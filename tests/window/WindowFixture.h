@@ -87,8 +87,10 @@ public:
         });
         // No file is chosen, and no change is worth saving, unless a test answers otherwise.
         const auto noName = [](const FileDialogTexts&) { return QString(); };
-        Window->SetFileDialogs({noName, noName,
+        Window->SetFileDialogs({noName,
+                                noName,
                                 [](const QString&) { return UnsavedAnswer::Discard; },
+                                {},
                                 [](const QString&) { return ChangedAnswer::Cancel; }});
         QObject::connect(&watchdog, &QTimer::timeout, [this] {
             QWidget* const modal = QApplication::activeModalWidget();

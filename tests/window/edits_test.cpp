@@ -17,12 +17,14 @@ public:
         const auto name = [](const FileDialogTexts&) {
             return QDir::current().filePath("d.tk_ldfilt");
         };
-        Window->SetFileDialogs({name, name,
+        Window->SetFileDialogs({name,
+                                name,
                                 [this](const QString&) {
                                     ++Questions;
                                     if (WhileAsked) WhileAsked();
                                     return Answer;
                                 },
+                                {},
                                 [this](const QString&) {
                                     ++Warnings;
                                     return OnChange;

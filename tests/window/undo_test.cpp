@@ -13,7 +13,8 @@ class RecoveryFixture : public WindowFixture {
 public:
     RecoveryFixture(const QTemporaryDir& place, RecoveryAnswer answer, const QString& design = {}) {
         const auto noName = [](const FileDialogTexts&) { return QString(); };
-        Window->SetFileDialogs({noName, noName, [](const QString&) { return UnsavedAnswer::Cancel; },
+        Window->SetFileDialogs({noName, noName,
+                                [](const QString&) { return UnsavedAnswer::Cancel; },
                                 [this, answer](const UnsavedWork& work) {
                                     Offered << QString::fromStdString(work.Name);
                                     return answer;
@@ -62,8 +63,8 @@ private slots:
             {"Marker", mark},
             {"C1 ", edit},
             {"Calculated Values", [&] { f.Click("CalcButton"); }},
-            {"Edited Values", [&] { f.Trigger("BringBackMenu"); }},
-            {"Pass Low Pass \u2192 Norton", [&] { f.Trigger("NortonMenu"); }},
+            {"C1 24.2 pF \u2192 20.0 pF", [&] { f.Trigger("BringBackMenu"); }},
+            {"Low Pass \u2192 Band Pass Norton", [&] { f.Trigger("NortonMenu"); }},
             {"Std LC Values off \u2192 on", [&] { f.Check("StdValuesBox"); }},
             {"Optimize", [&] { f.Check("OptimizeCButton"); }},
         };
@@ -154,9 +155,8 @@ private slots:
             f.Window->KeepWork();
             QVERIFY(!f.Window->close());  // the question was cancelled
             QCOMPARE(QDir(place.path()).entryList({"*.work"}).size(), 1);
-            f.Window->SetFileDialogs({{}, {}, [](const QString&) {
-                                          return UnsavedAnswer::Discard;
-                                      }});
+            f.Window->SetFileDialogs(
+                {{}, {}, [](const QString&) { return UnsavedAnswer::Discard; }});
             QVERIFY(f.Window->close());
         }
         RecoveryFixture f(place, RecoveryAnswer::Delete);

@@ -506,19 +506,19 @@ private slots:
         f.Enter("F0Box", "150", Qt::Key_unknown);
         f.Find<QAbstractButton>("SetRefButton")->click();
         QCOMPARE(f.Design().F0, 150e6);
-        QVERIFY(figures().contains("F0\t150.0000 MHz\t150.0000 MHz\n"));
+        QVERIFY(figures().contains("Fo\t150.0000 MHz\t150.0000 MHz\n"));
         f.Enter("F0Box", "300");
         f.Trigger("HighPassMenu");
         // Butterworth of three poles: 10 log10(1 + 2^6) = 18.13 dB an octave off F0.
         for (const char* const row :
              {"Design\t3 Pole Butterworth HPF\t3 Pole Butterworth LPF\n",
-              "F0\t300.0000 MHz\t150.0000 MHz\n", "-3 dB edge\t300.00 MHz\t150.00 MHz\n",
+              "Fo\t300.0000 MHz\t150.0000 MHz\n", "-3 dB edge\t300.00 MHz\t150.00 MHz\n",
               "attenuation at 2 Fo\t0.07 dB\t18.13 dB\n", "attenuation at Fo / 2\t18.13 dB\t\n"})
             QVERIFY2(figures().contains(row), qPrintable(figures()));
         f.Enter("F0Box", "500", Qt::Key_unknown);
         f.Find<QAbstractButton>("ExchangeRefButton")->click();
         QCOMPARE(f.Design().F0, 150e6);
-        QVERIFY2(figures().contains("F0\t150.0000 MHz\t500.0000 MHz\n"), qPrintable(figures()));
+        QVERIFY2(figures().contains("Fo\t150.0000 MHz\t500.0000 MHz\n"), qPrintable(figures()));
         f.Check("PlotReferenceBox");
         QVERIFY(!figures().contains("Design\t"));
         QCOMPARE(f.Difference(), QString());

@@ -151,7 +151,9 @@ TEST(Pipeline, BoundsAndDefaultOfEveryBox) {
                                            {c.Fit, c.InUse}}) {
             SCOPED_TRACE(c.Name + (" " + typed));
             Session session;
-            session.Read({{c.Name, typed}});
+            Settings settings = {{c.Name, typed}};  // a bandwidth is judged where it plays a part
+            if (c.Name == std::string("bw")) settings.push_back({"pass", "band-pass"});
+            session.Read(settings);
             const double value = session.InUse(c.Name);
             EXPECT_NEAR(value, inUse, 1e-14 * std::abs(inUse));
             for (const InputRow& row : InputRows()) {
@@ -414,11 +416,11 @@ TEST(Notes, WhatABuilderMustKnow) {
         {{{"pass", "notch"}, {"r-load", "100"}}, {"advice r-load"}},
         {{{"response", "papoulis"}}, {"missed response"}},
         {{{"response", "papoulis"}, {"poles", "5"}}, {}},
-        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "71"}}, {"too-lossy ind-q"}},
-        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "72"}}, {}},
+        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-c", "0"}, {"cap-l", "0"}, {"ind-q", "71"}}, {"too-lossy ind-q"}},
+        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-c", "0"}, {"cap-l", "0"}, {"ind-q", "72"}}, {}},
         {{{"pass", "direct-coupled"}}, {"missed pass", "end-tank tank-values"}},
         {{{"pass", "direct-coupled"}, {"tank", "5"}}, {"unrealisable C4, C8, C12", "(end-tank tank-values)"}},
-        {{{"f0", "?"}, {"bw", "40"}}, {"replaced f0", "(replaced bw)"}},  // 1 MHz, 40 MHz wide
+        {{{"f0", "?"}, {"bw", "40"}}, {"replaced f0"}},  // 1 MHz; 40 MHz that play no part
         {{{"f0", "?"}}, {"replaced f0"}},  // 40 MHz that nobody typed
         {{{"bw-percent", "?"}, {"pass", "notch"}}, {"replaced bw-percent"}},
         {{{"ripple", "9"}}, {"(replaced ripple)"}},

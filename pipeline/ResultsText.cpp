@@ -273,8 +273,8 @@ std::string ResultsLine(const FilterDesign& design, const ResponseResults& resul
 
 std::string EllipticText(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid || design.Elliptic.NumTraps == 0) return {};
-    std::string text =
-        "Stop band of " + Db(results.StopAttenuation) + " " + HeldText(results.StopBands);
+    std::string text = OrderText(design) + ", stop band of " + Db(results.StopAttenuation) + " " +
+                       HeldText(results.StopBands);
     if (const auto shape = EllipticShape(design, results))
         text += ", shape factor " + FormatFixed(*shape, shapeDecimals);
     const std::vector<HeldBand> ideal = IdealStopBands(design);

@@ -3,17 +3,15 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDropEvent>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QStatusBar>
-#include <QUrl>
 #include <QWindow>
 #include <utility>
 
 #include "app/ClientArea.h"
+#include "app/InputFilter.h"
 #include "app/MainMenus.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
@@ -34,13 +32,6 @@ constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid 
 
 constexpr const char* EditsLostText =
     "This version does not know the elements that were edited by hand. All values are calculated.";
-
-std::optional<FormKey> FormKeyOf(int key) {
-    constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
-                                FormKey::F5, FormKey::F6, FormKey::F7, FormKey::F8};
-    if (key < Qt::Key_F1 || key > Qt::Key_F8) return {};
-    return keys[key - Qt::Key_F1];
-}
 
 }  // namespace
 
@@ -86,6 +77,7 @@ void MainWindow::Build() {
                                            session.Actions(), session.ActionsOfNorton(), this);
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
     recovery = std::make_unique<Recovery>(session.Document);
+    filter = std::make_unique<InputFilter>(this, *client->Grid(), *windows);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);
 }
 
@@ -112,7 +104,9 @@ void MainWindow::Connect() {
     connect(menus, &MainMenus::MarkerChosen, this,
             [this](MarkerCommand command) { commands->RunMarkerCommand(command); });
     connect(status, &StatusView::MathErrorsAsked, this, [this] { windows->ShowMathErrors(); });
-    qApp->installEventFilter(this);
+    connect(filter.get(), &InputFilter::FormKeyPressed, this, &MainWindow::FormKeyDown);
+    connect(filter.get(), &InputFilter::GridEntered, &session, &DesignSession::SimulateGrid);
+    connect(filter.get(), &InputFilter::DesignDropped, this, &MainWindow::OpenDesign);
 }
 
 void MainWindow::ConnectClient() {
@@ -219,62 +213,6 @@ void MainWindow::ShowMessage(const std::string& caption, const std::string& text
     QMessageBox box(QMessageBox::NoIcon, QString::fromStdString(caption),
                     QString::fromStdString(text), QMessageBox::Ok, this);
     box.exec();
-}
-
-bool MainWindow::HandleKey(QObject* target, int key) {
-    if (const auto formKey = FormKeyOf(key)) {
-        FormKeyDown(*formKey);
-        return true;
-    }
-    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (!enter || !client->Grid()->TakesEnter(target)) return false;
-    session.SimulateGrid();
-    return true;
-}
-
-/// A file over any part of the window is a design to open, never a text for a box. The question
-/// about the present design waits until the program that the file comes from is free again.
-bool MainWindow::TakeDrop(QDropEvent* event) {
-    if (!event->mimeData()->hasUrls()) return false;
-    const QList<QUrl> urls = event->mimeData()->urls();
-    const bool one = urls.size() == 1 && urls[0].isLocalFile();
-    event->setDropAction(one ? Qt::CopyAction : Qt::IgnoreAction);
-    event->setAccepted(one);
-    if (one && event->type() == QEvent::Drop)
-        QMetaObject::invokeMethod(
-            this, [this, path = urls[0].toLocalFile().toStdString()] { OpenDesign(path); },
-            Qt::QueuedConnection);
-    return true;
-}
-
-bool MainWindow::TakeKey(QWidget* target, const QKeyEvent* event) {
-    if (event->modifiers() & ~Qt::KeypadModifier) return false;
-    if (target->window() == this) return HandleKey(target, event->key());
-    // Of a window with inputs of its own, what none of its controls has a use for.
-    const auto formKey = FormKeyOf(event->key());
-    if (!formKey || !windows || !windows->HasInputs(target)) return false;
-    FormKeyDown(*formKey);
-    return true;
-}
-
-bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride &&
-        IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
-        event->ignore();
-        return true;
-    }
-    if (watched->isWidgetType()) {
-        auto* const widget = static_cast<QWidget*>(watched);
-        const QEvent::Type type = event->type();
-        if (type == QEvent::KeyPress && TakeKey(widget, static_cast<QKeyEvent*>(event)))
-            return true;
-        const bool drop =
-            type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
-        const bool ours =
-            widget->window() == this || (windows && windows->HasInputs(widget->window()));
-        if (drop && ours && TakeDrop(static_cast<QDropEvent*>(event))) return true;
-    }
-    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -15,6 +15,7 @@
 namespace ladderwise {
 
 class ClientArea;
+class InputFilter;
 class MainMenus;
 class Recovery;
 class StatusView;
@@ -67,7 +68,6 @@ signals:
     void Closed();
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
@@ -82,9 +82,6 @@ private:
     void ShowCommands();
     void ShowSteps();
     void ShowMessage(const std::string& caption, const std::string& text);
-    bool HandleKey(QObject* target, int key);
-    bool TakeKey(QWidget* target, const QKeyEvent* event);
-    bool TakeDrop(QDropEvent* event);
     bool MayLeave();
     void Leave();
 
@@ -100,6 +97,7 @@ private:
     std::unique_ptr<FileCommands> files;
     std::unique_ptr<MenuCommands> commands;
     std::unique_ptr<Recovery> recovery;
+    std::unique_ptr<InputFilter> filter;  ///< goes first: it looks at grid and windows
 };
 
 }  // namespace ladderwise

@@ -209,6 +209,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->Discarded = Work.Discarded;
     snapshot->UsedInputs = Work.UsedInputs;
     snapshot->DiscardedNow = Work.DiscardedNow;
+    snapshot->CountChanged = Work.CountChanged;
     snapshot->FixedSeed = Work.FixedSeed;
     snapshot->DrawnSeed = Work.PendingSeed;
     if (!snapshot->DrawnSeed && Work.WorstCase.Runs > 0) snapshot->DrawnSeed = Work.WorstCase.Seed;
@@ -237,6 +238,7 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     Work.Discarded = snapshot.Discarded;
     Work.UsedInputs = snapshot.UsedInputs;
     Work.DiscardedNow = snapshot.DiscardedNow;
+    Work.CountChanged = snapshot.CountChanged;
     Work.FixedSeed = snapshot.FixedSeed;
     Work.PendingSeed = snapshot.DrawnSeed;
     Work.FirstMathError = MathErrors().ErrorCount() - snapshot.MathErrors;

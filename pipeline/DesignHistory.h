@@ -33,6 +33,7 @@ struct DesignSnapshot {
     std::optional<HandMadeDesign> Discarded;
     DesignInputs UsedInputs;
     bool DiscardedNow = false;
+    bool CountChanged = false;
     std::optional<std::uint32_t> FixedSeed;
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown
     std::uint64_t MathErrors = 0;            ///< of its calculation

@@ -17,7 +17,6 @@ constexpr int frequencyDigits = 4;  // after the first
 constexpr int levelDecimals = 2;
 constexpr int stopBandDigits = 4;          // decimals of a stop-band edge
 constexpr int shapeDecimals = 3;           // of the shape factor of an elliptic design
-constexpr double differingDb = 0.1;        // between the loss at F0 and the least one
 constexpr double differingEdge = 1e-3;     // relative, between a stop-band edge and the ideal one
 constexpr double mostShownDb = 200.0;      // beyond it, rounding decides
 constexpr double smallestShownDb = 0.005;  // would round to 0.00, or to -0.00 of a peak
@@ -79,31 +78,24 @@ std::string BandText(const FilterDesign& design, const ResponseEdges& band) {
     return {};
 }
 
-/// All figures but the attenuations; `brief` leaves out what a line has no room for.
-ResultTexts Figures(const FilterDesign& design, const ResponseResults& results, bool brief) {
+/// All figures but the attenuations.
+ResultTexts Figures(const FilterDesign& design, const ResponseResults& results) {
     ResultTexts rows;
     rows.push_back({"Loss at Fo", Db(results.LossAtF0)});
-    const bool band = HasBandWidth(design.PassType);
-    const bool bandPass = band && design.PassType != PassType::Notch;
-    if (!results.Peak)
-        rows.push_back({"least loss", "none about Fo"});
-    else if (!brief || (bandPass && results.LossAtF0 - results.Peak->Loss > differingDb))
-        rows.push_back({"least loss", PeakText(*results.Peak)});
+    rows.push_back({"least loss", results.Peak ? PeakText(*results.Peak) : "none about Fo"});
     AddEdges(design, results, rows);
     rows.push_back({"return loss at least",
-                    Db(results.WorstReturnLoss) +
-                        (brief && band ? "" : " " + BandText(design, results.ReturnLossBand))});
+                    Db(results.WorstReturnLoss) + " " + BandText(design, results.ReturnLossBand)});
     const std::string shape = "shape factor 60/6 dB";
     if (results.ShapeFactor)
         rows.push_back({shape, FormatFixed(*results.ShapeFactor, levelDecimals)});
-    else if (results.NoShape && !brief)
+    else if (results.NoShape)
         rows.push_back({shape, "none: " + Db(results.NoShape->Attenuation) + " at " +
                                    Hz(results.NoShape->Frequency)});
     if (results.OtherBand)
-        rows.push_back(
-            {results.OtherBand->Frequency > design.F0 ? "re-entrant pass band"
-                                                      : "further pass band",
-             (brief ? "at " + Hz(results.OtherBand->Frequency) : PeakText(*results.OtherBand))});
+        rows.push_back({results.OtherBand->Frequency > design.F0 ? "re-entrant pass band"
+                                                                 : "further pass band",
+                        PeakText(*results.OtherBand)});
     return rows;
 }
 
@@ -116,26 +108,6 @@ std::string AttenuationName(std::string where) {
 void AddAttenuations(const ResponseResults& results, ResultTexts& rows) {
     for (const AttenuationAt& at : results.Attenuations)
         rows.push_back({AttenuationName(at.Where), Db(at.Attenuation)});
-}
-
-/// The attenuations with both sides of the pass band in one, the nearer ones first.
-void AddPairedAttenuations(const ResponseResults& results, ResultTexts& rows) {
-    const auto add = [&](const std::string& where, const std::string& together) {
-        for (const AttenuationAt& at : results.Attenuations) {
-            if (at.Where != where) continue;
-            const std::string name = AttenuationName(together);
-            if (rows.back().first == name)
-                rows.back().second += " / " + Db(at.Attenuation);
-            else
-                rows.push_back({name, Db(at.Attenuation)});
-        }
-    };
-    for (const std::string off : {"BW", "2 BW"}) {
-        add("F0 - " + off, "F0 -/+ " + off);
-        add("F0 + " + off, "F0 -/+ " + off);
-    }
-    for (const std::string harmonic : {"2 F0", "3 F0"})
-        add(harmonic, harmonic);
 }
 
 std::string StopHz(double f) {
@@ -253,22 +225,9 @@ ResultTexts DescribeTraps(const FilterDesign& design) {
 
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return {};
-    ResultTexts rows = Figures(design, results, false);
+    ResultTexts rows = Figures(design, results);
     AddAttenuations(results, rows);
     return rows;
-}
-
-std::string ResultsLine(const FilterDesign& design, const ResponseResults& results) {
-    if (!results.Valid) return {};
-    ResultTexts rows = Figures(design, results, true);
-    if (HasBandWidth(design.PassType))
-        AddPairedAttenuations(results, rows);
-    else
-        AddAttenuations(results, rows);
-    std::string line;
-    for (const auto& [name, value] : rows)
-        line += (line.empty() ? "" : ", ") + name + " " + value;
-    return line;
 }
 
 std::string EllipticText(const FilterDesign& design, const ResponseResults& results) {

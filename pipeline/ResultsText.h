@@ -30,10 +30,6 @@ std::vector<double> MeasuredTraps(const FilterDesign& design);
 /// Those for people: {"traps", "240.12 MHz, 301.5 MHz"}, or none.
 ResultTexts DescribeTraps(const FilterDesign& design);
 
-/// The chief figures as one line: "Loss at Fo 3.01 dB, -3 dB edge 200 MHz, ..."; for band-passes
-/// and notches the attenuations of both sides are in one.
-std::string ResultsLine(const FilterDesign& design, const ResponseResults& results);
-
 /// The order of an elliptic design, its stop band as this ladder holds it, and its shape factor
 /// (width of stop band and -3 dB band, the larger over the smaller), in one sentence; where values
 /// or losses have moved it, the edges of ideal parts too. Empty for other designs.

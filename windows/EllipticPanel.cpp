@@ -61,6 +61,7 @@ EllipticPanel::EllipticPanel(InputBinder& binder, QWidget* parent)
     auto* const box = entry->findChild<NumberEdit*>();
     connect(forms, &QButtonGroup::idClicked, this, [box, &binder](int form) {
         box->setText(QString::number(form));
+        box->setModified(true);  // as if typed
         binder.Actions().Calculate();
     });
     setFixedSize(SchematicWidth, RoomBelowWire);

@@ -11,6 +11,7 @@
 #include "files/FileReadSave.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
+#include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"
 #include "pipeline/SavedDesigns.h"
 
@@ -46,6 +47,8 @@ std::string DesignBytesOf(const DesignDocument& document) {
                    static_cast<double>(document.ReferenceShown())});
     for (const auto& [name, figure] : DescribeResults(design, ResultsOf(design)))
         bytes += name + figure;
+    for (const Note& note : CollectNotes(document.Work))
+        bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
     return bytes;
 }
@@ -250,6 +253,12 @@ TEST(History, StepsAreNamedAndMerged) {
     for (int i = 0; i < 600; ++i)
         hands.Type(InputId::F0, i % 2 == 0 ? "50" : "60");
     EXPECT_EQ(document.Steps(), MostUndoSteps);
+}
+
+TEST(Document, WhatAnOlderFileLacksIsAFreshProgramsOwn) {
+    DesignRecord defaults;
+    RefreshRecord(defaults, {});
+    EXPECT_TRUE(SameDesign(defaults, DesignDocument().Record({})));
 }
 
 TEST(Document, FilesAreTiedToStates) {

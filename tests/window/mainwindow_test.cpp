@@ -440,6 +440,37 @@ private slots:
         QCOMPARE(f.Difference(), QString());
     }
 
+    void AMarkerKeepsThePictureOfAWorstCase() {
+        WindowFixture f;
+        f.Check("WorstCaseBox");
+        const auto lowerHalf = [&f] {  // below legend and labels, where the runs spread
+            const QImage image = f.Find("BitMap")->grab().toImage();
+            return image.copy(60, image.height() / 2, image.width() - 120, 60);
+        };
+        const auto inkOf = [](const QImage& image) {
+            int red = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x)
+                    red += image.pixelColor(x, y).red() - image.pixelColor(x, y).green() > 40;
+            return red;
+        };
+        const QImage before = lowerHalf();
+        const std::uint32_t seed = f.State().WorstCase.Seed;
+        QVERIFY2(inkOf(before) > 2000, "a spread of runs, not one line");
+        QTest::mouseClick(f.Find("BitMap"), Qt::LeftButton, {},
+                          {200, f.Find("PanelView")->height() + 95});
+        f.Find<QMenu>("MarkerPopupMenu")->close();
+        f.Trigger("FreqMarkerMenu");
+        const QImage after = lowerHalf();
+        // The marker's dotted line is new; the runs are the very same.
+        QCOMPARE(f.State().WorstCase.Seed, seed);
+        QVERIFY(after != before);
+        QCOMPARE(after.copy(200, 0, after.width() - 200, after.height()),
+                 before.copy(200, 0, before.width() - 200, before.height()));
+        f.Trigger("ClearMarkersMenu");
+        QCOMPARE(lowerHalf(), before);
+    }
+
     void ExchangingTheReferenceTwiceReturnsEverything() {
         WindowFixture f;
         QVERIFY(!f.Find("ExchangeRefButton")->isEnabled());
@@ -475,19 +506,19 @@ private slots:
         f.Enter("F0Box", "150", Qt::Key_unknown);
         f.Find<QAbstractButton>("SetRefButton")->click();
         QCOMPARE(f.Design().F0, 150e6);
-        QVERIFY(figures().contains("F0\t150.0000 MHz\t150.0000 MHz\n"));
+        QVERIFY(figures().contains("Fo\t150.0000 MHz\t150.0000 MHz\n"));
         f.Enter("F0Box", "300");
         f.Trigger("HighPassMenu");
         // Butterworth of three poles: 10 log10(1 + 2^6) = 18.13 dB an octave off F0.
         for (const char* const row :
              {"Design\t3 Pole Butterworth HPF\t3 Pole Butterworth LPF\n",
-              "F0\t300.0000 MHz\t150.0000 MHz\n", "-3 dB edge\t300.00 MHz\t150.00 MHz\n",
+              "Fo\t300.0000 MHz\t150.0000 MHz\n", "-3 dB edge\t300.00 MHz\t150.00 MHz\n",
               "attenuation at 2 Fo\t0.07 dB\t18.13 dB\n", "attenuation at Fo / 2\t18.13 dB\t\n"})
             QVERIFY2(figures().contains(row), qPrintable(figures()));
         f.Enter("F0Box", "500", Qt::Key_unknown);
         f.Find<QAbstractButton>("ExchangeRefButton")->click();
         QCOMPARE(f.Design().F0, 150e6);
-        QVERIFY2(figures().contains("F0\t150.0000 MHz\t500.0000 MHz\n"), qPrintable(figures()));
+        QVERIFY2(figures().contains("Fo\t150.0000 MHz\t500.0000 MHz\n"), qPrintable(figures()));
         f.Check("PlotReferenceBox");
         QVERIFY(!figures().contains("Design\t"));
         QCOMPARE(f.Difference(), QString());

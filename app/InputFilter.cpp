@@ -1,0 +1,86 @@
+// Keys and drops, before any control sees them.
+#include "app/InputFilter.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QUrl>
+#include <QWidget>
+#include <optional>
+
+#include "app/SecondaryWindows.h"
+#include "app/ValueGrid.h"
+#include "controls/NumberEdit.h"
+
+namespace ladderwise {
+
+namespace {
+
+std::optional<FormKey> FormKeyOf(int key) {
+    constexpr FormKey keys[] = {FormKey::F1, FormKey::F2, FormKey::F3, FormKey::F4,
+                                FormKey::F5, FormKey::F6, FormKey::F7, FormKey::F8};
+    if (key < Qt::Key_F1 || key > Qt::Key_F8) return {};
+    return keys[key - Qt::Key_F1];
+}
+
+bool IsDrop(QEvent::Type type) {
+    return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
+}
+
+}  // namespace
+
+InputFilter::InputFilter(QWidget* window, const ValueGrid& grid, const SecondaryWindows& windows)
+    : window(window), grid(grid), windows(windows) {
+    qApp->installEventFilter(this);
+}
+
+bool InputFilter::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (type == QEvent::ShortcutOverride &&
+        IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
+    if (!watched->isWidgetType()) return false;
+    const auto* const widget = static_cast<QWidget*>(watched);
+    if (type == QEvent::KeyPress) return TakeKey(widget, *static_cast<QKeyEvent*>(event));
+    return IsDrop(type) && HasInputs(widget) && TakeDrop(*static_cast<QDropEvent*>(event));
+}
+
+/// True for the controls of the main window and of those that set inputs of the design.
+bool InputFilter::HasInputs(const QWidget* target) const {
+    return target->window() == window || windows.HasInputs(target->window());
+}
+
+bool InputFilter::TakeKey(const QWidget* target, const QKeyEvent& event) {
+    const bool ours = target->window() == window;
+    // Of another window with inputs, what none of its controls has a use for.
+    const bool taken = ours || windows.HasInputs(target);
+    if (!taken || (event.modifiers() & ~Qt::KeypadModifier)) return false;
+    if (const auto formKey = FormKeyOf(event.key())) {
+        emit FormKeyPressed(*formKey);
+        return true;
+    }
+    const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!ours || !enter || !grid.TakesEnter(target)) return false;
+    emit GridEntered();
+    return true;
+}
+
+/// A file over any of these windows is a design to open, never a text for a box. The question
+/// about the present design waits until the program that the file comes from is free again.
+bool InputFilter::TakeDrop(QDropEvent& event) {
+    if (!event.mimeData()->hasUrls()) return false;
+    const QList<QUrl> urls = event.mimeData()->urls();
+    const bool one = urls.size() == 1 && urls[0].isLocalFile();
+    event.setDropAction(one ? Qt::CopyAction : Qt::IgnoreAction);
+    event.setAccepted(one);
+    if (one && event.type() == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this, [this, path = urls[0].toLocalFile().toStdString()] { emit DesignDropped(path); },
+            Qt::QueuedConnection);
+    return true;
+}
+
+}  // namespace ladderwise

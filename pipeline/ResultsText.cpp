@@ -90,7 +90,8 @@ ResultTexts Figures(const FilterDesign& design, const ResponseResults& results) 
     if (results.ShapeFactor)
         rows.push_back({shape, FormatFixed(*results.ShapeFactor, levelDecimals)});
     else if (results.NoShape)
-        rows.push_back({shape, "none: " + Db(results.NoShape->Attenuation) + " at " +
+        rows.push_back({shape, "none: loss " +
+                                   Db(results.NoShape->Attenuation + results.Peak->Loss) + " at " +
                                    Hz(results.NoShape->Frequency)});
     if (results.OtherBand)
         rows.push_back({results.OtherBand->Frequency > design.F0 ? "re-entrant pass band"

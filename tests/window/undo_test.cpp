@@ -72,7 +72,7 @@ private slots:
         for (const auto& [name, act] : steps) {
             f.Find("F0Box")->setFocus();  // the same picture but for what is done
             WindowFixture::Settle();
-            pictures.push_back(f.Find("ClientView")->grab().toImage());
+            pictures.push_back(f.Find("BitMap")->grab().toImage());
             act();
             f.TakeMessages();
             QVERIFY2(undo->text().contains(name), qPrintable(undo->text() + ": " + name));
@@ -81,7 +81,7 @@ private slots:
         for (std::size_t i = std::size(steps); i-- > 0;) {
             Undo(f);
             WindowFixture::Settle();
-            QVERIFY2(f.Find("ClientView")->grab().toImage() == pictures[i],
+            QVERIFY2(f.Find("BitMap")->grab().toImage() == pictures[i],
                      qPrintable(steps[i].first));
             QVERIFY(f.Find<QAction>("RedoMenu")->text().contains(steps[i].first));
         }
@@ -90,7 +90,7 @@ private slots:
         for (std::size_t i = 1; i < std::size(steps); ++i) {
             Redo(f);
             WindowFixture::Settle();
-            QVERIFY2(f.Find("ClientView")->grab().toImage() == pictures[i],
+            QVERIFY2(f.Find("BitMap")->grab().toImage() == pictures[i],
                      qPrintable(steps[i].first));
         }
     }

@@ -68,9 +68,16 @@ void SecondaryWindows::ShowFor(PassType pass) {
     if (pass == PassType::Norton) norton->ShowBesideOwner();
 }
 
+/// The keyboard goes back to the owner, where no window manager would see to it too.
 void SecondaryWindows::CloseOthers(PassType pass) {
-    if (pass != PassType::DirectCoupled) directCoupled->close();
-    if (pass != PassType::Norton) norton->close();
+    const auto closeUnless = [&](bool stays, QWidget* window) {
+        const bool active = window->isActiveWindow();
+        if (stays) return;
+        window->close();
+        if (active) owner->activateWindow();
+    };
+    closeUnless(pass == PassType::DirectCoupled, directCoupled);
+    closeUnless(pass == PassType::Norton, norton);
 }
 
 bool SecondaryWindows::HasInputs(const QObject* window) const {

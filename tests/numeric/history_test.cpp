@@ -47,18 +47,18 @@ std::string DesignBytesOf(const DesignDocument& document) {
                    static_cast<double>(document.ReferenceShown())});
     for (const auto& [name, figure] : DescribeResults(design, ResultsOf(design)))
         bytes += name + figure;
-    for (const Note& note : CollectNotes(document.Work))
-        bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
     return bytes;
 }
 
-/// With the draws of the worst case and the looks of the boxes: every bit that a user could see.
+/// With the draws of the worst case, the looks of the boxes and the notes: every bit that a user could see.
 std::string BytesOf(const DesignDocument& document) {
     std::string bytes =
         DesignBytesOf(document) + std::to_string(document.Work.PendingSeed.value_or(0));
     for (const NumberBox& box : document.Work.Inputs.Boxes)
         bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
+    for (const Note& note : CollectNotes(document.Work))
+        bytes += note.Text;
     return bytes;
 }
 

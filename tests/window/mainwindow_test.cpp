@@ -444,7 +444,7 @@ private slots:
         WindowFixture f;
         const auto lowerHalf = [&f] {  // below legend and labels, where the runs spread
             const QImage image = f.Find("BitMap")->grab().toImage();
-            return image.copy(60, image.height() / 2, image.width() - 120, 60);
+            return image.copy(60, image.height() / 2, image.width() - 120, 100);
         };
         const auto inkOf = [](const QImage& image) {
             int red = 0;

@@ -19,6 +19,13 @@ using namespace ladderwise;
 
 namespace {
 
+/// True for words about what a calculation changed: what was typed, discarded or counted before is
+/// no part of the design that it left.
+bool IsOfOneCalculation(const Note& note) {
+    return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
+           (note.Kind == NoteKind::Advice && note.Name == "poles");
+}
+
 /// A design to the last bit: its file's bytes, the ladder, the response and what is derived of it,
 /// in numbers and in words, and markers.
 std::string DesignBytesOf(const DesignDocument& document) {
@@ -48,17 +55,20 @@ std::string DesignBytesOf(const DesignDocument& document) {
     for (const auto& [name, figure] : DescribeResults(design, ResultsOf(design)))
         bytes += name + figure;
     for (const Note& note : CollectNotes(document.Work))
-        bytes += note.Text;
+        if (!IsOfOneCalculation(note)) bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
     return bytes;
 }
 
-/// With the draws of the worst case and the looks of the boxes: every bit that a user could see.
+/// With the draws of the worst case, all notes and the looks of the boxes: every bit that a user
+/// could see.
 std::string BytesOf(const DesignDocument& document) {
     std::string bytes =
         DesignBytesOf(document) + std::to_string(document.Work.PendingSeed.value_or(0));
     for (const NumberBox& box : document.Work.Inputs.Boxes)
         bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
+    for (const Note& note : CollectNotes(document.Work))
+        bytes += note.Text;
     return bytes;
 }
 

@@ -19,10 +19,12 @@ using namespace ladderwise;
 
 namespace {
 
-/// True for words about what a calculation changed: what was typed, discarded or counted before is
-/// no part of the design that it left.
+/// True for words about what a calculation did: what was typed, discarded or counted before is no
+/// part of the design that it left, and math errors are counted from its begin over all edits
+/// since.
 bool IsOfOneCalculation(const Note& note) {
     return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
+           note.Kind == NoteKind::MathError ||
            (note.Kind == NoteKind::Advice && note.Name == "poles");
 }
 
@@ -193,12 +195,13 @@ void ExpectRecovered(const DesignDocument& document) {
 
 }  // namespace
 
-// LADDERWISE_HISTORY_ACTIONS sets the number of actions.
+// LADDERWISE_HISTORY_ACTIONS sets the number of actions, LADDERWISE_HISTORY_SEED which they are.
 TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
     constexpr int Round = 400;  // actions, fewer than the steps that are remembered
     const char* const asked = std::getenv("LADDERWISE_HISTORY_ACTIONS");
     const int actions = asked ? std::atoi(asked) : 5 * Round;
-    std::mt19937 random(1);
+    const char* const seed = std::getenv("LADDERWISE_HISTORY_SEED");
+    std::mt19937 random(seed ? static_cast<unsigned>(std::atoi(seed)) : 1U);
     DocumentHands hands;
     DesignDocument& document = hands.Document;
     // The state after each step; an action that changes nothing takes the place of the last.

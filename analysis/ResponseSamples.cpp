@@ -37,7 +37,7 @@ constexpr double NarrowestGap = 1e-7;        // relative: closer samples are not
 constexpr double DeepestOfInterest = 110.0;  // dB: no figure is taken further below the pass band
 constexpr int MostRefinements = 6;           // a gap becomes 4^6 times narrower
 constexpr std::size_t MostGapsAtOnce = 85;   // three samples into each: a block of the kernel
-constexpr int TopPasses = 2;
+constexpr int TopPasses = 4;
 constexpr double TopShare = 0.05;         // of a gap: how close the samples at a top stand
 constexpr double WorthSharpening = 1e-8;  // dB that a maximum may rise over its sample
 constexpr double ResonanceNudge = 1e-12;  // relative step aside from an exact resonance
@@ -152,7 +152,7 @@ std::vector<double> PlacesAtTops(const ResponseSamples& samples) {
             if (!(lobe.Reach - (*values)[i] > WorthSharpening)) continue;
             const double left = samples.F[i] - samples.F[i - 1];
             const double right = samples.F[i + 1] - samples.F[i];
-            const double aside = TopShare * std::min(left, right);
+            const double aside = TopShare * std::max(left, right);
             for (const double f : {lobe.Top - aside, lobe.Top, lobe.Top + aside})
                 if (f > samples.F[i - 1] && f < samples.F[i + 1] && f != samples.F[i])
                     places.push_back(f);
@@ -216,8 +216,11 @@ ResponseSamples TakeSamples(const FilterDesign& design) {
         if (more.empty()) break;
         samples = Merged(samples, Analysed(design, std::move(more)));
     }
-    for (int pass = 0; pass < TopPasses; ++pass)
-        samples = Merged(samples, Analysed(design, PlacesAtTops(samples)));
+    for (int pass = 0; pass < TopPasses; ++pass) {
+        std::vector<double> tops = PlacesAtTops(samples);
+        if (tops.empty()) break;
+        samples = Merged(samples, Analysed(design, std::move(tops)));
+    }
     return samples;
 }
 

@@ -278,8 +278,9 @@ Skirt FindSkirt(const FilterDesign& design, const ResponseSamples& samples, cons
     const int end =
         direction > 0 ? std::min(samples.At(scan.High), samples.Count() - 1) : samples.At(scan.Low);
     Skirt skirt;
-    double from = peak.Frequency;  // the last place known to lie above the target
-    double highest = -Infinite;    // of what rises once more
+    double above = peak.Frequency;  // the last place known to lie above the target
+    double under = peak.Frequency;  // the first one below it after that
+    double highest = -Infinite;     // of what rises once more
     bool below = false, reached = false;
     for (int i = first; (end - i) * direction >= 0; i += direction) {
         double f = samples.F[i], level = samples.Level[i];
@@ -292,17 +293,16 @@ Skirt FindSkirt(const FilterDesign& design, const ResponseSamples& samples, cons
         }
         if (level > target) {
             below = false;
-            from = f;
-            skirt.Edge.reset();
+            above = f;
             if (!reached || level > highest) skirt.Spoiled = {f, peak.Level - level};
             if (reached) highest = std::max(highest, level);
         } else if (!below) {
-            skirt.Edge = CrossingWithin(design, from, f, target);
-            below = skirt.Edge.has_value();
-            reached = reached || below;
+            under = f;
+            below = reached = true;
         }
     }
-    if (highest > peak.Level - OtherBandHeight) skirt.Edge.reset();
+    if (below && highest <= peak.Level - OtherBandHeight)
+        skirt.Edge = CrossingWithin(design, above, under, target);
     return skirt;
 }
 

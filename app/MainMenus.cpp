@@ -62,7 +62,7 @@ const std::vector<MenuTable>& MenuTables() {
         C{Print, "PrintMenu", "&Print Screen...", QKeySequence::Print},
         Line{},
         C{Exit, "ExitMenu", "E&xit", QKeySequence::Quit}}},
-    {"EditMenu", "E&dit", {
+    {"EditMenu", "Edit (&Z)", {
         C{Undo, "UndoMenu", "&Undo", QKeySequence::Undo},
         C{Redo, "RedoMenu", "&Redo", QKeySequence::Redo}}},
     {"PassMenu", "&Pass", {R{ChoiceId::Pass, 0, 5}, Line{}, R{ChoiceId::Pass, PrototypePassCode, PrototypePassCode}}},

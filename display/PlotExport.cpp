@@ -102,12 +102,7 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
     };
     const PlotAnnotations annotations =
         BuildAnnotations(content, layout, scales, MetricsOf(painter), work->Points);
-    const auto paintAnnotations = [&] {
-        PaintMarkers(painter, annotations.Markers);
-        PaintLegend(painter, annotations.Key);
-    };
     paintLayers(LayerLook::Plain);
-    paintAnnotations();
     for (const PlotTraces& run : content.Overlays) {
         if (image)
             PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
@@ -115,10 +110,9 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
             PaintLayer(painter, {run}, content.Design, content.Choices, layout, scales,
                        LayerLook::Plain, work->Points);
     }
-    if (!content.Overlays.empty()) {
-        paintLayers(LayerLook::Darker);
-        paintAnnotations();
-    }
+    if (!content.Overlays.empty()) paintLayers(LayerLook::Darker);
+    PaintMarkers(painter, annotations.Markers);
+    PaintLegend(painter, annotations.Key);
 
     const std::vector<GridColumn> columns = BuildValueGrid(content.Design);
     const int needed = 2 * ValueGridLeft + (static_cast<int>(columns.size()) + 1) * TablePitch;

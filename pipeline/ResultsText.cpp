@@ -90,7 +90,8 @@ ResultTexts Figures(const FilterDesign& design, const ResponseResults& results) 
     if (results.ShapeFactor)
         rows.push_back({shape, FormatFixed(*results.ShapeFactor, levelDecimals)});
     else if (results.NoShape)
-        rows.push_back({shape, "none: " + Db(results.NoShape->Attenuation) + " at " +
+        rows.push_back({shape, "none: loss " +
+                                   Db(results.NoShape->Attenuation + results.Peak->Loss) + " at " +
                                    Hz(results.NoShape->Frequency)});
     if (results.OtherBand)
         rows.push_back({results.OtherBand->Frequency > design.F0 ? "re-entrant pass band"
@@ -232,8 +233,8 @@ ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& r
 
 std::string EllipticText(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid || design.Elliptic.NumTraps == 0) return {};
-    std::string text =
-        "Stop band of " + Db(results.StopAttenuation) + " " + HeldText(results.StopBands);
+    std::string text = OrderText(design) + ", stop band of " + Db(results.StopAttenuation) + " " +
+                       HeldText(results.StopBands);
     if (const auto shape = EllipticShape(design, results))
         text += ", shape factor " + FormatFixed(*shape, shapeDecimals);
     const std::vector<HeldBand> ideal = IdealStopBands(design);

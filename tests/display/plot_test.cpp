@@ -126,7 +126,7 @@ TEST(Plot, OverlayFollowsThePaintedLines) {
 TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
     const auto plot = Painted(made, {}, 2.0);
-    const QImage& image = plot->Image();
+    const QImage image = plot->Image();
     EXPECT_EQ(image.size(), QSize(2 * Width, 2 * Height));
     EXPECT_EQ(plot->Layout().PlotRight, 1220);
     for (int k = 0; k < 4; ++k) {
@@ -137,7 +137,7 @@ TEST(Plot, DenseScreenDrawsTheSamePlotFinerAndAReferenceInItsOwnColours) {
     EXPECT_EQ(CountPixels(image, colour), 0);
     const ButterworthResponse reference = MakeButterworth(SweepType::OneDecade, 0.5);
     plot->PaintContent({made.Design, {}, {made.Layer(), reference.Layer(true)}, {}}, Placement);
-    EXPECT_GT(CountPixels(image, colour), 300);
+    EXPECT_GT(CountPixels(plot->Image(), colour), 300);
 }
 
 TEST(PlotExport, PaintsWhatTheWindowPaints) {

@@ -151,7 +151,9 @@ TEST(Pipeline, BoundsAndDefaultOfEveryBox) {
                                            {c.Fit, c.InUse}}) {
             SCOPED_TRACE(c.Name + (" " + typed));
             Session session;
-            session.Read({{c.Name, typed}});
+            Settings settings = {{c.Name, typed}};  // a bandwidth is judged where it plays a part
+            if (c.Name == std::string("bw")) settings.push_back({"pass", "band-pass"});
+            session.Read(settings);
             const double value = session.InUse(c.Name);
             EXPECT_NEAR(value, inUse, 1e-14 * std::abs(inUse));
             for (const InputRow& row : InputRows()) {
@@ -404,6 +406,26 @@ std::vector<std::string> NotesOf(const Calculation& calculation) {
     return notes;
 }
 
+TEST(Notes, ABandThatHasMovedIsToldWithItsCause) {
+    // clang-format off
+    const std::pair<Settings, std::string> cases[] = {
+        {{}, ""},
+        {{{"parts", "real"}}, "Band lies 21.6 % low: parasitics; DeEmbed brings it back."},
+        {{{"parts", "deembed"}}, ""},
+        {{{"pass", "notch"}, {"parts", "real"}}, ""},
+        {{{"bw-percent", "2"}, {"std", "on"}}, "Band lies 1.0 % high: standard values."}};
+    // clang-format on
+    for (const auto& [settings, text] : cases) {
+        Session session;
+        session.Run({{"pass", "band-pass"}, {"bw-percent", "5"}});
+        session.Run(settings);
+        std::string told;
+        for (const Note& note : CollectNotes(session.Calc))
+            if (note.Kind == NoteKind::BandMoved) told += note.Text;
+        EXPECT_EQ(told, text);
+    }
+}
+
 TEST(Notes, WhatABuilderMustKnow) {
     // clang-format off
     const std::pair<Settings, std::vector<std::string>> cases[] = {
@@ -414,11 +436,11 @@ TEST(Notes, WhatABuilderMustKnow) {
         {{{"pass", "notch"}, {"r-load", "100"}}, {"advice r-load"}},
         {{{"response", "papoulis"}}, {"missed response"}},
         {{{"response", "papoulis"}, {"poles", "5"}}, {}},
-        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "71"}}, {"too-lossy ind-q"}},
-        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "72"}}, {}},
+        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "71"}}, {"band-moved f0", "too-lossy ind-q"}},
+        {{{"pass", "band-pass"}, {"f0", "10.7"}, {"bw", "0.3"}, {"parts", "real"}, {"ind-q", "72"}}, {"band-moved f0"}},
         {{{"pass", "direct-coupled"}}, {"missed pass", "end-tank tank-values"}},
         {{{"pass", "direct-coupled"}, {"tank", "5"}}, {"unrealisable C4, C8, C12", "(end-tank tank-values)"}},
-        {{{"f0", "?"}, {"bw", "40"}}, {"replaced f0", "(replaced bw)"}},  // 1 MHz, 40 MHz wide
+        {{{"f0", "?"}, {"bw", "40"}}, {"replaced f0"}},  // 1 MHz; 40 MHz that play no part
         {{{"f0", "?"}}, {"replaced f0"}},  // 40 MHz that nobody typed
         {{{"bw-percent", "?"}, {"pass", "notch"}}, {"replaced bw-percent"}},
         {{{"ripple", "9"}}, {"(replaced ripple)"}},

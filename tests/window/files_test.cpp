@@ -91,7 +91,7 @@ private slots:
                  QStringList{"Program Info: Open File operation failed due to an incompatibility "
                              "with this program."});
         QVERIFY(!f.Find<QAction>("PrevFile0Menu")->isVisible());
-        QCOMPARE(f.Window->windowTitle(), "Ladderwise");
+        QCOMPARE(f.Window->windowTitle(), u"3 Pole Butterworth LPF \u2014 Ladderwise"_qs);
         f.NextName.clear();
         f.Window->OpenDesign("/none.tk_ldfilt");
         QCOMPARE(f.TakeMessages(),

@@ -116,8 +116,9 @@ void LoadNumbers(const DesignRecord& record, DesignInputs& inputs, const FilterD
         NumberBox box;
         box.Text = row.Initial;
         const double value = BoxValue(row, scratch, number);
-        // An empty box of a value that a stage provides stays empty.
-        if (std::isfinite(value) && !(row.ReadLater && value <= 0.0)) {
+        // An empty box of a value that a stage provides stays empty. A scale below 0 is one that a
+        // response without a positive delay left there: its reader leaves it alone, too.
+        if (std::isfinite(value) && !(row.ReadLater && value == 0.0)) {
             if (row.Back == WriteBack::Significant)
                 box.WriteValue(value);
             else

@@ -175,7 +175,9 @@ TEST(Tanks, AreGoodForWhatTheirTextsSay) {
         };
         for (const double pass : c.Passes)
             EXPECT_GT(highest(pass - 0.05, pass + 0.05), -12) << c.Tank << " " << pass;
-        if (c.Passes.empty()) EXPECT_LT(highest(1.3, 6), -30) << c.Tank;
+        if (c.Passes.empty()) {
+            EXPECT_LT(highest(1.3, 6), -30) << c.Tank;
+        }
     }
 }
 

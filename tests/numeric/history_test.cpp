@@ -19,6 +19,15 @@ using namespace ladderwise;
 
 namespace {
 
+/// True for words about what a calculation did: what was typed, discarded or counted before is no
+/// part of the design that it left, and math errors are counted from its begin over all edits
+/// since.
+bool IsOfOneCalculation(const Note& note) {
+    return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
+           note.Kind == NoteKind::MathError ||
+           (note.Kind == NoteKind::Advice && note.Name == "poles");
+}
+
 /// A design to the last bit: its file's bytes, the ladder, the response and what is derived of it,
 /// in numbers and in words, and markers.
 std::string DesignBytesOf(const DesignDocument& document) {
@@ -47,11 +56,14 @@ std::string DesignBytesOf(const DesignDocument& document) {
                    static_cast<double>(document.ReferenceShown())});
     for (const auto& [name, figure] : DescribeResults(design, ResultsOf(design)))
         bytes += name + figure;
+    for (const Note& note : CollectNotes(document.Work))
+        if (!IsOfOneCalculation(note)) bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
     return bytes;
 }
 
-/// With the draws of the worst case, the looks of the boxes and the notes: every bit that a user could see.
+/// With the draws of the worst case, all notes and the looks of the boxes: every bit that a user
+/// could see.
 std::string BytesOf(const DesignDocument& document) {
     std::string bytes =
         DesignBytesOf(document) + std::to_string(document.Work.PendingSeed.value_or(0));
@@ -183,12 +195,13 @@ void ExpectRecovered(const DesignDocument& document) {
 
 }  // namespace
 
-// LADDERWISE_HISTORY_ACTIONS sets the number of actions.
+// LADDERWISE_HISTORY_ACTIONS sets the number of actions, LADDERWISE_HISTORY_SEED which they are.
 TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
     constexpr int Round = 400;  // actions, fewer than the steps that are remembered
     const char* const asked = std::getenv("LADDERWISE_HISTORY_ACTIONS");
     const int actions = asked ? std::atoi(asked) : 5 * Round;
-    std::mt19937 random(1);
+    const char* const seed = std::getenv("LADDERWISE_HISTORY_SEED");
+    std::mt19937 random(seed ? static_cast<unsigned>(std::atoi(seed)) : 1U);
     DocumentHands hands;
     DesignDocument& document = hands.Document;
     // The state after each step; an action that changes nothing takes the place of the last.

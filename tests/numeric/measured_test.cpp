@@ -40,8 +40,9 @@ TEST(MeasuredTraces, OfTheDesignItselfLieOnItsTraces) {
             for (std::size_t i = 0; i < network.Hz.size(); ++i) {
                 const LadderPoint point = AnalysePoint(design, design.F0, network.Hz[i]);
                 ASSERT_LT(std::abs(traces.Transfer[i] - point.Transfer), 1e-10);
-                if (!traces.Reflection.empty())
+                if (!traces.Reflection.empty()) {
                     ASSERT_LT(std::abs(traces.Reflection[i] - point.Reflection), 1e-10);
+                }
             }
         }
     }

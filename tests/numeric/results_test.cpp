@@ -206,13 +206,17 @@ TEST(Results, StopBandsCountOnlyWhereTheyHold) {
             for (const HeldBand& held : results.StopBands) {
                 const double from = held.From.value_or(0.0), to = held.To.value_or(Infinity);
                 for (int i = 0; i < DenseScan::Points; ++i)
-                    if (scan.F[i] > from && scan.F[i] < to)
+                    if (scan.F[i] > from && scan.F[i] < to) {
                         EXPECT_LT(scan.Level[i], 1e-5 - design.Elliptic.AttenUsedDb) << scan.F[i];
+                    }
                 for (const auto& edge : {held.From, held.To})
-                    if (edge) EXPECT_NEAR(-scan.At(*edge), design.Elliptic.AttenUsedDb, 1e-6);
+                    if (edge) {
+                        EXPECT_NEAR(-scan.At(*edge), design.Elliptic.AttenUsedDb, 1e-6);
+                    }
             }
-            if (parts == PartChoice::IdealParts && pass == PassType::LowPass)
+            if (parts == PartChoice::IdealParts && pass == PassType::LowPass) {
                 EXPECT_NEAR(*results.StopBands[0].From, 1e8 * design.Elliptic.StopBandEdge, 1.0);
+            }
         }
 }
 

@@ -8,8 +8,6 @@
 
 using namespace ladderwise;
 
-namespace {
-
 /// A window whose dialogs the test answers, saving to "d.tk_ldfilt".
 class EditsFixture : public WindowFixture {
 public:
@@ -63,8 +61,6 @@ public:
     int Questions = 0;
     int Warnings = 0;
 };
-
-}  // namespace
 
 class EditsTest : public QObject {
     Q_OBJECT

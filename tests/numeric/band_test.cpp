@@ -169,7 +169,8 @@ TEST(Tanks, AreGoodForWhatTheirTextsSay) {
         std::vector<double> levels = DenseLevels(design, 0.2 * design.F0, 6 * design.F0, 40000);
         const auto highest = [&](double low, double high) {
             const auto index = [&](double x) {
-                return levels.begin() + static_cast<int>((x - 0.2) / 5.8 * 39999);
+                const int k = static_cast<int>((x - 0.2) / 5.8 * 39999);
+                return levels.begin() + std::min(k, static_cast<int>(levels.size()));
             };
             return *std::max_element(index(low), index(high));
         };

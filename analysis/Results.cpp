@@ -21,6 +21,8 @@ constexpr double PassBandX = 2.0;      // the peak is looked for at least this f
 constexpr double LowestBand = 0.5;     // of F0: parasitics make a band sink no further
 constexpr double HighestBand = 1.5;    // of F0: above lie the next bands
 constexpr double HighestOfLow = 2.0;   // of F0: so far a low-pass may have its peak
+// The loss of coils still changes with the root of the lowest sample's frequency.
+constexpr double TowardsZero = 1e-12;
 constexpr double TopOfHighPass = 3.0;  // F0 times this ends a return-loss band that has no end
 
 constexpr double OtherBandDepth = 6.0;    // dB: a response further down is no pass band
@@ -108,7 +110,7 @@ std::optional<Maximum> HighestEnd(const FilterDesign& design, const ResponseSamp
     };
     const bool down = design.PassType == PassType::LowPass || design.PassType == PassType::Notch;
     const bool up = design.PassType == PassType::HighPass || design.PassType == PassType::Notch;
-    if (down) take(samples.F.front(), samples.Level.front());
+    if (down) take(samples.F.front(), LevelAt(design, TowardsZero * samples.F.front()));
     if (up && design.PartModel.Choice == PartChoice::IdealParts)
         take(samples.F.back(), samples.Level.back());
     return best;
@@ -326,8 +328,7 @@ void FindShapeFactor(const FilterDesign& design, const ResponseSamples& samples,
 std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSamples& samples,
                                    const BandRange& range, double attenuation) {
     const double target = -attenuation;
-    const int first = samples.At(range.Low);
-    const int last = std::min(samples.At(range.High), samples.Count()) - 1;
+    const int first = samples.At(range.Low), end = samples.At(range.High);
     std::optional<HeldBand> widest;
     double width = 0.0;
     double from = 0.0, inside = 0.0, outside = 0.0;
@@ -351,11 +352,13 @@ std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSam
         if (level <= target) inside = f;
         if (!held) outside = f;
     };
-    for (int i = first; i <= last; ++i) {
+    take(range.Low, LevelAt(design, range.Low));
+    for (int i = first; i < end; ++i) {
         const std::vector<double>& level = samples.Level;
         const auto lobe = LobeAt(samples.F, level, i);
         if (held && level[i] <= target && lobe && lobe->Reach > target + StopBandDoubt) {
-            const double top = LargestWithin(samples.F[i - 1], samples.F[i + 1],
+            const double top = LargestWithin(std::max(range.Low, samples.F[i - 1]),
+                                             std::min(range.High, samples.F[i + 1]),
                                              [&](double f) { return LevelAt(design, f); });
             take(std::min(top, samples.F[i]), LevelAt(design, std::min(top, samples.F[i])));
             take(std::max(top, samples.F[i]), LevelAt(design, std::max(top, samples.F[i])));
@@ -363,7 +366,8 @@ std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSam
             take(samples.F[i], level[i]);
         }
     }
-    if (held) close(samples.F[last], true);
+    take(range.High, LevelAt(design, range.High));
+    if (held) close(range.High, true);
     return widest;
 }
 

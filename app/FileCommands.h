@@ -3,13 +3,11 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 
 #include "app/FileDialogs.h"
 #include "files/Directories.h"
-#include "files/FileStamp.h"
 #include "files/Settings.h"
 #include "pipeline/DesignDocument.h"
 
@@ -70,8 +68,7 @@ private:
     std::string AskForDesign() const;
     void LoadDesign(const std::string& path);
     std::string WriteCompanion(const std::string& path) const;
-    void Remember(const std::string& path, const std::string& bytes);
-    bool ChangedMeanwhile(const std::string& path) const;
+    bool ChangedMeanwhile() const;
     ProgramSettings PresentSettings() const;
     QLineEdit* SamplingFrequencyBox() const;
     QAction* ReadOutMenu() const;
@@ -82,7 +79,6 @@ private:
     const MessageCallback& report;
     QWidget* window;
     FileDialogs dialogs;
-    std::map<std::string, FileStamp> stamps;  ///< of what was read or written last, by path
     std::optional<Folders> folders;
     ProgramSettings settings;
     ProgramSettings settingsRead;  ///< as they were after start-up

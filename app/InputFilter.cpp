@@ -2,6 +2,7 @@
 #include "app/InputFilter.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -22,6 +23,22 @@ std::optional<FormKey> FormKeyOf(int key) {
                                 FormKey::F5, FormKey::F6, FormKey::F7, FormKey::F8};
     if (key < Qt::Key_F1 || key > Qt::Key_F8) return {};
     return keys[key - Qt::Key_F1];
+}
+
+/// The files that a drag carries; nothing if it carries a text. Some programs give no addresses but
+/// their paths as a text, a line each.
+std::optional<QList<QUrl>> FilesIn(const QMimeData& data) {
+    if (data.hasUrls()) return data.urls();
+    QList<QUrl> files;
+    for (const QString& line : data.text().split('\n', Qt::SkipEmptyParts)) {
+        const QString name = line.trimmed();
+        if (name.startsWith("file:"))
+            files << QUrl(name);
+        else if (QDir::isAbsolutePath(name))
+            files << QUrl::fromLocalFile(name);
+    }
+    if (files.isEmpty()) return {};
+    return files;
 }
 
 bool IsDrop(QEvent::Type type) {
@@ -71,14 +88,15 @@ bool InputFilter::TakeKey(const QWidget* target, const QKeyEvent& event) {
 /// A file over any of these windows is a design to open, never a text for a box. The question
 /// about the present design waits until the program that the file comes from is free again.
 bool InputFilter::TakeDrop(QDropEvent& event) {
-    if (!event.mimeData()->hasUrls()) return false;
-    const QList<QUrl> urls = event.mimeData()->urls();
-    const bool one = urls.size() == 1 && urls[0].isLocalFile();
+    const auto files = FilesIn(*event.mimeData());
+    if (!files) return false;
+    const bool one = files->size() == 1 && files->front().isLocalFile();
     event.setDropAction(one ? Qt::CopyAction : Qt::IgnoreAction);
     event.setAccepted(one);
     if (one && event.type() == QEvent::Drop)
         QMetaObject::invokeMethod(
-            this, [this, path = urls[0].toLocalFile().toStdString()] { emit DesignDropped(path); },
+            this,
+            [this, path = files->front().toLocalFile().toStdString()] { emit DesignDropped(path); },
             Qt::QueuedConnection);
     return true;
 }

@@ -18,31 +18,14 @@ constexpr double LargestShownVswr = 999.0;
 constexpr double smallestReadOutScale = 0.5;  // of the font of the read-outs
 constexpr double readOutScaleStep = 0.05;
 
-const char* NameOf(TraceKind kind) {
-    switch (kind) {
-        case TraceKind::Mag1dB:
-        case TraceKind::Mag10dB:
-            return "Mag ";
-        case TraceKind::Phase:
-            return "Phase ";
-        case TraceKind::GroupDelay:
-            return "Delay ";
-        case TraceKind::Pulse:
-        case TraceKind::Normalised:
-            return "Pulse ";
-        case TraceKind::ReturnLoss:
-            return "RL ";
-    }
-    return "";
-}
-
 std::string Signed(double value, std::string text) {
     if (value > 0.0) text.insert(text.begin(), '+');
     return text;
 }
 
 std::string TextOf(TraceKind kind, double value) {
-    const std::string text = NameOf(kind);
+    const TraceKind quantity = IsMagnitude(kind) ? TraceKind::Mag10dB : kind;
+    const std::string text = TraceShortName(quantity) + std::string(" ");
     if (kind != TraceKind::ReturnLoss) return text + TraceValueText(kind, value);
     const double vswr = VswrOf(value);
     return text + TraceValueText(kind, value) + ", VSWR " +
@@ -73,7 +56,7 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
         const double value = place ? ValueAt(values, kind, *place) : std::nan("");
         if (std::isnan(value)) continue;
         // Both magnitude traces show one quantity: it is told once.
-        const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
+        const bool magnitude = IsMagnitude(kind);
         std::string text;
         if (!magnitude || !magnitudeShown)
             text = (number > 0 ? ofReference : "") +

@@ -212,19 +212,23 @@ void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
         inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);
 }
 
-/// From the scaled ladder to the analysed one of parts that can be bought.
-void PrepareAnalysis(Calculation& calculation, const MessageCallback& report) {
+/// From the scaled ladder to the analysed one of parts that can be bought; `errorsBefore` is the
+/// number of math errors in the log when its synthesis began.
+void PrepareAnalysis(Calculation& calculation, std::uint64_t errorsBefore,
+                     const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
     calculation.IdealElements = design.Elements;
     if (design.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(design);
     if (design.StdLCValues) SnapToStdValue(design);
     design.CalculatedElements = design.Elements;
+    calculation.SynthesisMathErrors = MathErrors().ErrorCount() - errorsBefore;
     AnalyseAsItStands(calculation, report);
     if (design.WorstCase) calculation.PendingSeed = NextSeed(calculation);
 }
 
 HandMadeDesign PresentDesign(const Calculation& calculation) {
-    return {calculation.UsedInputs, calculation.Design, calculation.IdealElements};
+    return {calculation.UsedInputs, calculation.Design, calculation.IdealElements,
+            calculation.SynthesisMathErrors};
 }
 
 /// The inputs that change no part value, as they are.
@@ -258,7 +262,7 @@ TraceChoices ShownTraces(const Calculation& calculation) {
 }
 
 std::uint64_t MathErrorCount(const Calculation& calculation) {
-    return MathErrors().ErrorCount() - calculation.FirstMathError;
+    return calculation.SynthesisMathErrors + MathErrors().ErrorCount() - calculation.FirstMathError;
 }
 
 void ClearElements(ElementList& elements) {
@@ -297,6 +301,7 @@ void BuildLadder(FilterDesign& design, const MessageCallback& report) {
 
 void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
+    calculation.FirstMathError = MathErrors().ErrorCount();
     BuildSweepTables(calculation.Tables, design.SweepFreqs, design.F0);
     AnalyseLadder(design, calculation.Tables, report);
     calculation.WorstCase = {};
@@ -333,6 +338,7 @@ bool BringBackEdits(Calculation& calculation) {
     calculation.Inputs = calculation.UsedInputs = back.Inputs;
     static_cast<DesignState&>(design) = back.Design;
     calculation.IdealElements = back.IdealElements;
+    calculation.SynthesisMathErrors = back.SynthesisMathErrors;
     calculation.CountChanged = false;
     KeepWhatOnlyShows(shown, calculation);
     BuildSweepGrid(design);
@@ -341,7 +347,7 @@ bool BringBackEdits(Calculation& calculation) {
 
 void PrepareCalculation(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
-    calculation.FirstMathError = MathErrors().ErrorCount();
+    const std::uint64_t errorsBefore = MathErrors().ErrorCount();
     const bool discards = HasEdits(design);
     if (discards) calculation.Discarded = PresentDesign(calculation);
     const bool first = design.NumElements == 0, traps = IsElliptic(design.ResponseType);
@@ -351,7 +357,7 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     BuildLadder(design, report);
     LookForEvenest(calculation.Inputs, design);
     MarkInputs(calculation.Inputs, design);
-    PrepareAnalysis(calculation, report);
+    PrepareAnalysis(calculation, errorsBefore, report);
     calculation.UsedInputs = calculation.Inputs;
     calculation.DiscardedNow = discards;
     calculation.CountChanged =

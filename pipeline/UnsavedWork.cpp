@@ -60,6 +60,10 @@ void AddMarkers(std::string& text, std::string_view key, const Values& values, i
         AddLine(text, key, NumberText(values[i]));
 }
 
+void AddStamp(std::string& text, const char* key, const std::optional<FileStamp>& stamp) {
+    if (stamp) AddLine(text, key, NumberText(stamp->Size), Hex(stamp->Digest));
+}
+
 // --- reading; what is no such thing is thrown as a NoWork, never out of DecodeWork
 
 struct NoWork {};
@@ -159,6 +163,12 @@ int ReadMarkers(const KeyedLines& lines, std::string_view key, Values& values) {
     return count;
 }
 
+std::optional<FileStamp> KeptStamp(const KeyedLines& lines, std::string_view key) {
+    for (const Words& words : lines.All(key, 2))
+        return FileStamp{NumberOf<std::size_t>(words[0]), BytesOf(words[1])};
+    return {};
+}
+
 MarkerState KeptMarkers(const KeyedLines& lines) {
     MarkerState markers;
     for (const Words& words : lines.All("read-out", 3)) {
@@ -217,6 +227,8 @@ std::string EncodeWork(const UnsavedWork& work) {
     AddLine(text, "name", Hex(work.Name));
     AddLine(text, "file", Hex(work.File));
     if (work.Saved) AddDesign(text, "saved", *work.Saved);
+    AddStamp(text, "file-stamp", work.Stamps.Design);
+    AddStamp(text, "companion-stamp", work.Stamps.Companion);
     AddDesign(text, "design", work.Design);
     if (work.Discarded) AddDesign(text, "discarded", *work.Discarded);
     if (work.Reference) AddDesign(text, "reference", *work.Reference);
@@ -241,6 +253,7 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         work.Name = BytesOf(keyed.One("name"));
         work.File = BytesOf(keyed.One("file"));
         work.Saved = KeptDesignIn(keyed, "saved");
+        work.Stamps = {KeptStamp(keyed, "file-stamp"), KeptStamp(keyed, "companion-stamp")};
         auto design = KeptDesignIn(keyed, "design");
         if (!design) return {};
         work.Design = std::move(*design);

@@ -20,11 +20,9 @@ using namespace ladderwise;
 namespace {
 
 /// True for words about what a calculation did: what was typed, discarded or counted before is no
-/// part of the design that it left, and math errors are counted from its begin over all edits
-/// since.
+/// part of the design that it left.
 bool IsOfOneCalculation(const Note& note) {
     return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
-           note.Kind == NoteKind::MathError ||
            (note.Kind == NoteKind::Advice && note.Name == "poles");
 }
 

@@ -208,6 +208,8 @@ void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
         load.WriteText(FormatFixed(design.RLoad, 1), design.RLoad);
         if (design.RLoad != design.RSource) load.Colour = BoxColour::Yellow;
     }
+    // A file holds what stood there before the move; the design may not need the move any more.
+    if (load.Moved && load.ExactValue == load.Moved->Wanted) load.Moved.reset();
     if (design.Flags.FellBack)
         inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);
 }

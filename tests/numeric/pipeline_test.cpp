@@ -305,8 +305,8 @@ TEST(Pipeline, NortonStepsAndSearches) {
     OptimizeNorton(session.Inputs, session.Design);
     session.Run({});
     EXPECT_NE(DescribeStatus(session.Calc)
-                  .Text.find("The search chose K 152.35, but it goes no higher "
-                             "than 100: 100 used."),
+                  .Warnings.find("The search chose K 152.35, but it goes no higher "
+                                 "than 100: 100 used."),
               std::string::npos);
 }
 

@@ -27,6 +27,7 @@ struct Em {
     static constexpr double plateHalf = 0.62;
     static constexpr double lineLength = 2.2;  // of a line section
     static constexpr double lineHalf = 0.36;
+    static constexpr double lineCap = 0.14;  // half the width of the ellipse at its end
     static constexpr double resistorLength = 1.8;
     static constexpr double resistorHalf = 0.3;
     static constexpr double sourceRadius = 0.75;
@@ -349,6 +350,18 @@ private:
         }
     }
 
+    /// A length of coaxial line, seen slightly from the source's side.
+    void DrawLineSection(double u, double v) {
+        const double half = Em::lineHalf * em, cap = Em::lineCap * em;
+        const double near = u + cap, far = u + Em::lineLength * em - cap;
+        for (const double side : {v - half, v + half})
+            drawing.Lines.push_back({At(near, side), At(far, side)});
+        drawing.Arcs.push_back({Frame(near - cap, v - half, near + cap, v + half)});
+        drawing.Arcs.push_back({Frame(far - cap, v - half, far + cap, v + half),
+                                shunt ? 180.0 : 90.0, shunt ? 180.0 : -180.0});
+        drawing.Lines.push_back({At(u, v), At(near, v)});
+    }
+
     void DrawSymbol(const Network& net, double u, double v) {
         const double length = SymbolLength(net.Kind) * em, half = SymbolHalf(net.Kind) * em;
         switch (net.Kind) {
@@ -367,7 +380,7 @@ private:
             case NetworkKind::Line:
             case NetworkKind::ShortedStub:
             case NetworkKind::OpenStub:
-                drawing.Boxes.push_back(Frame(u, v - half, u + length, v + half));
+                DrawLineSection(u, v);
                 break;
             case NetworkKind::InSeries:
             case NetworkKind::InParallel:

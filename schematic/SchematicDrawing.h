@@ -67,7 +67,7 @@ struct SchematicDrawing {
     std::vector<DrawnLine> Wires;  ///< what carries current between the parts
     std::vector<DrawnLine> Lines;  ///< of symbols
     std::vector<DrawnArc> Arcs;    ///< of symbols
-    std::vector<DrawnRect> Boxes;  ///< outlines of resistors and lines
+    std::vector<DrawnRect> Boxes;  ///< outlines of resistors
     std::vector<DrawnPoint> Dots;  ///< junctions
     std::vector<DrawnPoint> Grounds;
     std::vector<DrawnText> Texts;

@@ -163,7 +163,7 @@ private:
 
     void MeasureRows() {
         above = Em::plateHalf * em + LabelHeight(SourceLabel());
-        below = Em::armLead * em + 2.0 * Em::sourceRadius * em + Em::armLead * em;
+        below = (2.0 * Em::armLead + 2.0 * Em::sourceRadius + Em::groundHeight) * em;
         for (const Arm& arm : arms) {
             const double leads = (2.0 * Em::armLead + Em::groundHeight) * em;
             above = std::max(above, arm.Shunt ? 0.0 : arm.Size.Above);

@@ -21,7 +21,6 @@
 #include "controls/ElidedLabel.h"
 #include "controls/HelpButton.h"
 #include "controls/WindowPlacement.h"
-#include "display/Subtitle.h"
 #include "files/DiskFile.h"
 #include "numbers/Formatfunctions.h"
 #include "windows/ExportPages.h"
@@ -33,6 +32,7 @@ namespace {
 constexpr int RefreshDelay = 150;     ///< ms after the last change
 constexpr int PreviewBytes = 20'000;  ///< of a text
 constexpr QSize ExportDialogSize(940, 660);
+constexpr int FrequencyDigits = 3;  ///< after the first
 constexpr double BytesOfKilobyte = 1000.0;
 
 struct KindRow {
@@ -54,6 +54,10 @@ QString SizeText(std::size_t count) {
     const double shown = size / (large ? BytesOfKilobyte * BytesOfKilobyte : BytesOfKilobyte);
     return QString::fromStdString(FormatFixed(shown, shown < 10.0 ? 1 : 0)) +
            (large ? " MB" : " kB");
+}
+
+QString FrequencyText(double f) {
+    return QString::fromStdString(FormatWithPrefix(f, FrequencyDigits, "Hz"));
 }
 
 /// A sentence of a fault: "there is no ladder" begins with a capital and ends with a point.
@@ -123,6 +127,7 @@ void ExportDialog::Build() {
     kinds->setAccessibleName("Kind of file");
     for (const KindRow& row : kindRows)
         kinds->addItem(QString::fromLatin1(row.Caption));
+    kinds->setSpacing(2);
     kinds->setFixedWidth(kinds->sizeHintForColumn(0) + 40);
     pages = new ExportPages(this);
     pages->setObjectName("ExportPages");
@@ -255,8 +260,8 @@ QString ExportDialog::ContentText() const {
     const FrequencyRange range = RangeOf(KindOf(choice.Page), options.Points, subject.Work.Design);
     const QString points =
         QString(range.Points == 1 ? "%1 point, " : "%1 points, ").arg(range.Points) +
-        QString::fromStdString(ExactFrequency(range.From)) +
-        (range.Points == 1 ? QString() : " to " + QString::fromStdString(ExactFrequency(range.To)));
+        FrequencyText(range.From) +
+        (range.Points == 1 ? QString() : " to " + FrequencyText(range.To));
     const int runs = choice.Page == ExportPage::Touchstone ? options.Runs : 0;
     return runs > 0 ? QString("%1 files of ").arg(runs + 1) + points + ", each " : points + ", ";
 }

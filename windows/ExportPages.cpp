@@ -18,7 +18,7 @@ namespace ladderwise {
 namespace {
 
 constexpr double MegahertzOfPoints = 1e6;
-constexpr int ShownDigits = 9;
+constexpr int ShownDigits = 7;
 constexpr int FieldWidth = 110;  ///< pixels
 constexpr int UsualExportPoints = 1001;
 
@@ -34,6 +34,13 @@ QWidget* WithUnit(NumberEdit* edit, const char* unit) {
     line->addWidget(new QLabel(QString::fromUtf8(unit), row));
     line->addStretch();
     return row;
+}
+
+/// The same with a label whose mnemonic moves the focus into the box.
+void AddRow(QFormLayout* form, const char* text, NumberEdit* edit, const char* unit) {
+    auto* const label = new QLabel(QString::fromLatin1(text), form->parentWidget());
+    label->setBuddy(edit);
+    form->addRow(label, WithUnit(edit, unit));
 }
 
 }  // namespace
@@ -80,26 +87,25 @@ void NumberField::Step(bool up) {
 
 // --- points
 
-PointsGroup::PointsGroup(QWidget* parent, const QString& name)
-    : QWidget(parent),
-      which(new QComboBox(this)),
-      from(new NumberField(this, qPrintable(name + "FromBox"), "From", 1.0)),
-      to(new NumberField(this, qPrintable(name + "ToBox"), "To", 1.0)),
-      points(new NumberField(this, qPrintable(name + "PointsBox"), "Points", 1.0)),
-      spacing(new QComboBox(this)) {
+PointsGroup::PointsGroup(QFormLayout* form, const QString& name) : QObject(form->parentWidget()) {
+    QWidget* const page = form->parentWidget();
+    const auto number = [&](const char* ending, const char* what) {
+        return new NumberField(page, qPrintable(name + ending), what, 1.0);
+    };
+    which = new QComboBox(page);
     which->setObjectName(name + "RangeBox");
-    which->setAccessibleName("Frequencies");
     which->addItems({"The sweep", "From, to, number"});
+    from = number("FromBox", "From");
+    to = number("ToBox", "To");
+    points = number("PointsBox", "Points");
+    spacing = new QComboBox(page);
     spacing->setObjectName(name + "SpacingBox");
-    spacing->setAccessibleName("Spacing");
     spacing->addItems({"Linear", "Logarithmic"});
-    auto* const form = new QFormLayout(this);
-    form->setContentsMargins(0, 0, 0, 0);
     form->addRow("&Frequencies", which);
-    form->addRow("&From", WithUnit(from->Edit(), "MHz"));
-    form->addRow("&To", WithUnit(to->Edit(), "MHz"));
-    form->addRow("&Points", WithUnit(points->Edit(), ""));
-    form->addRow("&Spacing", spacing);
+    AddRow(form, "Fr&om", from->Edit(), "MHz");
+    AddRow(form, "&To", to->Edit(), "MHz");
+    AddRow(form, "&Points", points->Edit(), "");
+    form->addRow("Sp&acing", spacing);
     connect(which, &QComboBox::currentIndexChanged, this, [this] {
         Enable();
         emit Changed();
@@ -158,6 +164,7 @@ QFormLayout* ExportPages::AddPage() {
     auto* const page = new QWidget(this);
     auto* const form = new QFormLayout(page);
     form->setContentsMargins(0, 0, 0, 0);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     addWidget(page);
     return form;
 }
@@ -178,14 +185,13 @@ QComboBox* ExportPages::AddCombo(QFormLayout* form, const char* name, const char
 NumberField* ExportPages::AddNumber(QFormLayout* form, const char* name, const char* label,
                                     const char* what, double step, const char* unit) {
     auto* const field = new NumberField(form->parentWidget(), name, what, step);
-    form->addRow(QString::fromLatin1(label), WithUnit(field->Edit(), unit));
+    AddRow(form, label, field->Edit(), unit);
     connect(field, &NumberField::Changed, this, &ExportPages::Changed);
     return field;
 }
 
 PointsGroup* ExportPages::AddPoints(QFormLayout* form, const QString& name) {
-    auto* const group = new PointsGroup(form->parentWidget(), name);
-    form->addRow(group);
+    auto* const group = new PointsGroup(form, name);
     connect(group, &PointsGroup::Changed, this, &ExportPages::Changed);
     return group;
 }
@@ -201,7 +207,7 @@ void ExportPages::BuildTouchstone() {
     withRuns = new QCheckBox("&Worst-case runs too:", form->parentWidget());
     withRuns->setObjectName("ExportRunsCheck");
     runs = new NumberField(form->parentWidget(), "ExportRunsBox", "Worst-case runs", 1.0);
-    form->addRow(withRuns, WithUnit(runs->Edit(), "files more"));
+    form->addRow(withRuns, WithUnit(runs->Edit(), "more files"));
     connect(withRuns, &QCheckBox::toggled, this, [this] {
         Enable();
         emit Changed();

@@ -46,11 +46,12 @@ private:
 };
 
 /// From, to, number and spacing of points, or the sweep.
-class PointsGroup : public QWidget {
+class PointsGroup : public QObject {
     Q_OBJECT
 
 public:
-    PointsGroup(QWidget* parent, const QString& name);
+    /// Adds its rows to a form; the names of its boxes begin with `name`.
+    PointsGroup(QFormLayout* form, const QString& name);
 
     void Show(const ExportChoice& choice, const FilterDesign& design);
     std::string Read(ExportChoice& choice);

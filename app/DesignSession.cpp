@@ -113,6 +113,8 @@ std::vector<PictureRow> DesignSession::Answers() const {
         Document.ReferenceShown() ? Document.Reference() : nullptr;
     for (const ComparedResult& row : ResultRows(work.Design, work.Results, reference))
         add(row);
+    for (const auto& [name, value] : DescribeWorstCase(work.WorstCase))
+        rows.push_back({name, value, {}});
     for (const MarkerReading& marker : BuildMarkerTable(Content()))
         add(marker);
     return rows;

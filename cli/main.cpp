@@ -195,6 +195,8 @@ std::vector<PictureRow> ResultLines(const Calculation& calc) {
     std::vector<PictureRow> rows;
     for (const ComparedResult& row : ResultRows(calc.Design, calc.Results, nullptr))
         rows.push_back({row.Name, row.OfDesign, row.OfReference});
+    for (const auto& [name, value] : DescribeWorstCase(calc.WorstCase))
+        rows.push_back({name, value, {}});
     return rows;
 }
 

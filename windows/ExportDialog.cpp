@@ -90,7 +90,10 @@ protected:
                                      Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         scaled.setDevicePixelRatio(ratio);
         const QSizeF drawn = QSizeF(scaled.size()) / ratio;
-        painter.drawImage(QPointF((width() - drawn.width()) / 2.0, 0.0), scaled);
+        const QRectF place(QPointF((width() - drawn.width()) / 2.0, 0.0), drawn);
+        painter.drawImage(place.topLeft(), scaled);
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawRect(place.adjusted(0.0, 0.0, -1.0, -1.0));
     }
 
 private:

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "controls/InputBinder.h"
-#include "display/PlotContent.h"
+#include "display/PictureLayout.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
 #include "windows/NortonWindow.h"
@@ -105,6 +105,13 @@ public:
     /// What the plot shows of the document.
     PlotContent Content() const;
 
+    /// The same with figures and markers, for paper, files and the clipboard. `runs`, if empty,
+    /// takes the traces of the worst case, which has to be drawn; it outlives the content.
+    PictureContent Picture(std::vector<OverlayRun>& runs);
+
+    /// The ladders of the first `count` runs of the worst case that is drawn.
+    std::vector<ElementList> WorstCaseLadders(int count);
+
 signals:
     /// What was done has been noted: it may be a step, and there may be more to save.
     void Noted();
@@ -121,6 +128,8 @@ private:
     };
 
     bool StoreChanges();
+    std::vector<PictureRow> Answers() const;
+    void RepeatRuns(const PlotRunCallback& run);
     void SettleControls();
     void Hold();
     void Note();

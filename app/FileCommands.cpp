@@ -202,6 +202,25 @@ void FileCommands::OpenRecent(std::size_t index) {
     if (index < RecentFiles().size()) OpenDesign(RecentFiles()[index]);
 }
 
+void FileCommands::Export(const ExportSubject& subject) {
+    const auto nameToSave = [this](const QString& filter, const QString& ending,
+                                   const QString& start) {
+        return dialogs.NameToSave({"Export to File:", filter, ending, start, false});
+    };
+    const ExportHost exportHost{nameToSave,
+                                [this](const QStringList& files) {
+                                    return dialogs.AskReplace && dialogs.AskReplace(files);
+                                },
+                                report};
+    const QString last = Name(settings.ExportFolder);
+    const bool there = !last.isEmpty() && QFileInfo(last).isDir();
+    ExportDialog dialog(subject, exportHost, LastExport(), there ? last : FolderOf(document.File()),
+                        window);
+    dialog.exec();
+    settings.Export = ChoiceText(dialog.Choice());
+    settings.ExportFolder = dialog.Folder().toStdString();
+}
+
 bool FileCommands::ChooseCoefficients() {
     const QString folder = folders ? Name(folders->RunTimeFolder + "/Coefficients") : QString();
     const QString name =

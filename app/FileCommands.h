@@ -10,6 +10,7 @@
 #include "files/Directories.h"
 #include "files/Settings.h"
 #include "pipeline/DesignDocument.h"
+#include "windows/ExportDialog.h"
 
 class QAction;
 class QLineEdit;
@@ -54,6 +55,10 @@ public:
 
     /// Asks what to do with unsaved work that was found.
     RecoveryAnswer AskRecovery(const UnsavedWork& work) const;
+
+    /// The dialog that exports a design; what was exported last, and where to, is remembered.
+    void Export(const ExportSubject& subject);
+    ExportChoice LastExport() const { return ReadChoiceText(settings.Export); }
 
     /// Asks for a coefficients file and uses it. False if none was chosen.
     bool ChooseCoefficients();

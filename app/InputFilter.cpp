@@ -41,6 +41,11 @@ std::optional<QList<QUrl>> FilesIn(const QMimeData& data) {
     return files;
 }
 
+/// Edits take Ctrl+E for the end of their line on some desktops; they have the End key for that.
+bool IsExportKey(const QKeyEvent& key) {
+    return key.key() == Qt::Key_E && key.modifiers() == Qt::ControlModifier;
+}
+
 bool IsDrop(QEvent::Type type) {
     return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
 }
@@ -54,10 +59,12 @@ InputFilter::InputFilter(QWidget* window, const ValueGrid& grid, const Secondary
 
 bool InputFilter::eventFilter(QObject* watched, QEvent* event) {
     const QEvent::Type type = event->type();
-    if (type == QEvent::ShortcutOverride &&
-        IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
-        event->ignore();
-        return true;
+    if (type == QEvent::ShortcutOverride) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (IsUndoOfDesign(watched, key) || IsExportKey(key)) {
+            event->ignore();
+            return true;
+        }
     }
     if (!watched->isWidgetType()) return false;
     const auto* const widget = static_cast<QWidget*>(watched);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <string>
 
@@ -15,7 +16,7 @@ namespace ladderwise {
 struct FileDialogTexts {
     QString Title;
     QString Filter;     ///< "Design Files (*.tk_ldfilt)"
-    QString Extension;  ///< added to a name without one
+    QString Extension;  ///< added to a name without one; empty: none
     QString Start;      ///< folder, with the proposed file name when saving
 };
 
@@ -35,6 +36,7 @@ struct FileDialogs {
     std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
     std::function<RecoveryAnswer(const UnsavedWork&)> AskRecovery{};  ///< none: later
     std::function<ChangedAnswer(const QString& file)> AskChanged{};   ///< none: cancel
+    std::function<QStringList(const FileDialogTexts&)> NamesToOpen{};
 };
 
 /// A path as captions show it, shortened.

@@ -14,7 +14,7 @@ namespace ladderwise {
 
 SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& design,
                                    const InputActions& actions, const NortonActions& nortonActions,
-                                   QWidget* owner)
+                                   const MeasuredActions& measuredActions, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -22,6 +22,7 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     directCoupled = new DirectCoupledWindow(inputs, design, actions, owner);
     norton = new NortonWindow(inputs, design, nortonActions, owner);
     mathErrors = new MathErrWindow(owner);
+    measured = new MeasuredWindow(measuredActions, owner);
     options = new OptionsWindow(inputs, actions, owner);
 }
 
@@ -63,6 +64,21 @@ void SecondaryWindows::ShowAbout() {
     AboutWindow(owner).exec();
 }
 
+void SecondaryWindows::ShowMeasuredData(const MeasuredFiles& files,
+                                        const std::vector<MeasuredSummary>& summaries) {
+    measured->ShowFiles(files, summaries);
+    measured->ShowBesideOwner();
+}
+
+bool SecondaryWindows::ShowsMeasuredData() const {
+    return measured->isVisible();
+}
+
+void SecondaryWindows::RefreshMeasuredData(const MeasuredFiles& files,
+                                           const std::vector<MeasuredSummary>& summaries) {
+    measured->ShowFiles(files, summaries);
+}
+
 void SecondaryWindows::ShowFor(PassType pass) {
     if (pass == PassType::DirectCoupled) ShowCentredOnOwner(directCoupled);
     if (pass == PassType::Norton) norton->ShowBesideOwner();
@@ -87,13 +103,17 @@ bool SecondaryWindows::HasInputs(const QObject* window) const {
     return false;
 }
 
+bool SecondaryWindows::TakesFiles(const QObject* window) const {
+    return HasInputs(window) || window == measured;
+}
+
 void SecondaryWindows::RefreshMathErrors() {
     mathErrors->Refresh();
 }
 
 void SecondaryWindows::CloseAll() {
     for (QWidget* const window : std::initializer_list<QWidget*>{
-             partDefinitions, help, directCoupled, mathErrors, norton, options})
+             partDefinitions, help, directCoupled, mathErrors, measured, norton, options})
         window->close();
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "design/MarkerState.h"
+#include "design/MeasuredFile.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/Choices.h"
 #include "pipeline/ReferenceDesign.h"
@@ -23,6 +24,7 @@ struct FileTie {
     std::optional<DesignRecord> Saved;  ///< the design in it, or that the program started with
     /// The ladder kept with it, if that has values edited by hand.
     std::optional<ElementList> SavedEdits{};
+    MeasuredFiles SavedMeasured{};  ///< shown with it
 };
 
 /// A document at one moment: all that cannot be calculated from the rest, to the last bit.
@@ -38,6 +40,7 @@ struct DesignSnapshot {
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown
     std::uint64_t MathErrors = 0;            ///< of its calculation
     MarkerState Markers;
+    MeasuredFiles Measured;
     ControlStates Controls;
     bool WasBandPass = false;
     std::shared_ptr<ReferenceDesign> Reference;
@@ -56,8 +59,8 @@ struct StepLabel {
     std::string Text() const;
 };
 
-/// The difference between two states as their user sees it; nothing if the design, its markers and
-/// its reference are the same. What a box looks like is no difference.
+/// The difference between two states as their user sees it; nothing if the design, its markers,
+/// its reference and the measured files are the same. What a box looks like is no difference.
 std::optional<StepLabel> DescribeStep(const DesignSnapshot& before, const DesignSnapshot& after);
 
 inline constexpr std::size_t MostUndoSteps = 500;  ///< older ones are forgotten

@@ -376,7 +376,7 @@ std::vector<MeasuredSummary> DesignSession::MeasuredSummaries() const {
 void DesignSession::TellMeasuredFaults() {
     const std::string faults = std::exchange(measuredFaults, {});
     if (faults.empty()) return;
-    report("Error", faults + "\n\nWhat was measured is not shown; the design is open without it.");
+    report("Error", faults + "\n\nA file that cannot be used stays in the list of measured data, but is not shown.");
 }
 
 }  // namespace ladderwise

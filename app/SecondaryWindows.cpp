@@ -67,7 +67,7 @@ void SecondaryWindows::ShowAbout() {
 void SecondaryWindows::ShowMeasuredData(const MeasuredFiles& files,
                                         const std::vector<MeasuredSummary>& summaries) {
     measured->ShowFiles(files, summaries);
-    measured->ShowBesideOwner();
+    measured->ShowBelowPlot();
 }
 
 bool SecondaryWindows::ShowsMeasuredData() const {

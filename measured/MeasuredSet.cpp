@@ -5,21 +5,21 @@
 #include <cstring>
 #include <utility>
 
+#include "display/Subtitle.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr int FrequencyDigits = 4;   // significant, after the first
-constexpr int ResistanceDigits = 3;  // likewise
+constexpr int ResistanceDigits = 5;  // significant
 
 std::string NameOf(const std::string& path) {
     return path.substr(path.find_last_of("/\\") + 1);
 }
 
 std::string Ohms(double ohms) {
-    return FormatWithPrefix(ohms, ResistanceDigits, "\u03a9");
+    return FormatPlain(ohms, ResistanceDigits) + " \u03a9";
 }
 
 std::string Ohms(PortResistances ports) {
@@ -56,9 +56,9 @@ bool IsSeen(const NetworkData& network, const FilterDesign& design) {
 
 std::string DataText(const NetworkData& network) {
     const std::size_t points = network.Hz.size();
-    const auto f = [](double hz) { return FormatWithPrefix(hz, FrequencyDigits, "Hz"); };
     return std::to_string(points) + (points == 1 ? " point, " : " points, ") +
-           f(network.Hz.front()) + (points == 1 ? "" : " to " + f(network.Hz.back())) +
+           ExactFrequency(network.Hz.front()) +
+           (points == 1 ? "" : " to " + ExactFrequency(network.Hz.back())) +
            (network.Ports == 1 ? ", one port at " + Ohms(network.Reference.Source)
                                : ", two ports at " + Ohms(network.Reference));
 }

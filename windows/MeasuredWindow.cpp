@@ -27,8 +27,7 @@ namespace {
 
 enum Column { NameColumn, DataColumn, NumColumns };
 
-constexpr QSize MeasuredStartSize(600, 430);
-constexpr int MeasuredOffsetBelowOwner = 250;  ///< pixels from the owner's top
+constexpr QSize MeasuredStartSize(600, 370);
 constexpr int SwatchSize = 12;         ///< pixels of a colour beside a name
 constexpr int LeastTableHeight = 90;
 constexpr int CableLetters = 9;
@@ -172,7 +171,7 @@ void MeasuredWindow::ShowFiles(const MeasuredFiles& newFiles,
                                const std::vector<MeasuredSummary>& newSummaries) {
     const QSignalBlocker quiet(table);
     const int before = Selected();
-    const bool more = newFiles.size() > files.size();
+    const bool more = !files.empty() && newFiles.size() > files.size();
     files = newFiles;
     summaries = newSummaries;
     const int count = static_cast<int>(files.size());
@@ -196,7 +195,7 @@ void MeasuredWindow::ShowRow(int row) {
     name->setIcon(SwatchOf(ColourOf(file)));
     name->setCheckState(file.Hidden ? Qt::Unchecked : Qt::Checked);
     QTableWidgetItem* const data = table->item(row, DataColumn);
-    data->setText(Text(summary.IsUsable ? summary.Data : "cannot be used: " + summary.Data));
+    data->setText(Text(summary.Data));
     data->setToolTip(data->text());
 }
 
@@ -271,9 +270,9 @@ void MeasuredWindow::Remove() {
     actions.Change(changed);
 }
 
-void MeasuredWindow::ShowBesideOwner() {
-    const QPoint owner = parentWidget()->window()->frameGeometry().topLeft();
-    ShowOnScreen(this, owner + QPoint(0, MeasuredOffsetBelowOwner));
+void MeasuredWindow::ShowBelowPlot() {
+    const QRect owner = parentWidget()->window()->frameGeometry();
+    ShowOnScreen(this, owner.bottomLeft() - QPoint(0, height()));
     activateWindow();
 }
 

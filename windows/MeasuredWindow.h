@@ -34,8 +34,9 @@ public:
     /// Shows a list, with a summary of each file. What stands in a box and was not read yet stays.
     void ShowFiles(const MeasuredFiles& newFiles, const std::vector<MeasuredSummary>& newSummaries);
 
-    /// Shows the window beside its owner's left edge, always on screen.
-    void ShowBesideOwner();
+    /// Shows the window at its owner's lower left corner, where the plot stays in view, but always
+    /// on screen.
+    void ShowBelowPlot();
 
 private:
     QWidget* BuildDetails();

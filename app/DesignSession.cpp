@@ -376,7 +376,10 @@ std::vector<MeasuredSummary> DesignSession::MeasuredSummaries() const {
 void DesignSession::TellMeasuredFaults() {
     const std::string faults = std::exchange(measuredFaults, {});
     if (faults.empty()) return;
-    report("Error", faults + "\n\nA file that cannot be used stays in the list of measured data, but is not shown.");
+    report(
+        "Error",
+        faults +
+            "\n\nA file that cannot be used stays in the list of measured data, but is not shown.");
 }
 
 }  // namespace ladderwise

@@ -149,7 +149,7 @@ private:
     mutable MeasuredSet measured;  ///< keeps what it has calculated of its files
     std::string measuredFaults;    ///< that nobody has been told
     QTimer noInputWaits;           ///< runs out when all input that has come is taken
-    QElapsedTimer clock;  ///< of the history
+    QElapsedTimer clock;           ///< of the history
 };
 
 }  // namespace ladderwise

@@ -101,7 +101,7 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
     host.RecentChanged();
     host.TitleChanged();
     if (left.empty()) return true;
-    const std::string lost = document.Measured.empty()            ? "the values edited by hand"
+    const std::string lost = document.Measured.empty()        ? "the values edited by hand"
                              : HasEdits(document.Work.Design) ? "the values edited by hand and the "
                                                                 "measured files"
                                                               : "the list of measured files";

@@ -87,20 +87,20 @@ QString FileCaption(const std::string& path) {
 }
 
 FileDialogs StandardFileDialogs(QWidget* window) {
-    return {[window](const FileDialogTexts& texts) {
-                return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFile)
-                    .value(0);
-            },
-            [window](const FileDialogTexts& texts) {
-                return AskNames(window, texts, QFileDialog::AcceptSave, QFileDialog::AnyFile)
-                    .value(0);
-            },
-            [window](const QString& design) { return AskUnsaved(window, design); },
-            [window](const UnsavedWork& work) { return AskRecovery(window, work); },
-            [window](const QString& file) { return AskChanged(window, file); },
-            [window](const FileDialogTexts& texts) {
-                return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFiles);
-            }};
+    return {
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFile)
+                .value(0);
+        },
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptSave, QFileDialog::AnyFile).value(0);
+        },
+        [window](const QString& design) { return AskUnsaved(window, design); },
+        [window](const UnsavedWork& work) { return AskRecovery(window, work); },
+        [window](const QString& file) { return AskChanged(window, file); },
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFiles);
+        }};
 }
 
 }  // namespace ladderwise

@@ -17,10 +17,10 @@ struct MeasuredColour {
     const char* Name;  ///< in companion files, which never change it
     std::uint8_t Red, Green, Blue;
 };
-inline constexpr std::array<MeasuredColour, 6> MeasuredColours = {{{"black", 0, 0, 0},
-                                                                   {"teal", 0, 128, 128},
+inline constexpr std::array<MeasuredColour, 6> MeasuredColours = {{{"teal", 0, 128, 128},
                                                                    {"brown", 140, 80, 20},
                                                                    {"violet", 110, 40, 190},
+                                                                   {"black", 0, 0, 0},
                                                                    {"grey", 105, 105, 105},
                                                                    {"olive", 110, 120, 0}}};
 inline constexpr int NumMeasuredColours = static_cast<int>(MeasuredColours.size());

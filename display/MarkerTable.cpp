@@ -67,8 +67,8 @@ void AddCrossings(const PlotContent& content, const std::string& name, double re
         if (layer.Role == LayerRole::Reference)
             rows[first].OfReference = text;
         else
-            rows.push_back({name + (layer.ShortName.empty() ? "" : ", ") + layer.ShortName, text,
-                            ""});
+            rows.push_back(
+                {name + (layer.ShortName.empty() ? "" : ", ") + layer.ShortName, text, ""});
     }
 }
 

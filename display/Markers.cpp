@@ -343,8 +343,7 @@ double LayerValueAt(const PlotLayer& layer, TraceKind kind, double index) {
     // Counted from the higher of the two, so that no power of ten runs out of its range.
     const double top = std::max(values[i], values[i + 1]);
     const auto part = [&](double dB) { return std::pow(10.0, (dB - top) / 20.0); };
-    return top +
-           20.0 * std::log10((1.0 - share) * part(values[i]) + share * part(values[i + 1]));
+    return top + 20.0 * std::log10((1.0 - share) * part(values[i]) + share * part(values[i + 1]));
 }
 
 std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,

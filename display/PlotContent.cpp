@@ -29,8 +29,7 @@ PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantitie
 PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,
                       const DisplayQuantities& quantities, const std::vector<PlotLayer>& others) {
     PlotContent content{design, choices, {}, {}};
-    content.Layers.push_back(
-        LayerOf(design, quantities, LayerRole::Design, DesignTitle(design)));
+    content.Layers.push_back(LayerOf(design, quantities, LayerRole::Design, DesignTitle(design)));
     content.Layers.insert(content.Layers.end(), others.begin(), others.end());
     return content;
 }

@@ -18,7 +18,7 @@ namespace ladderwise {
 namespace {
 
 constexpr double thinWidth = 0.7;  // logical pixels of a measured trace
-constexpr int cellPadding = 4;  // between a table cell's text and its right edge
+constexpr int cellPadding = 4;     // between a table cell's text and its right edge
 constexpr QColor tableColour(255, 255, 255);
 
 void DrawTexts(QPainter& painter, const std::vector<PlotText>& texts) {
@@ -237,8 +237,7 @@ void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign&
         if (!IsChosen(choices, kind)) continue;
         const int zeroY = MapValue(0.0, ScaleOf(kind, pixels, scales), pixels);
         const bool within = zeroY > pixels.PlotTop && zeroY < pixels.PlotBottom;
-        const bool clear =
-            kind == TraceKind::Mag10dB && layer.Role == LayerRole::Design && within;
+        const bool clear = kind == TraceKind::Mag10dB && layer.Role == LayerRole::Design && within;
         const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
         const LayerLook own = LookOf(layer, look);
         MapLayerTrace(layer, kind, design, pixels, scales, work.Points, [&] {

@@ -28,9 +28,7 @@ struct Way {
         const double magnitude = Magnitude(From) + part * (Magnitude(To) - Magnitude(From));
         return std::polar(1.0, PhaseRad(From) + part * Turn) * magnitude;
     }
-    double Pieces() const {
-        return std::fabs(ComplexToDb(To) - ComplexToDb(From)) / StepDb;
-    }
+    double Pieces() const { return std::fabs(ComplexToDb(To) - ComplexToDb(From)) / StepDb; }
 };
 
 /// The delay at each point of the file.
@@ -87,7 +85,8 @@ MeasuredArrays ArraysOf(const MeasuredTraces& traces, double threshold) {
     MeasuredArrays arrays;
     const bool through = !traces.Transfer.empty(), reflected = !traces.Reflection.empty();
     const std::vector<double> delays = DelaysOf(traces, threshold);
-    const double most = std::clamp(MostPoints / static_cast<double>(traces.Hz.size()), 1.0, MostPieces);
+    const double most =
+        std::clamp(MostPoints / static_cast<double>(traces.Hz.size()), 1.0, MostPieces);
     for (std::size_t i = 0; i < traces.Hz.size(); ++i) {
         const std::size_t before = i > 0 ? i - 1 : 0;
         const double from = traces.Hz[before], to = traces.Hz[i];
@@ -97,9 +96,8 @@ MeasuredArrays ArraysOf(const MeasuredTraces& traces, double threshold) {
         double pieces = std::max(way.Pieces(), back.Pieces());
         if (from > 0.0) pieces = std::max(pieces, std::log2(to / from) / StepOctave);
         // What is no number lies between its neighbours as a gap.
-        const int count = pieces >= 1.0 && i > 0
-                              ? static_cast<int>(std::min(std::ceil(pieces), most))
-                              : 1;
+        const int count =
+            pieces >= 1.0 && i > 0 ? static_cast<int>(std::min(std::ceil(pieces), most)) : 1;
         for (int k = 1; k <= count; ++k) {
             const double part = static_cast<double>(k) / count;
             arrays.Hz.push_back(k == count ? to : from + part * (to - from));
@@ -115,7 +113,8 @@ MeasuredArrays ArraysOf(const MeasuredTraces& traces, double threshold) {
 PlotLayer LayerOf(const MeasuredArrays& arrays, const MeasuredFile& file, const std::string& name,
                   const std::string& shortName) {
     PlotLayer layer;
-    layer.Values = {arrays.MagnitudeDb, arrays.PhaseDeg, arrays.GroupDelay, {}, arrays.ReturnLossDb};
+    layer.Values = {
+        arrays.MagnitudeDb, arrays.PhaseDeg, arrays.GroupDelay, {}, arrays.ReturnLossDb};
     const MeasuredColour& colour = ColourOf(file);
     layer.Colours.fill({colour.Red, colour.Green, colour.Blue});
     layer.Role = LayerRole::Measurement;

@@ -30,9 +30,12 @@ std::string Ohms(PortResistances ports) {
 /// All numbers of a design that the traces of a network depend on.
 std::vector<double> DependsOn(const MeasuredFile& file, const NetworkData& network,
                               const FilterDesign& design) {
-    std::vector<double> numbers = {static_cast<double>(file.PortsSwapped), file.SourceDelay,
-                                   file.LoadDelay,                         design.RSource,
-                                   design.RLoad,                           design.PhaseGDThreshold};
+    std::vector<double> numbers = {static_cast<double>(file.PortsSwapped),
+                                   file.SourceDelay,
+                                   file.LoadDelay,
+                                   design.RSource,
+                                   design.RLoad,
+                                   design.PhaseGDThreshold};
     if (!network.OnePath) return numbers;  // else the design's own reflection is used
     const PartModel& model = design.PartModel;
     numbers.insert(numbers.end(), {design.F0, static_cast<double>(model.Choice), model.IndQ,
@@ -159,7 +162,8 @@ std::vector<MeasuredSummary> MeasuredSet::Describe(const MeasuredFiles& files,
         summary.Remarks.push_back(SeenText(data, files[i], design));
         for (const auto& texts : {traces.Traces.Notes, data.Messages})
             summary.Remarks.insert(summary.Remarks.end(), texts.begin(), texts.end());
-        if (!IsSeen(data, design)) summary.Remarks.push_back("It lies outside of the plot's sweep.");
+        if (!IsSeen(data, design))
+            summary.Remarks.push_back("It lies outside of the plot's sweep.");
     }
     return summaries;
 }

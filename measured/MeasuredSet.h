@@ -24,7 +24,8 @@ struct MeasuredSummary {
     std::string ShortName;  ///< on the plot
     std::string Data;       ///< "201 points, 10 MHz to 1 GHz, two ports at 50 Ω"; or the fault
     bool IsUsable = true;
-    std::vector<std::string> Remarks{};  ///< how it is seen, what was not measured, what was changed
+    std::vector<std::string>
+        Remarks{};  ///< how it is seen, what was not measured, what was changed
 };
 
 class MeasuredSet {

@@ -1,6 +1,7 @@
 // The document of the main window: the inputs with the calculated design, values edited by hand,
-// markers, the reference, the measured files shown with it and the file it is tied to; what it takes to save and open it, and its
-// history. It knows neither a window nor the disk: bytes come in and go out. No Qt.
+// markers, the reference, the measured files shown with it and the file it is tied to; what it
+// takes to save and open it, and its history. It knows neither a window nor the disk: bytes come in
+// and go out. No Qt.
 #pragma once
 
 #include <cstdint>

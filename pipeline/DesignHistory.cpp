@@ -136,7 +136,6 @@ std::optional<StepLabel> DocumentStep(const DesignSnapshot& before, const Design
     return {};
 }
 
-
 /// The file that only one of two lists has, or the first whose options differ.
 std::optional<StepLabel> MeasuredStep(const MeasuredFiles& before, const MeasuredFiles& after) {
     if (before == after) return {};

@@ -28,7 +28,7 @@ namespace {
 enum Column { NameColumn, DataColumn, NumColumns };
 
 constexpr QSize MeasuredStartSize(600, 370);
-constexpr int SwatchSize = 12;         ///< pixels of a colour beside a name
+constexpr int SwatchSize = 12;  ///< pixels of a colour beside a name
 constexpr int LeastTableHeight = 90;
 constexpr int CableLetters = 9;
 
@@ -42,7 +42,8 @@ QString Text(const std::string& utf8) {
     return QString::fromStdString(utf8);
 }
 
-QPushButton* NewMeasuredButton(QWidget* parent, const char* name, const char* caption, const char* tip) {
+QPushButton* NewMeasuredButton(QWidget* parent, const char* name, const char* caption,
+                               const char* tip) {
     auto* const button = new QPushButton(QString::fromLatin1(caption), parent);
     button->setObjectName(QString::fromLatin1(name));
     button->setToolTip(QString::fromLatin1(tip));
@@ -148,12 +149,13 @@ QWidget* MeasuredWindow::BuildButtons() {
     auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* const add = NewMeasuredButton(row, "MeasuredAddButton", "&Add...",
-                                "Adds .s1p and .s2p files; they can be dropped here too");
+                                        "Adds .s1p and .s2p files; they can be dropped here too");
     remove = NewMeasuredButton(row, "MeasuredRemoveButton", "Re&move",
-                       "Takes the selected file from the list; the file itself stays");
+                               "Takes the selected file from the list; the file itself stays");
     readAgain = NewMeasuredButton(row, "MeasuredReadAgainButton", "Read A&gain",
-                          "Reads all files anew, after another measurement");
-    auto* const close = NewMeasuredButton(row, "MeasuredCloseButton", "&Close", "Closes this window");
+                                  "Reads all files anew, after another measurement");
+    auto* const close =
+        NewMeasuredButton(row, "MeasuredCloseButton", "&Close", "Closes this window");
     layout->addWidget(add);
     layout->addWidget(remove);
     layout->addWidget(readAgain);

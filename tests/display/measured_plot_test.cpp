@@ -16,11 +16,11 @@ namespace {
 
 constexpr double From = 150e6, To = 250e6;  // Hz
 constexpr double Level = -25.0;             // dB
-const TextMetrics LabelMetrics{
+const TextMetrics PadMetrics{
     [](const std::string& text) { return 6 * static_cast<int>(text.size()); }, 13};
 
 /// An attenuator between 50 ohm, of so many points.
-NetworkData Attenuator(int points) {
+NetworkData Pad(int points) {
     NetworkData network;
     for (int i = 0; i < points; ++i) {
         network.Hz.push_back(From + (To - From) * i / (points - 1));
@@ -30,18 +30,18 @@ NetworkData Attenuator(int points) {
     return network;
 }
 
-struct Scene {
+struct PadScene {
     Calculation Shown;
     MeasuredSet Set;
     MeasuredFiles Files;
     PlotLayout Layout = ComputePlotLayout({1280, 800, 150, 701}, {});
 
-    Scene(const char* sweep, int points) {
+    PadScene(const char* sweep, int points) {
         for (const auto& [name, value] :
              {std::pair{"sweep", sweep}, {"bw", "40"}, {"pass", "band-pass"}})
             EXPECT_EQ(ApplySetting(Shown, name, value, {}), std::nullopt);
         Calculate(Shown, {});
-        Set.Put({"pad.s2p", Attenuator(points), {}});
+        Set.Put({"pad.s2p", Pad(points), {}});
         Files.push_back(NewMeasuredFile("pad.s2p", {}));
     }
     double XOf(double f) const {
@@ -60,7 +60,7 @@ struct Scene {
 TEST(MeasuredPlot, InkLiesOnTheTraceOverItsOwnFrequenciesAlone) {
     for (const char* sweep : {"linear", "1-octave", "2-decades"})
         for (const int points : {2, 5, 3000, 20001}) {
-            Scene scene(sweep, points);
+            PadScene scene(sweep, points);
             const PlotLayout& layout = scene.Layout;
             const int y = layout.PlotTop + (10.0 - Level) / 100.0 * layout.PlotHeight + 0.5;
             const double left = std::max(scene.XOf(From), double(layout.PlotLeft));
@@ -87,7 +87,7 @@ TEST(MeasuredPlot, InkLiesOnTheTraceOverItsOwnFrequenciesAlone) {
 }
 
 TEST(MeasuredPlot, IsNamedAndReadBesideTheDesign) {
-    Scene scene("linear", 201);
+    PadScene scene("linear", 201);
     TraceChoices choices;
     choices.Phase = true;
     PlotContent content = scene.Content(choices);
@@ -99,7 +99,7 @@ TEST(MeasuredPlot, IsNamedAndReadBesideTheDesign) {
     EXPECT_EQ(rows.back().Samples.size(), 1u);
     EXPECT_GT(LegendHeightBelow(content), 0);
     const auto work = std::make_unique<TracePoints>();
-    const auto drawn = BuildAnnotations(content, scene.Layout, {}, LabelMetrics, *work);
+    const auto drawn = BuildAnnotations(content, scene.Layout, {}, PadMetrics, *work);
     int named = 0;
     for (const PlotText& label : drawn.Markers.Labels) {
         named += label.Text == "pad Mag" || label.Text == "pad Phase";

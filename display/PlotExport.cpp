@@ -97,7 +97,6 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
             else
                 PaintLayer(painter, layer, content.Design, content.Choices, layout, scales, look,
                            work->Points);
-            look = LayerLook::Plain;
         }
     };
     const PlotAnnotations annotations =

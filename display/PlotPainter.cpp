@@ -62,8 +62,18 @@ double WidthOf(LayerLook look) {
     return 1.0;
 }
 
+/// On top of a worst case a reference stays as it is, and what is measured is no longer thin, so as
+/// to be seen.
 LayerLook LookOf(const PlotLayer& layer, LayerLook look) {
-    return layer.Role == LayerRole::Measurement ? LayerLook::Thin : look;
+    switch (layer.Role) {
+        case LayerRole::Design:
+            return look;
+        case LayerRole::Reference:
+            return LayerLook::Plain;
+        case LayerRole::Measurement:
+            return look == LayerLook::Darker ? LayerLook::Plain : LayerLook::Thin;
+    }
+    return look;
 }
 
 void DrawMissingPicture(QPainter& painter, const StripPicture& place) {

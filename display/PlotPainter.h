@@ -49,8 +49,8 @@ void PaintText(QPainter& painter, const PlotText& text);
 /// Grid, border, labels, marks and title upon a background that is there, in the painter's font.
 void PaintFrame(QPainter& painter, const PlotFrame& frame);
 
-/// How a layer is drawn: as it is; darker and twice as wide on top of a worst case that has its
-/// colours; or thinner, as what is measured is.
+/// How layers are drawn: as they are; on top of a worst case, where the design, which has its
+/// colours, is darker and twice as wide. Thin is what a measurement looks like.
 enum class LayerLook { Plain, Darker, Thin };
 
 /// The runs of a mapped trace as polylines, for vector pictures.

@@ -71,7 +71,7 @@ TEST(MeasuredPlot, InkLiesOnTheTraceOverItsOwnFrequenciesAlone) {
             const PlotContent content = scene.Content({});
             ASSERT_EQ(content.Layers.size(), 2u);
             PaintLayerPixels(image, content.Layers[1], scene.Shown.Design, {}, layout,
-                             ScalesOf(scene.Shown.Design), LayerLook::Darker, *work);
+                             ScalesOf(scene.Shown.Design), LayerLook::Plain, *work);
             for (int x = 0; x < image.width(); ++x) {
                 int ink = 0;
                 for (int row = 0; row < image.height(); ++row) {

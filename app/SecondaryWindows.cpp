@@ -112,9 +112,12 @@ void SecondaryWindows::RefreshMathErrors() {
 }
 
 void SecondaryWindows::CloseAll() {
-    for (QWidget* const window : std::initializer_list<QWidget*>{
-             partDefinitions, help, directCoupled, mathErrors, measured, norton, options})
+    for (QWidget* const window : All())
         window->close();
+}
+
+std::array<QWidget*, 7> SecondaryWindows::All() const {
+    return {partDefinitions, help, directCoupled, mathErrors, measured, norton, options};
 }
 
 }  // namespace ladderwise

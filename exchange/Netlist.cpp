@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 #include "exchange/SpiceCircuit.h"
 #include "numbers/Matherrmain.h"
 

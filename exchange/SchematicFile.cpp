@@ -10,7 +10,7 @@
 
 #include "design/Designators.h"
 #include "design/ElementNetworks.h"
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 #include "exchange/SpiceCircuit.h"
 #include "numbers/Matherrmain.h"
 

@@ -8,7 +8,7 @@
 
 #include "design/Connections.h"
 #include "design/ElementNetworks.h"
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {

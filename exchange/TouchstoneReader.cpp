@@ -6,7 +6,7 @@
 #include <numbers>
 #include <numeric>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 #include "exchange/TouchstoneLines.h"
 #include "numbers/Matherrmain.h"
 

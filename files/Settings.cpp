@@ -5,7 +5,7 @@
 #include <charconv>
 #include <optional>
 
-#include "files/TextLines.h"
+#include "numbers/TextLines.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <map>
 
-#include "files/TextLines.h"
+#include "numbers/TextLines.h"
 
 namespace ladderwise {
 

@@ -107,6 +107,8 @@ void DesignSession::ShowResults() {
     const ResponseResults& results = Document.Work.Results;
     std::vector<ComparedResult> rows =
         ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
+    for (const auto& [name, value] : DescribeWorstCase(Document.Work.WorstCase))
+        rows.push_back({name, value, {}});
     for (const MarkerReading& marker : BuildMarkerTable(Content()))
         rows.push_back({marker.Name, marker.OfDesign, marker.OfReference});
     ResultsPanel* const panel = views.Client->Results();

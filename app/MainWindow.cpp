@@ -30,6 +30,8 @@ constexpr QSize StartSize(1240, 760);
 constexpr QSize SmallestSize(640, 560);
 constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid and bars
 
+constexpr const char* PartValuesName = "PartValuesMenu";  ///< its state is remembered
+
 constexpr const char* EditsLostText =
     "This version does not know the elements that were edited by hand. All values are calculated.";
 
@@ -151,8 +153,23 @@ void MainWindow::SetFileDialogs(FileDialogs replacement) {
     files->SetDialogs(std::move(replacement));
 }
 
+void MainWindow::Remember(const Folders& found) {
+    remembered.Open(QString::fromStdString(found.SettingsFolder));
+    remembered.RestoreSize(this);
+    for (QWidget* const window : windows->All())
+        remembered.RestoreSize(window);
+}
+
+void MainWindow::WriteRemembered() {
+    remembered.StoreSize(this);
+    for (const QWidget* const window : windows->All())
+        remembered.StoreSize(window);
+    remembered.Store(PartValuesName, findChild<QAction*>(PartValuesName)->isChecked());
+}
+
 void MainWindow::Start(const Folders& found, const std::string& design) {
     files->ReadSettings(found);
+    if (remembered.Value(PartValuesName).toBool()) findChild<QAction*>(PartValuesName)->trigger();
     // Unsaved work is the later state of its own file.
     const bool recovered = OfferUnsavedWork(found.StateFolder);
     if (recovered && session.Document.File() == design) return;
@@ -178,6 +195,7 @@ void MainWindow::KeepWork() {
     session.ReadEntries();
     recovery->Write();
     files->WriteSettings();
+    WriteRemembered();
     report = asked;
 }
 
@@ -243,6 +261,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     const bool kept = recovery->SessionEnded();
     if (!kept && !mayLeave && !MayLeave()) return event->ignore();
     files->WriteSettings();
+    WriteRemembered();
     windows->CloseAll();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted()) return;

@@ -11,6 +11,7 @@
 #include "app/MenuCommands.h"
 #include "app/SecondaryWindows.h"
 #include "controls/InputBinder.h"
+#include "controls/Remembered.h"
 
 namespace ladderwise {
 
@@ -32,6 +33,9 @@ public:
 
     /// Replaces the dialogs about files, for tests.
     void SetFileDialogs(FileDialogs replacement);
+
+    /// Before the window is shown: what windows remember from earlier runs, in the folders found.
+    void Remember(const Folders& found);
 
     /// The end of start-up, after the window was shown: reads the settings in the folders found and
     /// opens the design file named on the command line, if any. Without it nothing is remembered.
@@ -76,6 +80,7 @@ private:
     void Connect();
     void ConnectClient();
     void SetSizes();
+    void WriteRemembered();
     FileHost HostOfFiles();
     bool OfferUnsavedWork(const std::string& folder);
     void ShowTitle();
@@ -90,6 +95,7 @@ private:
     MessageCallback report;
     DesignSession session;
     InputBinder binder;
+    Remembered remembered;
     MainMenus* menus;
     ClientArea* client;
     StatusView* status;

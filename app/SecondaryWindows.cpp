@@ -92,9 +92,12 @@ void SecondaryWindows::RefreshMathErrors() {
 }
 
 void SecondaryWindows::CloseAll() {
-    for (QWidget* const window : std::initializer_list<QWidget*>{
-             partDefinitions, help, directCoupled, mathErrors, norton, options})
+    for (QWidget* const window : All())
         window->close();
+}
+
+std::array<QWidget*, 6> SecondaryWindows::All() const {
+    return {partDefinitions, help, directCoupled, mathErrors, norton, options};
 }
 
 }  // namespace ladderwise

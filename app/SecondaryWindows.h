@@ -1,6 +1,8 @@
 // The secondary windows of the main window: made in one place, read and shown together.
 #pragma once
 
+#include <array>
+
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
 #include "windows/NortonWindow.h"
@@ -42,6 +44,7 @@ public:
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
+    std::array<QWidget*, 6> All() const;
 
 private:
     const FilterDesign& design;

@@ -58,15 +58,11 @@ QWidget* StatusView::MathErrorButton() const {
 
 void StatusView::Show(const Calculation& calculation, const std::string& rejected) {
     StatusLine status = DescribeStatus(calculation);
-    if (!rejected.empty()) {
-        status.Text = rejected + status.Text;
-        status.Warning = true;
-    }
     const FilterDesign& design = calculation.Design;
-    if (status.Text.empty() && SlotsInUse(design) < 1)
-        status.Text = DesignTitle(design) + ", no elements";
-    const QString text = QString::fromStdString(status.Text);
-    label->SetText(text, status.Warning, text);
+    if (status.Warnings.empty() && status.Hints.empty() && SlotsInUse(design) < 1)
+        status.Hints = DesignTitle(design) + ", no elements";
+    label->SetText(QString::fromStdString(rejected + status.Warnings),
+                   QString::fromStdString(status.Hints));
     const auto errors = MathErrors().ErrorCount();
     mathErrorButton->setText("Math errors: " + QString::number(errors));
     mathErrorButton->setVisible(errors > 0);

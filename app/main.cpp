@@ -100,6 +100,7 @@ int RunWindow(const QApplication& application) {
     QObject::connect(&window, &ladderwise::MainWindow::Closed, &application,
                      [] { QApplication::exit(EXIT_SUCCESS); });
     ladderwise::KeepBeforeTermination([&window] { window.KeepWork(); });
+    window.Remember(*folders);
     window.show();
     shown = true;
     window.Start(*folders, design);

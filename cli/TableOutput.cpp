@@ -70,7 +70,10 @@ std::string TableText(const Calculation& calculation) {
     const auto shown = [](double value, const char* unit) {
         return FormatWithPrefix(value, PartDigits, unit);
     };
-    std::string text = DesignTitle(design) + "\nFo " + shown(design.F0, "Hz");
+    const std::string order = OrderText(design);
+    std::string text = DesignTitle(design);
+    if (!order.empty()) text += ", " + order;
+    text += "\nFo " + shown(design.F0, "Hz");
     if (design.PassType != PassType::LowPass && design.PassType != PassType::HighPass)
         text += ", bandwidth " + shown(design.BandWidth, "Hz");
     text += ", R source " + shown(design.RSource, "ohm") + ", R load " +
@@ -79,13 +82,10 @@ std::string TableText(const Calculation& calculation) {
     if (design.NumElements > 0) text += SlotLines(design);
     for (const auto& [name, value] : DescribeResults(design, calculation.Results))
         text += Padded(name, resultNameWidth) + value + "\n";
-    for (const auto& [name, value] : DescribeTraps(design))
+    for (const auto& [name, value] : DescribeWorstCase(calculation.WorstCase))
         text += Padded(name, resultNameWidth) + value + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
-    for (const std::string& line :
-         {EllipticText(design, calculation.Results), WorstCaseText(calculation.WorstCase)})
-        if (!line.empty()) text += line + "\n";
     return text;
 }
 

@@ -10,7 +10,8 @@ namespace {
 constexpr int MiddleLightness = 128;
 const QColor warningOnLight(176, 0, 0);
 const QColor warningOnDark(255, 120, 110);
-constexpr int LabelMargin = 6;  ///< pixels left and right of the text
+constexpr int LabelMargin = 6;    ///< pixels left and right of the text
+constexpr char Between[] = "  ";  ///< warnings and hints
 }  // namespace
 
 QColor WarningColour(const QPalette& palette) {
@@ -24,10 +25,15 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QWidget(parent) {
     connect(&noticeTime, &QTimer::timeout, this, &ElidedLabel::EndNotice);
 }
 
-void ElidedLabel::SetText(const QString& newText, bool isWarning, const QString& list) {
-    text = newText;
-    warning = isWarning;
-    setToolTip(list);
+QString ElidedLabel::Text() const {
+    if (!notice.isEmpty()) return notice;
+    return warnings + (warnings.isEmpty() || hints.isEmpty() ? "" : Between) + hints;
+}
+
+void ElidedLabel::SetText(const QString& newWarnings, const QString& newHints) {
+    warnings = newWarnings;
+    hints = newHints;
+    setToolTip(Text());
     setAccessibleName(Text());
     update();
 }
@@ -52,10 +58,17 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (warning && notice.isEmpty()) painter.setPen(WarningColour(palette()));
-    const QRect area = rect().adjusted(LabelMargin, 0, -LabelMargin, 0);
-    painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
-                     fontMetrics().elidedText(Text(), Qt::ElideRight, area.width()));
+    QRect area = rect().adjusted(LabelMargin, 0, -LabelMargin, 0);
+    const auto draw = [&](const QString& text) {
+        painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
+                         fontMetrics().elidedText(text, Qt::ElideRight, area.width()));
+        area.setLeft(area.left() + fontMetrics().horizontalAdvance(text));
+    };
+    if (!notice.isEmpty()) return draw(notice);
+    painter.setPen(WarningColour(palette()));
+    draw(warnings + (warnings.isEmpty() || hints.isEmpty() ? "" : Between));
+    painter.setPen(palette().color(QPalette::WindowText));
+    if (area.width() > 0) draw(hints);
 }
 
 }  // namespace ladderwise

@@ -18,24 +18,24 @@ class ElidedLabel : public QWidget {
 public:
     explicit ElidedLabel(QWidget* parent = nullptr);
 
-    /// `warning` paints the text in a colour that asks for attention; `list` is the tool tip.
-    void SetText(const QString& text, bool warning, const QString& list);
+    /// Warnings come first, in a colour that asks for attention, then the hints.
+    void SetText(const QString& newWarnings, const QString& newHints);
     /// Shows a notice in the place of the text, for `duration` ms or until EndNotice(). The status
     /// bar's own messages lie over the label where a permanent widget of the bar comes or goes.
     void ShowNotice(const QString& notice, int duration);
     void EndNotice();
-    /// What it says: the notice, else the text.
-    const QString& Text() const { return notice.isEmpty() ? text : notice; }
+    /// What it says: the notice, else warnings and hints.
+    QString Text() const;
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QString text;
+    QString warnings;
+    QString hints;
     QString notice;
     QTimer noticeTime;
-    bool warning = false;
 };
 
 }  // namespace ladderwise

@@ -90,19 +90,24 @@ void PaintStripSigns(QPainter& painter, const FilterDesign& design, int gridTop,
     painter.restore();
 }
 
+// Rows of pixels from the line of 0 dB within which a trace runs along it: a pass band with 1 dB of
+// ripple is three rows high on the scale of 10 dB.
+constexpr int besideZero = 4;
+
 /// The black line of 0 dB gives way where a trace runs along it: a pass band that is now on the
-/// line's row and now on the next would flicker between the two colours.
+/// line's row and now below it would flicker between the two colours.
 void ClearZeroLine(const TracePoints& points, const PlotLayout& pixels, int zeroY, double ratio,
                    PixelRows picture) {
     const int reach = static_cast<int>(std::ceil(ratio));
     const int frame = pixels.PlotLeft + reach;  // which stays black
     const std::uint32_t black = ToQColor(Black).rgb(), clear = ToQColor(BackgroundColour).rgb();
+    const int near = besideZero * reach;
     const int top = std::max(zeroY - reach, 0),
               bottom = std::min(zeroY + reach, picture.Height - 1);
     for (int n = 1; n < points.NumPoints; ++n) {
         const bool along = points.Shown[n - 1] && points.Shown[n] &&
-                           std::abs(points.Y[n - 1] - zeroY) <= reach &&
-                           std::abs(points.Y[n] - zeroY) <= reach;
+                           std::abs(points.Y[n - 1] - zeroY) <= near &&
+                           std::abs(points.Y[n] - zeroY) <= near;
         for (int x = std::max(points.X[n - 1], frame);
              along && x < std::min(points.X[n], picture.Width); ++x)
             for (int y = top; y <= bottom; ++y) {

@@ -211,24 +211,10 @@ StatusLine DescribeStatus(const Calculation& calculation) {
     StatusLine status;
     for (const Note& note : CollectNotes(calculation)) {
         if (note.Idle) continue;
-        status.Text += (status.Text.empty() ? "" : "  ") + note.Text;
-        status.Warning = status.Warning || !note.Advice;
+        std::string& text = note.Advice ? status.Hints : status.Warnings;
+        text += (text.empty() ? "" : "  ") + note.Text;
     }
-    const std::string worstCase = WorstCaseText(calculation.WorstCase);
-    if (!worstCase.empty()) status.Text = worstCase + (status.Warning ? "  " + status.Text : "");
-    std::string elliptic = EllipticText(calculation.Design, calculation.Results);
-    for (const auto& [name, list] : DescribeTraps(calculation.Design))
-        elliptic += "  Its " + name + ": " + list + ".";
-    if (!elliptic.empty()) status.Text += (status.Text.empty() ? "" : "  ") + elliptic;
     return status;
-}
-
-std::string WorstCaseText(const WorstCaseResult& result) {
-    if (result.Runs == 0) return {};
-    return "Worst case of " + std::to_string(result.Runs) + " runs (seed " +
-           std::to_string(result.Seed) + "): pass-band loss up to " +
-           FormatFixed(result.PassBandLossDb, 2) + " dB, spread at F0 " +
-           FormatFixed(result.SpreadAtF0Db, 2) + " dB.";
 }
 
 }  // namespace ladderwise

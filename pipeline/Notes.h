@@ -51,16 +51,12 @@ const char* NameOf(NoteKind kind);
 /// The notes of the last calculation, the ones that matter most first.
 std::vector<Note> CollectNotes(const Calculation& calculation);
 
-/// What the status line says: the worst case, the notes, and the stop band and traps of an elliptic
-/// design. Idle boxes are passed over. Empty text: nothing out of the ordinary.
+/// What the status line says: the notes without those on idle boxes. All empty: nothing out of the
+/// ordinary.
 struct StatusLine {
-    std::string Text;
-    bool Warning =
-        false;  ///< something was replaced, moved, cannot be built or misses what was asked for
+    std::string Warnings;  ///< replaced, moved, cannot be built, misses what was asked for
+    std::string Hints;     ///< advice
 };
 StatusLine DescribeStatus(const Calculation& calculation);
-
-/// The two figures of a worst-case calculation in one sentence; empty if there was none.
-std::string WorstCaseText(const WorstCaseResult& result);
 
 }  // namespace ladderwise

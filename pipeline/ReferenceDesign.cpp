@@ -27,8 +27,8 @@ std::string BasisText(double f) {
 ResultTexts FiguresOf(const FilterDesign& design, const ResponseResults& results) {
     ResultTexts texts = {{"Design", DesignTitle(design)}, {"Fo", BasisText(design.F0)}};
     if (HasBandWidth(design.PassType)) texts.emplace_back("BW", BasisText(design.BandWidth));
-    for (const ResultTexts& figures : {DescribeResults(design, results), DescribeTraps(design)})
-        texts.insert(texts.end(), figures.begin(), figures.end());
+    const ResultTexts figures = DescribeResults(design, results);
+    texts.insert(texts.end(), figures.begin(), figures.end());
     return texts;
 }
 
@@ -96,9 +96,8 @@ std::vector<ComparedResult> ResultRows(const FilterDesign& design, const Respons
                                        const ReferenceDesign* reference) {
     if (reference) return CompareResults(design, results, *reference);
     std::vector<ComparedResult> rows;
-    for (const ResultTexts& figures : {DescribeResults(design, results), DescribeTraps(design)})
-        for (const auto& [name, value] : figures)
-            rows.push_back({name, value, {}});
+    for (const auto& [name, value] : DescribeResults(design, results))
+        rows.push_back({name, value, {}});
     return rows;
 }
 

@@ -81,7 +81,7 @@ std::string BandText(const FilterDesign& design, const ResponseEdges& band) {
 /// All figures but the attenuations.
 ResultTexts Figures(const FilterDesign& design, const ResponseResults& results) {
     ResultTexts rows;
-    rows.push_back({"Loss at Fo", Db(results.LossAtF0)});
+    rows.push_back({"loss at Fo", Db(results.LossAtF0)});
     rows.push_back({"least loss", results.Peak ? PeakText(*results.Peak) : "none about Fo"});
     AddEdges(design, results, rows);
     rows.push_back({"return loss at least",
@@ -191,6 +191,20 @@ std::optional<double> EllipticShape(const FilterDesign& design, const ResponseRe
     return *wide / *narrow;
 }
 
+/// Where an elliptic ladder holds its attenuation, and its traps.
+void AddStopBand(const FilterDesign& design, const ResponseResults& results, ResultTexts& rows) {
+    rows.push_back({"stop band", Db(results.StopAttenuation) + " " + HeldText(results.StopBands)});
+    const std::vector<HeldBand> ideal = IdealStopBands(design);
+    if (!SameEdges(ideal, results.StopBands))
+        rows.push_back({"stop band, ideal parts", HeldText(ideal)});
+    if (const auto shape = EllipticShape(design, results))
+        rows.push_back({"shape, stop to pass", FormatFixed(*shape, shapeDecimals)});
+    std::string traps;
+    for (const double f : MeasuredTraps(design))
+        traps += (traps.empty() ? "" : ", ") + Hz(f);
+    rows.push_back({"traps", traps});
+}
+
 }  // namespace
 
 ResponseResults ResultsOf(const FilterDesign& design) {
@@ -216,30 +230,20 @@ std::vector<double> MeasuredTraps(const FilterDesign& design) {
     return traps;
 }
 
-ResultTexts DescribeTraps(const FilterDesign& design) {
-    std::string list;
-    for (const double f : MeasuredTraps(design))
-        list += (list.empty() ? "" : ", ") + Hz(f);
-    if (list.empty()) return {};
-    return {{"traps", list}};
-}
-
 ResultTexts DescribeResults(const FilterDesign& design, const ResponseResults& results) {
     if (!results.Valid) return {};
     ResultTexts rows = Figures(design, results);
     AddAttenuations(results, rows);
+    if (design.Elliptic.NumTraps > 0) AddStopBand(design, results, rows);
     return rows;
 }
 
-std::string EllipticText(const FilterDesign& design, const ResponseResults& results) {
-    if (!results.Valid || design.Elliptic.NumTraps == 0) return {};
-    std::string text = OrderText(design) + ", stop band of " + Db(results.StopAttenuation) + " " +
-                       HeldText(results.StopBands);
-    if (const auto shape = EllipticShape(design, results))
-        text += ", shape factor " + FormatFixed(*shape, shapeDecimals);
-    const std::vector<HeldBand> ideal = IdealStopBands(design);
-    if (!SameEdges(ideal, results.StopBands)) text += "; with ideal parts " + HeldText(ideal);
-    return text + ".";
+ResultTexts DescribeWorstCase(const WorstCaseResult& result) {
+    if (result.Runs == 0) return {};
+    return {
+        {"worst case", std::to_string(result.Runs) + " runs, seed " + std::to_string(result.Seed)},
+        {"pass-band loss", "up to " + Db(result.PassBandLossDb)},
+        {"spread at Fo", Db(result.SpreadAtF0Db)}};
 }
 
 std::string ChiefFigures(const FilterDesign& design, const ResponseResults& results) {

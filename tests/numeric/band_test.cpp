@@ -170,7 +170,7 @@ TEST(Tanks, AreGoodForWhatTheirTextsSay) {
         const auto highest = [&](double low, double high) {
             const auto index = [&](double x) {
                 const int k = static_cast<int>((x - 0.2) / 5.8 * 39999);
-                return levels.begin() + std::min(k, static_cast<int>(levels.size()));
+                return levels.begin() + std::clamp(k, 0, static_cast<int>(levels.size()));
             };
             return *std::max_element(index(low), index(high));
         };

@@ -161,6 +161,30 @@ private slots:
                         ->text()
                         .endsWith(names[i] + QString(".tk_ldfilt")));
     }
+
+    void WindowsComeBackAsTheyWere() {
+        Folders folders;
+        QTemporaryDir settings;
+        folders.SettingsFolder = settings.path().toStdString();
+        const QSize size(700, 610), ofHelp(500, 420);
+        for (const bool again : {false, true}) {
+            FilesFixture f;
+            f.Window->Remember(folders);
+            f.Window->Start(folders, "");
+            if (again) {
+                QCOMPARE(f.Window->size(), size);
+                QVERIFY(f.Find<QAction>("PartValuesMenu")->isChecked());
+            } else {
+                f.Window->resize(size);
+                f.Trigger("PartValuesMenu");
+            }
+            f.Trigger("HelpWindowMenu");
+            auto* const help = f.Find("HelpWindow");
+            if (again) QCOMPARE(help->size(), ofHelp);
+            help->resize(ofHelp);
+            QVERIFY(f.Window->close());
+        }
+    }
 };
 
 QTEST_MAIN(FilesTest)

@@ -35,7 +35,7 @@ private slots:
         // A Butterworth by its closed form: 10 log10(1 + (f / F0)^6).
         QCOMPARE(f.Status(), QString());
         QCOMPARE(f.Results(),
-                 "Loss at Fo\t3.01 dB\nleast loss\t0.00 dB at 0 Hz\n-3 dB edge\t200.00 MHz\n"
+                 "loss at Fo\t3.01 dB\nleast loss\t0.00 dB at 0 Hz\n-3 dB edge\t200.00 MHz\n"
                  "return loss at least\t18.13 dB up to 100.00 MHz\n"
                  "attenuation at 2 Fo\t18.13 dB\nattenuation at 3 Fo\t28.63 dB\n");
         // C = 1 / (2 pi F0 R) and L = 2 R / (2 pi F0), F0 = 200 MHz, R = 50 ohm

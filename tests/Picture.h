@@ -1,4 +1,5 @@
-// What a picture shows, read from its pixels alone: where a text stands, where ink of a colour lies.
+// What a picture shows, read from its pixels alone: where a text stands, where ink of a colour
+// lies.
 #pragma once
 
 #include <QFont>
@@ -34,18 +35,18 @@ public:
         return rect.width() * rect.height() - Ink(rect, background, 12);
     }
 
+    /// Whether a rectangle holds as much ink as a text takes, wherever between pixels it begins.
+    bool HasInkOf(const QString& text, QColor colour, const QRect& area) const {
+        const Picture wanted(Written(text, colour), font, background);
+        return 4 * Ink(area, colour, InkTolerance) >=
+               3 * wanted.Ink(wanted.Rect(), colour, InkTolerance);
+    }
+
     /// The rectangles of all places within an area (empty: anywhere) where a text stands, whole and
     /// in a colour: its advance wide and a line high. Lines of a grid may run through it.
     QList<QRect> Find(const QString& text, QColor colour = Qt::black, QRect area = {}) const {
         if (area.isEmpty()) area = image.rect();
-        const QFontMetrics metrics(font);
-        QImage wanted(metrics.horizontalAdvance(text), metrics.height(), QImage::Format_RGB32);
-        wanted.fill(background);
-        QPainter painter(&wanted);
-        painter.setFont(font);
-        painter.setPen(colour);
-        painter.drawText(0, metrics.ascent(), text);
-        painter.end();
+        const QImage wanted = Written(text, colour);
         QList<QPoint> ink, blank;
         for (int y = 0; y < wanted.height(); ++y)
             for (int x = 0; x < wanted.width(); ++x)
@@ -74,6 +75,17 @@ private:
         return std::abs(qRed(a) - qRed(b)) <= tolerance &&
                std::abs(qGreen(a) - qGreen(b)) <= tolerance &&
                std::abs(qBlue(a) - qBlue(b)) <= tolerance;
+    }
+
+    QImage Written(const QString& text, QColor colour) const {
+        const QFontMetrics metrics(font);
+        QImage wanted(metrics.horizontalAdvance(text), metrics.height(), QImage::Format_RGB32);
+        wanted.fill(background);
+        QPainter painter(&wanted);
+        painter.setFont(font);
+        painter.setPen(colour);
+        painter.drawText(0, metrics.ascent(), text);
+        return wanted;
     }
 
     QImage image;

@@ -26,17 +26,29 @@ struct Axis {
     std::vector<std::pair<double, const char*>> Labels;
 };
 const Axis axes[] = {
-    {SweepType::Linear, 0.0, 400e6,
+    {SweepType::Linear,
+     0.0,
+     400e6,
      {{0.0, "1.00 Hz"}, {120e6, "120 MHz"}, {200e6, "200 MHz"}, {400e6, "400 MHz"}}},
-    {SweepType::OneOctave, 100e6, 400e6,
+    {SweepType::OneOctave,
+     100e6,
+     400e6,
      {{100e6, "100 MHz"}, {200e6, "200 MHz"}, {400e6, "400 MHz"}}},
-    {SweepType::TwoOctaves, 50e6, 800e6,
+    {SweepType::TwoOctaves,
+     50e6,
+     800e6,
      {{50e6, "50.0 MHz"}, {100e6, "100 MHz"}, {400e6, "400 MHz"}, {800e6, "800 MHz"}}},
-    {SweepType::ThreeOctaves, 25e6, 1600e6,
+    {SweepType::ThreeOctaves,
+     25e6,
+     1600e6,
      {{25e6, "25.0 MHz"}, {50e6, "50.0 MHz"}, {800e6, "800 MHz"}, {1600e6, "1.60 GHz"}}},
-    {SweepType::OneDecade, 20e6, 2000e6,
+    {SweepType::OneDecade,
+     20e6,
+     2000e6,
      {{20e6, "20.0 MHz"}, {100e6, "100 MHz"}, {40e6, "40.0 MHz"}, {2000e6, "2.00 GHz"}}},
-    {SweepType::TwoDecades, 2e6, 20e9,
+    {SweepType::TwoDecades,
+     2e6,
+     20e9,
      {{2e6, "2.00 MHz"}, {20e6, "20.0 MHz"}, {2e9, "2.00 GHz"}, {20e9, "20.0 GHz"}}}};
 
 double FrequencyAt(const Axis& axis, double share) {
@@ -56,7 +68,7 @@ double LevelDb(double f) {
 /// A trace as a user knows it: its colour, what its legend says, and how far down the plot it is (0
 /// at the top line, 1 at the bottom one) at a frequency.
 struct Trace {
-    bool TraceChoices::* Choice;
+    bool TraceChoices::*Choice;
     QColor Colour;
     const char* Legend;
     std::function<double(double)> Down;
@@ -81,7 +93,7 @@ const Trace traces[] = {
          return 1.0 - (1 / (1 + w * w) + (1 + w * w) / d) / (TwoPi * F0) / 6e-9;
      }}};
 
-TraceChoices Only(bool TraceChoices::* chosen) {
+TraceChoices Only(bool TraceChoices::*chosen) {
     TraceChoices choices{};
     choices.Mag10dB = false;
     choices.*chosen = true;
@@ -177,11 +189,12 @@ TEST(Pictures, MarksStandAtTheirLines) {
     choices.Phase = choices.GroupDelay = true;
     const Picture picture = PictureOf(MakeButterworth(SweepType::OneDecade).Content(choices));
     const QColor red(255, 0, 0), blue(0, 0, 255), green(0, 96, 0);
-    const std::tuple<const char*, QColor, int, int> marks[] = {  // text, from, to x, y of its line
-        {"10", red, 60, 185},   {"-50", red, 60, 425},  {"-90", red, 60, 585},
-        {"180", blue, 1221, 185}, {"36", blue, 1221, 345},  {"-180", blue, 1221, 585},
+    const std::tuple<const char*, QColor, int, int> marks[] = {
+        // text, from, to x, y of its line
+        {"10", red, 60, 185},      {"-50", red, 60, 425},     {"-90", red, 60, 585},
+        {"180", blue, 1221, 185},  {"36", blue, 1221, 345},   {"-180", blue, 1221, 585},
         {"6.0 ns", green, 0, 185}, {"2.4 ns", green, 0, 425}, {"600 ps", green, 0, 545},
-        {"dB", red, 60, 172}, {"deg", blue, 1221, 172}};
+        {"dB", red, 60, 172},      {"deg", blue, 1221, 172}};
     for (const auto& [text, colour, left, y] : marks) {
         bool there = false;
         for (const QRect& place : picture.Find(text, colour))

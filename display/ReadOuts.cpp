@@ -17,14 +17,13 @@ constexpr double LargestShownVswr = 999.0;
 constexpr double smallestReadOutScale = 0.5;  // of the font of the read-outs
 constexpr double readOutScaleStep = 0.05;
 
-std::string Signed(double value, std::string text) {
-    if (value > 0.0) text.insert(text.begin(), '+');
-    return text;
+/// "Mag ", whichever of the two magnitude traces it is.
+std::string NameIn(TraceKind kind) {
+    return TraceShortName(IsMagnitude(kind) ? TraceKind::Mag10dB : kind) + std::string(" ");
 }
 
 std::string TextOf(TraceKind kind, double value) {
-    const TraceKind quantity = IsMagnitude(kind) ? TraceKind::Mag10dB : kind;
-    const std::string text = TraceShortName(quantity) + std::string(" ");
+    const std::string text = NameIn(kind);
     if (kind != TraceKind::ReturnLoss) return text + TraceValueText(kind, value);
     const double vswr = VswrOf(value);
     return text + TraceValueText(kind, value) + ", VSWR " +
@@ -48,7 +47,7 @@ std::optional<double> PlaceUnderCursor(const CursorReadOuts& out, const MarkedSw
 
 /// "board1 Mag -3.10 dB (-0.09 dB off)": a measured value, and how far it is from the design's.
 std::string MeasuredText(const CursorReadOuts& out, TraceKind kind, double value) {
-    std::string text = NameOf(kind) + TraceValueText(kind, value);
+    std::string text = NameIn(kind) + TraceValueText(kind, value);
     for (const TraceReadOut& trace : out.Traces)
         if (trace.Layer == 0 && trace.Kind == kind)
             return text + " (" + DifferenceText(kind, value - trace.Value) + " off)";

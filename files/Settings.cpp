@@ -5,8 +5,8 @@
 #include <charconv>
 #include <optional>
 
-#include "numbers/TextLines.h"
 #include "numbers/Formatfunctions.h"
+#include "numbers/TextLines.h"
 
 namespace ladderwise {
 

@@ -179,8 +179,7 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         reference->Record = work.Reference->Record;
     }
     showReference = work.ReferenceShown;
-    tie = std::make_shared<FileTie>(
-        FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured});
+    tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured});
     if (work.Saved) tie->Saved = work.Saved->Record;
     if (work.Saved && !work.Saved->Ladder.empty()) tie->SavedEdits = ElementsOf(work.Saved->Ladder);
     calculate(work.Design, Work);

@@ -25,7 +25,7 @@ struct FileTie {
     std::optional<DesignRecord> Saved;  ///< the design in it, or that the program started with
     /// The ladder kept with it, if that has values edited by hand.
     std::optional<ElementList> SavedEdits{};
-    DesignStamps Stamps{};  ///< what the files of that name held then
+    DesignStamps Stamps{};          ///< what the files of that name held then
     MeasuredFiles SavedMeasured{};  ///< shown with it
 };
 

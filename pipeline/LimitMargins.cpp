@@ -16,7 +16,7 @@ namespace ladderwise {
 namespace {
 
 constexpr double delayStep = 1e-6;  // relative, to either side
-constexpr int frequencyDigits = 5;  // after the first
+constexpr int placeDigits = 5;  // after the first
 constexpr int marginDecimals = 2;
 constexpr int closeDecimals = 4;  // of a margin that two decimals would show as nothing
 
@@ -168,7 +168,7 @@ std::string TextOf(const LimitMargin& margin) {
     const double shown = std::abs(margin.Margin) / UnitFactor(margin.Line.Kind);
     const int decimals = shown < CloseMarginDb ? closeDecimals : marginDecimals;
     return (margin.Holds() ? "holds by " : "fails by ") + FormatFixed(shown, decimals) + " " +
-           UnitOf(margin.Line.Kind) + " at " + FormatWithPrefix(margin.At, frequencyDigits, "Hz") +
+           UnitOf(margin.Line.Kind) + " at " + FormatWithPrefix(margin.At, placeDigits, "Hz") +
            (margin.Close() ? ", which is close" : "");
 }
 

@@ -63,9 +63,9 @@ std::string DesignBytesOf(const DesignDocument& document) {
 /// With the draws of the worst case, all notes and the looks of the boxes: every bit that a user
 /// could see.
 std::string BytesOf(const DesignDocument& document) {
-    std::string bytes =
-        DesignBytesOf(document) + std::to_string(document.Work.PendingSeed.value_or(0)) +
-        std::to_string(document.Work.Design.Flags.FellBack);
+    std::string bytes = DesignBytesOf(document) +
+                        std::to_string(document.Work.PendingSeed.value_or(0)) +
+                        std::to_string(document.Work.Design.Flags.FellBack);
     for (const NumberBox& box : document.Work.Inputs.Boxes)
         bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
     for (const Note& note : CollectNotes(document.Work))

@@ -217,7 +217,7 @@ void ExportDialog::Refresh() {
                           : ExportFaultOf(KindOf(choice.Page), OptionsInForce(), Source());
     if (fault.empty()) fault = isPicture ? ShowPicture() : ShowText();
     const QString sentence = Sentence(fault);
-    reason->SetText(sentence, true, sentence);
+    reason->SetText(sentence, {});
     for (QPushButton* const button : {save, copy}) {
         button->setEnabled(fault.empty());
         button->setToolTip(sentence);
@@ -317,7 +317,7 @@ void ExportDialog::Save() {
     if ((!there.isEmpty() && !host.MayReplace(there)) || !Write(files)) return;
     folder = QFileInfo(path).absolutePath();
     const QString saved = "Saved to " + QDir::toNativeSeparators(path) + '.';
-    reason->SetText(saved, false, saved);
+    reason->SetText({}, saved);
 }
 
 void ExportDialog::Copy() {
@@ -327,7 +327,7 @@ void ExportDialog::Copy() {
         CopyPicture(subject.Picture(), choice);
     else
         QApplication::clipboard()->setText(QString::fromStdString(bytes));
-    reason->SetText("Copied to the clipboard.", false, {});
+    reason->SetText({}, "Copied to the clipboard.");
 }
 
 }  // namespace ladderwise

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -190,7 +191,7 @@ private slots:
     void RunsOfTheWorstCaseAndCopies() {
         using F = ExportFixture;
         F f;
-        f.Check("WorstCaseCheckBox");
+        f.Check("WorstCaseBox");
         const std::vector<double> low = f.State().WorstCase.LowDb;
         f.EnterCell(0, 2, "100E-9");  // a ladder edited by hand has no worst case
         f.Export(0, [](QWidget* d) {

@@ -222,8 +222,8 @@ void FileCommands::Export(const ExportSubject& subject) {
                                 report};
     const QString last = Name(settings.ExportFolder);
     const bool there = !last.isEmpty() && QFileInfo(last).isDir();
-    ExportDialog dialog(subject, exportHost, LastExport(), there ? last : FolderOf(document.File()),
-                        window);
+    ExportDialog dialog(subject, exportHost, LastExport(),
+                        there ? last : StartFolder(document.File()), window);
     dialog.exec();
     settings.Export = ChoiceText(dialog.Choice());
     settings.ExportFolder = dialog.Folder().toStdString();
@@ -240,7 +240,7 @@ std::vector<std::string> FileCommands::ChooseMeasured() const {
 
 /// Where the last one lies, else where the design does.
 QString FileCommands::MeasuredFolder() const {
-    return FolderOf(document.Measured.empty() ? document.File() : document.Measured.back().Path);
+    return StartFolder(document.Measured.empty() ? document.File() : document.Measured.back().Path);
 }
 
 bool FileCommands::ChooseCoefficients() {

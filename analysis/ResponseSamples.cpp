@@ -74,8 +74,8 @@ void AddPointsOverX(const FilterDesign& design, std::vector<double>& grid) {
                        std::pow(1.0 / (LowestX * HighestX), double(k) / PointsAbove));
 }
 
-std::vector<double> GridOf(const FilterDesign& design) {
-    std::vector<double> grid;
+std::vector<double> GridOf(const FilterDesign& design, const std::vector<double>& places) {
+    std::vector<double> grid = places;
     AddPointsOverX(design, grid);
     const double lowest = design.F0 / ScanReach, highest = design.F0 * ScanReach;
     const double step = std::pow(highest / lowest, 1.0 / (PointsOfScan - 1));
@@ -208,8 +208,8 @@ int ResponseSamples::At(double f) const {
     return static_cast<int>(std::lower_bound(F.begin(), F.end(), f) - F.begin());
 }
 
-ResponseSamples TakeSamples(const FilterDesign& design) {
-    ResponseSamples samples = Analysed(design, GridOf(design));
+ResponseSamples TakeSamples(const FilterDesign& design, const std::vector<double>& places) {
+    ResponseSamples samples = Analysed(design, GridOf(design, places));
     for (int pass = 0; pass < MostRefinements; ++pass) {
         std::vector<double> more;
         for (const int i : CoarseGaps(samples, design.F0)) {

@@ -18,6 +18,7 @@ namespace ladderwise {
 namespace {
 
 constexpr const char* DesignFilter = "Design Files (*.tk_ldfilt)";
+constexpr const char* MeasuredFilter = "Touchstone Files (*.s1p *.s2p *.ts *.S1P *.S2P *.TS)";
 constexpr const char* Welcome =
     "Type a frequency and press Enter; choose pass and response above. Point at the plot to read "
     "it, right-click a part value to tune it. More under Help.";
@@ -67,6 +68,7 @@ std::string FileCommands::WriteCompanion(const std::string& path) const {
     else if (document.File() != path)
         companion = OpenCompanion(document.File(), note);
     companion.Edited = EditsOf(document.Work.Design);
+    companion.Measured = document.Measured;
     if (!fault.empty()) return companion.IsEmpty() ? std::string() : fault;
     return SaveCompanion(companion, path);
 }
@@ -99,8 +101,12 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
     host.RecentChanged();
     host.TitleChanged();
     if (left.empty()) return true;
-    host.Notice(Name("Saved, but not the values edited by hand: " + left), ReasonTime);
-    return !HasEdits(document.Work.Design);
+    const std::string lost = document.Measured.empty()        ? "the values edited by hand"
+                             : HasEdits(document.Work.Design) ? "the values edited by hand and the "
+                                                                "measured files"
+                                                              : "the list of measured files";
+    host.Notice(Name("Saved, but not " + lost + ": " + left), ReasonTime);
+    return !document.NeedsCompanion();
 }
 
 bool FileCommands::SaveDesign() {
@@ -187,6 +193,7 @@ void FileCommands::LoadDesign(const std::string& path) {
     const DesignCompanion companion = OpenCompanion(
         path, [&fault](const std::string&, const std::string& text) { fault = text; });
     document.KeepStamps(StampsOf(path, file.Bytes));
+    document.Measured = companion.Measured;
     host.Loaded([&] {
         if (!ApplyEdits(document.Work.Design, companion.Edited))
             fault = "The values edited by hand in " + CompanionPath(path) +
@@ -196,10 +203,44 @@ void FileCommands::LoadDesign(const std::string& path) {
     document.CountAsSaved();
     host.TitleChanged();
     if (!fault.empty()) host.Notice(Name(fault), ReasonTime);
+    host.Opened();
 }
 
 void FileCommands::OpenRecent(std::size_t index) {
     if (index < RecentFiles().size()) OpenDesign(RecentFiles()[index]);
+}
+
+void FileCommands::Export(const ExportSubject& subject) {
+    const auto nameToSave = [this](const QString& filter, const QString& ending,
+                                   const QString& start) {
+        return dialogs.NameToSave({"Export to File:", filter, ending, start, false});
+    };
+    const ExportHost exportHost{nameToSave,
+                                [this](const QStringList& files) {
+                                    return dialogs.AskReplace && dialogs.AskReplace(files);
+                                },
+                                report};
+    const QString last = Name(settings.ExportFolder);
+    const bool there = !last.isEmpty() && QFileInfo(last).isDir();
+    ExportDialog dialog(subject, exportHost, LastExport(),
+                        there ? last : StartFolder(document.File()), window);
+    dialog.exec();
+    settings.Export = ChoiceText(dialog.Choice());
+    settings.ExportFolder = dialog.Folder().toStdString();
+}
+
+std::vector<std::string> FileCommands::ChooseMeasured() const {
+    const FileDialogTexts texts{"Add Measured Files:", MeasuredFilter, {}, MeasuredFolder()};
+    const QStringList names = dialogs.NamesToOpen ? dialogs.NamesToOpen(texts) : QStringList();
+    std::vector<std::string> paths;
+    for (const QString& name : names)
+        paths.push_back(FullPath(name.toStdString()));
+    return paths;
+}
+
+/// Where the last one lies, else where the design does.
+QString FileCommands::MeasuredFolder() const {
+    return StartFolder(document.Measured.empty() ? document.File() : document.Measured.back().Path);
 }
 
 bool FileCommands::ChooseCoefficients() {

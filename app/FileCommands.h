@@ -10,6 +10,7 @@
 #include "files/Directories.h"
 #include "files/Settings.h"
 #include "pipeline/DesignDocument.h"
+#include "windows/ExportDialog.h"
 
 class QAction;
 class QLineEdit;
@@ -26,6 +27,7 @@ struct FileHost {
     std::function<void()> TitleChanged;   ///< name, or whether there is something to save
     std::function<void()> RecentChanged;  ///< the files used last
     std::function<void(const QString&, int ms)> Notice;
+    std::function<void()> Opened;  ///< a design is open, with all that its file and companion hold
 };
 
 class FileCommands {
@@ -44,7 +46,8 @@ public:
     void OpenRecent(std::size_t index);
 
     /// To its file; without one as SaveDesignAs. Asks where another window or program has changed
-    /// the file. Values edited by hand go into the companion beside it.
+    /// the file. Values edited by hand and the list of
+    /// measured files go into the companion beside it.
     bool SaveDesign();
     bool SaveDesignAs();  ///< true if it was saved
     bool WriteDesignFile(const std::string& path);
@@ -54,6 +57,12 @@ public:
 
     /// Asks what to do with unsaved work that was found.
     RecoveryAnswer AskRecovery(const UnsavedWork& work) const;
+
+    /// The dialog that exports a design; what was exported last, and where to, is remembered.
+    void Export(const ExportSubject& subject);
+    ExportChoice LastExport() const { return ReadChoiceText(settings.Export); }
+    /// The full paths of measured files chosen in a dialog; none: it was cancelled.
+    std::vector<std::string> ChooseMeasured() const;
 
     /// Asks for a coefficients file and uses it. False if none was chosen.
     bool ChooseCoefficients();
@@ -66,6 +75,7 @@ public:
 
 private:
     std::string AskForDesign() const;
+    QString MeasuredFolder() const;
     void LoadDesign(const std::string& path);
     std::string WriteCompanion(const std::string& path) const;
     bool ChangedMeanwhile() const;

@@ -72,13 +72,19 @@ struct LayerSweep {
     std::optional<BandRange> Band{};  ///< where its pass band is looked for; empty: as Pass
 };
 
+/// What a layer is, and thereby how it looks: the reference dashed, a measurement thin.
+enum class LayerRole { Design, Reference, Measurement };
+
 /// What is drawn of one design: the one in hand, the reference, a measurement.
 struct PlotLayer {
     PlotTraces Values;
     TraceColours Colours = CurrentColours;
-    bool Dashed = false;
-    std::string Name{};  ///< in the legend
+    LayerRole Role = LayerRole::Design;
+    std::string Name{};       ///< in the legend
+    std::string ShortName{};  ///< before the names of its traces; empty for the design in hand
     LayerSweep Sweep{};
+
+    bool Dashed() const { return Role == LayerRole::Reference; }
 };
 
 }  // namespace ladderwise

@@ -11,6 +11,7 @@
 
 #include "design/FilterDesign.h"
 #include "design/MarkerState.h"
+#include "design/MeasuredFile.h"
 #include "files/FileReadSave.h"
 #include "files/FileStamp.h"
 
@@ -40,6 +41,8 @@ struct UnsavedWork {
     std::optional<KeptDesign> Reference{};
     bool ReferenceShown = false;
     MarkerState Markers{};
+    MeasuredFiles Measured{};       ///< shown with the design
+    MeasuredFiles SavedMeasured{};  ///< and with that in the file
 };
 
 /// More bytes than this are no kept work.

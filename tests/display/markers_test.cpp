@@ -209,7 +209,8 @@ TEST(Legend, StandsWhereNoTraceRuns) {
                  *points);
         cover.AddTrace(*points);
     }
-    const PlotLayer reference{Response.Traces(), ReferenceColours, true, "Ref: other"};
+    const PlotLayer reference{Response.Traces(), ReferenceColours, LayerRole::Reference,
+                              "Ref: other", "Ref"};
     const auto rows = BuildLegendRows({design, choices, {{Response.Traces()}, reference}, {}});
     ASSERT_EQ(rows.size(), 3u);
     EXPECT_EQ(rows[2].Samples.size(), 2u);

@@ -10,6 +10,7 @@ enum class Command {
     Open,
     Save,
     SaveAs,
+    MeasuredData,
     OpenRecent0,  ///< the most recent file; the other three follow
     OpenRecent1,
     OpenRecent2,

@@ -13,6 +13,7 @@
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
 #include "display/MarkerTable.h"
+#include "measured/MeasuredDisk.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -100,6 +101,8 @@ void DesignSession::ShowStatus() {
     views.Status->Show(Document.Work, rejected);
     ShowResults();
     views.Windows->RefreshMathErrors();
+    if (views.Windows->ShowsMeasuredData())
+        views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
 }
 
 /// Figures and markers.
@@ -270,12 +273,14 @@ void DesignSession::Undo() {
     const PassType shown = Document.Work.Design.PassType;
     if (IsTypingUnread()) return ShowInputs();
     if (Document.Undo()) ShowRestored(shown);
+    TellMeasuredFaults();
 }
 
 void DesignSession::Redo() {
     views.Client->Grid()->FinishEditing();
     const PassType shown = Document.Work.Design.PassType;
     if (!IsTypingUnread() && Document.Redo()) ShowRestored(shown);
+    TellMeasuredFaults();
 }
 
 void DesignSession::ShowRestored(std::optional<PassType> shown) {
@@ -295,6 +300,7 @@ void DesignSession::ShowRestored(std::optional<PassType> shown) {
 /// come in the meantime is taken: keys held down would pile up behind it otherwise.
 void DesignSession::Draw(Waiting what) {
     if (waiting == Waiting::FirstShow) return;
+    ReadMeasured();
     Note();
     waiting = std::max(waiting, what);
     if (!Document.Work.PendingSeed) return FinishDrawing();
@@ -355,9 +361,11 @@ PlotContent DesignSession::Content() const {
     std::vector<PlotLayer> layers;
     if (Document.ReferenceShown()) {
         const ReferenceDesign& reference = *Document.Reference();
-        layers.push_back(LayerOf(reference.Design, reference.Quantities, ReferenceColours, true,
+        layers.push_back(LayerOf(reference.Design, reference.Quantities, LayerRole::Reference,
                                  ReferenceName(reference, work.Design)));
     }
+    for (PlotLayer& layer : measured.LayersOf(Document.Measured, work.Design))
+        layers.push_back(std::move(layer));
     PlotContent content = ContentOf(work.Design, ShownTraces(work), work.Quantities, layers);
     content.Markers = Document.Markers;
     content.WorstCaseRuns = Document.WorstCaseRuns();
@@ -391,6 +399,32 @@ std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
         if (run.Number <= count) ladders.push_back(Document.Work.Design.Elements);
     });
     return ladders;
+}
+
+// --- measured data
+
+/// Those of the document that were not read yet. Nobody is told of faults before all is drawn.
+void DesignSession::ReadMeasured() {
+    for (const MeasuredFile& file : Document.Measured) {
+        if (measured.Find(file.Path)) continue;
+        MeasuredNetwork network = OpenMeasured(file.Path, ReadRegularFile);
+        if (!network.Error.empty())
+            measuredFaults += (measuredFaults.empty() ? "" : "\n\n") + network.Error;
+        measured.Put(std::move(network));
+    }
+}
+
+std::vector<MeasuredSummary> DesignSession::MeasuredSummaries() const {
+    return measured.Describe(Document.Measured, Document.Work.Design);
+}
+
+void DesignSession::TellMeasuredFaults() {
+    const std::string faults = std::exchange(measuredFaults, {});
+    if (faults.empty()) return;
+    report(
+        "Error",
+        faults +
+            "\n\nA file that cannot be used stays in the list of measured data, but is not shown.");
 }
 
 }  // namespace ladderwise

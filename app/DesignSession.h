@@ -11,6 +11,8 @@
 
 #include "controls/InputBinder.h"
 #include "display/PictureLayout.h"
+#include "display/PlotContent.h"
+#include "measured/MeasuredSet.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
 #include "windows/NortonWindow.h"
@@ -112,6 +114,17 @@ public:
     /// The ladders of the first `count` runs of the worst case that is drawn.
     std::vector<ElementList> WorstCaseLadders(int count);
 
+    // --- measured data
+
+    /// The networks of the document's files, which are read when they are to be drawn.
+    MeasuredSet& Measured() { return measured; }
+
+    /// What there is to say about the document's measured files.
+    std::vector<MeasuredSummary> MeasuredSummaries() const;
+
+    /// Says which files could not be read since this was last asked, if any.
+    void TellMeasuredFaults();
+
 signals:
     /// What was done has been noted: it may be a step, and there may be more to save.
     void Noted();
@@ -133,6 +146,7 @@ private:
     void SettleControls();
     void Hold();
     void Note();
+    void ReadMeasured();
     void Draw(Waiting what);
     void PlotRun(const AnalysedRun& run);
     void UseNorton(NortonControl control, const QObject* chosen);
@@ -142,8 +156,10 @@ private:
     SessionViews views;
     std::function<bool()> askForCoefficients;
     Waiting waiting = Waiting::FirstShow;
-    QTimer noInputWaits;  ///< runs out when all input that has come is taken
-    QElapsedTimer clock;  ///< of the history
+    mutable MeasuredSet measured;  ///< keeps what it has calculated of its files
+    std::string measuredFaults;    ///< that nobody has been told
+    QTimer noInputWaits;           ///< runs out when all input that has come is taken
+    QElapsedTimer clock;           ///< of the history
 };
 
 }  // namespace ladderwise

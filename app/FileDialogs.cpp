@@ -15,18 +15,18 @@ namespace ladderwise {
 
 namespace {
 
-QString AskName(QWidget* window, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
+QStringList AskNames(QWidget* window, const FileDialogTexts& texts, QFileDialog::AcceptMode mode,
+                     QFileDialog::FileMode files) {
     QFileDialog dialog(window, texts.Title);
     dialog.setAcceptMode(mode);
-    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
-                                                       : QFileDialog::AnyFile);
+    dialog.setFileMode(files);
     dialog.setNameFilters({texts.Filter, "All Files (*)"});
     dialog.setDefaultSuffix(texts.Extension);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !texts.AsksToReplace);
     const QFileInfo start(texts.Start);
     dialog.setDirectory(start.isDir() ? start.filePath() : start.path());
     if (!start.isDir()) dialog.selectFile(start.fileName());
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
 }
 
 UnsavedAnswer AskUnsaved(QWidget* window, const QString& design) {
@@ -105,16 +105,21 @@ QString FileCaption(const std::string& path) {
 }
 
 FileDialogs StandardFileDialogs(QWidget* window) {
-    return {[window](const FileDialogTexts& texts) {
-                return AskName(window, texts, QFileDialog::AcceptOpen);
-            },
-            [window](const FileDialogTexts& texts) {
-                return AskName(window, texts, QFileDialog::AcceptSave);
-            },
-            [window](const QString& design) { return AskUnsaved(window, design); },
-            [window](const UnsavedWork& work) { return AskRecovery(window, work); },
-            [window](const QString& file) { return AskChanged(window, file); },
-            [window](const QStringList& files) { return AskReplace(window, files); }};
+    return {
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFile)
+                .value(0);
+        },
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptSave, QFileDialog::AnyFile).value(0);
+        },
+        [window](const QString& design) { return AskUnsaved(window, design); },
+        [window](const UnsavedWork& work) { return AskRecovery(window, work); },
+        [window](const QString& file) { return AskChanged(window, file); },
+        [window](const QStringList& files) { return AskReplace(window, files); },
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFiles);
+        }};
 }
 
 }  // namespace ladderwise

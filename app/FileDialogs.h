@@ -16,7 +16,7 @@ namespace ladderwise {
 struct FileDialogTexts {
     QString Title;
     QString Filter;             ///< "Design Files (*.tk_ldfilt)"
-    QString Extension;          ///< added to a name without one
+    QString Extension;          ///< added to a name without one; empty: none
     QString Start;              ///< folder, with the proposed file name when saving
     bool AsksToReplace = true;  ///< a file that is there; else whoever writes it does
 };
@@ -38,6 +38,7 @@ struct FileDialogs {
     std::function<RecoveryAnswer(const UnsavedWork&)> AskRecovery{};  ///< none: later
     std::function<ChangedAnswer(const QString& file)> AskChanged{};   ///< none: cancel
     std::function<bool(const QStringList& files)> AskReplace{};       ///< none: no
+    std::function<QStringList(const FileDialogTexts&)> NamesToOpen{};
 };
 
 /// A path as captions show it, shortened.

@@ -54,6 +54,8 @@ const std::vector<MenuTable>& MenuTables() {
         C{Save, "SaveMenu", "&Save", QKeySequence::Save},
         C{SaveAs, "SaveAsMenu", "Save &As...", QKeySequence::SaveAs},
         Line{},
+        C{MeasuredData, "MeasuredDataMenu", "&Measured Data..."},
+        Line{},
         C{OpenRecent0, "PrevFile0Menu", ""},
         C{OpenRecent1, "PrevFile1Menu", ""},
         C{OpenRecent2, "PrevFile2Menu", ""},

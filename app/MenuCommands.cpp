@@ -38,6 +38,8 @@ void MenuCommands::Run(Command command) {
         case Command::SaveAs:
             files.SaveDesignAs();
             return;
+        case Command::MeasuredData:
+            return windows.ShowMeasuredData(session.Document.Measured, session.MeasuredSummaries());
         case Command::OpenRecent0:
         case Command::OpenRecent1:
         case Command::OpenRecent2:

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 #include "pipeline/NamedSettings.h"
 
 namespace ladderwise {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/Arguments.h"
@@ -21,6 +22,7 @@
 #include "files/DiskFile.h"
 #include "files/PlatformFolders.h"
 #include "measured/CompanionFile.h"
+#include "measured/MeasuredDisk.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"
@@ -47,6 +49,7 @@ struct Session {
     std::vector<ElementList> Runs;    ///< the ladders of the first of them
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
+    MeasuredFiles Drawn;  ///< those, with what the companion says about them
 };
 
 void PrintError(const std::string& text) {
@@ -128,14 +131,20 @@ void Design(Session& session, const Arguments& arguments) {
 /// False after one of the command line that cannot.
 bool ReadMeasured(Session& session, const Arguments& arguments) {
     for (const MeasuredFile& file : session.Companion.Measured) {
-        session.Measured.push_back(OpenMeasured(file.Path));
-        if (session.Measured.back().Error.empty()) continue;
-        Recorder(session)("Error", session.Measured.back().Error);
-        session.Measured.pop_back();
+        MeasuredNetwork network = OpenMeasured(file.Path);
+        if (!network.Error.empty()) {
+            Recorder(session)("Error", network.Error);
+            continue;
+        }
+        session.Measured.push_back(std::move(network));
+        session.Drawn.push_back(file);
     }
     for (const std::string& path : arguments.MeasuredFiles) {
         session.Measured.push_back(OpenMeasured(path));
-        if (session.Measured.back().Error.empty()) continue;
+        if (session.Measured.back().Error.empty()) {
+            session.Drawn.push_back(NewMeasuredFile(path, session.Drawn));
+            continue;
+        }
         PrintError(session.Measured.back().Error);
         return false;
     }
@@ -166,7 +175,7 @@ bool SaveDesign(Session& session, const Arguments& arguments) {
     DesignCompanion companion = session.Companion;
     companion.Edited = EditsOf(session.Calc.Design);
     for (const std::string& path : arguments.MeasuredFiles)
-        companion.Measured.push_back({path, false, 0.0, 0.0, false, {}});
+        companion.Measured.push_back(NewMeasuredFile(path, companion.Measured));
     if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);
     if (!error.empty()) PrintError(error);
     return error.empty();
@@ -202,7 +211,11 @@ std::vector<PictureRow> ResultLines(const Calculation& calc) {
 
 bool WritePlot(const Session& session, const Arguments& arguments) {
     const Calculation& calc = session.Calc;
-    PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities, {});
+    MeasuredSet measured;
+    for (const MeasuredNetwork& network : session.Measured)
+        measured.Put(network);
+    PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities,
+                                    measured.LayersOf(session.Drawn, calc.Design));
     content.WorstCaseRuns = calc.WorstCase.Runs;
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());

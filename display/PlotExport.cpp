@@ -96,7 +96,6 @@ void PaintResponse(QPainter& painter, const PlotContent& content, const PlotLayo
             else
                 PaintLayer(painter, layer, content.Design, content.Choices, layout, scales, look,
                            work->Points);
-            look = LayerLook::Plain;
         }
     };
     const PlotAnnotations annotations =

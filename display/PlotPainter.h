@@ -49,9 +49,9 @@ void PaintText(QPainter& painter, const PlotText& text);
 /// Grid, border, labels, marks and title upon a background that is there, in the painter's font.
 void PaintFrame(QPainter& painter, const PlotFrame& frame);
 
-/// How a layer is drawn: as it is, or darker and twice as wide on top of a worst case that has its
-/// colours.
-enum class LayerLook { Plain, Darker };
+/// How layers are drawn: as they are; on top of a worst case, where the design, which has its
+/// colours, is darker and twice as wide. Thin is what a measurement looks like.
+enum class LayerLook { Plain, Darker, Thin };
 
 /// The runs of a mapped trace as polylines, for vector pictures; `width` is that of a plain trace.
 void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look,

@@ -7,7 +7,7 @@
 
 #include "design/ChoiceNames.h"
 #include "design/Designators.h"
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 

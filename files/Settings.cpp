@@ -5,8 +5,8 @@
 #include <charconv>
 #include <optional>
 
-#include "files/TextLines.h"
 #include "numbers/Formatfunctions.h"
+#include "numbers/TextLines.h"
 
 namespace ladderwise {
 

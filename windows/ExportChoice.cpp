@@ -5,7 +5,7 @@
 #include <map>
 #include <type_traits>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 

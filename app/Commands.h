@@ -15,6 +15,8 @@ enum class Command {
     OpenRecent1,
     OpenRecent2,
     OpenRecent3,
+    Export,
+    CopyPicture,
     Print,
     Exit,
     Undo,

@@ -105,18 +105,32 @@ void DesignSession::ShowStatus() {
         views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
 }
 
-void DesignSession::ShowResults() {
-    const FilterDesign& design = Document.Work.Design;
-    const ResponseResults& results = Document.Work.Results;
-    std::vector<ComparedResult> rows =
-        ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
-    for (const auto& [name, value] : DescribeWorstCase(Document.Work.WorstCase))
+/// Figures and markers.
+std::vector<PictureRow> DesignSession::Answers() const {
+    const Calculation& work = Document.Work;
+    std::vector<PictureRow> rows;
+    const auto add = [&rows](const auto& row) {
+        rows.push_back({row.Name, row.OfDesign, row.OfReference});
+    };
+    const ReferenceDesign* const reference =
+        Document.ReferenceShown() ? Document.Reference() : nullptr;
+    for (const ComparedResult& row : ResultRows(work.Design, work.Results, reference))
+        add(row);
+    for (const auto& [name, value] : DescribeWorstCase(work.WorstCase))
         rows.push_back({name, value, {}});
     for (const MarkerReading& marker : BuildMarkerTable(Content()))
-        rows.push_back({marker.Name, marker.OfDesign, marker.OfReference});
+        add(marker);
+    return rows;
+}
+
+void DesignSession::ShowResults() {
+    std::vector<ComparedResult> rows;
+    for (const PictureRow& row : Answers())
+        rows.push_back({row.Name, row.OfDesign, row.OfReference});
     ResultsPanel* const panel = views.Client->Results();
     panel->ShowRows(rows);
-    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(design, results));
+    const Calculation& work = Document.Work;
+    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(work.Design, work.Results));
 }
 
 void DesignSession::SettleControls() {
@@ -356,6 +370,35 @@ PlotContent DesignSession::Content() const {
     content.Markers = Document.Markers;
     content.WorstCaseRuns = Document.WorstCaseRuns();
     return content;
+}
+
+/// The runs of the worst case that is drawn, once more.
+void DesignSession::RepeatRuns(const PlotRunCallback& run) {
+    FinishDrawing();
+    if (Document.Work.WorstCase.Runs == 0) return;
+    AskForRepeat(Document.Work);
+    FinishCalculation(Document.Work, report, [&run](const AnalysedRun& analysed) {
+        if (analysed.Number > 0) run(analysed);
+    });
+}
+
+PictureContent DesignSession::Picture(std::vector<OverlayRun>& runs) {
+    if (runs.empty())
+        RepeatRuns([&runs](const AnalysedRun& run) {
+            runs.push_back({run.Quantities, run.Response});
+        });
+    PictureContent picture{Content(), Answers()};
+    for (const OverlayRun& run : runs)
+        picture.Plot.Overlays.push_back(run.Traces());
+    return picture;
+}
+
+std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
+    std::vector<ElementList> ladders;
+    RepeatRuns([&](const AnalysedRun& run) {
+        if (run.Number <= count) ladders.push_back(Document.Work.Design.Elements);
+    });
+    return ladders;
 }
 
 // --- measured data

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "controls/InputBinder.h"
+#include "display/PictureLayout.h"
 #include "display/PlotContent.h"
 #include "measured/MeasuredSet.h"
 #include "pipeline/DesignDocument.h"
@@ -106,6 +107,13 @@ public:
     /// What the plot shows of the document.
     PlotContent Content() const;
 
+    /// The same with figures and markers, for paper, files and the clipboard. `runs`, if empty,
+    /// takes the traces of the worst case, which has to be drawn; it outlives the content.
+    PictureContent Picture(std::vector<OverlayRun>& runs);
+
+    /// The ladders of the first `count` runs of the worst case that is drawn.
+    std::vector<ElementList> WorstCaseLadders(int count);
+
     // --- measured data
 
     /// The networks of the document's files, which are read when they are to be drawn.
@@ -133,6 +141,8 @@ private:
     };
 
     bool StoreChanges();
+    std::vector<PictureRow> Answers() const;
+    void RepeatRuns(const PlotRunCallback& run);
     void SettleControls();
     void Hold();
     void Note();

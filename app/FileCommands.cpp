@@ -35,8 +35,16 @@ std::string SettingsPath(const Folders& folders) {
 }
 
 /// Where a dialog about a design starts.
-QString FolderOf(const std::string& file) {
-    return file.empty() ? QDir::currentPath() : QFileInfo(Name(file)).absolutePath();
+QString StartFolder(const std::string& file) {
+    return file.empty() ? QDir::currentPath() : Name(FolderOf(file));
+}
+
+/// Of a design file whose bytes were just read or written, and of what lies beside it.
+DesignStamps StampsOf(const std::string& path, const std::string& bytes) {
+    DesignStamps stamps{StampOf(bytes), {}};
+    const FileContent companion = ReadRegularFile(CompanionPath(path), MaxCompanionBytes);
+    if (companion.Error.empty()) stamps.Companion = StampOf(companion.Bytes);
+    return stamps;
 }
 
 }  // namespace
@@ -65,23 +73,15 @@ std::string FileCommands::WriteCompanion(const std::string& path) const {
     return SaveCompanion(companion, path);
 }
 
-void FileCommands::Remember(const std::string& path, const std::string& bytes) {
-    stamps[path] = StampOf(bytes);
-    const std::string companion = CompanionPath(path);
-    const FileContent kept = ReadRegularFile(companion, MaxCompanionBytes);
-    if (kept.Error.empty())
-        stamps[companion] = StampOf(kept.Bytes);
-    else
-        stamps.erase(companion);
-}
-
 /// True if the design file or its companion holds something else than it did.
-bool FileCommands::ChangedMeanwhile(const std::string& path) const {
-    const auto known = stamps.find(path), companion = stamps.find(CompanionPath(path));
-    if (known == stamps.end()) return false;
-    if (FileChangedSince(path, known->second) == FileChange::Changed) return true;
-    if (companion == stamps.end()) return FileExists(CompanionPath(path));
-    return FileChangedSince(companion->first, companion->second) == FileChange::Changed;
+bool FileCommands::ChangedMeanwhile() const {
+    const DesignStamps& stamps = document.Stamps();
+    if (!stamps.Design) return false;
+    const std::string& path = document.File();
+    if (FileChangedSince(path, *stamps.Design) == FileChange::Changed) return true;
+    const std::string companion = CompanionPath(path);
+    if (!stamps.Companion) return FileExists(companion);
+    return FileChangedSince(companion, *stamps.Companion) == FileChange::Changed;
 }
 
 bool FileCommands::WriteDesignFile(const std::string& path) {
@@ -95,9 +95,9 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
         return false;
     }
     const std::string left = WriteCompanion(path);
-    Remember(path, bytes);
     settings.Recent.Add(path);
     document.WasSavedTo(path, left.empty());
+    document.KeepStamps(StampsOf(path, bytes));
     host.RecentChanged();
     host.TitleChanged();
     if (left.empty()) return true;
@@ -113,7 +113,7 @@ bool FileCommands::SaveDesign() {
     host.ReadEntries();
     const std::string path = document.File();
     if (path.empty()) return SaveDesignAs();
-    if (!ChangedMeanwhile(path)) return WriteDesignFile(path);
+    if (!ChangedMeanwhile()) return WriteDesignFile(path);
     if (!dialogs.AskChanged) return false;
     switch (dialogs.AskChanged(QFileInfo(Name(path)).fileName())) {
         case ChangedAnswer::Overwrite:
@@ -135,7 +135,7 @@ bool FileCommands::SaveDesignAs() {
         Name(ProposedFileName(document.Work.Design)) + "." + DesignFileExtension;
     const QString name =
         dialogs.NameToSave({"Save Design to File:", DesignFilter, DesignFileExtension,
-                            FolderOf(document.File()) + "/" + proposed});
+                            StartFolder(document.File()) + "/" + proposed});
     return !name.isEmpty() && WriteDesignFile(FullPath(name.toStdString()));
 }
 
@@ -171,7 +171,7 @@ bool FileCommands::Exists(const std::string& path) {
 /// The full path of the file chosen; empty: none.
 std::string FileCommands::AskForDesign() const {
     const QString name = dialogs.NameToOpen(
-        {"Open Design File:", DesignFilter, DesignFileExtension, FolderOf(document.File())});
+        {"Open Design File:", DesignFilter, DesignFileExtension, StartFolder(document.File())});
     return name.isEmpty() ? std::string() : FullPath(name.toStdString());
 }
 
@@ -192,7 +192,7 @@ void FileCommands::LoadDesign(const std::string& path) {
     std::string fault;
     const DesignCompanion companion = OpenCompanion(
         path, [&fault](const std::string&, const std::string& text) { fault = text; });
-    Remember(path, file.Bytes);
+    document.KeepStamps(StampsOf(path, file.Bytes));
     document.Measured = companion.Measured;
     host.Loaded([&] {
         if (!ApplyEdits(document.Work.Design, companion.Edited))
@@ -210,6 +210,25 @@ void FileCommands::OpenRecent(std::size_t index) {
     if (index < RecentFiles().size()) OpenDesign(RecentFiles()[index]);
 }
 
+void FileCommands::Export(const ExportSubject& subject) {
+    const auto nameToSave = [this](const QString& filter, const QString& ending,
+                                   const QString& start) {
+        return dialogs.NameToSave({"Export to File:", filter, ending, start, false});
+    };
+    const ExportHost exportHost{nameToSave,
+                                [this](const QStringList& files) {
+                                    return dialogs.AskReplace && dialogs.AskReplace(files);
+                                },
+                                report};
+    const QString last = Name(settings.ExportFolder);
+    const bool there = !last.isEmpty() && QFileInfo(last).isDir();
+    ExportDialog dialog(subject, exportHost, LastExport(),
+                        there ? last : StartFolder(document.File()), window);
+    dialog.exec();
+    settings.Export = ChoiceText(dialog.Choice());
+    settings.ExportFolder = dialog.Folder().toStdString();
+}
+
 std::vector<std::string> FileCommands::ChooseMeasured() const {
     const FileDialogTexts texts{"Add Measured Files:", MeasuredFilter, {}, MeasuredFolder()};
     const QStringList names = dialogs.NamesToOpen ? dialogs.NamesToOpen(texts) : QStringList();
@@ -221,7 +240,7 @@ std::vector<std::string> FileCommands::ChooseMeasured() const {
 
 /// Where the last one lies, else where the design does.
 QString FileCommands::MeasuredFolder() const {
-    return FolderOf(document.Measured.empty() ? document.File() : document.Measured.back().Path);
+    return StartFolder(document.Measured.empty() ? document.File() : document.Measured.back().Path);
 }
 
 bool FileCommands::ChooseCoefficients() {

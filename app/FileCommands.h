@@ -3,15 +3,14 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 
 #include "app/FileDialogs.h"
 #include "files/Directories.h"
-#include "files/FileStamp.h"
 #include "files/Settings.h"
 #include "pipeline/DesignDocument.h"
+#include "windows/ExportDialog.h"
 
 class QAction;
 class QLineEdit;
@@ -59,6 +58,9 @@ public:
     /// Asks what to do with unsaved work that was found.
     RecoveryAnswer AskRecovery(const UnsavedWork& work) const;
 
+    /// The dialog that exports a design; what was exported last, and where to, is remembered.
+    void Export(const ExportSubject& subject);
+    ExportChoice LastExport() const { return ReadChoiceText(settings.Export); }
     /// The full paths of measured files chosen in a dialog; none: it was cancelled.
     std::vector<std::string> ChooseMeasured() const;
 
@@ -76,8 +78,7 @@ private:
     QString MeasuredFolder() const;
     void LoadDesign(const std::string& path);
     std::string WriteCompanion(const std::string& path) const;
-    void Remember(const std::string& path, const std::string& bytes);
-    bool ChangedMeanwhile(const std::string& path) const;
+    bool ChangedMeanwhile() const;
     ProgramSettings PresentSettings() const;
     QLineEdit* SamplingFrequencyBox() const;
     QAction* ReadOutMenu() const;
@@ -88,7 +89,6 @@ private:
     const MessageCallback& report;
     QWidget* window;
     FileDialogs dialogs;
-    std::map<std::string, FileStamp> stamps;  ///< of what was read or written last, by path
     std::optional<Folders> folders;
     ProgramSettings settings;
     ProgramSettings settingsRead;  ///< as they were after start-up

@@ -7,6 +7,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 
 #include "files/RecentFiles.h"
 
@@ -21,6 +22,7 @@ QStringList AskNames(QWidget* window, const FileDialogTexts& texts, QFileDialog:
     dialog.setFileMode(files);
     dialog.setNameFilters({texts.Filter, "All Files (*)"});
     dialog.setDefaultSuffix(texts.Extension);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !texts.AsksToReplace);
     const QFileInfo start(texts.Start);
     dialog.setDirectory(start.isDir() ? start.filePath() : start.path());
     if (!start.isDir()) dialog.selectFile(start.fileName());
@@ -55,6 +57,22 @@ ChangedAnswer AskChanged(QWidget* window, const QString& file) {
     if (box.clickedButton() == overwrite) return ChangedAnswer::Overwrite;
     if (box.clickedButton() == reload) return ChangedAnswer::Reload;
     return box.clickedButton() == saveAs ? ChangedAnswer::SaveAs : ChangedAnswer::Cancel;
+}
+
+bool AskReplace(QWidget* window, const QStringList& files) {
+    constexpr qsizetype MostNamed = 5;
+    QStringList names;
+    for (const QString& file : files.first(std::min(files.size(), MostNamed)))
+        names << QDir::toNativeSeparators(file);
+    if (files.size() > MostNamed) names << QString("and %1 more").arg(files.size() - MostNamed);
+    QMessageBox box(QMessageBox::Warning, "Ladderwise",
+                    files.size() == 1 ? QString("This file exists already. Replace it?")
+                                      : QString("These files exist already. Replace them?"),
+                    QMessageBox::Cancel, window);
+    box.setInformativeText(names.join('\n'));
+    const auto* const replace = box.addButton("&Replace", QMessageBox::AcceptRole);
+    box.exec();
+    return box.clickedButton() == replace;
 }
 
 RecoveryAnswer AskRecovery(QWidget* window, const UnsavedWork& work) {
@@ -98,6 +116,7 @@ FileDialogs StandardFileDialogs(QWidget* window) {
         [window](const QString& design) { return AskUnsaved(window, design); },
         [window](const UnsavedWork& work) { return AskRecovery(window, work); },
         [window](const QString& file) { return AskChanged(window, file); },
+        [window](const QStringList& files) { return AskReplace(window, files); },
         [window](const FileDialogTexts& texts) {
             return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFiles);
         }};

@@ -2,6 +2,7 @@
 #include "app/InputFilter.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -25,6 +26,27 @@ std::optional<FormKey> FormKeyOf(int key) {
     return keys[key - Qt::Key_F1];
 }
 
+/// The files that a drag carries; nothing if it carries a text. Some programs give no addresses but
+/// their paths as a text, a line each.
+std::optional<QList<QUrl>> FilesIn(const QMimeData& data) {
+    if (data.hasUrls()) return data.urls();
+    QList<QUrl> files;
+    for (const QString& line : data.text().split('\n', Qt::SkipEmptyParts)) {
+        const QString name = line.trimmed();
+        if (name.startsWith("file:"))
+            files << QUrl(name);
+        else if (QDir::isAbsolutePath(name))
+            files << QUrl::fromLocalFile(name);
+    }
+    if (files.isEmpty()) return {};
+    return files;
+}
+
+/// Edits take Ctrl+E for the end of their line on some desktops; they have the End key for that.
+bool IsExportKey(const QKeyEvent& key) {
+    return key.key() == Qt::Key_E && key.modifiers() == Qt::ControlModifier;
+}
+
 bool IsDrop(QEvent::Type type) {
     return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop;
 }
@@ -45,10 +67,12 @@ InputFilter::InputFilter(QWidget* window, const ValueGrid& grid, const Secondary
 
 bool InputFilter::eventFilter(QObject* watched, QEvent* event) {
     const QEvent::Type type = event->type();
-    if (type == QEvent::ShortcutOverride &&
-        IsUndoOfDesign(watched, *static_cast<QKeyEvent*>(event))) {
-        event->ignore();
-        return true;
+    if (type == QEvent::ShortcutOverride) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (IsUndoOfDesign(watched, key) || IsExportKey(key)) {
+            event->ignore();
+            return true;
+        }
     }
     if (!watched->isWidgetType()) return false;
     const auto* const widget = static_cast<QWidget*>(watched);
@@ -81,16 +105,16 @@ bool InputFilter::TakeKey(const QWidget* target, const QKeyEvent& event) {
 /// a box. The question about the present design waits until the program that the file comes from
 /// is free again.
 bool InputFilter::TakeDrop(QDropEvent& event) {
-    if (!event.mimeData()->hasUrls()) return false;
-    const QList<QUrl> urls = event.mimeData()->urls();
+    const auto files = FilesIn(*event.mimeData());
+    if (!files) return false;
     std::vector<std::string> paths;
-    bool local = !urls.isEmpty(), measured = true;
-    for (const QUrl& url : urls) {
-        local = local && url.isLocalFile();
-        measured = measured && IsMeasured(url.toLocalFile());
-        paths.push_back(url.toLocalFile().toStdString());
+    bool local = !files->isEmpty(), measured = true;
+    for (const QUrl& file : *files) {
+        local = local && file.isLocalFile();
+        measured = measured && IsMeasured(file.toLocalFile());
+        paths.push_back(file.toLocalFile().toStdString());
     }
-    const bool taken = local && (measured || urls.size() == 1);
+    const bool taken = local && (measured || files->size() == 1);
     event.setDropAction(taken ? Qt::CopyAction : Qt::IgnoreAction);
     event.setAccepted(taken);
     if (taken && event.type() == QEvent::Drop)

@@ -78,6 +78,22 @@ void WorstCaseOf1000Runs(benchmark::State& state) {
 }
 BENCHMARK(WorstCaseOf1000Runs)->Unit(benchmark::kMillisecond);
 
+// A marker set over those runs, and cleared: annotations alone are drawn anew.
+void MarkerInAWorstCaseOf1000Runs(benchmark::State& state) {
+    const auto window = ShownWindow();
+    window->findChild<QLineEdit*>("WorstCaseSimsBox")->setText("1000");
+    window->findChild<QCheckBox*>("WorstCaseBox")->click();
+    window->FinishDrawing();
+    const std::array<QAction*, 2> commands = {window->findChild<QAction*>("FreqMarkerMenu"),
+                                              window->findChild<QAction*>("ClearMarkersMenu")};
+    std::size_t turn = 0;
+    for (auto _ : state) {
+        commands[turn++ % 2]->trigger();
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(MarkerInAWorstCaseOf1000Runs)->Unit(benchmark::kMillisecond);
+
 void WindowToFirstPicture(benchmark::State& state) {
     NeedApplication();
     for (auto _ : state)

@@ -17,6 +17,7 @@
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
 #include "cli/Terminal.h"
+#include "display/Picture.h"
 #include "display/PlotExport.h"
 #include "files/DiskFile.h"
 #include "files/PlatformFolders.h"
@@ -26,6 +27,7 @@
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
+#include "pipeline/ReferenceDesign.h"
 #include "pipeline/SavedDesigns.h"
 #include "resources/Resources.h"
 
@@ -120,7 +122,7 @@ void Design(Session& session, const Arguments& arguments) {
     FinishCalculation(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
         if (run.Number > 0 && !arguments.PlotFile.empty())
             session.Overlay.push_back({run.Quantities, run.Response});
-        if (run.Number > 0 && run.Number <= arguments.Exports.TouchstoneRuns)
+        if (run.Number > 0 && run.Number <= arguments.Exports.Options.Runs)
             session.Runs.push_back(session.Calc.Design.Elements);
     });
 }
@@ -198,6 +200,15 @@ bool WriteOutput(const std::string& name, const std::string& bytes) {
     return error.empty();
 }
 
+std::vector<PictureRow> ResultLines(const Calculation& calc) {
+    std::vector<PictureRow> rows;
+    for (const ComparedResult& row : ResultRows(calc.Design, calc.Results, nullptr))
+        rows.push_back({row.Name, row.OfDesign, row.OfReference});
+    for (const auto& [name, value] : DescribeWorstCase(calc.WorstCase))
+        rows.push_back({name, value, {}});
+    return rows;
+}
+
 bool WritePlot(const Session& session, const Arguments& arguments) {
     const Calculation& calc = session.Calc;
     MeasuredSet measured;
@@ -208,8 +219,12 @@ bool WritePlot(const Session& session, const Arguments& arguments) {
     content.WorstCaseRuns = calc.WorstCase.Runs;
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
-    const PlotFile file = PaintPlotFile(arguments.PlotFile, {arguments.Width, arguments.Height},
-                                        content, QGuiApplication::font());
+    const QFont font = QGuiApplication::font();
+    const PlotFile file =
+        arguments.Picture
+            ? PaintPictureFile(arguments.PlotFile, arguments.Size, {content, ResultLines(calc)},
+                               {*arguments.Picture, arguments.White}, font)
+            : PaintPlotFile(arguments.PlotFile, PixelsOf(arguments.Size), content, font);
     if (file.Error.empty()) return WriteOutput(arguments.PlotFile, file.Bytes);
     PrintError(file.Error);
     return false;

@@ -21,10 +21,6 @@ constexpr int MostFrequencyDigits = 8;
 constexpr double WholeTurn = 360.0;  // degrees
 constexpr int LeaderFrom = 12;       // pixels; closer labels need no leader
 
-bool IsMagnitude(TraceKind kind) {
-    return kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
-}
-
 bool Drawable(TraceKind kind, double value) {
     const bool blankable = kind == TraceKind::Phase || kind == TraceKind::GroupDelay;
     return !std::isnan(value) && !(blankable && value == BlankMarker);

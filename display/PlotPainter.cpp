@@ -120,10 +120,10 @@ constexpr int besideZero = 4;
 /// The black line of 0 dB gives way where a trace runs along it: a pass band that is now on the
 /// line's row and now below it would flicker between the two colours.
 void ClearZeroLine(const TracePoints& points, const PlotLayout& pixels, int zeroY, double ratio,
-                   PixelRows picture) {
+                   PlotColour background, PixelRows picture) {
     const int reach = static_cast<int>(std::ceil(ratio));
     const int frame = pixels.PlotLeft + reach;  // which stays black
-    const std::uint32_t black = ToQColor(Black).rgb(), clear = ToQColor(BackgroundColour).rgb();
+    const std::uint32_t black = ToQColor(Black).rgb(), clear = ToQColor(background).rgb();
     const int near = besideZero * reach;
     const int top = std::max(zeroY - reach, 0),
               bottom = std::min(zeroY + reach, picture.Height - 1);
@@ -213,9 +213,9 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame) {
     PaintText(painter, frame.Subtitle);
 }
 
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look) {
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    QPen solid(ToQColor(ColourOf(colour, look)), WidthOf(look), Qt::SolidLine, Qt::FlatCap,
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look,
+                double width) {
+    QPen solid(ToQColor(ColourOf(colour, look)), width * WidthOf(look), Qt::SolidLine, Qt::FlatCap,
                Qt::RoundJoin);
     QPen dashed = solid;
     dashed.setDashPattern({qreal(DashPixels), qreal(DashGapPixels)});
@@ -233,18 +233,25 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const FilterDesign& design,
                 const TraceChoices& choices, const PlotLayout& layout, const PlotScales& scales,
                 LayerLook look, TracePoints& work) {
+    constexpr double finer = 16.0;  // paper shows what pixels of a screen would hide
+    const PlotLayout fine = ScaledLayout(layout, finer);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(1.0 / finer, 1.0 / finer);
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
-        MapLayerTrace(layer, kind, design, layout, scales, work, [&] {
+        MapLayerTrace(layer, kind, design, fine, scales, work, [&] {
             PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)],
-                       LookOf(layer, look));
+                       LookOf(layer, look), finer);
         });
     }
+    painter.restore();
 }
 
 void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign& design,
                       const TraceChoices& choices, const PlotLayout& layout,
-                      const PlotScales& scales, LayerLook look, OverlayWork& work) {
+                      const PlotScales& scales, LayerLook look, OverlayWork& work,
+                      PlotColour background) {
     const double ratio = image.devicePixelRatio();
     const PlotLayout pixels = ScaledLayout(layout, ratio);
     const PixelRows picture = PixelsOf(image);
@@ -256,7 +263,7 @@ void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign&
         const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
         const LayerLook own = LookOf(layer, look);
         MapLayerTrace(layer, kind, design, pixels, scales, work.Points, [&] {
-            if (clear) ClearZeroLine(work.Points, pixels, zeroY, ratio, picture);
+            if (clear) ClearZeroLine(work.Points, pixels, zeroY, ratio, background, picture);
             work.Strokes.Draw(work.Points, WidthOf(own) * ratio, ColourOf(colour, own), picture);
         });
     }

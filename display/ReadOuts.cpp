@@ -17,26 +17,13 @@ constexpr double LargestShownVswr = 999.0;
 constexpr double smallestReadOutScale = 0.5;  // of the font of the read-outs
 constexpr double readOutScaleStep = 0.05;
 
-const char* NameOf(TraceKind kind) {
-    switch (kind) {
-        case TraceKind::Mag1dB:
-        case TraceKind::Mag10dB:
-            return "Mag ";
-        case TraceKind::Phase:
-            return "Phase ";
-        case TraceKind::GroupDelay:
-            return "Delay ";
-        case TraceKind::Pulse:
-        case TraceKind::Normalised:
-            return "Pulse ";
-        case TraceKind::ReturnLoss:
-            return "RL ";
-    }
-    return "";
+/// "Mag ", whichever of the two magnitude traces it is.
+std::string NameIn(TraceKind kind) {
+    return TraceShortName(IsMagnitude(kind) ? TraceKind::Mag10dB : kind) + std::string(" ");
 }
 
 std::string TextOf(TraceKind kind, double value) {
-    const std::string text = NameOf(kind);
+    const std::string text = NameIn(kind);
     if (kind != TraceKind::ReturnLoss) return text + TraceValueText(kind, value);
     const double vswr = VswrOf(value);
     return text + TraceValueText(kind, value) + ", VSWR " +
@@ -60,7 +47,7 @@ std::optional<double> PlaceUnderCursor(const CursorReadOuts& out, const MarkedSw
 
 /// "board1 Mag -3.10 dB (-0.09 dB off)": a measured value, and how far it is from the design's.
 std::string MeasuredText(const CursorReadOuts& out, TraceKind kind, double value) {
-    std::string text = NameOf(kind) + TraceValueText(kind, value);
+    std::string text = NameIn(kind) + TraceValueText(kind, value);
     for (const TraceReadOut& trace : out.Traces)
         if (trace.Layer == 0 && trace.Kind == kind)
             return text + " (" + DifferenceText(kind, value - trace.Value) + " off)";
@@ -75,7 +62,7 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
         const double value = place ? LayerValueAt(layer, kind, *place) : std::nan("");
         if (std::isnan(value)) continue;
         // Both magnitude traces show one quantity: it is told once.
-        const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
+        const bool magnitude = IsMagnitude(kind);
         std::string text;
         if (!magnitude || !magnitudeShown)
             text = layer.ShortName + (layer.ShortName.empty() ? "" : " ") +

@@ -44,7 +44,10 @@ inline constexpr std::array<TraceKind, 6> TraceDrawOrder = {
 /// True if the trace of this kind is on; never for Normalised.
 bool IsChosen(const TraceChoices& choices, TraceKind kind);
 
-/// A name for the end of a trace: "Mag", "1 dB", "RL", ...
+/// True for the two traces that show one quantity, the magnitude.
+bool IsMagnitude(TraceKind kind);
+
+/// A name for the end of a trace, for markers and read-outs: "Mag", "Mag 1 dB", "RL", ...
 const char* TraceShortName(TraceKind kind);
 
 /// The array that a kind draws; empty for Normalised.

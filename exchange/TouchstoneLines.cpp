@@ -5,7 +5,7 @@
 #include <cctype>
 #include <cmath>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 

@@ -127,7 +127,7 @@ void DesignDocument::WasSavedTo(const std::string& path, bool withCompanion) {
 bool DesignDocument::Load(std::string_view bytes, const std::string& path) {
     const auto record = DecodeRecord(bytes);
     if (!record) return false;
-    tie = std::make_shared<FileTie>(FileTie{path, {}, {}, {}});
+    tie = std::make_shared<FileTie>(FileTie{path, {}, {}, {}, {}});
     LoadRecord(*record, Work);
     // Values edited in the design of before and what was measured of it are no part of this one.
     Work.Discarded.reset();
@@ -146,6 +146,7 @@ UnsavedWork DesignDocument::Kept() const {
     work.Name = ProposedFileName(Work.Design);
     work.File = tie->Path;
     if (tie->Saved) work.Saved = KeptDesign{*tie->Saved, {}};
+    work.Stamps = tie->Stamps;
     if (tie->Saved && tie->SavedEdits)
         work.Saved->Ladder = KeptSlotsOf(*tie->SavedEdits, CountOf(*tie->SavedEdits));
     work.Design = {Record({}), KeptLadderOf(Work.Design)};
@@ -178,7 +179,7 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         reference->Record = work.Reference->Record;
     }
     showReference = work.ReferenceShown;
-    tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}, work.SavedMeasured});
+    tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured});
     if (work.Saved) tie->Saved = work.Saved->Record;
     if (work.Saved && !work.Saved->Ladder.empty()) tie->SavedEdits = ElementsOf(work.Saved->Ladder);
     calculate(work.Design, Work);
@@ -189,7 +190,8 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
     if (work.Discarded) {
         const auto scratch = std::make_unique<Calculation>();
         calculate(*work.Discarded, *scratch);
-        Work.Discarded = HandMadeDesign{scratch->Inputs, scratch->Design, scratch->IdealElements};
+        Work.Discarded = HandMadeDesign{scratch->Inputs, scratch->Design, scratch->IdealElements,
+                                        scratch->SynthesisMathErrors};
     }
     history = {};
     NoteStep(0.0);
@@ -220,6 +222,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->FixedSeed = Work.FixedSeed;
     snapshot->DrawnSeed = Work.PendingSeed;
     if (!snapshot->DrawnSeed && Work.WorstCase.Runs > 0) snapshot->DrawnSeed = Work.WorstCase.Seed;
+    snapshot->SynthesisMathErrors = Work.SynthesisMathErrors;
     snapshot->MathErrors = MathErrorCount(Work);
     snapshot->Markers = Markers;
     snapshot->Measured = Measured;
@@ -249,7 +252,9 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     Work.CountChanged = snapshot.CountChanged;
     Work.FixedSeed = snapshot.FixedSeed;
     Work.PendingSeed = snapshot.DrawnSeed;
-    Work.FirstMathError = MathErrors().ErrorCount() - snapshot.MathErrors;
+    Work.SynthesisMathErrors = snapshot.SynthesisMathErrors;
+    Work.FirstMathError =
+        MathErrors().ErrorCount() - (snapshot.MathErrors - snapshot.SynthesisMathErrors);
     Markers = snapshot.Markers;
     Measured = snapshot.Measured;
     controls = snapshot.Controls;

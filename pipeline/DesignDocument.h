@@ -100,6 +100,10 @@ public:
     /// It was written to a file as it stands, `withCompanion` or without what that holds.
     void WasSavedTo(const std::string& path, bool withCompanion = true);
 
+    /// What its file and the companion beside it held when they were read or written last.
+    const DesignStamps& Stamps() const { return tie->Stamps; }
+    void KeepStamps(const DesignStamps& stamps) { tie->Stamps = stamps; }
+
     /// Saving it failed: it is tied to no file any more.
     void LoseFile() { tie->Path.clear(); }
 

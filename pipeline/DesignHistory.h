@@ -10,6 +10,7 @@
 
 #include "design/MarkerState.h"
 #include "design/MeasuredFile.h"
+#include "files/FileStamp.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/Choices.h"
 #include "pipeline/ReferenceDesign.h"
@@ -24,6 +25,7 @@ struct FileTie {
     std::optional<DesignRecord> Saved;  ///< the design in it, or that the program started with
     /// The ladder kept with it, if that has values edited by hand.
     std::optional<ElementList> SavedEdits{};
+    DesignStamps Stamps{};          ///< what the files of that name held then
     MeasuredFiles SavedMeasured{};  ///< shown with it
 };
 
@@ -38,7 +40,8 @@ struct DesignSnapshot {
     bool CountChanged = false;
     std::optional<std::uint32_t> FixedSeed;
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown
-    std::uint64_t MathErrors = 0;            ///< of its calculation
+    std::uint64_t SynthesisMathErrors = 0;
+    std::uint64_t MathErrors = 0;  ///< those and the later ones
     MarkerState Markers;
     MeasuredFiles Measured;
     ControlStates Controls;

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <map>
 
-#include "files/TextLines.h"
+#include "numbers/TextLines.h"
 
 namespace ladderwise {
 
@@ -58,6 +58,10 @@ template <typename Values>
 void AddMarkers(std::string& text, std::string_view key, const Values& values, int count) {
     for (int i = 1; i <= count; ++i)
         AddLine(text, key, NumberText(values[i]));
+}
+
+void AddStamp(std::string& text, const char* key, const std::optional<FileStamp>& stamp) {
+    if (stamp) AddLine(text, key, NumberText(stamp->Size), Hex(stamp->Digest));
 }
 
 void AddMeasured(std::string& text, std::string_view key, const MeasuredFiles& files) {
@@ -166,6 +170,12 @@ int ReadMarkers(const KeyedLines& lines, std::string_view key, Values& values) {
     return count;
 }
 
+std::optional<FileStamp> KeptStamp(const KeyedLines& lines, std::string_view key) {
+    for (const Words& words : lines.All(key, 2))
+        return FileStamp{NumberOf<std::size_t>(words[0]), BytesOf(words[1])};
+    return {};
+}
+
 MeasuredFiles KeptMeasured(const KeyedLines& lines, std::string_view key) {
     MeasuredFiles files;
     for (const Words& words : lines.All(key, 7))
@@ -233,6 +243,8 @@ std::string EncodeWork(const UnsavedWork& work) {
     AddLine(text, "name", Hex(work.Name));
     AddLine(text, "file", Hex(work.File));
     if (work.Saved) AddDesign(text, "saved", *work.Saved);
+    AddStamp(text, "file-stamp", work.Stamps.Design);
+    AddStamp(text, "companion-stamp", work.Stamps.Companion);
     AddDesign(text, "design", work.Design);
     if (work.Discarded) AddDesign(text, "discarded", *work.Discarded);
     if (work.Reference) AddDesign(text, "reference", *work.Reference);
@@ -259,6 +271,7 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         work.Name = BytesOf(keyed.One("name"));
         work.File = BytesOf(keyed.One("file"));
         work.Saved = KeptDesignIn(keyed, "saved");
+        work.Stamps = {KeptStamp(keyed, "file-stamp"), KeptStamp(keyed, "companion-stamp")};
         auto design = KeptDesignIn(keyed, "design");
         if (!design) return {};
         work.Design = std::move(*design);

@@ -13,6 +13,7 @@
 #include "design/MarkerState.h"
 #include "design/MeasuredFile.h"
 #include "files/FileReadSave.h"
+#include "files/FileStamp.h"
 
 namespace ladderwise {
 
@@ -34,6 +35,7 @@ struct UnsavedWork {
     std::string Name;                   ///< of the design, as saving would propose it
     std::string File;                   ///< full path, UTF-8; empty: none
     std::optional<KeptDesign> Saved{};  ///< the design in that file
+    DesignStamps Stamps{};              ///< and what the files of that name held
     KeptDesign Design{};
     std::optional<KeptDesign> Discarded{};  ///< what can be brought back
     std::optional<KeptDesign> Reference{};

@@ -140,3 +140,105 @@ def mutations_of(path, source):
         if re.search(r"[A-Za-z]", source[start:end]) and not UNSEEN.search(line):
             add("text", start, end, '""')
     return sites
+
+
+CONTAINER = re.compile(r"(?:(?:public|private|protected|signals|public slots|private slots):\s*)*"
+                       r"(?:template\s*<[^{}]*>\s*)?(?:inline\s+)?(?:namespace|class|struct|union"
+                       r"|extern)\b[^()=]*$")
+BODY = re.compile(r"(?:\)|\}|\b(?:const|noexcept|override|final)|->[^;=]*)$")
+
+
+def closing(bare, start):
+    """Where the brace that opens at start closes."""
+    depth = 0
+    for place in range(start, len(bare)):
+        depth += {"{": 1, "}": -1}.get(bare[place], 0)
+        if depth == 0:
+            return place
+    return len(bare) - 1
+
+
+def outline(bare):
+    """(first, last) of every function's body, braces included, and of every declaration outside
+    of one, up to its semicolon."""
+    plain = re.sub(r"(?m)^[ \t]*#[^\n]*", lambda found: " " * len(found.group()), bare)
+    bodies, declarations, begin, place = [], [], 0, 0
+    while place < len(plain):
+        letter = plain[place]
+        if letter == "{":
+            header = plain[begin:place].strip()
+            end = closing(plain, place)
+            if CONTAINER.match(header):
+                begin = place + 1
+            elif "(" in header and "=" not in header[header.rfind(")"):] and BODY.search(header):
+                bodies.append((place, end))
+                begin, place = end + 1, end
+            else:
+                place = end  # initialisers, enumerators
+        elif letter == ";":
+            declarations.append((begin, place))
+            begin = place + 1
+        elif letter == "}":
+            begin = place + 1
+        place += 1
+    return bodies, declarations
+
+
+def home_of(source, mutant):
+    """("body" or "declaration", first, last) of what a mutant stands in, or None where a build can
+    hold it only alone."""
+    bare = blanked(source)[1]
+    bodies, declarations = outline(bare)
+    for first, last in bodies:
+        if first < mutant.start < last:
+            return "body", first, last
+    for first, last in declarations:
+        before = bare[first:mutant.start]
+        given = "=" in before or "{" in before
+        if first <= mutant.start < last and given and mutant.kind in ("constant", "text"):
+            return None if re.search(r"\b(?:static|enum|using|template)\b", before) else (
+                "declaration", first, last)
+    return None
+
+
+def is_switchable(source, mutant):
+    return home_of(source, mutant) is not None
+
+
+def switched_source(source, mutants, header):
+    """The source with the mutants {number: mutation}, each behind IsMutant(number), and their
+    lines: [(first, last, number)]."""
+    homes = {}
+    for number, mutant in mutants.items():
+        homes.setdefault(home_of(source, mutant), []).append(number)
+    text, lines, last = '#include "%s"\n' % header if mutants else "", [], 0
+
+    def add(piece, number=None):
+        nonlocal text
+        first = text.count("\n") + 1
+        text += piece
+        if number is not None:
+            lines.append((first, text.count("\n") + 1, number))
+    for (kind, first, end), numbers in sorted(homes.items(), key=lambda home: home[0][1]):
+        add(source[last:first])
+        last = end + 1
+        if kind == "body":
+            add("{\n")
+            for number in numbers:
+                mutant = mutants[number]
+                body = (source[first:mutant.start] + mutant.text + source[mutant.end:end + 1])
+                add("if (IsMutant(%d)) %s else\n" % (number, body), number)
+            add(source[first:end + 1] + "}")
+            continue
+        declared, place = "", first
+        for number in sorted(numbers, key=lambda one: mutants[one].start):
+            mutant = mutants[number]
+            declared += "%s(IsMutant(%d) ? %s : %s)" % (
+                source[place:mutant.start], number, mutant.text, source[mutant.start:mutant.end])
+            place = mutant.end
+        declared += source[place:end + 1]
+        start = text.count("\n") + 1
+        add(re.sub(r"\bconstexpr const\b|\bconstexpr\b", "const", declared))
+        lines += [(start, text.count("\n") + 1, number) for number in numbers]
+    add(source[last:])
+    return text, lines

@@ -17,7 +17,8 @@ struct ButterworthResponse {
 
     PlotTraces Traces() const { return {MagnitudeDb, PhaseDeg, GroupDelay, Pulse, ReturnLossDb}; }
     PlotLayer Layer(bool reference = false) const {
-        return {Traces(), reference ? ReferenceColours : CurrentColours,
+        return {Traces(),
+                reference ? ReferenceColours : CurrentColours,
                 reference ? LayerRole::Reference : LayerRole::Design,
                 {},
                 reference ? "Ref" : "",

@@ -1,10 +1,12 @@
-// Every window without a mouse or a screen: names for a screen reader, the Tab key, mnemonics.
+// Every window as it is seen and reached: texts by their ink, controls off each other, names for a
+// screen reader, the Tab key, mnemonics.
 #include <QAccessible>
 #include <QActionGroup>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 
+#include "tests/Picture.h"
 #include "tests/window/WindowFixture.h"
 #include "windows/AboutWindow.h"
 
@@ -58,6 +60,37 @@ QStringList FaultsOf(QWidget* window) {
     return faults + FaultyMnemonics(captions);
 }
 
+QString TextOf(const QWidget* control) {
+    if (const auto* const label = qobject_cast<const QLabel*>(control)) return label->text();
+    if (const auto* const button = qobject_cast<const QAbstractButton*>(control))
+        return button->text();
+    const auto* const edit = qobject_cast<const QLineEdit*>(control);
+    return edit && !edit->hasFocus() ? edit->text() : QString();
+}
+
+/// What a window does not show of what its controls hold, and which of them lie on each other.
+QStringList FaultsSeen(QWidget* window) {
+    QStringList faults;
+    const QImage image = window->grab().toImage();
+    for (auto* const control : window->findChildren<QWidget*>()) {
+        if (control->window() != window || !control->isVisibleTo(window)) continue;
+        const QRect area(control->mapTo(window, QPoint()), control->size());
+        const auto role =
+            qobject_cast<QLineEdit*>(control) ? QPalette::Text : control->foregroundRole();
+        const Picture picture(image, control->font(), control->palette().color(QPalette::Base));
+        const QString text = TextOf(control).remove('&').trimmed();
+        if (text.isEmpty() || !control->isEnabled()) continue;
+        if (!picture.HasInkOf(text, control->palette().color(role), area))
+            faults << control->objectName() + " does not show " + text;
+        for (auto* const other :
+             control->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            if (other > control && other->isVisibleTo(window) && !TextOf(other).isEmpty() &&
+                other->geometry().intersects(control->geometry()))
+                faults << control->objectName() + " lies on " + other->objectName();
+    }
+    return faults;
+}
+
 }  // namespace
 
 class AccessibilityTest : public QObject {
@@ -77,6 +110,7 @@ private slots:
         for (const auto& [name, command] : windows) {
             f.Trigger(command);
             QCOMPARE(name + FaultsOf(f.Find(name)->window()).join(", "), QString(name));
+            QCOMPARE(name + FaultsSeen(f.Find(name)->window()).join(", "), QString(name));
         }
         AboutWindow about(f.Window.get());
         about.show();

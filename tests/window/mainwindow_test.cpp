@@ -139,40 +139,26 @@ private slots:
     }
 
     void EveryChoiceReachesTheCalculation() {
-        // clang-format off
-        const struct { const char *Control, *Name, *InUse; } cases[] = {
-            {"HighPassMenu", "pass", "high-pass"}, {"BandPassMenu", "pass", "band-pass"},
-            {"NotchMenu", "pass", "notch"}, {"DirectCoupledMenu", "pass", "direct-coupled"},
-            {"NortonMenu", "pass", "norton"}, {"LowPassMenu", "pass", "low-pass"},
-            {"BesselDelayMenu", "response", "bessel-delay"}, {"GaussMenu", "response", "gauss"},
-            {"ChebyshevMenu", "response", "chebyshev"}, {"PapoulisMenu", "response", "papoulis"},
-            {"BesselFreqMenu", "response", "bessel-freq"}, {"LinearChebyshevMenu", "response", "linear-chebyshev"},
-            {"EllipticAMenu", "response", "elliptic-a"}, {"EllipticBMenu", "response", "elliptic-b"},
-            {"EllipticCMenu", "response", "elliptic-c"}, {"EllipticDMenu", "response", "elliptic-d"},
-            {"EllipticEMenu", "response", "elliptic-e"}, {"ButterworthMenu", "response", "butterworth"},
-            {"FormLCLMenu", "form", "lcl"}, {"FormCLCMenu", "form", "clc"}, {"LinearMenu", "sweep", "linear"},
-            {"OneOctaveMenu", "sweep", "1-octave"}, {"TwoOctavesMenu", "sweep", "2-octaves"},
-            {"ThreeOctavesMenu", "sweep", "3-octaves"}, {"OneDecadeMenu", "sweep", "1-decade"},
-            {"TwoDecadesMenu", "sweep", "2-decades"}, {"RealPartsButton", "parts", "real"},
-            {"DeEmbedButton", "parts", "deembed"}, {"IdealPartsButton", "parts", "ideal"},
-            {"TenPercentCap", "cap-tol", "10"}, {"TwoPercentCap", "cap-tol", "2"},
-            {"OnePercentCap", "cap-tol", "1"}, {"FivePercentCap", "cap-tol", "5"},
-            {"TwoPercentInd", "ind-tol", "2"}, {"OnePercentInd", "ind-tol", "1"},
-            {"FivePercentInd", "ind-tol", "5"}, {"TenPercentInd", "ind-tol", "10"}, {"StdValuesBox", "std", "on"},
-            {"WorstCaseBox", "worst-case", "on"}, {"PlotPhaseBox", "traces", "mag10,phase"},
-            {"PlotMag1dBBox", "traces", "mag1,mag10,phase"}, {"PlotReturnLossBox", "traces", "mag1,mag10,phase,rl"},
-            {"PlotGDBox", "traces", "mag1,mag10,phase,gd,rl"}};
-        // clang-format on
         WindowFixture f;
         f.Trigger("PartDefinitionsMenu");
-        for (const auto& c : cases) {
-            QString(c.Control).endsWith("Menu") ? f.Trigger(c.Control) : f.Check(c.Control);
-            QVERIFY2(f.InUse(c.Name) == c.InUse && f.Checked(c.Control), c.Control);
-            QCOMPARE(f.Difference(), QString());
+        for (const ChoiceTable& table : ChoiceTables()) {
+            const bool here = table.Id < ChoiceId::TankType && table.Form != ConsoleForm::Hidden;
+            for (const ChoiceRow& row : table.Rows) {
+                if (!here || !*row.Component || row.Word == QString("coefficients")) continue;
+                const QString control = row.Component;
+                control.endsWith("Menu") ? f.Trigger(control) : f.Check(control);
+                const QString word = row.Code == PrototypePassCode ? "low-pass" : row.Word;
+                QVERIFY2(f.InUse(table.Name) == word && f.Checked(control), row.Component);
+                QCOMPARE(f.Difference(), QString());
+            }
         }
+        for (const char* const trace : {"PlotPhaseBox", "PlotMag1dBBox", "PlotReturnLossBox"})
+            f.Check(trace);
+        QCOMPARE(f.InUse("traces"), "mag1,mag10,phase,rl");
+        f.Check("PlotGDBox");
         f.Check("PlotMagBox");
         QCOMPARE(f.InUse("traces"), "mag1,phase,gd,rl");
-        QCOMPARE(f.Find<QLabel>("ToleranceLabel")->text(), "C 5%    L 10%");
+        QCOMPARE(f.Find<QLabel>("ToleranceLabel")->text(), "C 1%    L 1%");
         f.Check("RealPartsButton");
         f.Trigger("LowPassPrototypeMenu");  // takes ideal parts, not snapped
         QVERIFY(f.Checked("LowPassPrototypeMenu") && !f.Checked("LowPassMenu"));

@@ -20,6 +20,7 @@ public:
                                 [](const QString&) { return UnsavedAnswer::Discard; },
                                 {},
                                 [](const QString&) { return ChangedAnswer::Cancel; },
+                                {},
                                 [this](const FileDialogTexts&) { return Chosen; }});
     }
 

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "analysis/Circuitanalysis.h"
+#include "design/ElementNetworks.h"
 
 namespace ladderwise {
 namespace {
@@ -114,80 +115,74 @@ struct SlotParts {
         capacitor.D[1] = b;
         return capacitor;
     }
-    OnePort Pair(double l, double c) const { return InSeries(L(l), C(c)); }
-    OnePort Tank(double l, double c) const { return InParallel(L(l), C(c)); }
+
+    OnePort Of(const Network& network) const {
+        switch (network.Kind) {
+            case NetworkKind::Inductor:
+                return L(Slot.Value(network.Row));
+            case NetworkKind::Capacitor:
+                return C(Slot.Value(network.Row));
+            case NetworkKind::InSeries:
+                return Joined(network.Members, InSeries);
+            case NetworkKind::InParallel:
+                return Joined(network.Members, InParallel);
+            case NetworkKind::Line:
+            case NetworkKind::ShortedStub:
+            case NetworkKind::OpenStub:
+                break;
+        }
+        return {};
+    }
+
+private:
+    template <typename Join>
+    OnePort Joined(const std::vector<Network>& members, Join join) const {
+        OnePort port = Of(members.front());
+        for (std::size_t k = 1; k < members.size(); ++k)
+            port = join(port, Of(members[k]));
+        return port;
+    }
 };
 
-/// The one-ports of a slot: two of a slot that is two sections, none of one with lines.
-std::vector<OnePort> ArmsOf(const SlotParts& p) {
-    const auto& [type, V1, V2, V3, V4] = p.Slot;
-    switch (type) {
-        case ElementType::SeriesInd:
-        case ElementType::ShuntInd:
-            return {p.L(V1)};
-        case ElementType::SeriesCap:
-        case ElementType::ShuntCap:
-            return {p.C(V2)};
-        case ElementType::SeriesLC:
-        case ElementType::ShuntParLC:
-            return {p.Tank(V1, V2)};
-        case ElementType::ShuntLC:
-        case ElementType::SeriesSerLC:
-            return {p.Pair(V1, V2)};
-        case ElementType::ShuntSerParLC:
-            return {InSeries(p.Pair(V1, V2), p.Tank(V3, V4))};
-        case ElementType::SerSerParLC:
-            return {InParallel(p.Pair(V1, V2), p.Tank(V3, V4))};
-        case ElementType::DualShuntLC:
-            return {p.Pair(V1, V2), p.Pair(V3, V4)};
-        case ElementType::DualSeriesLC:
-            return {p.Tank(V1, V2), p.Tank(V3, V4)};
-        case ElementType::SeriesElliptic2:
-            return {InParallel(p.C(V4), InSeries(p.L(V3), p.Tank(V1, V2)))};
-        case ElementType::SeriesElliptic3:
-            return {InParallel(p.L(V3), InSeries(p.C(V2), p.Tank(V1, V4)))};
-        case ElementType::ShuntElliptic2:
-            return {InSeries(p.L(V1), InParallel(p.C(V2), p.Pair(V3, V4)))};
-        case ElementType::ShuntElliptic3:
-            return {InSeries(p.C(V2), InParallel(p.L(V1), p.Pair(V3, V4)))};
-        case ElementType::ThreeShuntCapSerLC:
-            return {InParallel(p.C(V2), p.Pair(V1, V4))};
-        case ElementType::ThreeShuntIndSerLC:
-            return {InParallel(p.L(V1), p.Pair(V3, V2))};
-        case ElementType::ThreeShuntTappedC:
-            return {InSeries(p.C(V4), p.Tank(V1, V2))};
-        case ElementType::ThreeShuntTappedL:
-            return {InSeries(p.L(V3), p.Tank(V1, V2))};
-        case ElementType::SeriesTLIN:
-        case ElementType::ShuntTLSCC:
-        case ElementType::ShuntLTLOC:
-        case ElementType::ShuntTLSCTLOC:
-        case ElementType::ShuntTLOC:
-        case ElementType::ShuntTLSC:
-        case ElementType::errorBitMap:
-            return {};
-    }
-    return {};
+/// The zeros of the reactance of a network, Hz: in parallel those of every member, which stay exact
+/// so where two lie close together.
+void AddZeros(const SlotParts& parts, const Network& network, std::vector<double>& zeros) {
+    if (network.Kind != NetworkKind::InParallel)
+        return AddRoots(parts.Of(network).N, parts.Design.F0, zeros);
+    for (const Network& member : network.Members)
+        AddZeros(parts, member, zeros);
+}
+
+/// Its poles: in series those of every member.
+void AddPoles(const SlotParts& parts, const Network& network, std::vector<double>& poles) {
+    if (network.Kind != NetworkKind::InSeries)
+        return AddRoots(parts.Of(network).D, parts.Design.F0, poles);
+    for (const Network& member : network.Members)
+        AddPoles(parts, member, poles);
+}
+
+bool IsLine(const Network& network) {
+    return network.Kind == NetworkKind::Line || network.Kind == NetworkKind::ShortedStub ||
+           network.Kind == NetworkKind::OpenStub;
 }
 
 /// The susceptance of a shunt slot with stubs, and where it has its poles. It rises between them.
 struct StubSlot {
     const FilterDesign& Design;
-    const CircuitElement& Slot;
     bool Real = Design.PartModel.Choice != PartChoice::IdealParts;
     double Shorted = 0.0, ShortedZ = 1.0, Open = 0.0, OpenZ = 1.0;  ///< degrees at F0, ohm; 0: none
     double C = 0.0, L = 0.0;                                        ///< F, H; 0: none
 
-    StubSlot(const FilterDesign& design, const CircuitElement& slot) : Design(design), Slot(slot) {
-        const auto& [type, V1, V2, V3, V4] = slot;
-        if (type == ElementType::ShuntTLSCC || type == ElementType::ShuntTLSCTLOC ||
-            type == ElementType::ShuntTLSC)
-            Shorted = V1, ShortedZ = V2;
-        if (type == ElementType::ShuntTLSCTLOC || type == ElementType::ShuntLTLOC)
-            Open = V3, OpenZ = V4;
-        if (type == ElementType::ShuntTLOC) Open = V1, OpenZ = V2;
-        if (type == ElementType::ShuntTLSCC) C = GuardedPartValue(V4);
-        if (type == ElementType::ShuntLTLOC) L = GuardedPartValue(V1);
+    StubSlot(const FilterDesign& design, const CircuitElement& slot) : Design(design) {
+        for (const Network& network : NetworksOf(slot.Type)) {
+            const double value = slot.Value(network.Row);
+            if (network.Kind == NetworkKind::ShortedStub)
+                Shorted = value, ShortedZ = slot.Value(network.Row + 1);
+            if (network.Kind == NetworkKind::OpenStub)
+                Open = value, OpenZ = slot.Value(network.Row + 1);
+            if (network.Kind == NetworkKind::Capacitor) C = GuardedPartValue(value);
+            if (network.Kind == NetworkKind::Inductor) L = GuardedPartValue(value);
+        }
     }
 
     double Susceptance(double f) const {
@@ -235,21 +230,25 @@ void KeepOnce(std::vector<double>& resonances) {
     resonances.erase(std::unique(resonances.begin(), resonances.end(), same), resonances.end());
 }
 
-/// Calls `take(arm, one-port)` for every arm.
+/// Calls `take(arm, parts, network)` for every network of the slots without lines.
 template <typename Take>
-void ForEveryArm(const FilterDesign& design, Take take) {
-    for (int slot = 1; slot <= std::min(design.NumElements, NumSlots - 1); ++slot)
-        for (const OnePort& port : ArmsOf({design, design.Elements[slot]}))
-            take(InfoOf(design.Elements[slot].Type).Arm, port);
+void ForEveryNetwork(const FilterDesign& design, Take take) {
+    for (int slot = 1; slot <= std::min(design.NumElements, NumSlots - 1); ++slot) {
+        const CircuitElement& element = design.Elements[slot];
+        const std::vector<Network> networks = NetworksOf(element.Type);
+        if (std::any_of(networks.begin(), networks.end(), IsLine)) continue;
+        for (const Network& network : networks)
+            take(InfoOf(element.Type).Arm, SlotParts{design, element}, network);
+    }
 }
 
 }  // namespace
 
 std::vector<double> ElementResonances(const FilterDesign& design) {
     std::vector<double> resonances;
-    ForEveryArm(design, [&](ElementArm, const OnePort& port) {
-        AddRoots(port.N, design.F0, resonances);
-        AddRoots(port.D, design.F0, resonances);
+    ForEveryNetwork(design, [&](ElementArm, const SlotParts& parts, const Network& network) {
+        AddZeros(parts, network, resonances);
+        AddPoles(parts, network, resonances);
     });
     KeepOnce(resonances);
     return resonances;
@@ -275,9 +274,9 @@ std::vector<double> LineResonances(const FilterDesign& design, double highest) {
 
 std::vector<double> TransmissionZeros(const FilterDesign& design) {
     std::vector<double> zeros;
-    ForEveryArm(design, [&](ElementArm arm, const OnePort& port) {
-        if (arm == ElementArm::Series) AddRoots(port.D, design.F0, zeros);
-        if (arm == ElementArm::Shunt) AddRoots(port.N, design.F0, zeros);
+    ForEveryNetwork(design, [&](ElementArm arm, const SlotParts& parts, const Network& network) {
+        if (arm == ElementArm::Series) AddPoles(parts, network, zeros);
+        if (arm == ElementArm::Shunt) AddZeros(parts, network, zeros);
     });
     KeepOnce(zeros);
     return zeros;

@@ -19,6 +19,7 @@ constexpr double LinearX = 2.0;      // the grid of x is linear up to here, loga
 constexpr double HighestX = 200.0;   // its end
 constexpr double LinearShare = 0.7;  // of its points lie in its linear part
 constexpr int PointsOverX = 640;
+constexpr int PointsAbove = 160;   // from HighestX to the far end of a pass band that has none
 constexpr int PointsOfScan = 320;  // from F0 / ScanReach to ScanReach F0
 
 // Places about a resonance of an arm, relative. Those of traps lie close to peaks as narrow.
@@ -62,16 +63,19 @@ void AddPointsOverX(const FilterDesign& design, std::vector<double>& grid) {
         if (k > 0 && band) grid.push_back(FrequencyOf(design, -x));
         if (k == 0 && !band) grid.push_back(FrequencyOf(design, LowestX));
     }
-    // The far ends of the pass bands that have no end; real parts have theirs, where nobody looks.
+    // The far ends of the pass bands that have no end; those of real parts end somewhere above.
     const bool openAbove =
         design.PassType == PassType::HighPass || design.PassType == PassType::Notch;
     if (design.PassType == PassType::Notch) grid.push_back(LowestX * design.F0);
-    if (openAbove && design.PartModel.Choice == PartChoice::IdealParts)
-        grid.push_back(design.F0 / LowestX);
+    if (!openAbove) return;
+    const bool ideal = design.PartModel.Choice == PartChoice::IdealParts;
+    for (int k = ideal ? PointsAbove : 1; k <= PointsAbove; ++k)
+        grid.push_back(HighestX * design.F0 *
+                       std::pow(1.0 / (LowestX * HighestX), double(k) / PointsAbove));
 }
 
-std::vector<double> GridOf(const FilterDesign& design) {
-    std::vector<double> grid;
+std::vector<double> GridOf(const FilterDesign& design, const std::vector<double>& places) {
+    std::vector<double> grid = places;
     AddPointsOverX(design, grid);
     const double lowest = design.F0 / ScanReach, highest = design.F0 * ScanReach;
     const double step = std::pow(highest / lowest, 1.0 / (PointsOfScan - 1));
@@ -204,8 +208,8 @@ int ResponseSamples::At(double f) const {
     return static_cast<int>(std::lower_bound(F.begin(), F.end(), f) - F.begin());
 }
 
-ResponseSamples TakeSamples(const FilterDesign& design) {
-    ResponseSamples samples = Analysed(design, GridOf(design));
+ResponseSamples TakeSamples(const FilterDesign& design, const std::vector<double>& places) {
+    ResponseSamples samples = Analysed(design, GridOf(design, places));
     for (int pass = 0; pass < MostRefinements; ++pass) {
         std::vector<double> more;
         for (const int i : CoarseGaps(samples, design.F0)) {

@@ -43,8 +43,8 @@ struct ResponseSamples {
 /// Samples about F0 on the scale of the prototype, from F0 / ScanReach to ScanReach F0, and about
 /// every resonance of an arm; then more wherever the phase of H turns by more than a resonance may
 /// between two samples; then some at the tops of all maxima of level and reflection, so that only
-/// the highest of them need be looked at more closely.
-ResponseSamples TakeSamples(const FilterDesign& design);
+/// the highest of them need be looked at more closely. `places` (Hz) are sampled too.
+ResponseSamples TakeSamples(const FilterDesign& design, const std::vector<double>& places = {});
 
 /// A local maximum of a sampled quantity: the sample next to it, and what it comes to at most. A
 /// lobe rises over its sample by about as much as the parabola through it and its neighbours, and

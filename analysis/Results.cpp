@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "analysis/Circuitanalysis.h"
 #include "analysis/ResponseSamples.h"
@@ -21,9 +22,12 @@ constexpr double PassBandX = 2.0;      // the peak is looked for at least this f
 constexpr double LowestBand = 0.5;     // of F0: parasitics make a band sink no further
 constexpr double HighestBand = 1.5;    // of F0: above lie the next bands
 constexpr double HighestOfLow = 2.0;   // of F0: so far a low-pass may have its peak
+// The loss of coils still changes with the root of the lowest sample's frequency.
+constexpr double TowardsZero = 1e-12;
 constexpr double TopOfHighPass = 3.0;  // F0 times this ends a return-loss band that has no end
 
 constexpr double OtherBandDepth = 6.0;    // dB: a response further down is no pass band
+constexpr double NothingPasses = -200.0;  // dB: further down rounding decides
 constexpr double MovedShare = 0.25;       // of BandWidth: less is no moving
 constexpr double SkirtDepth = 60.0;       // dB
 constexpr double SkirtReference = 6.0;    // dB
@@ -108,15 +112,40 @@ std::optional<Maximum> HighestEnd(const FilterDesign& design, const ResponseSamp
     };
     const bool down = design.PassType == PassType::LowPass || design.PassType == PassType::Notch;
     const bool up = design.PassType == PassType::HighPass || design.PassType == PassType::Notch;
-    if (down) take(samples.F.front(), samples.Level.front());
+    if (down) take(samples.F.front(), LevelAt(design, TowardsZero * samples.F.front()));
     if (up && design.PartModel.Choice == PartChoice::IdealParts)
         take(samples.F.back(), samples.Level.back());
     return best;
 }
 
+/// Up to where the pass band goes that begins in `range` above F0: until it has fallen by
+/// OtherBandDepth, or has risen to what leaves half the power of its beginning out. What comes
+/// then, far above, is made by parasitics.
+double EndOfUpperBand(const FilterDesign& design, const ResponseSamples& samples,
+                      const BandRange& range) {
+    const double inside = FrequencyOf(design, PassBandX);
+    double highest = -Infinite, lowest = Infinite;
+    for (int i = samples.At(range.Low); i < samples.Count(); ++i) {
+        const double level = samples.Level[i];
+        highest = std::max(highest, level);
+        if (samples.F[i] < inside) continue;
+        if (level < highest - LeastRise) lowest = std::min(lowest, level);
+        if (level < highest - OtherBandDepth || level > lowest + HalfPowerDb) return samples.F[i];
+    }
+    return Infinite;
+}
+
+BandRange RangeOfPeak(const FilterDesign& design, const ResponseSamples& samples) {
+    BandRange range = BandAboutF0(design);
+    if (design.PassType == PassType::Notch) range.Low = FrequencyOf(design, 1.0);
+    if (design.PassType == PassType::Notch || design.PassType == PassType::HighPass)
+        range.High = EndOfUpperBand(design, samples, range);
+    if (design.PassType == PassType::Notch) range.Low = 0.0;
+    return range;
+}
+
 std::optional<Maximum> FindPeak(const FilterDesign& design, const ResponseSamples& samples) {
-    const bool notch = design.PassType == PassType::Notch;
-    const BandRange range = notch ? BandRange{0.0, Infinite} : BandAboutF0(design);
+    const BandRange range = RangeOfPeak(design, samples);
     std::optional<Maximum> peak = HighestWithin(design, samples, range);
     const std::optional<Maximum> end = HighestEnd(design, samples);
     if (end && (!peak || !(peak->Level > end->Level + LeastRise))) return end;
@@ -146,13 +175,16 @@ ResponsePeak PeakOf(const ResponseSamples& samples, const Maximum& maximum) {
     return {f, -maximum.Level};
 }
 
-/// The deepest place of a notch.
+/// The deepest place of a notch; of several that let nothing pass, the nearest to F0.
 std::optional<double> DeepestPlace(const FilterDesign& design, const ResponseSamples& samples) {
     const BandRange range = BandAboutF0(design);
     const int last = std::min(samples.At(range.High), samples.Count() - 1);
     int deepest = -1;
+    const auto depth = [&](int i) { return std::max(samples.Level[i], NothingPasses); };
+    const auto off = [&](int i) { return DistanceFromF0(design, samples.F[i]); };
     for (int i = samples.At(range.Low); i <= last; ++i)
-        if (deepest < 0 || samples.Level[i] < samples.Level[deepest]) deepest = i;
+        if (deepest < 0 || std::pair(depth(i), off(i)) < std::pair(depth(deepest), off(deepest)))
+            deepest = i;
     if (deepest < 1 || deepest + 1 >= samples.Count()) return std::nullopt;
     return samples.F[deepest];
 }
@@ -192,8 +224,10 @@ std::optional<double> OffsetOf(const FilterDesign& design, const ResponseResults
 std::optional<ResponsePeak> FindOtherBand(const FilterDesign& design,
                                           const ResponseSamples& samples, const Maximum& peak) {
     BandRange own = BandAboutF0(design);
-    own.Low = design.PassType == PassType::LowPass ? 0.0 : std::min(own.Low, peak.Frequency);
-    own.High = std::max(own.High, peak.Frequency);
+    // The samples on either side of the peak: one of them is where it was found.
+    const int above = std::clamp(samples.At(peak.Frequency), 1, samples.Count() - 1);
+    own.Low = design.PassType == PassType::LowPass ? 0.0 : std::min(own.Low, samples.F[above - 1]);
+    own.High = std::max(own.High, samples.F[above]);
     const auto other = HighestWithin(design, samples, WholeScan(design), own);
     if (!other || other->Level < peak.Level - OtherBandDepth) return std::nullopt;
     return ResponsePeak{Polished(design, *other, {}).Frequency, -other->Level};
@@ -326,8 +360,7 @@ void FindShapeFactor(const FilterDesign& design, const ResponseSamples& samples,
 std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSamples& samples,
                                    const BandRange& range, double attenuation) {
     const double target = -attenuation;
-    const int first = samples.At(range.Low);
-    const int last = std::min(samples.At(range.High), samples.Count()) - 1;
+    const int first = samples.At(range.Low), end = samples.At(range.High);
     std::optional<HeldBand> widest;
     double width = 0.0;
     double from = 0.0, inside = 0.0, outside = 0.0;
@@ -351,11 +384,13 @@ std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSam
         if (level <= target) inside = f;
         if (!held) outside = f;
     };
-    for (int i = first; i <= last; ++i) {
+    take(range.Low, LevelAt(design, range.Low));
+    for (int i = first; i < end; ++i) {
         const std::vector<double>& level = samples.Level;
         const auto lobe = LobeAt(samples.F, level, i);
         if (held && level[i] <= target && lobe && lobe->Reach > target + StopBandDoubt) {
-            const double top = LargestWithin(samples.F[i - 1], samples.F[i + 1],
+            const double top = LargestWithin(std::max(range.Low, samples.F[i - 1]),
+                                             std::min(range.High, samples.F[i + 1]),
                                              [&](double f) { return LevelAt(design, f); });
             take(std::min(top, samples.F[i]), LevelAt(design, std::min(top, samples.F[i])));
             take(std::max(top, samples.F[i]), LevelAt(design, std::max(top, samples.F[i])));
@@ -363,7 +398,8 @@ std::optional<HeldBand> WidestHeld(const FilterDesign& design, const ResponseSam
             take(samples.F[i], level[i]);
         }
     }
-    if (held) close(samples.F[last], true);
+    take(range.High, LevelAt(design, range.High));
+    if (held) close(range.High, true);
     return widest;
 }
 

@@ -102,9 +102,9 @@ double ReturnLossBandEdge(const FilterDesign& design);
 /// ripple-band edge of a prototype that knows better. What is looked for is bracketed by
 /// TakeSamples, then found on the analysis itself (edges to about 1e-12 relative, peaks to 1e-11 of
 /// their width).
-/// - The peak is the highest interior maximum in BandAboutF0; of a band-pass that has none there,
-/// the
-///   maximum nearest to F0 between F0 / 10 and 10 F0.
+/// - The peak is the highest interior maximum in BandAboutF0, of a high-pass or notch as far up as
+///   the pass band above F0 goes (until it has fallen by 6 dB or has risen by 3 dB once more); of a
+///   band-pass that has none there, the maximum nearest to F0 between F0 / 10 and 10 F0.
 /// - An edge is the crossing next to the peak; of a notch, next to its deepest place in
 /// BandAboutF0.
 /// - The return-loss band is that of the design, wherever the ladder has its own; of a high-pass or

@@ -105,7 +105,7 @@ void ClientArea::LayOut() {
     panelView->setGeometry(0, 0, width(), panelSize.height() + panelBar);
     const int ladder = LadderWidth(elements);
     const bool folded = width() - ladder < ResultsPanel::LeastWidth;
-    const int whole = ladder + (folded && !onPaper ? results->TabWidth() : 0);
+    const int whole = ladder + (folded ? results->TabWidth() : 0);
     const bool scrolled = whole > width();
     const int barHeight = scrolled ? stripBar->sizeHint().height() : 0;
     const int gridWidth = ValueGridWidth(elements);
@@ -121,7 +121,6 @@ void ClientArea::LayOut() {
     valueGrid->KeepHeaders(Scroll());
     const int stripTop = valueGrid->y() - SchematicHeight, left = folded ? 0 : ladder;
     results->PlaceIn({left, stripTop, width() - left, SchematicHeight + gridHeight}, folded);
-    results->setVisible(!folded || !onPaper);
     ellipticPanel->PlaceAt(valueGrid->pos());
 }
 
@@ -151,29 +150,11 @@ void ClientArea::PlaceGroupDelayControls(bool groupDelay, bool autoScale) {
 }
 
 void ClientArea::SizePicture() {
-    SizePicture(devicePixelRatioF());
-}
-
-void ClientArea::SizePicture(double pixelRatio) {
     // The labels of the frequency axis stand between the plot and the names of the parts.
     plotArea->SetLabelFont(FontThatFits(panel->findChild<QLabel*>("FontLabel")->font(), {},
                                         QWIDGETSIZE_MAX, AxisLabelHeight));
     plotArea->setGeometry(rect());
-    plotArea->SizePicture(pixelRatio);
-}
-
-void ClientArea::WidenForPaper() {
-    onScreen = size();
-    onPaper = true;
-    const int whole = LadderWidth(SlotsInUse(design));
-    setMinimumWidth(whole);
-    resize(std::max(whole, onScreen.width()), onScreen.height());
-}
-
-void ClientArea::ReturnToScreen() {
-    onPaper = false;
-    setMinimumWidth(0);
-    resize(onScreen);
+    plotArea->SizePicture(devicePixelRatioF());
 }
 
 void ClientArea::resizeEvent(QResizeEvent*) {

@@ -42,13 +42,8 @@ public:
     /// The values of the design and their marks.
     void ShowValues();
 
-    /// The picture as large as the area, at the screen's density or another.
+    /// The picture as large as the area, at the screen's density.
     void SizePicture();
-    void SizePicture(double pixelRatio);
-
-    /// Paper has no scroll bar: as wide as the ladder is long, until ReturnToScreen.
-    void WidenForPaper();
-    void ReturnToScreen();
 
     /// The order of the Tab key from the panel on; `last` follows.
     void SetTabOrder(QWidget* last);
@@ -80,8 +75,6 @@ private:
     QScrollBar* stripBar;
     EllipticPanel* ellipticPanel;
     NumberEdit* scaleBox;
-    QSize onScreen;  ///< while the area is as wide as paper needs
-    bool onPaper = false;
     int litSlot = 0;
     int litRow = -1;
 };

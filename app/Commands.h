@@ -10,10 +10,13 @@ enum class Command {
     Open,
     Save,
     SaveAs,
+    MeasuredData,
     OpenRecent0,  ///< the most recent file; the other three follow
     OpenRecent1,
     OpenRecent2,
     OpenRecent3,
+    Export,
+    CopyPicture,
     Print,
     Exit,
     Undo,

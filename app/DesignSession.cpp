@@ -13,6 +13,7 @@
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
 #include "display/MarkerTable.h"
+#include "measured/MeasuredDisk.h"
 #include "pipeline/SavedDesigns.h"
 
 namespace ladderwise {
@@ -100,20 +101,36 @@ void DesignSession::ShowStatus() {
     views.Status->Show(Document.Work, rejected);
     ShowResults();
     views.Windows->RefreshMathErrors();
+    if (views.Windows->ShowsMeasuredData())
+        views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
+}
+
+/// Figures and markers.
+std::vector<PictureRow> DesignSession::Answers() const {
+    const Calculation& work = Document.Work;
+    std::vector<PictureRow> rows;
+    const auto add = [&rows](const auto& row) {
+        rows.push_back({row.Name, row.OfDesign, row.OfReference});
+    };
+    const ReferenceDesign* const reference =
+        Document.ReferenceShown() ? Document.Reference() : nullptr;
+    for (const ComparedResult& row : ResultRows(work.Design, work.Results, reference))
+        add(row);
+    for (const auto& [name, value] : DescribeWorstCase(work.WorstCase))
+        rows.push_back({name, value, {}});
+    for (const MarkerReading& marker : BuildMarkerTable(Content()))
+        add(marker);
+    return rows;
 }
 
 void DesignSession::ShowResults() {
-    const FilterDesign& design = Document.Work.Design;
-    const ResponseResults& results = Document.Work.Results;
-    std::vector<ComparedResult> rows =
-        ResultRows(design, results, Document.ReferenceShown() ? Document.Reference() : nullptr);
-    for (const auto& [name, value] : DescribeWorstCase(Document.Work.WorstCase))
-        rows.push_back({name, value, {}});
-    for (const MarkerReading& marker : BuildMarkerTable(Content()))
-        rows.push_back({marker.Name, marker.OfDesign, marker.OfReference});
+    std::vector<ComparedResult> rows;
+    for (const PictureRow& row : Answers())
+        rows.push_back({row.Name, row.OfDesign, row.OfReference});
     ResultsPanel* const panel = views.Client->Results();
     panel->ShowRows(rows);
-    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(design, results));
+    const Calculation& work = Document.Work;
+    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(work.Design, work.Results));
 }
 
 void DesignSession::SettleControls() {
@@ -256,12 +273,14 @@ void DesignSession::Undo() {
     const PassType shown = Document.Work.Design.PassType;
     if (IsTypingUnread()) return ShowInputs();
     if (Document.Undo()) ShowRestored(shown);
+    TellMeasuredFaults();
 }
 
 void DesignSession::Redo() {
     views.Client->Grid()->FinishEditing();
     const PassType shown = Document.Work.Design.PassType;
     if (!IsTypingUnread() && Document.Redo()) ShowRestored(shown);
+    TellMeasuredFaults();
 }
 
 void DesignSession::ShowRestored(std::optional<PassType> shown) {
@@ -281,6 +300,7 @@ void DesignSession::ShowRestored(std::optional<PassType> shown) {
 /// come in the meantime is taken: keys held down would pile up behind it otherwise.
 void DesignSession::Draw(Waiting what) {
     if (waiting == Waiting::FirstShow) return;
+    ReadMeasured();
     Note();
     waiting = std::max(waiting, what);
     if (!Document.Work.PendingSeed) return FinishDrawing();
@@ -341,13 +361,70 @@ PlotContent DesignSession::Content() const {
     std::vector<PlotLayer> layers;
     if (Document.ReferenceShown()) {
         const ReferenceDesign& reference = *Document.Reference();
-        layers.push_back(LayerOf(reference.Design, reference.Quantities, ReferenceColours, true,
+        layers.push_back(LayerOf(reference.Design, reference.Quantities, LayerRole::Reference,
                                  ReferenceName(reference, work.Design)));
     }
+    for (PlotLayer& layer : measured.LayersOf(Document.Measured, work.Design))
+        layers.push_back(std::move(layer));
     PlotContent content = ContentOf(work.Design, ShownTraces(work), work.Quantities, layers);
     content.Markers = Document.Markers;
     content.WorstCaseRuns = Document.WorstCaseRuns();
     return content;
+}
+
+/// The runs of the worst case that is drawn, once more.
+void DesignSession::RepeatRuns(const PlotRunCallback& run) {
+    FinishDrawing();
+    if (Document.Work.WorstCase.Runs == 0) return;
+    AskForRepeat(Document.Work);
+    FinishCalculation(Document.Work, report, [&run](const AnalysedRun& analysed) {
+        if (analysed.Number > 0) run(analysed);
+    });
+}
+
+PictureContent DesignSession::Picture(std::vector<OverlayRun>& runs) {
+    if (runs.empty())
+        RepeatRuns([&runs](const AnalysedRun& run) {
+            runs.push_back({run.Quantities, run.Response});
+        });
+    PictureContent picture{Content(), Answers()};
+    for (const OverlayRun& run : runs)
+        picture.Plot.Overlays.push_back(run.Traces());
+    return picture;
+}
+
+std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
+    std::vector<ElementList> ladders;
+    RepeatRuns([&](const AnalysedRun& run) {
+        if (run.Number <= count) ladders.push_back(Document.Work.Design.Elements);
+    });
+    return ladders;
+}
+
+// --- measured data
+
+/// Those of the document that were not read yet. Nobody is told of faults before all is drawn.
+void DesignSession::ReadMeasured() {
+    for (const MeasuredFile& file : Document.Measured) {
+        if (measured.Find(file.Path)) continue;
+        MeasuredNetwork network = OpenMeasured(file.Path, ReadRegularFile);
+        if (!network.Error.empty())
+            measuredFaults += (measuredFaults.empty() ? "" : "\n\n") + network.Error;
+        measured.Put(std::move(network));
+    }
+}
+
+std::vector<MeasuredSummary> DesignSession::MeasuredSummaries() const {
+    return measured.Describe(Document.Measured, Document.Work.Design);
+}
+
+void DesignSession::TellMeasuredFaults() {
+    const std::string faults = std::exchange(measuredFaults, {});
+    if (faults.empty()) return;
+    report(
+        "Error",
+        faults +
+            "\n\nA file that cannot be used stays in the list of measured data, but is not shown.");
 }
 
 }  // namespace ladderwise

@@ -10,7 +10,9 @@
 #include <optional>
 
 #include "controls/InputBinder.h"
+#include "display/PictureLayout.h"
 #include "display/PlotContent.h"
+#include "measured/MeasuredSet.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
 #include "windows/NortonWindow.h"
@@ -105,6 +107,24 @@ public:
     /// What the plot shows of the document.
     PlotContent Content() const;
 
+    /// The same with figures and markers, for paper, files and the clipboard. `runs`, if empty,
+    /// takes the traces of the worst case, which has to be drawn; it outlives the content.
+    PictureContent Picture(std::vector<OverlayRun>& runs);
+
+    /// The ladders of the first `count` runs of the worst case that is drawn.
+    std::vector<ElementList> WorstCaseLadders(int count);
+
+    // --- measured data
+
+    /// The networks of the document's files, which are read when they are to be drawn.
+    MeasuredSet& Measured() { return measured; }
+
+    /// What there is to say about the document's measured files.
+    std::vector<MeasuredSummary> MeasuredSummaries() const;
+
+    /// Says which files could not be read since this was last asked, if any.
+    void TellMeasuredFaults();
+
 signals:
     /// What was done has been noted: it may be a step, and there may be more to save.
     void Noted();
@@ -121,9 +141,12 @@ private:
     };
 
     bool StoreChanges();
+    std::vector<PictureRow> Answers() const;
+    void RepeatRuns(const PlotRunCallback& run);
     void SettleControls();
     void Hold();
     void Note();
+    void ReadMeasured();
     void Draw(Waiting what);
     void PlotRun(const AnalysedRun& run);
     void UseNorton(NortonControl control, const QObject* chosen);
@@ -133,8 +156,10 @@ private:
     SessionViews views;
     std::function<bool()> askForCoefficients;
     Waiting waiting = Waiting::FirstShow;
-    QTimer noInputWaits;  ///< runs out when all input that has come is taken
-    QElapsedTimer clock;  ///< of the history
+    mutable MeasuredSet measured;  ///< keeps what it has calculated of its files
+    std::string measuredFaults;    ///< that nobody has been told
+    QTimer noInputWaits;           ///< runs out when all input that has come is taken
+    QElapsedTimer clock;           ///< of the history
 };
 
 }  // namespace ladderwise

@@ -18,6 +18,7 @@ namespace ladderwise {
 namespace {
 
 constexpr const char* DesignFilter = "Design Files (*.tk_ldfilt)";
+constexpr const char* MeasuredFilter = "Touchstone Files (*.s1p *.s2p *.ts *.S1P *.S2P *.TS)";
 constexpr const char* Welcome =
     "Type a frequency and press Enter; choose pass and response above. Point at the plot to read "
     "it, right-click a part value to tune it. More under Help.";
@@ -34,8 +35,16 @@ std::string SettingsPath(const Folders& folders) {
 }
 
 /// Where a dialog about a design starts.
-QString FolderOf(const std::string& file) {
-    return file.empty() ? QDir::currentPath() : QFileInfo(Name(file)).absolutePath();
+QString StartFolder(const std::string& file) {
+    return file.empty() ? QDir::currentPath() : Name(FolderOf(file));
+}
+
+/// Of a design file whose bytes were just read or written, and of what lies beside it.
+DesignStamps StampsOf(const std::string& path, const std::string& bytes) {
+    DesignStamps stamps{StampOf(bytes), {}};
+    const FileContent companion = ReadRegularFile(CompanionPath(path), MaxCompanionBytes);
+    if (companion.Error.empty()) stamps.Companion = StampOf(companion.Bytes);
+    return stamps;
 }
 
 }  // namespace
@@ -59,27 +68,20 @@ std::string FileCommands::WriteCompanion(const std::string& path) const {
     else if (document.File() != path)
         companion = OpenCompanion(document.File(), note);
     companion.Edited = EditsOf(document.Work.Design);
+    companion.Measured = document.Measured;
     if (!fault.empty()) return companion.IsEmpty() ? std::string() : fault;
     return SaveCompanion(companion, path);
 }
 
-void FileCommands::Remember(const std::string& path, const std::string& bytes) {
-    stamps[path] = StampOf(bytes);
-    const std::string companion = CompanionPath(path);
-    const FileContent kept = ReadRegularFile(companion, MaxCompanionBytes);
-    if (kept.Error.empty())
-        stamps[companion] = StampOf(kept.Bytes);
-    else
-        stamps.erase(companion);
-}
-
 /// True if the design file or its companion holds something else than it did.
-bool FileCommands::ChangedMeanwhile(const std::string& path) const {
-    const auto known = stamps.find(path), companion = stamps.find(CompanionPath(path));
-    if (known == stamps.end()) return false;
-    if (FileChangedSince(path, known->second) == FileChange::Changed) return true;
-    if (companion == stamps.end()) return FileExists(CompanionPath(path));
-    return FileChangedSince(companion->first, companion->second) == FileChange::Changed;
+bool FileCommands::ChangedMeanwhile() const {
+    const DesignStamps& stamps = document.Stamps();
+    if (!stamps.Design) return false;
+    const std::string& path = document.File();
+    if (FileChangedSince(path, *stamps.Design) == FileChange::Changed) return true;
+    const std::string companion = CompanionPath(path);
+    if (!stamps.Companion) return FileExists(companion);
+    return FileChangedSince(companion, *stamps.Companion) == FileChange::Changed;
 }
 
 bool FileCommands::WriteDesignFile(const std::string& path) {
@@ -93,21 +95,25 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
         return false;
     }
     const std::string left = WriteCompanion(path);
-    Remember(path, bytes);
     settings.Recent.Add(path);
     document.WasSavedTo(path, left.empty());
+    document.KeepStamps(StampsOf(path, bytes));
     host.RecentChanged();
     host.TitleChanged();
     if (left.empty()) return true;
-    host.Notice(Name("Saved, but not the values edited by hand: " + left), ReasonTime);
-    return !HasEdits(document.Work.Design);
+    const std::string lost = document.Measured.empty()        ? "the values edited by hand"
+                             : HasEdits(document.Work.Design) ? "the values edited by hand and the "
+                                                                "measured files"
+                                                              : "the list of measured files";
+    host.Notice(Name("Saved, but not " + lost + ": " + left), ReasonTime);
+    return !document.NeedsCompanion();
 }
 
 bool FileCommands::SaveDesign() {
     host.ReadEntries();
     const std::string path = document.File();
     if (path.empty()) return SaveDesignAs();
-    if (!ChangedMeanwhile(path)) return WriteDesignFile(path);
+    if (!ChangedMeanwhile()) return WriteDesignFile(path);
     if (!dialogs.AskChanged) return false;
     switch (dialogs.AskChanged(QFileInfo(Name(path)).fileName())) {
         case ChangedAnswer::Overwrite:
@@ -129,7 +135,7 @@ bool FileCommands::SaveDesignAs() {
         Name(ProposedFileName(document.Work.Design)) + "." + DesignFileExtension;
     const QString name =
         dialogs.NameToSave({"Save Design to File:", DesignFilter, DesignFileExtension,
-                            FolderOf(document.File()) + "/" + proposed});
+                            StartFolder(document.File()) + "/" + proposed});
     return !name.isEmpty() && WriteDesignFile(FullPath(name.toStdString()));
 }
 
@@ -165,7 +171,7 @@ bool FileCommands::Exists(const std::string& path) {
 /// The full path of the file chosen; empty: none.
 std::string FileCommands::AskForDesign() const {
     const QString name = dialogs.NameToOpen(
-        {"Open Design File:", DesignFilter, DesignFileExtension, FolderOf(document.File())});
+        {"Open Design File:", DesignFilter, DesignFileExtension, StartFolder(document.File())});
     return name.isEmpty() ? std::string() : FullPath(name.toStdString());
 }
 
@@ -186,7 +192,8 @@ void FileCommands::LoadDesign(const std::string& path) {
     std::string fault;
     const DesignCompanion companion = OpenCompanion(
         path, [&fault](const std::string&, const std::string& text) { fault = text; });
-    Remember(path, file.Bytes);
+    document.KeepStamps(StampsOf(path, file.Bytes));
+    document.Measured = companion.Measured;
     host.Loaded([&] {
         if (!ApplyEdits(document.Work.Design, companion.Edited))
             fault = "The values edited by hand in " + CompanionPath(path) +
@@ -196,10 +203,44 @@ void FileCommands::LoadDesign(const std::string& path) {
     document.CountAsSaved();
     host.TitleChanged();
     if (!fault.empty()) host.Notice(Name(fault), ReasonTime);
+    host.Opened();
 }
 
 void FileCommands::OpenRecent(std::size_t index) {
     if (index < RecentFiles().size()) OpenDesign(RecentFiles()[index]);
+}
+
+void FileCommands::Export(const ExportSubject& subject) {
+    const auto nameToSave = [this](const QString& filter, const QString& ending,
+                                   const QString& start) {
+        return dialogs.NameToSave({"Export to File:", filter, ending, start, false});
+    };
+    const ExportHost exportHost{nameToSave,
+                                [this](const QStringList& files) {
+                                    return dialogs.AskReplace && dialogs.AskReplace(files);
+                                },
+                                report};
+    const QString last = Name(settings.ExportFolder);
+    const bool there = !last.isEmpty() && QFileInfo(last).isDir();
+    ExportDialog dialog(subject, exportHost, LastExport(),
+                        there ? last : StartFolder(document.File()), window);
+    dialog.exec();
+    settings.Export = ChoiceText(dialog.Choice());
+    settings.ExportFolder = dialog.Folder().toStdString();
+}
+
+std::vector<std::string> FileCommands::ChooseMeasured() const {
+    const FileDialogTexts texts{"Add Measured Files:", MeasuredFilter, {}, MeasuredFolder()};
+    const QStringList names = dialogs.NamesToOpen ? dialogs.NamesToOpen(texts) : QStringList();
+    std::vector<std::string> paths;
+    for (const QString& name : names)
+        paths.push_back(FullPath(name.toStdString()));
+    return paths;
+}
+
+/// Where the last one lies, else where the design does.
+QString FileCommands::MeasuredFolder() const {
+    return StartFolder(document.Measured.empty() ? document.File() : document.Measured.back().Path);
 }
 
 bool FileCommands::ChooseCoefficients() {

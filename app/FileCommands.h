@@ -3,15 +3,14 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 
 #include "app/FileDialogs.h"
 #include "files/Directories.h"
-#include "files/FileStamp.h"
 #include "files/Settings.h"
 #include "pipeline/DesignDocument.h"
+#include "windows/ExportDialog.h"
 
 class QAction;
 class QLineEdit;
@@ -28,6 +27,7 @@ struct FileHost {
     std::function<void()> TitleChanged;   ///< name, or whether there is something to save
     std::function<void()> RecentChanged;  ///< the files used last
     std::function<void(const QString&, int ms)> Notice;
+    std::function<void()> Opened;  ///< a design is open, with all that its file and companion hold
 };
 
 class FileCommands {
@@ -46,7 +46,8 @@ public:
     void OpenRecent(std::size_t index);
 
     /// To its file; without one as SaveDesignAs. Asks where another window or program has changed
-    /// the file. Values edited by hand go into the companion beside it.
+    /// the file. Values edited by hand and the list of
+    /// measured files go into the companion beside it.
     bool SaveDesign();
     bool SaveDesignAs();  ///< true if it was saved
     bool WriteDesignFile(const std::string& path);
@@ -56,6 +57,12 @@ public:
 
     /// Asks what to do with unsaved work that was found.
     RecoveryAnswer AskRecovery(const UnsavedWork& work) const;
+
+    /// The dialog that exports a design; what was exported last, and where to, is remembered.
+    void Export(const ExportSubject& subject);
+    ExportChoice LastExport() const { return ReadChoiceText(settings.Export); }
+    /// The full paths of measured files chosen in a dialog; none: it was cancelled.
+    std::vector<std::string> ChooseMeasured() const;
 
     /// Asks for a coefficients file and uses it. False if none was chosen.
     bool ChooseCoefficients();
@@ -68,10 +75,10 @@ public:
 
 private:
     std::string AskForDesign() const;
+    QString MeasuredFolder() const;
     void LoadDesign(const std::string& path);
     std::string WriteCompanion(const std::string& path) const;
-    void Remember(const std::string& path, const std::string& bytes);
-    bool ChangedMeanwhile(const std::string& path) const;
+    bool ChangedMeanwhile() const;
     ProgramSettings PresentSettings() const;
     QLineEdit* SamplingFrequencyBox() const;
     QAction* ReadOutMenu() const;
@@ -82,7 +89,6 @@ private:
     const MessageCallback& report;
     QWidget* window;
     FileDialogs dialogs;
-    std::map<std::string, FileStamp> stamps;  ///< of what was read or written last, by path
     std::optional<Folders> folders;
     ProgramSettings settings;
     ProgramSettings settingsRead;  ///< as they were after start-up

@@ -7,6 +7,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 
 #include "files/RecentFiles.h"
 
@@ -14,17 +15,18 @@ namespace ladderwise {
 
 namespace {
 
-QString AskName(QWidget* window, const FileDialogTexts& texts, QFileDialog::AcceptMode mode) {
+QStringList AskNames(QWidget* window, const FileDialogTexts& texts, QFileDialog::AcceptMode mode,
+                     QFileDialog::FileMode files) {
     QFileDialog dialog(window, texts.Title);
     dialog.setAcceptMode(mode);
-    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
-                                                       : QFileDialog::AnyFile);
+    dialog.setFileMode(files);
     dialog.setNameFilters({texts.Filter, "All Files (*)"});
     dialog.setDefaultSuffix(texts.Extension);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !texts.AsksToReplace);
     const QFileInfo start(texts.Start);
     dialog.setDirectory(start.isDir() ? start.filePath() : start.path());
     if (!start.isDir()) dialog.selectFile(start.fileName());
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
 }
 
 UnsavedAnswer AskUnsaved(QWidget* window, const QString& design) {
@@ -57,6 +59,22 @@ ChangedAnswer AskChanged(QWidget* window, const QString& file) {
     return box.clickedButton() == saveAs ? ChangedAnswer::SaveAs : ChangedAnswer::Cancel;
 }
 
+bool AskReplace(QWidget* window, const QStringList& files) {
+    constexpr qsizetype MostNamed = 5;
+    QStringList names;
+    for (const QString& file : files.first(std::min(files.size(), MostNamed)))
+        names << QDir::toNativeSeparators(file);
+    if (files.size() > MostNamed) names << QString("and %1 more").arg(files.size() - MostNamed);
+    QMessageBox box(QMessageBox::Warning, "Ladderwise",
+                    files.size() == 1 ? QString("This file exists already. Replace it?")
+                                      : QString("These files exist already. Replace them?"),
+                    QMessageBox::Cancel, window);
+    box.setInformativeText(names.join('\n'));
+    const auto* const replace = box.addButton("&Replace", QMessageBox::AcceptRole);
+    box.exec();
+    return box.clickedButton() == replace;
+}
+
 RecoveryAnswer AskRecovery(QWidget* window, const UnsavedWork& work) {
     const QString time =
         QLocale::system().toString(QDateTime::fromSecsSinceEpoch(work.Time), QLocale::LongFormat);
@@ -87,15 +105,21 @@ QString FileCaption(const std::string& path) {
 }
 
 FileDialogs StandardFileDialogs(QWidget* window) {
-    return {[window](const FileDialogTexts& texts) {
-                return AskName(window, texts, QFileDialog::AcceptOpen);
-            },
-            [window](const FileDialogTexts& texts) {
-                return AskName(window, texts, QFileDialog::AcceptSave);
-            },
-            [window](const QString& design) { return AskUnsaved(window, design); },
-            [window](const UnsavedWork& work) { return AskRecovery(window, work); },
-            [window](const QString& file) { return AskChanged(window, file); }};
+    return {
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFile)
+                .value(0);
+        },
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptSave, QFileDialog::AnyFile).value(0);
+        },
+        [window](const QString& design) { return AskUnsaved(window, design); },
+        [window](const UnsavedWork& work) { return AskRecovery(window, work); },
+        [window](const QString& file) { return AskChanged(window, file); },
+        [window](const QStringList& files) { return AskReplace(window, files); },
+        [window](const FileDialogTexts& texts) {
+            return AskNames(window, texts, QFileDialog::AcceptOpen, QFileDialog::ExistingFiles);
+        }};
 }
 
 }  // namespace ladderwise

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <string>
 
@@ -14,9 +15,10 @@ namespace ladderwise {
 /// The words of an open or save dialog.
 struct FileDialogTexts {
     QString Title;
-    QString Filter;     ///< "Design Files (*.tk_ldfilt)"
-    QString Extension;  ///< added to a name without one
-    QString Start;      ///< folder, with the proposed file name when saving
+    QString Filter;             ///< "Design Files (*.tk_ldfilt)"
+    QString Extension;          ///< added to a name without one; empty: none
+    QString Start;              ///< folder, with the proposed file name when saving
+    bool AsksToReplace = true;  ///< a file that is there; else whoever writes it does
 };
 
 /// What to do with a design that differs from its file.
@@ -35,6 +37,8 @@ struct FileDialogs {
     std::function<UnsavedAnswer(const QString& design)> AskUnsaved;
     std::function<RecoveryAnswer(const UnsavedWork&)> AskRecovery{};  ///< none: later
     std::function<ChangedAnswer(const QString& file)> AskChanged{};   ///< none: cancel
+    std::function<bool(const QStringList& files)> AskReplace{};       ///< none: no
+    std::function<QStringList(const FileDialogTexts&)> NamesToOpen{};
 };
 
 /// A path as captions show it, shortened.

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <string>
+#include <vector>
 
 #include "pipeline/Keystrokes.h"
 
@@ -28,6 +29,7 @@ signals:
     void FormKeyPressed(FormKey key);
     void GridEntered();                           ///< Enter on the grid, no editor being open
     void DesignDropped(const std::string& path);  ///< when the program that it came from is free
+    void MeasuredDropped(const std::vector<std::string>& paths);  ///< likewise
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -54,11 +54,15 @@ const std::vector<MenuTable>& MenuTables() {
         C{Save, "SaveMenu", "&Save", QKeySequence::Save},
         C{SaveAs, "SaveAsMenu", "Save &As...", QKeySequence::SaveAs},
         Line{},
+        C{MeasuredData, "MeasuredDataMenu", "&Measured Data..."},
+        Line{},
         C{OpenRecent0, "PrevFile0Menu", ""},
         C{OpenRecent1, "PrevFile1Menu", ""},
         C{OpenRecent2, "PrevFile2Menu", ""},
         C{OpenRecent3, "PrevFile3Menu", ""},
         Line{},
+        C{Export, "ExportMenu", "&Export..."},
+        C{CopyPicture, "CopyPictureMenu", "Cop&y Picture"},
         C{Print, "PrintMenu", "&Print Screen...", QKeySequence::Print},
         Line{},
         C{Exit, "ExitMenu", "E&xit", QKeySequence::Quit}}},
@@ -120,6 +124,7 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
     const QKeySequence redo(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);  // not every desktop's
     if (row.Id == Command::Redo && !action->shortcuts().contains(redo))
         action->setShortcuts(action->shortcuts() << redo);
+    if (row.Id == Command::Export) action->setShortcut(QKeySequence("Ctrl+E"));
     if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
     if (row.Id == Command::BringBackLoad) action->setShortcut(QKeySequence("Ctrl+L"));
     action->setCheckable(row.Id == Command::FixSeed || row.Id == Command::PartValues);
@@ -172,6 +177,8 @@ void MainMenus::AddMarkerCommands(QMainWindow* window) {
         connect(markerActions[row.Id], &QAction::triggered, this,
                 [this, id = row.Id] { emit MarkerChosen(id); });
     }
+    markerMenu->addSeparator();
+    markerMenu->addAction(actions[Command::CopyPicture]);
 }
 
 void MainMenus::ShowCommands(const DesignDocument& document) {

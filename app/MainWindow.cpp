@@ -74,10 +74,11 @@ void MainWindow::Build() {
     setCentralWidget(clientView);
     status = new StatusView(statusBar());
     client->SetTabOrder(status->MathErrorButton());
-    windows =
-        std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
-                                           session.Actions(), session.ActionsOfNorton(), this);
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
+    measured = std::make_unique<MeasuredCommands>(session, *files, report);
+    windows = std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
+                                                 session.Actions(), session.ActionsOfNorton(),
+                                                 measured->Actions(), this);
     recovery = std::make_unique<Recovery>(session.Document);
     filter = std::make_unique<InputFilter>(this, *client->Grid(), *windows);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);
@@ -109,6 +110,7 @@ void MainWindow::Connect() {
     connect(filter.get(), &InputFilter::FormKeyPressed, this, &MainWindow::FormKeyDown);
     connect(filter.get(), &InputFilter::GridEntered, &session, &DesignSession::SimulateGrid);
     connect(filter.get(), &InputFilter::DesignDropped, this, &MainWindow::OpenDesign);
+    connect(filter.get(), &InputFilter::MeasuredDropped, this, &MainWindow::AddMeasured);
 }
 
 void MainWindow::ConnectClient() {
@@ -136,13 +138,17 @@ void MainWindow::ConnectClient() {
 
 FileHost MainWindow::HostOfFiles() {
     return {[this] { session.ReadEntries(); },
-            [this](const std::function<bool()>& amend) { session.ShowLoaded({}, amend); },
+            [this](const std::function<bool()>& amend) {
+                session.Measured().Clear();  // files may have changed since they were read
+                session.ShowLoaded({}, amend);
+            },
             [this] {
                 ShowTitle();
                 recovery->Write();
             },
             [this] { menus->ShowRecentFiles(files->RecentFiles()); },
-            [this](const QString& notice, int ms) { status->ShowNotice(notice, ms); }};
+            [this](const QString& notice, int ms) { status->ShowNotice(notice, ms); },
+            [this] { session.TellMeasuredFaults(); }};
 }
 
 void MainWindow::SetMessageCallback(MessageCallback newReport) {
@@ -185,6 +191,7 @@ bool MainWindow::OfferUnsavedWork(const std::string& folder) {
     session.ShowRestored(shown);
     session.FinishDrawing();
     if (!fits) report("Program Info", EditsLostText);
+    session.TellMeasuredFaults();
     return true;
 }
 

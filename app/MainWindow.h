@@ -8,6 +8,7 @@
 
 #include "app/DesignSession.h"
 #include "app/FileCommands.h"
+#include "app/MeasuredCommands.h"
 #include "app/MenuCommands.h"
 #include "app/SecondaryWindows.h"
 #include "controls/InputBinder.h"
@@ -50,8 +51,13 @@ public:
     /// Opens a design file (UTF-8, full path), or, with an empty path, the one chosen in a dialog.
     void OpenDesign(const std::string& path) { files->OpenDesign(path); }
 
+    /// Adds measured files (UTF-8, full paths) to those shown with the design.
+    void AddMeasured(const std::vector<std::string>& paths) { measured->Add(paths); }
+
     const Calculation& State() const { return session.Document.Work; }
     const MarkerState& Markers() const { return session.Document.Markers; }
+    const MeasuredFiles& Measured() const { return session.Document.Measured; }
+    PlotContent Content() const { return session.Content(); }
 
     /// Draws now what waits to be drawn. Steps that follow each other quickly are calculated one
     /// by one up to the worst case; the worst case runs when no more input waits.
@@ -101,6 +107,7 @@ private:
     StatusView* status;
     std::unique_ptr<SecondaryWindows> windows;
     std::unique_ptr<FileCommands> files;
+    std::unique_ptr<MeasuredCommands> measured;
     std::unique_ptr<MenuCommands> commands;
     std::unique_ptr<Recovery> recovery;
     std::unique_ptr<InputFilter> filter;  ///< goes first: it looks at grid and windows

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFileInfo>
 #include <QWidget>
 
 #include "app/ClientArea.h"
@@ -12,16 +13,11 @@
 #include "app/PlotArea.h"
 #include "app/SecondaryWindows.h"
 #include "app/ValueGrid.h"
+#include "windows/ExportDialog.h"
 #include "windows/PrintScreen.h"
 #include "windows/SeedDialog.h"
 
 namespace ladderwise {
-
-namespace {
-
-constexpr double PaperRatio = 3.0;  ///< points of paper for one of the screen, each way
-
-}  // namespace
 
 MenuCommands::MenuCommands(DesignSession& session, FileCommands& files, SecondaryWindows& windows,
                            ClientArea& client, const MessageCallback& report, QWidget* window)
@@ -42,11 +38,17 @@ void MenuCommands::Run(Command command) {
         case Command::SaveAs:
             files.SaveDesignAs();
             return;
+        case Command::MeasuredData:
+            return windows.ShowMeasuredData(session.Document.Measured, session.MeasuredSummaries());
         case Command::OpenRecent0:
         case Command::OpenRecent1:
         case Command::OpenRecent2:
         case Command::OpenRecent3:
             return files.OpenRecent(RecentIndex(command));
+        case Command::Export:
+            return ExportDesign();
+        case Command::CopyPicture:
+            return CopyPictureOfDesign();
         case Command::Print:
             return PrintPage();
         case Command::Exit:
@@ -152,17 +154,39 @@ void MenuCommands::SetSeed() {
     session.Calculate();
 }
 
-void MenuCommands::PrintPage() {
+/// What was typed counts, and what waits to be drawn is drawn: the design that leaves is the one
+/// that is shown.
+void MenuCommands::SettleDesign() {
+    client.Grid()->FinishEditing();
+    session.ReadEntries();
     session.FinishDrawing();
-    client.WidenForPaper();
-    // Paper is finer than the screen: the plot is drawn anew for it, and once more afterwards.
-    client.SizePicture(PaperRatio);
-    AskForRepeat(session.Document.Work);
-    session.Paint();
-    PrintScreen(window, client, QString::fromStdString(DesignTitle(session.Document.Work.Design)),
-                QString::fromStdString(session.Document.File()));
-    client.ReturnToScreen();
-    session.Redraw();
+}
+
+void MenuCommands::ExportDesign() {
+    SettleDesign();
+    const DesignDocument& document = session.Document;
+    const std::string name =
+        document.File().empty() ? ProposedFileName(document.Work.Design) : document.File();
+    std::vector<OverlayRun> runs;
+    const ExportSubject subject{document.Work, [&] { return session.Picture(runs); },
+                                [&](int count) { return session.WorstCaseLadders(count); },
+                                QFileInfo(QString::fromStdString(name)).completeBaseName()};
+    files.Export(subject);
+}
+
+void MenuCommands::CopyPictureOfDesign() {
+    SettleDesign();
+    std::vector<OverlayRun> runs;
+    CopyPicture(session.Picture(runs), files.LastExport());
+}
+
+void MenuCommands::PrintPage() {
+    SettleDesign();
+    std::vector<OverlayRun> runs;
+    const DesignDocument& document = session.Document;
+    PrintScreen(window, session.Picture(runs),
+                QString::fromStdString(DesignTitle(document.Work.Design)),
+                QString::fromStdString(document.File()));
 }
 
 }  // namespace ladderwise

@@ -39,6 +39,9 @@ private:
     void ShowPartValues();
     void ToggleFixedSeed();
     void SetSeed();
+    void SettleDesign();
+    void ExportDesign();
+    void CopyPictureOfDesign();
     void PrintPage();
 
     DesignSession& session;

@@ -21,10 +21,6 @@ constexpr int MostPlaces = 64;    ///< programs at a time, and works that wait f
 constexpr const char* LockEnding = ".lock";
 constexpr const char* WorkEnding = ".work";
 
-void Delete(const std::string& path) {
-    QFile::remove(QString::fromStdString(path));
-}
-
 /// What a write that was cut off has left beside a place.
 void DeleteLeftOvers(const std::string& path) {
     const QFileInfo file(QString::fromStdString(path + WorkEnding));
@@ -73,7 +69,7 @@ std::optional<UnsavedWork> Recovery::Start(const std::string& folder, const Offe
               [](const Found& a, const Found& b) { return a.Work.Time > b.Work.Time; });
     for (Found& one : found) {
         const RecoveryAnswer answer = offer ? offer(one.Work) : RecoveryAnswer::Later;
-        if (answer == RecoveryAnswer::Delete) Delete(one.At->Path + WorkEnding);
+        if (answer == RecoveryAnswer::Delete) RemoveFile(one.At->Path + WorkEnding);
         if (answer != RecoveryAnswer::Accept) continue;
         // Its place is this program's from now on: it is never without a copy on the disk.
         place = std::move(*one.At);
@@ -95,7 +91,8 @@ void Recovery::Write() {
     const std::string path = place->Path + WorkEnding;
     if (!document.HasUnsavedWork()) {
         written.clear();
-        return Delete(path);
+        RemoveFile(path);
+        return;
     }
     UnsavedWork work = document.Kept();
     std::string text = EncodeWork(work);
@@ -107,7 +104,7 @@ void Recovery::Write() {
 
 void Recovery::Finish() {
     due.stop();
-    if (place) Delete(place->Path + WorkEnding);
+    if (place) RemoveFile(place->Path + WorkEnding);
     place.reset();
 }
 

@@ -14,7 +14,7 @@ namespace ladderwise {
 
 SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& design,
                                    const InputActions& actions, const NortonActions& nortonActions,
-                                   QWidget* owner)
+                                   const MeasuredActions& measuredActions, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -22,6 +22,7 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     directCoupled = new DirectCoupledWindow(inputs, design, actions, owner);
     norton = new NortonWindow(inputs, design, nortonActions, owner);
     mathErrors = new MathErrWindow(owner);
+    measured = new MeasuredWindow(measuredActions, owner);
     options = new OptionsWindow(inputs, actions, owner);
 }
 
@@ -63,6 +64,21 @@ void SecondaryWindows::ShowAbout() {
     AboutWindow(owner).exec();
 }
 
+void SecondaryWindows::ShowMeasuredData(const MeasuredFiles& files,
+                                        const std::vector<MeasuredSummary>& summaries) {
+    measured->ShowFiles(files, summaries);
+    measured->ShowBelowPlot();
+}
+
+bool SecondaryWindows::ShowsMeasuredData() const {
+    return measured->isVisible();
+}
+
+void SecondaryWindows::RefreshMeasuredData(const MeasuredFiles& files,
+                                           const std::vector<MeasuredSummary>& summaries) {
+    measured->ShowFiles(files, summaries);
+}
+
 void SecondaryWindows::ShowFor(PassType pass) {
     if (pass == PassType::DirectCoupled) ShowCentredOnOwner(directCoupled);
     if (pass == PassType::Norton) norton->ShowBesideOwner();
@@ -87,6 +103,10 @@ bool SecondaryWindows::HasInputs(const QObject* window) const {
     return false;
 }
 
+bool SecondaryWindows::TakesFiles(const QObject* window) const {
+    return HasInputs(window) || window == measured;
+}
+
 void SecondaryWindows::RefreshMathErrors() {
     mathErrors->Refresh();
 }
@@ -96,8 +116,8 @@ void SecondaryWindows::CloseAll() {
         window->close();
 }
 
-std::array<QWidget*, 6> SecondaryWindows::All() const {
-    return {partDefinitions, help, directCoupled, mathErrors, norton, options};
+std::array<QWidget*, 7> SecondaryWindows::All() const {
+    return {partDefinitions, help, directCoupled, mathErrors, measured, norton, options};
 }
 
 }  // namespace ladderwise

@@ -5,6 +5,7 @@
 
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
+#include "windows/MeasuredWindow.h"
 #include "windows/NortonWindow.h"
 
 class QWidget;
@@ -21,7 +22,8 @@ class SecondaryWindows {
 public:
     /// Each window is a child of `owner`.
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
-                     const NortonActions& nortonActions, QWidget* owner);
+                     const NortonActions& nortonActions, const MeasuredActions& measuredActions,
+                     QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
     void StoreInputs();
@@ -32,6 +34,8 @@ public:
     void ShowHelp();
     void ShowMathErrors();
     void ShowAbout();
+    void ShowMeasuredData(const MeasuredFiles& files,
+                          const std::vector<MeasuredSummary>& summaries);
 
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
@@ -41,10 +45,18 @@ public:
     /// True for a window with inputs of the design.
     bool HasInputs(const QObject* window) const;
 
+    /// True for a window that takes files which are dropped on it.
+    bool TakesFiles(const QObject* window) const;
+
+    /// The window of the measured files is open, and to be shown what has become of them.
+    bool ShowsMeasuredData() const;
+    void RefreshMeasuredData(const MeasuredFiles& files,
+                             const std::vector<MeasuredSummary>& summaries);
+
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 6> All() const;
+    std::array<QWidget*, 7> All() const;
 
 private:
     const FilterDesign& design;
@@ -54,6 +66,7 @@ private:
     DirectCoupledWindow* directCoupled;
     NortonWindow* norton;
     MathErrWindow* mathErrors;
+    MeasuredWindow* measured;
     OptionsWindow* options;
 };
 

@@ -5,18 +5,14 @@
 #include <charconv>
 #include <cmath>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 #include "pipeline/NamedSettings.h"
 
 namespace ladderwise {
 
 namespace {
 
-constexpr int SmallestPlot = 200;  ///< pixels; below it there is no room for the scale marks
-constexpr int LargestPlot = 16384;
-
 constexpr double Megahertz = 1e6;
-constexpr int MostPoints = 1'000'000;  ///< of an export
 
 const std::vector<std::string> options = {
     "--set",         "--table",      "--json",      "--plot",
@@ -24,19 +20,29 @@ const std::vector<std::string> options = {
     "--touchstone",  "--reference",  "--netlist",   "--touchstone-version",
     "--netlist-for", "--subckt",     "--schematic", "--touchstone-runs",
     "--csv",         "--parts-list", "--measured",  "--csv-separator",
-    "--from",        "--to",         "--points",    "--spacing"};
+    "--from",        "--to",         "--points",    "--spacing",
+    "--picture",     "--white"};
 
-bool ParseSize(const std::string& text, int& width, int& height) {
+/// "1280x800" or "297x210mm".
+bool ParseSize(std::string text, PictureSize& size) {
+    const std::string unit = "mm";
+    PictureSize read;
+    read.Millimetres = text.ends_with(unit);
+    if (read.Millimetres) text.resize(text.size() - unit.size());
     const auto cross = text.find('x');
     if (cross == std::string::npos) return false;
-    const auto number = [](const char* first, const char* last, int& value) {
-        const auto result = std::from_chars(first, last, value);
-        return result.ec == std::errc() && result.ptr == last && value >= SmallestPlot &&
-               value <= LargestPlot;
+    const auto number = [](const char* first, const char* last, double& value) {
+        int whole = 0;
+        const auto result = std::from_chars(first, last, whole);
+        value = whole;
+        return result.ec == std::errc() && result.ptr == last;
     };
     const char* const start = text.data();
-    return number(start, start + cross, width) &&
-           number(start + cross + 1, start + text.size(), height);
+    if (!number(start, start + cross, read.Width) ||
+        !number(start + cross + 1, start + text.size(), read.Height) || !FaultOf(read).empty())
+        return false;
+    size = read;
+    return true;
 }
 
 /// A positive number with a decimal point, or a comma as some locales have it.
@@ -61,9 +67,9 @@ std::string TakeCount(int& count, const std::string& option, const std::string& 
     int n = 0;
     const char* const end = value.data() + value.size();
     const auto result = std::from_chars(value.data(), end, n);
-    if (result.ec != std::errc() || result.ptr != end || n < 1 || n > MostPoints)
-        return option + " takes a number from 1 to " + std::to_string(MostPoints) + ", not \"" +
-               value + "\"";
+    if (result.ec != std::errc() || result.ptr != end || n < 1 || n > MostExportPoints)
+        return option + " takes a number from 1 to " + std::to_string(MostExportPoints) +
+               ", not \"" + value + "\"";
     count = n;
     return {};
 }
@@ -85,23 +91,29 @@ std::string TakeWord(Target& target, const std::string& option, const std::strin
 
 /// The file of an option that names one; null for another option.
 std::string* FileOf(Arguments& arguments, const std::string& option) {
-    ExportArguments& exports = arguments.Exports;
-    const std::pair<const char*, std::string*> files[] = {
-        {"--save", &arguments.SaveFile},     {"--json", &arguments.JsonFile},
-        {"--plot", &arguments.PlotFile},     {"--touchstone", &exports.TouchstoneFile},
-        {"--netlist", &exports.NetlistFile}, {"--schematic", &exports.SchematicFile},
-        {"--csv", &exports.CsvFile},         {"--parts-list", &exports.PartsListFile}};
+    const std::pair<const char*, std::string*> files[] = {{"--save", &arguments.SaveFile},
+                                                          {"--json", &arguments.JsonFile},
+                                                          {"--plot", &arguments.PlotFile}};
+    constexpr std::pair<const char*, ExportKind> kinds[] = {
+        {"--touchstone", ExportKind::Touchstone},
+        {"--netlist", ExportKind::Netlist},
+        {"--schematic", ExportKind::Schematic},
+        {"--csv", ExportKind::Sweep},
+        {"--parts-list", ExportKind::PartsList}};
     for (const auto& [name, file] : files)
         if (option == name) return file;
+    for (const auto& [name, kind] : kinds)
+        if (option == name) return &arguments.Exports.Files[kind];
     return nullptr;
 }
 
 /// The value of an option about exports; the reason if it is unfit.
 std::string TakeExportValue(ExportArguments& exports, const std::string& option,
                             const std::string& value) {
+    ExportPoints& points = exports.Options.Points;
     if (option == "--touchstone-version")
         return TakeWord<TouchstoneVersion>(
-            exports.Version, option, value,
+            exports.Options.Version, option, value,
             {{"1", TouchstoneVersion::One}, {"2", TouchstoneVersion::Two}});
     if (option == "--netlist-for")
         return TakeWord<SpiceDialect>(
@@ -109,27 +121,37 @@ std::string TakeExportValue(ExportArguments& exports, const std::string& option,
             {{"ngspice", SpiceDialect::Ngspice}, {"ltspice", SpiceDialect::Ltspice}});
     if (option == "--csv-separator")
         return TakeWord<FieldSeparator>(
-            exports.Separator, option, value,
+            exports.Options.Separator, option, value,
             {{",", FieldSeparator::Comma}, {";", FieldSeparator::Semicolon}});
     if (option == "--spacing")
-        return TakeWord<bool>(exports.Logarithmic, option, value,
+        return TakeWord<bool>(points.Logarithmic, option, value,
                               {{"linear", false}, {"logarithmic", true}});
-    if (option == "--touchstone-runs") return TakeCount(exports.TouchstoneRuns, option, value);
-    if (option == "--points") return TakeCount(exports.Points.emplace(0), option, value);
-    if (option == "--from") return TakeNumber(exports.From, option, value, Megahertz);
-    if (option == "--to") return TakeNumber(exports.To, option, value, Megahertz);
+    if (option == "--touchstone-runs") return TakeCount(exports.Options.Runs, option, value);
+    if (option == "--points") return TakeCount(points.Points.emplace(0), option, value);
+    if (option == "--from") return TakeNumber(points.From, option, value, Megahertz);
+    if (option == "--to") return TakeNumber(points.To, option, value, Megahertz);
     return TakeNumber(exports.Reference, option, value, 1.0);
 }
 
 /// What the options about exports lack or have too much; empty if nothing.
 std::string ExportConflict(const ExportArguments& exports) {
-    if (exports.Reference && exports.Version == TouchstoneVersion::Two)
+    if (exports.Reference && exports.Options.Version == TouchstoneVersion::Two)
         return "--reference is of version 1: version 2 has the terminations as its references";
-    if (!exports.NetlistFile.empty() && !exports.NetlistFor)
+    if (exports.Files.count(ExportKind::Netlist) > 0 && !exports.NetlistFor)
         return "--netlist needs --netlist-for ngspice or --netlist-for ltspice";
-    if (exports.TouchstoneRuns > 0 &&
-        (exports.TouchstoneFile.empty() || exports.TouchstoneFile == "-"))
+    const auto touchstone = exports.Files.find(ExportKind::Touchstone);
+    if (exports.Options.Runs > 0 &&
+        (touchstone == exports.Files.end() || touchstone->second == "-"))
         return "--touchstone-runs needs the file name of --touchstone";
+    return {};
+}
+
+/// The same of the picture.
+std::string PictureConflict(const Arguments& arguments) {
+    if (!arguments.Picture && arguments.White) return "--white needs --picture";
+    if (!arguments.Picture && arguments.Size.Millimetres) return "--size in mm needs --picture";
+    if (arguments.Picture && arguments.PlotFile.empty())
+        return "--picture needs the file name of --plot";
     return {};
 }
 
@@ -143,10 +165,17 @@ std::string TakeValue(Arguments& arguments, const std::string& option, const std
         *file = value;
     } else if (option == "--measured") {
         arguments.MeasuredFiles.push_back(value);
+    } else if (option == "--picture") {
+        return TakeWord<PictureParts>(arguments.Picture, option, value,
+                                      {{"plot", PictureParts::Plot},
+                                       {"schematic", PictureParts::Schematic},
+                                       {"both", PictureParts::Both}});
     } else if (option != "--size") {
         return TakeExportValue(arguments.Exports, option, value);
-    } else if (!ParseSize(value, arguments.Width, arguments.Height)) {
-        return "--size takes WIDTHxHEIGHT, each from 200 to 16384, not \"" + value + "\"";
+    } else if (!ParseSize(value, arguments.Size)) {
+        return "--size takes WIDTHxHEIGHT, each from 200 to 16384, or from 53 to 1387 with mm "
+               "behind it, not \"" +
+               value + "\"";
     }
     return {};
 }
@@ -160,7 +189,9 @@ Arguments ParseArguments(const std::vector<std::string>& words) {
         if (word == "--table") {
             arguments.Table = true;
         } else if (word == "--subckt") {
-            arguments.Exports.Subcircuit = true;
+            arguments.Exports.Options.Subcircuit = true;
+        } else if (word == "--white") {
+            arguments.White = true;
         } else if (word == "--help" || word == "-h") {
             arguments.Help = true;
         } else if (word == "--version") {
@@ -180,6 +211,7 @@ Arguments ParseArguments(const std::vector<std::string>& words) {
         }
     }
     if (arguments.Error.empty()) arguments.Error = ExportConflict(arguments.Exports);
+    if (arguments.Error.empty()) arguments.Error = PictureConflict(arguments);
     if (arguments.JsonFile.empty() && arguments.PlotFile.empty() && arguments.SaveFile.empty() &&
         !arguments.Exports.Any())
         arguments.Table = true;
@@ -195,7 +227,9 @@ std::string UsageText() {
         "  --table       the part table on standard output (meant if no output is named)\n"
         "  --json FILE   inputs, elements, sweep and notes as JSON; - is standard output\n"
         "  --plot FILE   the plot as .png, .svg or .pdf\n"
-        "  --size WxH    size of the plot in pixels (1280x800)\n"
+        "  --size WxH    size of the plot in pixels (1280x800); 297x210mm with --picture\n"
+        "  --picture plot|schematic|both\n"
+        "                --plot for a report: with a drawn schematic and the results; --white\n"
         "  --save FILE   the inputs as a design file (*.tk_ldfilt)\n"
         "  --measured FILE.s2p          a measured network into the JSON; again for more\n"
         "  --touchstone FILE.s2p        S-parameters; --touchstone-version 2, --reference OHMS "

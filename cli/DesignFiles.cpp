@@ -24,14 +24,6 @@ std::string SaveDesignFile(const Calculation& calculation, const std::string& pa
     return WriteWholeFile(path, EncodeRecord(record));
 }
 
-MeasuredNetwork OpenMeasured(const std::string& path) {
-    const FileContent file = ReadWholeFile(path, MaxTouchstoneBytes + 1);
-    if (!file.Error.empty()) return {path, {}, file.Error};
-    TouchstoneResult result = ReadTouchstone(file.Bytes);
-    if (!result.Error.empty()) return {path, {}, path + ": " + result.Error};
-    return {path, std::move(result.Network), {}};
-}
-
 std::string UseCoefficientsFile(Calculation& calculation, const std::string& path) {
     const FileContent file = ReadWholeFile(path, MaxCoefficientsBytes + 1);
     if (!file.Error.empty()) return file.Error;

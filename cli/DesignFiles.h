@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "exchange/TouchstoneReader.h"
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {
@@ -15,14 +14,6 @@ std::string OpenDesignFile(Calculation& calculation, const std::string& path);
 /// Writes the inputs as a design file. Gives the reason if that failed.
 std::string SaveDesignFile(const Calculation& calculation, const std::string& path,
                            const MessageCallback& report);
-
-/// A measured network and the file it is from.
-struct MeasuredNetwork {
-    std::string File;
-    NetworkData Network{};
-    std::string Error{};  ///< "FILE: line 7: ..."; empty if Network holds the file
-};
-MeasuredNetwork OpenMeasured(const std::string& path);
 
 /// Chooses the response of a coefficients file. Gives the reason if the file cannot be read or
 /// holds no valid table.

@@ -262,7 +262,8 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
         member("pulse_time_step_s", Number(design.PulseTimeStep));
     }
     if (MathErrorCount(calculation) > 0) {
-        const std::vector<std::string> lines = MathErrors().Lines(calculation.FirstMathError);
+        const std::vector<std::string> lines =
+            MathErrors().Lines(calculation.FirstMathError - calculation.SynthesisMathErrors);
         member("math_errors", List(lines.size(), [&](std::size_t i) { return Quoted(lines[i]); }));
     }
     member("results", ResultsObject(design, calculation.Results));

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/DesignFiles.h"
+#include "measured/MeasuredSet.h"
 #include "pipeline/Calculation.h"
 
 namespace ladderwise {

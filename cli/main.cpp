@@ -8,6 +8,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/Arguments.h"
@@ -16,14 +17,17 @@
 #include "cli/JsonOutput.h"
 #include "cli/TableOutput.h"
 #include "cli/Terminal.h"
+#include "display/Picture.h"
 #include "display/PlotExport.h"
 #include "files/DiskFile.h"
 #include "files/PlatformFolders.h"
 #include "measured/CompanionFile.h"
+#include "measured/MeasuredDisk.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
+#include "pipeline/ReferenceDesign.h"
 #include "pipeline/SavedDesigns.h"
 #include "resources/Resources.h"
 
@@ -45,6 +49,7 @@ struct Session {
     std::vector<ElementList> Runs;    ///< the ladders of the first of them
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
+    MeasuredFiles Drawn;  ///< those, with what the companion says about them
 };
 
 void PrintError(const std::string& text) {
@@ -117,7 +122,7 @@ void Design(Session& session, const Arguments& arguments) {
     FinishCalculation(session.Calc, Recorder(session), [&](const AnalysedRun& run) {
         if (run.Number > 0 && !arguments.PlotFile.empty())
             session.Overlay.push_back({run.Quantities, run.Response});
-        if (run.Number > 0 && run.Number <= arguments.Exports.TouchstoneRuns)
+        if (run.Number > 0 && run.Number <= arguments.Exports.Options.Runs)
             session.Runs.push_back(session.Calc.Design.Elements);
     });
 }
@@ -126,14 +131,20 @@ void Design(Session& session, const Arguments& arguments) {
 /// False after one of the command line that cannot.
 bool ReadMeasured(Session& session, const Arguments& arguments) {
     for (const MeasuredFile& file : session.Companion.Measured) {
-        session.Measured.push_back(OpenMeasured(file.Path));
-        if (session.Measured.back().Error.empty()) continue;
-        Recorder(session)("Error", session.Measured.back().Error);
-        session.Measured.pop_back();
+        MeasuredNetwork network = OpenMeasured(file.Path);
+        if (!network.Error.empty()) {
+            Recorder(session)("Error", network.Error);
+            continue;
+        }
+        session.Measured.push_back(std::move(network));
+        session.Drawn.push_back(file);
     }
     for (const std::string& path : arguments.MeasuredFiles) {
         session.Measured.push_back(OpenMeasured(path));
-        if (session.Measured.back().Error.empty()) continue;
+        if (session.Measured.back().Error.empty()) {
+            session.Drawn.push_back(NewMeasuredFile(path, session.Drawn));
+            continue;
+        }
         PrintError(session.Measured.back().Error);
         return false;
     }
@@ -164,7 +175,7 @@ bool SaveDesign(Session& session, const Arguments& arguments) {
     DesignCompanion companion = session.Companion;
     companion.Edited = EditsOf(session.Calc.Design);
     for (const std::string& path : arguments.MeasuredFiles)
-        companion.Measured.push_back({path, false, 0.0, 0.0, false, {}});
+        companion.Measured.push_back(NewMeasuredFile(path, companion.Measured));
     if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);
     if (!error.empty()) PrintError(error);
     return error.empty();
@@ -189,14 +200,31 @@ bool WriteOutput(const std::string& name, const std::string& bytes) {
     return error.empty();
 }
 
+std::vector<PictureRow> ResultLines(const Calculation& calc) {
+    std::vector<PictureRow> rows;
+    for (const ComparedResult& row : ResultRows(calc.Design, calc.Results, nullptr))
+        rows.push_back({row.Name, row.OfDesign, row.OfReference});
+    for (const auto& [name, value] : DescribeWorstCase(calc.WorstCase))
+        rows.push_back({name, value, {}});
+    return rows;
+}
+
 bool WritePlot(const Session& session, const Arguments& arguments) {
     const Calculation& calc = session.Calc;
-    PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities, {});
+    MeasuredSet measured;
+    for (const MeasuredNetwork& network : session.Measured)
+        measured.Put(network);
+    PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities,
+                                    measured.LayersOf(session.Drawn, calc.Design));
     content.WorstCaseRuns = calc.WorstCase.Runs;
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
-    const PlotFile file = PaintPlotFile(arguments.PlotFile, {arguments.Width, arguments.Height},
-                                        content, QGuiApplication::font());
+    const QFont font = QGuiApplication::font();
+    const PlotFile file =
+        arguments.Picture
+            ? PaintPictureFile(arguments.PlotFile, arguments.Size, {content, ResultLines(calc)},
+                               {*arguments.Picture, arguments.White}, font)
+            : PaintPlotFile(arguments.PlotFile, PixelsOf(arguments.Size), content, font);
     if (file.Error.empty()) return WriteOutput(arguments.PlotFile, file.Bytes);
     PrintError(file.Error);
     return false;

@@ -14,8 +14,8 @@ constexpr int dotRadius = 3;     // pixels, of a marker on a trace
 constexpr int ringRadius = 4;    // pixels, of the crosshair on a trace
 constexpr QColor crosshairColour(64, 64, 64);
 
-QColor PatchColour() {
-    QColor colour = ToQColor(BackgroundColour);
+QColor PatchColour(PlotColour background) {
+    QColor colour = ToQColor(background);
     colour.setAlpha(patchAlpha);
     return colour;
 }
@@ -58,7 +58,7 @@ void DrawDot(QPainter& painter, const MarkerDot& dot) {
 
 }  // namespace
 
-void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing) {
+void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing, PlotColour background) {
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (const PlotLine& line : drawing.Lines)
         DrawLine(painter, line, Qt::DotLine);
@@ -66,7 +66,7 @@ void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing) {
     for (const PlotText& label : drawing.Labels)
         painter.fillRect(label.X, label.Y,
                          metrics.horizontalAdvance(QString::fromStdString(label.Text)),
-                         metrics.height(), PatchColour());
+                         metrics.height(), PatchColour(background));
     for (const PlotLine& line : drawing.Leaders)
         DrawLine(painter, line, Qt::SolidLine);
     for (const MarkerDot& dot : drawing.Dots)
@@ -75,12 +75,12 @@ void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing) {
         PaintText(painter, label);
 }
 
-void PaintLegend(QPainter& painter, const Legend& legend) {
+void PaintLegend(QPainter& painter, const Legend& legend, PlotColour background) {
     if (legend.Texts.empty()) return;
     painter.setRenderHint(QPainter::Antialiasing, false);
     const QRect box(legend.Box.Left, legend.Box.Top, legend.Box.Width, legend.Box.Height);
     painter.setPen(QPen(ToQColor(GridColour), 1));
-    painter.setBrush(PatchColour());
+    painter.setBrush(PatchColour(background));
     painter.drawRect(box.adjusted(0, 0, -1, -1));
     painter.setBrush(Qt::NoBrush);
     for (const Legend::Sample& sample : legend.Samples) {

@@ -11,10 +11,11 @@
 namespace ladderwise {
 
 /// Dotted marker lines, leaders, dots and labels; each label on a faint patch of background.
-void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing);
+void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing,
+                  PlotColour background = BackgroundColour);
 
 /// The legend on a patch of background that lets strong traces shine through.
-void PaintLegend(QPainter& painter, const Legend& legend);
+void PaintLegend(QPainter& painter, const Legend& legend, PlotColour background = BackgroundColour);
 
 /// The crosshair within the plot, with a ring on each trace.
 void PaintCrosshair(QPainter& painter, const CursorReadOuts& readOuts, const PlotLayout& layout);

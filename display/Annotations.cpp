@@ -1,6 +1,9 @@
 // Places markers and legend over the traces of a plot.
 #include "display/Annotations.h"
 
+#include <optional>
+#include <utility>
+
 namespace ladderwise {
 
 namespace {
@@ -11,13 +14,13 @@ struct TraceEnd {
     MarkerDot At;
 };
 
-void AddEnd(const PlotLayer& layer, bool beside, TraceKind kind, const TracePoints& points,
-            std::vector<TraceEnd>& ends) {
-    if (points.NumRuns < 1) return;
+/// The end of what is mapped of a trace; empty if nothing is drawn of it.
+std::optional<TraceEnd> EndOf(const PlotLayer& layer, TraceKind kind, const TracePoints& points) {
+    if (points.NumRuns < 1) return {};
     const int last = points.Runs[static_cast<std::size_t>(points.NumRuns - 1)].Last;
-    ends.push_back(
-        {(beside ? "Ref " : "") + std::string(TraceShortName(kind)),
-         {points.X[last], points.Y[last], layer.Colours[static_cast<std::size_t>(kind)], kind}});
+    return TraceEnd{
+        layer.ShortName + (layer.ShortName.empty() ? "" : " ") + TraceShortName(kind),
+        {points.X[last], points.Y[last], layer.Colours[static_cast<std::size_t>(kind)], kind}};
 }
 
 }  // namespace
@@ -45,9 +48,12 @@ PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& l
     for (const PlotLayer& layer : content.Layers)
         for (const TraceKind kind : TraceDrawOrder) {
             if (!IsChosen(content.Choices, kind)) continue;
-            MapLayerTrace(layer, kind, content.Design, layout, scales, work);
-            cover.AddTrace(work);
-            AddEnd(layer, &layer != &content.Layers.front(), kind, work, ends);
+            std::optional<TraceEnd> end;
+            MapLayerTrace(layer, kind, content.Design, layout, scales, work, [&] {
+                cover.AddTrace(work);
+                if (auto here = EndOf(layer, kind, work)) end = std::move(here);
+            });
+            if (end) ends.push_back(*std::move(end));
         }
     const std::vector<LegendRow> rows = BuildLegendRows(content);
     annotations.Key = LayLegendBelow(rows, layout, metrics);

@@ -29,12 +29,15 @@ int SamplesWidth(const LegendRow& row) {
     return static_cast<int>(row.Samples.size()) * (sampleLength + sampleGap);
 }
 
-/// Samples of those chosen traces that the layer has values for.
+/// Samples of those chosen traces that the layer has values for; of measured ones, which have one
+/// colour, a single one.
 std::vector<LegendSample> SamplesOf(const PlotLayer& layer, const TraceChoices& choices) {
     std::vector<LegendSample> samples;
+    const bool single = layer.Role == LayerRole::Measurement;
     for (const TraceKind kind : TraceDrawOrder)
-        if (IsChosen(choices, kind) && !ValuesOf(layer.Values, kind).empty())
-            samples.push_back({layer.Colours[static_cast<std::size_t>(kind)], layer.Dashed});
+        if (IsChosen(choices, kind) && !ValuesOf(layer.Values, kind).empty() &&
+            !(single && !samples.empty()))
+            samples.push_back({layer.Colours[static_cast<std::size_t>(kind)], layer.Dashed()});
     return samples;
 }
 

@@ -16,11 +16,14 @@ std::span<const double> FreqsOf(const PlotLayer& layer, const FilterDesign& desi
                                      : layer.Sweep.Freqs;
 }
 
-std::string ValueAtFrequency(const PlotLayer& layer, TraceKind kind, double f,
-                             const FilterDesign& design) {
+/// Not a number where the layer has none.
+double ValueAtFrequency(const PlotLayer& layer, TraceKind kind, double f,
+                        const FilterDesign& design) {
     const auto place = PlaceOf(f, FreqsOf(layer, design));
-    if (!place) return noValue;
-    const double value = ValueAt(ValuesOf(layer.Values, kind), kind, place->Index);
+    return place ? LayerValueAt(layer, kind, place->Index) : std::nan("");
+}
+
+std::string TextOrNone(TraceKind kind, double value) {
     return std::isnan(value) ? noValue : TraceValueText(kind, value);
 }
 
@@ -35,6 +38,40 @@ std::string CrossingsText(const PlotLayer& layer, double relative, const FilterD
     return text.empty() ? noValue : text;
 }
 
+/// The rows of one trace at a frequency: the design's with the reference's, then the measured ones.
+void AddValues(const PlotContent& content, const std::string& name, TraceKind kind, double f,
+               std::vector<MarkerReading>& rows) {
+    const FilterDesign& design = content.Design;
+    const double own = ValueAtFrequency(content.Layers.front(), kind, f, design);
+    const std::string trace = name + ", " + TraceShortName(kind);
+    const std::size_t first = rows.size();
+    rows.push_back({trace, TextOrNone(kind, own), ""});
+    for (const PlotLayer& layer : content.Layers) {
+        if (layer.Role == LayerRole::Design) continue;
+        const double value = ValueAtFrequency(layer, kind, f, design);
+        std::string text = TextOrNone(kind, value);
+        if (layer.Role == LayerRole::Reference) {
+            rows[first].OfReference = text;
+            continue;
+        }
+        if (!std::isnan(value - own)) text += " (" + DifferenceText(kind, value - own) + " off)";
+        rows.push_back({trace + ", " + layer.ShortName, text, ""});
+    }
+}
+
+void AddCrossings(const PlotContent& content, const std::string& name, double relative,
+                  std::vector<MarkerReading>& rows) {
+    const std::size_t first = rows.size();
+    for (const PlotLayer& layer : content.Layers) {
+        const std::string text = CrossingsText(layer, relative, content.Design);
+        if (layer.Role == LayerRole::Reference)
+            rows[first].OfReference = text;
+        else
+            rows.push_back(
+                {name + (layer.ShortName.empty() ? "" : ", ") + layer.ShortName, text, ""});
+    }
+}
+
 }  // namespace
 
 std::vector<MarkerReading> BuildMarkerTable(const PlotContent& content) {
@@ -42,7 +79,6 @@ std::vector<MarkerReading> BuildMarkerTable(const PlotContent& content) {
     if (content.Layers.empty() || content.Design.NumElements < 1) return rows;
     const MarkerState& markers = content.Markers;
     const FilterDesign& design = content.Design;
-    const PlotLayer* const other = content.Layers.size() > 1 ? &content.Layers[1] : nullptr;
     for (int k = 1; k <= markers.FreqMarkerCount; ++k) {
         const double f = markers.FreqMarkers[static_cast<std::size_t>(k)];
         const std::string name =
@@ -51,16 +87,13 @@ std::vector<MarkerReading> BuildMarkerTable(const PlotContent& content) {
             if (!IsChosen(content.Choices, kind) || kind == TraceKind::Pulse) continue;
             // Both magnitudes are one quantity, read on the finer scale where both are shown.
             if (kind == TraceKind::Mag10dB && content.Choices.Mag1dB) continue;
-            rows.push_back({name + ", " + TraceShortName(kind),
-                            ValueAtFrequency(content.Layers.front(), kind, f, design),
-                            other ? ValueAtFrequency(*other, kind, f, design) : ""});
+            AddValues(content, name, kind, f, rows);
         }
     }
     for (int k = 1; k <= markers.DbMarkerCount; ++k) {
         const double relative = markers.DbMarkers[static_cast<std::size_t>(k)];
-        rows.push_back({LevelMarkerName(k) + " " + FormatNumber(relative, 2) + " dB",
-                        CrossingsText(content.Layers.front(), relative, design),
-                        other ? CrossingsText(*other, relative, design) : ""});
+        AddCrossings(content, LevelMarkerName(k) + " " + FormatNumber(relative, 2) + " dB",
+                     relative, rows);
     }
     return rows;
 }

@@ -21,10 +21,6 @@ constexpr int MostFrequencyDigits = 8;
 constexpr double WholeTurn = 360.0;  // degrees
 constexpr int LeaderFrom = 12;       // pixels; closer labels need no leader
 
-bool IsMagnitude(TraceKind kind) {
-    return kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
-}
-
 bool Drawable(TraceKind kind, double value) {
     const bool blankable = kind == TraceKind::Phase || kind == TraceKind::GroupDelay;
     return !std::isnan(value) && !(blankable && value == BlankMarker);
@@ -332,6 +328,20 @@ double ValueAt(std::span<const double> values, TraceKind kind, double index) {
     return kind == TraceKind::Phase ? std::remainder(value, WholeTurn) : value;
 }
 
+double LayerValueAt(const PlotLayer& layer, TraceKind kind, double index) {
+    const std::span<const double> values = ValuesOf(layer.Values, kind);
+    const double straight = ValueAt(values, kind, index);
+    const bool level = IsMagnitude(kind) || kind == TraceKind::ReturnLoss;
+    const auto i = static_cast<std::size_t>(index);
+    const double share = index - static_cast<double>(i);
+    if (layer.Role != LayerRole::Measurement || !level || share == 0.0 || std::isnan(straight))
+        return straight;
+    // Counted from the higher of the two, so that no power of ten runs out of its range.
+    const double top = std::max(values[i], values[i + 1]);
+    const auto part = [&](double dB) { return std::pow(10.0, (dB - top) / 20.0); };
+    return top + 20.0 * std::log10((1.0 - share) * part(values[i]) + share * part(values[i + 1]));
+}
+
 std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
                                        std::span<const double> freqs, double target) {
     std::vector<SweepPlace> places;
@@ -392,6 +402,16 @@ std::string TraceValueText(TraceKind kind, double value) {
             return FormatFixed(value, 3);
     }
     return {};
+}
+
+std::string SignedText(double value, std::string text) {
+    if (value > 0.0) text.insert(text.begin(), '+');
+    return text;
+}
+
+std::string DifferenceText(TraceKind kind, double difference) {
+    if (kind == TraceKind::Phase) difference = std::remainder(difference, WholeTurn);
+    return SignedText(difference, TraceValueText(kind, difference));
 }
 
 std::string FrequencyMarkerName(int k) {

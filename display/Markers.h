@@ -95,6 +95,10 @@ std::optional<SweepPlace> PlaceOf(double f, std::span<const double> freqs);
 /// way round. Not a number where a neighbour is missing or blank.
 double ValueAt(std::span<const double> values, TraceKind kind, double index);
 
+/// The value of a layer's trace at a place of its own sweep: ValueAt, but of what is measured a
+/// level straight in its magnitude, as its phase is straight in degrees.
+double LayerValueAt(const PlotLayer& layer, TraceKind kind, double index);
+
 /// Where levels cross `target`, ascending, interpolated linearly between neighbouring points.
 std::vector<SweepPlace> LevelCrossings(std::span<const double> levels,
                                        std::span<const double> freqs, double target);
@@ -117,6 +121,12 @@ std::string SweepFrequencyText(double f, std::span<const double> freqs);
 
 /// A value of a trace as people read it: "-3.01 dB", "45.0°", "12.3 ns", "0.950".
 std::string TraceValueText(TraceKind kind, double value);
+
+/// A text with "+" before it where its value is positive.
+std::string SignedText(double value, std::string text);
+
+/// A difference of two values of a trace, "+0.09 dB", of phases the shorter way round.
+std::string DifferenceText(TraceKind kind, double difference);
 
 /// A dot's shape tells its trace, whatever the colours look like: the magnitudes squares, the
 /// return loss circles, the phase triangles, the group delay diamonds.

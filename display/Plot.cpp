@@ -60,11 +60,9 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
 }
 
 void Plot::FinishOverlay(const PlotContent& content) {
-    LayerLook look = LayerLook::Darker;
-    for (const PlotLayer& layer : content.Layers) {
-        PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, look, work);
-        look = LayerLook::Plain;
-    }
+    for (const PlotLayer& layer : content.Layers)
+        PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, LayerLook::Darker,
+                         work);
     composed = false;
 }
 

@@ -15,15 +15,25 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 using Places = std::array<double, NumSweepPoints>;
 
-/// Where the points of a layer lie; empty if they are those of the plot.
-std::span<const double> PlacesOf(const LayerSweep& sweep, const FilterDesign& design,
+/// Where at most as many frequencies as there is room for lie.
+std::span<const double> PlacesOf(std::span<const double> freqs, const PlotAxis& axis,
                                  Places& places) {
-    if (HasPlotSweep(sweep, design.SweepFreqs)) return {};
-    const PlotAxis axis = AxisOf(design);
-    const std::size_t count = std::min(sweep.Freqs.size(), places.size());
+    const std::size_t count = std::min(freqs.size(), places.size());
     for (std::size_t n = 0; n < count; ++n)
-        places[n] = AxisPlace(sweep.Freqs[n], axis);
+        places[n] = AxisPlace(freqs[n], axis);
     return {places.data(), count};
+}
+
+/// The points on the axis, and one more on each side of it, to which a line leads.
+struct PointRange {
+    std::size_t First = 0;
+    std::size_t End = 0;
+};
+PointRange SeenPoints(std::span<const double> freqs, const PlotAxis& axis) {
+    const auto from = std::lower_bound(freqs.begin(), freqs.end(), axis.Start);
+    const auto to = std::upper_bound(from, freqs.end(), axis.Stop);
+    return {static_cast<std::size_t>(from - freqs.begin()) - (from != freqs.begin() ? 1 : 0),
+            static_cast<std::size_t>(to - freqs.begin()) + (to != freqs.end() ? 1 : 0)};
 }
 
 std::span<const double> TimePlacesOf(const LayerSweep& sweep, const FilterDesign& design,
@@ -65,14 +75,31 @@ bool HasPlotSweep(const LayerSweep& sweep, std::span<const double> plotFreqs) {
 }
 
 void MapLayerTrace(const PlotLayer& layer, TraceKind kind, const FilterDesign& design,
-                   const PlotLayout& layout, const PlotScales& scales, TracePoints& points) {
+                   const PlotLayout& layout, const PlotScales& scales, TracePoints& points,
+                   const std::function<void()>& use) {
     Places work;
-    const std::span<const double> places = kind == TraceKind::Pulse
-                                               ? TimePlacesOf(layer.Sweep, design, work)
-                                               : PlacesOf(layer.Sweep, design, work);
     const std::span<const double> values = ValuesOf(layer.Values, kind);
-    if (places.empty()) return MapTrace(values, kind, layer.Dashed, layout, scales, points);
-    MapTraceAt(places, values, kind, layer.Dashed, layout, scales, points);
+    const bool pulse = kind == TraceKind::Pulse;
+    const auto times = pulse ? TimePlacesOf(layer.Sweep, design, work) : std::span<const double>();
+    if (!times.empty()) {
+        MapTraceAt(times, values, kind, layer.Dashed(), layout, scales, points);
+        return use();
+    }
+    if (pulse || HasPlotSweep(layer.Sweep, design.SweepFreqs)) {
+        MapTrace(values, kind, layer.Dashed(), layout, scales, points);
+        return use();
+    }
+    const PlotAxis axis = AxisOf(design);
+    const std::span<const double> freqs = layer.Sweep.Freqs;
+    const PointRange seen = SeenPoints(freqs, axis);
+    const std::size_t end = std::min(seen.End, values.size());
+    for (std::size_t first = seen.First; first < end; first += work.size() - 1) {
+        const std::size_t count = std::min(work.size(), end - first);
+        MapTraceAt(PlacesOf(freqs.subspan(first, count), axis, work), values.subspan(first, count),
+                   kind, layer.Dashed(), layout, scales, points);
+        use();
+        if (first + count == end) break;
+    }
 }
 
 }  // namespace ladderwise

@@ -2,6 +2,8 @@
 // point stands where its own frequency, or time, lies on the axis. Plain structs, no Qt.
 #pragma once
 
+#include <functional>
+
 #include "display/TraceMap.h"
 
 namespace ladderwise {
@@ -32,8 +34,10 @@ bool HasPlotSweep(const LayerSweep& sweep, std::span<const double> plotFreqs);
 /// layer's sweep (for the pulse, its time step) is that of the plot, point n stands at point n.
 /// Otherwise each point stands at its own frequency or time; lines that leave the plot end at its
 /// edge, and what lies beyond is not drawn. Dashes of short steps change every fourth point of the
-/// plot's sweep then.
+/// plot's sweep then. A sweep of more points than `points` has room for is mapped piece by piece,
+/// and `use` called after each; neighbouring pieces share a point.
 void MapLayerTrace(const PlotLayer& layer, TraceKind kind, const FilterDesign& design,
-                   const PlotLayout& layout, const PlotScales& scales, TracePoints& points);
+                   const PlotLayout& layout, const PlotScales& scales, TracePoints& points,
+                   const std::function<void()>& use);
 
 }  // namespace ladderwise

@@ -15,20 +15,21 @@ PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& re
     return traces;
 }
 
-PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantities,
-                  const TraceColours& colours, bool dashed, const std::string& name) {
+PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantities, LayerRole role,
+                  const std::string& name) {
+    const bool reference = role == LayerRole::Reference;
     return {TracesOf(quantities, design.Response),
-            colours,
-            dashed,
+            reference ? ReferenceColours : CurrentColours,
+            role,
             name,
+            reference ? "Ref" : "",
             {design.SweepFreqs, design.PulseTimeStep, design.PassType, BandAboutF0(design)}};
 }
 
 PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,
                       const DisplayQuantities& quantities, const std::vector<PlotLayer>& others) {
     PlotContent content{design, choices, {}, {}};
-    content.Layers.push_back(
-        LayerOf(design, quantities, CurrentColours, false, DesignTitle(design)));
+    content.Layers.push_back(LayerOf(design, quantities, LayerRole::Design, DesignTitle(design)));
     content.Layers.insert(content.Layers.end(), others.begin(), others.end());
     return content;
 }

@@ -24,8 +24,8 @@ struct PlotContent {
 PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& response);
 
 /// The layer of a calculated design over its own sweep; both outlive the result.
-PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantities,
-                  const TraceColours& colours, bool dashed, const std::string& name);
+PlotLayer LayerOf(const FilterDesign& design, const DisplayQuantities& quantities, LayerRole role,
+                  const std::string& name);
 
 /// The content of a calculated design. `others` are drawn beside it: a reference, a measurement.
 PlotContent ContentOf(const FilterDesign& design, const TraceChoices& choices,

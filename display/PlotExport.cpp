@@ -1,14 +1,6 @@
-// Writing the plot as PNG, SVG or PDF.
+// The plot of the window as a file.
 #include "display/PlotExport.h"
 
-#include <QBuffer>
-#include <QFileInfo>
-#include <QFontMetrics>
-#include <QImage>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
-#include <QSvgGenerator>
 #include <algorithm>
 #include <memory>
 
@@ -21,55 +13,23 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int dotsPerInch = 96;
 constexpr int dotsPerMeter = 3780;  // 96 / 0.0254
-constexpr double pointsPerInch = 72.0;
-constexpr int bottomMargin = 10;  // below the table of values
-constexpr const char* programName = "Ladderwise";
-
-bool WritePng(QIODevice& file, QSize size, const PlotContent& content, const QFont& font) {
-    QImage image(size, QImage::Format_RGB32);
-    if (image.isNull()) return false;
-    image.setDotsPerMeterX(dotsPerMeter);
-    image.setDotsPerMeterY(dotsPerMeter);
-    QPainter painter(&image);
-    PaintPlot(painter, size, content, font);
-    painter.end();
-    return image.save(&file, "PNG");
-}
-
-bool PaintOnto(QPaintDevice& device, QSize size, const PlotContent& content, const QFont& font) {
-    QPainter painter;
-    if (!painter.begin(&device)) return false;
-    PaintPlot(painter, size, content, font);
-    return painter.end();
-}
-
-bool WriteSvg(QIODevice& file, QSize size, const PlotContent& content, const QFont& font) {
-    QSvgGenerator svg;
-    svg.setOutputDevice(&file);
-    svg.setResolution(dotsPerInch);
-    svg.setSize(size);
-    svg.setViewBox(QRect(QPoint(0, 0), size));
-    svg.setTitle(QString::fromStdString(DesignTitle(content.Design)));
-    return PaintOnto(svg, size, content, font);
-}
-
-bool WritePdf(QIODevice& file, QSize size, const PlotContent& content, const QFont& font) {
-    QPdfWriter pdf(&file);
-    pdf.setCreator(QString::fromLatin1(programName));
-    pdf.setTitle(QString::fromStdString(DesignTitle(content.Design)));
-    pdf.setResolution(dotsPerInch);
-    pdf.setPageSize(QPageSize(QSizeF(size) * pointsPerInch / dotsPerInch, QPageSize::Point,
-                              QString(), QPageSize::ExactMatch));
-    pdf.setPageMargins(QMarginsF(0, 0, 0, 0));
-    return PaintOnto(pdf, size, content, font);
-}
+constexpr int bottomMargin = 10;    // below the table of values
 
 /// The picture that the painter paints pixel by pixel, or nullptr for a vector picture.
 QImage* PixelsOf(const QPainter& painter) {
     QPaintDevice* const device = painter.device();
     return device->devType() == QInternal::Image ? static_cast<QImage*>(device) : nullptr;
+}
+
+QImage PlotImage(QSize size, const PlotContent& content, const QFont& font) {
+    QImage image(size, QImage::Format_RGB32);
+    if (image.isNull()) return image;
+    image.setDotsPerMeterX(dotsPerMeter);
+    image.setDotsPerMeterY(dotsPerMeter);
+    QPainter painter(&image);
+    PaintPlot(painter, size, content, font);
+    return image;
 }
 
 }  // namespace
@@ -78,14 +38,11 @@ int TableTop(QSize size, const FilterDesign& design) {
     return size.height() - RowsInUse(BuildValueGrid(design)) * TableRowHeight - bottomMargin;
 }
 
-void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const QFont& font) {
-    const int gridTop = TableTop(size, content.Design);
-    const PlotLayout layout = ComputePlotLayout(
-        {size.width(), size.height(), 0, gridTop, LegendHeightBelow(content)}, content.Choices);
-    painter.setFont(font);
-    painter.fillRect(QRect(QPoint(0, 0), size), ToQColor(BackgroundColour));
-    PaintFrame(painter,
-               BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter)));
+void PaintResponse(QPainter& painter, const PlotContent& content, const PlotLayout& layout,
+                   bool titles, PlotColour background) {
+    PlotFrame frame = BuildPlotFrame(content.Design, content.Choices, layout, MetricsOf(painter));
+    if (!titles) frame.Title = frame.Subtitle = {};
+    PaintFrame(painter, frame);
     const PlotScales scales = ScalesOf(content.Design);
     const auto work = std::make_unique<OverlayWork>();
     QImage* const image = PixelsOf(painter);
@@ -93,11 +50,10 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
         for (const PlotLayer& layer : content.Layers) {
             if (image)
                 PaintLayerPixels(*image, layer, content.Design, content.Choices, layout, scales,
-                                 look, *work);
+                                 look, *work, background);
             else
                 PaintLayer(painter, layer, content.Design, content.Choices, layout, scales, look,
                            work->Points);
-            look = LayerLook::Plain;
         }
     };
     const PlotAnnotations annotations =
@@ -111,9 +67,17 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
                        LayerLook::Plain, work->Points);
     }
     if (!content.Overlays.empty()) paintLayers(LayerLook::Darker);
-    PaintMarkers(painter, annotations.Markers);
-    PaintLegend(painter, annotations.Key);
+    PaintMarkers(painter, annotations.Markers, background);
+    PaintLegend(painter, annotations.Key, background);
+}
 
+void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const QFont& font) {
+    const int gridTop = TableTop(size, content.Design);
+    const PlotLayout layout = ComputePlotLayout(
+        {size.width(), size.height(), 0, gridTop, LegendHeightBelow(content)}, content.Choices);
+    painter.setFont(font);
+    painter.fillRect(QRect(QPoint(0, 0), size), ToQColor(BackgroundColour));
+    PaintResponse(painter, content, layout, true, BackgroundColour);
     const std::vector<GridColumn> columns = BuildValueGrid(content.Design);
     const int needed = 2 * ValueGridLeft + (static_cast<int>(columns.size()) + 1) * TablePitch;
     const double shrink = std::min(1.0, static_cast<double>(size.width()) / needed);
@@ -130,24 +94,11 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
 
 PlotFile PaintPlotFile(const std::string& path, QSize size, const PlotContent& content,
                        const QFont& font) {
-    const auto failed = [&path](const std::string& reason) {
-        return PlotFile{{}, "cannot write " + path + ": " + reason};
-    };
-    const QString ending = QFileInfo(QString::fromStdString(path)).suffix().toLower();
-    const auto write = ending == QLatin1String("png")   ? WritePng
-                       : ending == QLatin1String("svg") ? WriteSvg
-                       : ending == QLatin1String("pdf") ? WritePdf
-                                                        : nullptr;
-    if (!write) return failed("a plot is a .png, .svg or .pdf file");
-    if (!QFontMetrics(font).inFont(QLatin1Char('0')))
-        return failed("no font is installed, and a plot needs one (DejaVu Sans, for example)");
-    QByteArray bytes;
-    QBuffer memory(&bytes);
-    memory.open(QIODevice::WriteOnly);
-    if (size.isEmpty() || !write(memory, size, content, font))
-        return failed("no memory for a picture of " + std::to_string(size.width()) + " x " +
-                      std::to_string(size.height()) + " pixels");
-    return {bytes.toStdString(), {}};
+    const QFont pixels = InPixels(font);
+    return MakePictureFile(path,
+                           {QSizeF(size), DesignTitle(content.Design), pixels,
+                            [&](QPainter& painter) { PaintPlot(painter, size, content, pixels); },
+                            [&] { return PlotImage(size, content, pixels); }});
 }
 
 }  // namespace ladderwise

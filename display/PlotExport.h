@@ -1,16 +1,22 @@
-// The plot as a file: a pixel image or a vector picture with frame, traces, schematic strip and a
-// table of the part values.
+// The plot as the window shows it, as a file: frame, traces, schematic strip and a table of the
+// part values. Pictures for reports are in Picture.
 #pragma once
 
 #include <QFont>
 #include <QSize>
 #include <string>
 
+#include "display/PictureFile.h"
 #include "display/PlotContent.h"
-
-class QPainter;
+#include "display/PlotLayout.h"
 
 namespace ladderwise {
+
+/// The response of a content in its place: frame, with its titles or without, traces, markers and
+/// legend, in the painter's font on a background that is there. On an image of Format_RGB32 the
+/// traces are drawn pixel by pixel, as on the screen.
+void PaintResponse(QPainter& painter, const PlotContent& content, const PlotLayout& layout,
+                   bool titles, PlotColour background);
 
 /// Paints the whole plot into 0, 0 .. size: the title at the top, no input panel, the table of
 /// values at the bottom. A ladder too long for the width is shrunk to fit, strip and table
@@ -20,16 +26,7 @@ void PaintPlot(QPainter& painter, QSize size, const PlotContent& content, const 
 /// Where a picture of this size has the table of values of a design: its top edge.
 int TableTop(QSize size, const FilterDesign& design);
 
-/// A picture file in memory, or why there is none, as a sentence for the user.
-struct PlotFile {
-    std::string Bytes;
-    std::string Error;
-};
-
-/// Paints the plot as a file of the kind that the ending of `path` names: .png, .svg or .pdf (in
-/// any case of letters). One logical pixel is 1/96 inch. Nothing is written to the disk. Fails for
-/// another ending, an empty size, a picture that the memory cannot hold, and where no font is
-/// installed: a response without scales is worse than none.
+/// Paints the plot as a file, as MakePictureFile does; one logical pixel is 1/96 inch.
 PlotFile PaintPlotFile(const std::string& path, QSize size, const PlotContent& content,
                        const QFont& font);
 

@@ -17,7 +17,8 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int cellPadding = 4;  // between a table cell's text and its right edge
+constexpr double thinWidth = 0.7;  // logical pixels of a measured trace
+constexpr int cellPadding = 4;     // between a table cell's text and its right edge
 constexpr QColor tableColour(255, 255, 255);
 
 void DrawTexts(QPainter& painter, const std::vector<PlotText>& texts) {
@@ -44,13 +45,35 @@ PixelRows PixelsOf(QImage& image) {
 
 // Dark and wide enough to stand out from a cloud of runs in the colour itself.
 PlotColour ColourOf(PlotColour colour, LayerLook look) {
-    if (look == LayerLook::Plain) return colour;
+    if (look != LayerLook::Darker) return colour;
     const auto darker = [](std::uint8_t part) { return static_cast<std::uint8_t>(part / 2); };
     return {darker(colour.Red), darker(colour.Green), darker(colour.Blue)};
 }
 
-int WidthOf(LayerLook look) {
-    return look == LayerLook::Plain ? 1 : 2;
+double WidthOf(LayerLook look) {
+    switch (look) {
+        case LayerLook::Plain:
+            return 1.0;
+        case LayerLook::Darker:
+            return 2.0;
+        case LayerLook::Thin:
+            return thinWidth;
+    }
+    return 1.0;
+}
+
+/// On top of a worst case a reference stays as it is, and what is measured is no longer thin, so as
+/// to be seen.
+LayerLook LookOf(const PlotLayer& layer, LayerLook look) {
+    switch (layer.Role) {
+        case LayerRole::Design:
+            return look;
+        case LayerRole::Reference:
+            return LayerLook::Plain;
+        case LayerRole::Measurement:
+            return look == LayerLook::Darker ? LayerLook::Plain : LayerLook::Thin;
+    }
+    return look;
 }
 
 void DrawMissingPicture(QPainter& painter, const StripPicture& place) {
@@ -97,10 +120,10 @@ constexpr int besideZero = 4;
 /// The black line of 0 dB gives way where a trace runs along it: a pass band that is now on the
 /// line's row and now below it would flicker between the two colours.
 void ClearZeroLine(const TracePoints& points, const PlotLayout& pixels, int zeroY, double ratio,
-                   PixelRows picture) {
+                   PlotColour background, PixelRows picture) {
     const int reach = static_cast<int>(std::ceil(ratio));
     const int frame = pixels.PlotLeft + reach;  // which stays black
-    const std::uint32_t black = ToQColor(Black).rgb(), clear = ToQColor(BackgroundColour).rgb();
+    const std::uint32_t black = ToQColor(Black).rgb(), clear = ToQColor(background).rgb();
     const int near = besideZero * reach;
     const int top = std::max(zeroY - reach, 0),
               bottom = std::min(zeroY + reach, picture.Height - 1);
@@ -190,9 +213,9 @@ void PaintFrame(QPainter& painter, const PlotFrame& frame) {
     PaintText(painter, frame.Subtitle);
 }
 
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look) {
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    QPen solid(ToQColor(ColourOf(colour, look)), WidthOf(look), Qt::SolidLine, Qt::FlatCap,
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look,
+                double width) {
+    QPen solid(ToQColor(ColourOf(colour, look)), width * WidthOf(look), Qt::SolidLine, Qt::FlatCap,
                Qt::RoundJoin);
     QPen dashed = solid;
     dashed.setDashPattern({qreal(DashPixels), qreal(DashGapPixels)});
@@ -210,28 +233,39 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const FilterDesign& design,
                 const TraceChoices& choices, const PlotLayout& layout, const PlotScales& scales,
                 LayerLook look, TracePoints& work) {
+    constexpr double finer = 16.0;  // paper shows what pixels of a screen would hide
+    const PlotLayout fine = ScaledLayout(layout, finer);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(1.0 / finer, 1.0 / finer);
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
-        MapLayerTrace(layer, kind, design, layout, scales, work);
-        PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)], look);
+        MapLayerTrace(layer, kind, design, fine, scales, work, [&] {
+            PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)],
+                       LookOf(layer, look), finer);
+        });
     }
+    painter.restore();
 }
 
 void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign& design,
                       const TraceChoices& choices, const PlotLayout& layout,
-                      const PlotScales& scales, LayerLook look, OverlayWork& work) {
+                      const PlotScales& scales, LayerLook look, OverlayWork& work,
+                      PlotColour background) {
     const double ratio = image.devicePixelRatio();
     const PlotLayout pixels = ScaledLayout(layout, ratio);
     const PixelRows picture = PixelsOf(image);
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
-        MapLayerTrace(layer, kind, design, pixels, scales, work.Points);
         const int zeroY = MapValue(0.0, ScaleOf(kind, pixels, scales), pixels);
         const bool within = zeroY > pixels.PlotTop && zeroY < pixels.PlotBottom;
-        if (kind == TraceKind::Mag10dB && !layer.Dashed && within)
-            ClearZeroLine(work.Points, pixels, zeroY, ratio, picture);
+        const bool clear = kind == TraceKind::Mag10dB && layer.Role == LayerRole::Design && within;
         const PlotColour colour = layer.Colours[static_cast<std::size_t>(kind)];
-        work.Strokes.Draw(work.Points, WidthOf(look) * ratio, ColourOf(colour, look), picture);
+        const LayerLook own = LookOf(layer, look);
+        MapLayerTrace(layer, kind, design, pixels, scales, work.Points, [&] {
+            if (clear) ClearZeroLine(work.Points, pixels, zeroY, ratio, background, picture);
+            work.Strokes.Draw(work.Points, WidthOf(own) * ratio, ColourOf(colour, own), picture);
+        });
     }
 }
 

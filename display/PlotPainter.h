@@ -49,15 +49,16 @@ void PaintText(QPainter& painter, const PlotText& text);
 /// Grid, border, labels, marks and title upon a background that is there, in the painter's font.
 void PaintFrame(QPainter& painter, const PlotFrame& frame);
 
-/// How a layer is drawn: as it is, or darker and twice as wide on top of a worst case that has its
-/// colours.
-enum class LayerLook { Plain, Darker };
+/// How layers are drawn: as they are; on top of a worst case, where the design, which has its
+/// colours, is darker and twice as wide. Thin is what a measurement looks like.
+enum class LayerLook { Plain, Darker, Thin };
 
-/// The runs of a mapped trace as polylines, for vector pictures.
-void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look);
+/// The runs of a mapped trace as polylines, for vector pictures; `width` is that of a plain trace.
+void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour, LayerLook look,
+                double width);
 
 /// The chosen traces of a layer in drawing order on the axes of `design`, mapped through `work`,
-/// for vector pictures.
+/// for vector pictures: they are finer than the pixels of `layout`.
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const FilterDesign& design,
                 const TraceChoices& choices, const PlotLayout& layout, const PlotScales& scales,
                 LayerLook look, TracePoints& work);
@@ -74,7 +75,8 @@ struct OverlayWork {
 /// pixels at any density.
 void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign& design,
                       const TraceChoices& choices, const PlotLayout& layout,
-                      const PlotScales& scales, LayerLook look, OverlayWork& work);
+                      const PlotScales& scales, LayerLook look, OverlayWork& work,
+                      PlotColour background = BackgroundColour);
 
 /// The chosen traces of a worst-case run over what a picture of Format_RGB32 shows, by filling
 /// spans of its pixels: many times as fast as lines.

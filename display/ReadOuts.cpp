@@ -13,36 +13,17 @@ namespace ladderwise {
 namespace {
 
 constexpr const char* delta = "\u0394";
-constexpr const char* ofReference = "Ref ";  // of a further layer: what the design is compared with
 constexpr double LargestShownVswr = 999.0;
 constexpr double smallestReadOutScale = 0.5;  // of the font of the read-outs
 constexpr double readOutScaleStep = 0.05;
 
-const char* NameOf(TraceKind kind) {
-    switch (kind) {
-        case TraceKind::Mag1dB:
-        case TraceKind::Mag10dB:
-            return "Mag ";
-        case TraceKind::Phase:
-            return "Phase ";
-        case TraceKind::GroupDelay:
-            return "Delay ";
-        case TraceKind::Pulse:
-        case TraceKind::Normalised:
-            return "Pulse ";
-        case TraceKind::ReturnLoss:
-            return "RL ";
-    }
-    return "";
-}
-
-std::string Signed(double value, std::string text) {
-    if (value > 0.0) text.insert(text.begin(), '+');
-    return text;
+/// "Mag ", whichever of the two magnitude traces it is.
+std::string NameIn(TraceKind kind) {
+    return TraceShortName(IsMagnitude(kind) ? TraceKind::Mag10dB : kind) + std::string(" ");
 }
 
 std::string TextOf(TraceKind kind, double value) {
-    const std::string text = NameOf(kind);
+    const std::string text = NameIn(kind);
     if (kind != TraceKind::ReturnLoss) return text + TraceValueText(kind, value);
     const double vswr = VswrOf(value);
     return text + TraceValueText(kind, value) + ", VSWR " +
@@ -64,27 +45,36 @@ std::optional<double> PlaceUnderCursor(const CursorReadOuts& out, const MarkedSw
     return place->Index;
 }
 
+/// "board1 Mag -3.10 dB (-0.09 dB off)": a measured value, and how far it is from the design's.
+std::string MeasuredText(const CursorReadOuts& out, TraceKind kind, double value) {
+    std::string text = NameIn(kind) + TraceValueText(kind, value);
+    for (const TraceReadOut& trace : out.Traces)
+        if (trace.Layer == 0 && trace.Kind == kind)
+            return text + " (" + DifferenceText(kind, value - trace.Value) + " off)";
+    return text;
+}
+
 void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& layer, int number) {
     bool magnitudeShown = false;
     for (const TraceKind kind : TraceDrawOrder) {
-        const std::span<const double> values = ValuesOf(layer.Values, kind);
         if (!IsChosen(sweep.Choices, kind)) continue;
         const auto place = PlaceUnderCursor(out, sweep, layer, kind);
-        const double value = place ? ValueAt(values, kind, *place) : std::nan("");
+        const double value = place ? LayerValueAt(layer, kind, *place) : std::nan("");
         if (std::isnan(value)) continue;
         // Both magnitude traces show one quantity: it is told once.
-        const bool magnitude = kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
+        const bool magnitude = IsMagnitude(kind);
         std::string text;
         if (!magnitude || !magnitudeShown)
-            text = (number > 0 ? ofReference : "") +
-                   TextOf(kind, kind == TraceKind::Pulse
-                                    ? PulseLevel(layer.Sweep.Pass.value_or(sweep.Pass), value)
-                                    : value);
+            text = layer.ShortName + (layer.ShortName.empty() ? "" : " ") +
+                   (layer.Role == LayerRole::Measurement ? MeasuredText(out, kind, value)
+                    : kind == TraceKind::Pulse
+                        ? TextOf(kind, PulseLevel(layer.Sweep.Pass.value_or(sweep.Pass), value))
+                        : TextOf(kind, value));
         if (kind == TraceKind::Pulse)
             text += " at " + FormatWithPrefix(out.Index * sweep.PulseTimeStep, 3, "s");
         if (magnitude && !magnitudeShown && number == 0 && out.DeltaDb) {
             const double off = value - (out.LevelDb - *out.DeltaDb);
-            text += " (" + std::string(delta) + Signed(off, FormatFixed(off, 2)) + ")";
+            text += " (" + std::string(delta) + SignedText(off, FormatFixed(off, 2)) + ")";
         }
         magnitudeShown = magnitudeShown || magnitude;
         const int y = MapValue(value, ScaleOf(kind, sweep.Layout, sweep.Scales), sweep.Layout);
@@ -137,10 +127,10 @@ CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
         out.DeltaDb = out.LevelDb - readOutReference->LevelDb;
         out.Cursor.push_back(
             {delta + std::string("f ") +
-                 Signed(*out.DeltaFrequency, FormatWithPrefix(*out.DeltaFrequency, 3, "Hz")),
+                 SignedText(*out.DeltaFrequency, FormatWithPrefix(*out.DeltaFrequency, 3, "Hz")),
              Black});
         out.Cursor.push_back(
-            {delta + Signed(*out.DeltaDb, TraceValueText(scaleKind, *out.DeltaDb)), Black});
+            {delta + SignedText(*out.DeltaDb, TraceValueText(scaleKind, *out.DeltaDb)), Black});
     }
     for (std::size_t n = 0; n < layers.size(); ++n)
         AddTraces(out, sweep, layers[n], static_cast<int>(n));

@@ -111,7 +111,7 @@ std::string ExactFrequency(double f) {
     return ExactFrequency(f, decimals);
 }
 
-std::string PlotSubtitle(const FilterDesign& design) {
+std::string DesignSubtitle(const FilterDesign& design) {
     int decimals = 0;
     std::string text = ExactFrequency(design.F0, decimals);
     if (HasBandWidth(design.PassType)) {
@@ -128,7 +128,11 @@ std::string PlotSubtitle(const FilterDesign& design) {
         text += ", ripple " + Plain(design.RippleDb) + " dB";
     if (elliptic) text += ", stop band " + Plain(design.EllipticAtten) + " dB";
     if (elliptic) text = OrderText(design) + ", " + text;
-    return text + ", " + PartsText(design) + ", " + SweepText(design);
+    return text + ", " + PartsText(design);
+}
+
+std::string PlotSubtitle(const FilterDesign& design) {
+    return DesignSubtitle(design) + ", " + SweepText(design);
 }
 
 }  // namespace ladderwise

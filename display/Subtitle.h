@@ -14,8 +14,11 @@ namespace ladderwise {
 std::string ExactFrequency(double f, int& leastDecimals);
 std::string ExactFrequency(double f);
 
-/// "145.825 MHz, 4.000 MHz wide, 50 Ω to 50 Ω, ripple 0.1 dB, real parts Q 80, E24, 2 MHz/div".
-/// An elliptic design begins with what its number counts: "2 traps, order 5, ".
+/// "145.825 MHz, 4.000 MHz wide, 50 Ω to 50 Ω, ripple 0.1 dB, real parts Q 80, E24". An elliptic
+/// design begins with what its number counts: "2 traps, order 5, ".
+std::string DesignSubtitle(const FilterDesign& design);
+
+/// The same with what a division of the plot is: ", 2 MHz/div".
 std::string PlotSubtitle(const FilterDesign& design);
 
 }  // namespace ladderwise

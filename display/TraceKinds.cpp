@@ -23,6 +23,10 @@ bool IsChosen(const TraceChoices& choices, TraceKind kind) {
     return false;
 }
 
+bool IsMagnitude(TraceKind kind) {
+    return kind == TraceKind::Mag1dB || kind == TraceKind::Mag10dB;
+}
+
 const char* TraceShortName(TraceKind kind) {
     switch (kind) {
         case TraceKind::Mag1dB:

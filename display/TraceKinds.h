@@ -44,7 +44,10 @@ inline constexpr std::array<TraceKind, 6> TraceDrawOrder = {
 /// True if the trace of this kind is on; never for Normalised.
 bool IsChosen(const TraceChoices& choices, TraceKind kind);
 
-/// A name for the end of a trace: "Mag", "1 dB", "RL", ...
+/// True for the two traces that show one quantity, the magnitude.
+bool IsMagnitude(TraceKind kind);
+
+/// A name for the end of a trace, for markers and read-outs: "Mag", "Mag 1 dB", "RL", ...
 const char* TraceShortName(TraceKind kind);
 
 /// The array that a kind draws; empty for Normalised.
@@ -69,13 +72,19 @@ struct LayerSweep {
     std::optional<BandRange> Band{};  ///< where its pass band is looked for; empty: as Pass
 };
 
+/// What a layer is, and thereby how it looks: the reference dashed, a measurement thin.
+enum class LayerRole { Design, Reference, Measurement };
+
 /// What is drawn of one design: the one in hand, the reference, a measurement.
 struct PlotLayer {
     PlotTraces Values;
     TraceColours Colours = CurrentColours;
-    bool Dashed = false;
-    std::string Name{};  ///< in the legend
+    LayerRole Role = LayerRole::Design;
+    std::string Name{};       ///< in the legend
+    std::string ShortName{};  ///< before the names of its traces; empty for the design in hand
     LayerSweep Sweep{};
+
+    bool Dashed() const { return Role == LayerRole::Reference; }
 };
 
 }  // namespace ladderwise

@@ -89,7 +89,12 @@ MeasuredFile MeasuredOf(const JsonValue& value) {
     if (!delays.empty() && (delays.size() != 2 || !delays[0].ReadNumber(file.SourceDelay) ||
                             !delays[1].ReadNumber(file.LoadDelay)))
         throw CompanionFault{"port_delay_s of a measured file is not two numbers"};
-    file.Others = members.Left;
+    const auto colour = members.Take("colour");
+    const std::string* const name = colour ? colour->As<std::string>() : nullptr;
+    if (colour && !name) throw CompanionFault{"colour of a measured file is not a text"};
+    for (int i = 0; i < NumMeasuredColours; ++i)
+        if (name && *name == MeasuredColours[static_cast<std::size_t>(i)].Name) file.Colour = i;
+    if (!members.Left.empty()) file.Others = WriteJson(members.Left);
     return file;
 }
 
@@ -99,7 +104,10 @@ JsonValue JsonOf(const MeasuredFile& file) {
     if (file.SourceDelay != 0.0 || file.LoadDelay != 0.0)
         object.emplace_back("port_delay_s", JsonList{file.SourceDelay, file.LoadDelay});
     if (file.Hidden) object.emplace_back("hidden", true);
-    object.insert(object.end(), file.Others.begin(), file.Others.end());
+    object.emplace_back("colour", ColourOf(file).Name);
+    const JsonResult others = ReadJson(file.Others);
+    if (const JsonObject* const members = others.Value.As<JsonObject>())
+        object.insert(object.end(), members->begin(), members->end());
     return object;
 }
 

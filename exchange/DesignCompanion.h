@@ -8,19 +8,10 @@
 #include <vector>
 
 #include "design/FilterDesign.h"
+#include "design/MeasuredFile.h"
 #include "exchange/Json.h"
 
 namespace ladderwise {
-
-/// A measured file shown with the design.
-struct MeasuredFile {
-    std::string Path;  ///< UTF-8; relative to the design's folder in the text
-    bool PortsSwapped = false;
-    double SourceDelay = 0.0;  ///< electrical length of a cable at the source, s, one way
-    double LoadDelay = 0.0;    ///< and at the load
-    bool Hidden = false;
-    JsonObject Others{};  ///< members that are not known
-};
 
 /// A value of the ladder changed by hand.
 struct EditedValue {
@@ -32,7 +23,7 @@ struct EditedValue {
 };
 
 struct DesignCompanion {
-    std::vector<MeasuredFile> Measured{};
+    MeasuredFiles Measured{};  ///< their paths relative to the design's in the text
     std::vector<EditedValue> Edited{};
     JsonObject Others{};  ///< members that are not known, in their order
 

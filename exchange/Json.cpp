@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 #include "numbers/Utf8.h"
 
 namespace ladderwise {

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "exchange/PlainNumbers.h"
 #include "exchange/SpiceCircuit.h"
 #include "numbers/Matherrmain.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 

@@ -10,9 +10,9 @@
 
 #include "design/Designators.h"
 #include "design/ElementNetworks.h"
-#include "exchange/PlainNumbers.h"
 #include "exchange/SpiceCircuit.h"
 #include "numbers/Matherrmain.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 

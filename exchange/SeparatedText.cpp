@@ -8,8 +8,8 @@
 
 #include "design/Connections.h"
 #include "design/ElementNetworks.h"
-#include "exchange/PlainNumbers.h"
 #include "numbers/Formatfunctions.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 

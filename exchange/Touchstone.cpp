@@ -7,7 +7,7 @@
 
 #include "design/ChoiceNames.h"
 #include "design/Designators.h"
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 
@@ -71,6 +71,8 @@ std::vector<double> PointsOf(const FrequencyRange& range) {
 std::string FaultOf(const FrequencyRange& range) {
     if (!(range.From > 0.0) || !std::isfinite(range.To)) return "the frequencies begin above 0";
     if (range.Points < 1) return "there is at least one point";
+    if (range.Points > MostExportPoints)
+        return "there are at most " + std::to_string(MostExportPoints) + " points";
     if (range.Points > 1 && !(range.To > range.From))
         return "the frequencies end above their start";
     return {};

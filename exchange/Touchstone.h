@@ -20,6 +20,9 @@ struct FrequencyRange {
     bool Logarithmic = false;
 };
 
+/// The most points of an export.
+inline constexpr int MostExportPoints = 1'000'000;
+
 /// The points of a range, both ends exactly among them; one point is `From`.
 std::vector<double> PointsOf(const FrequencyRange& range);
 

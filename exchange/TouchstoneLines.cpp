@@ -2,9 +2,10 @@
 #include "exchange/TouchstoneLines.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 
@@ -12,7 +13,8 @@ namespace {
 
 constexpr std::size_t LongestQuote = 40;  ///< bytes of a word that a message repeats
 
-constexpr char EndOfFileMark = '\x1a';  ///< that old systems put behind a text
+constexpr char EndOfFileMark = '\x1a';  ///< that old systems put behind a text, once or often
+constexpr const char* EndOfText = "\x1a\r\n\t ";
 
 std::string LowerCase(std::string_view text) {
     std::string lower(text);
@@ -203,7 +205,7 @@ private:
                                    ", was left out.");
             return;
         }
-        if (!out.Data.empty()) Refuse(line, "the option line stands behind data");
+        if (!out.Data.empty()) RefuseEarlyData();
         header.OptionLine = line;
         bool seen[4] = {};  // unit, parameter, format, resistance
         for (std::size_t i = 0; i < words.size(); ++i) {
@@ -211,6 +213,15 @@ private:
             if (seen[kind]) Refuse(line, "the option line says two things about one");
             seen[kind] = true;
         }
+    }
+
+    /// What stands before the option line may be no data at all.
+    [[noreturn]] void RefuseEarlyData() const {
+        const WordLine& first = out.Data.front();
+        double x = 0.0;
+        if (ReadPlainNumber(first.Words[0], x) == NumberFault::NotANumber)
+            Refuse(first.Number, QuotedWord(first.Words[0]) + " is no number");
+        Refuse(line, "the option line stands behind data");
     }
 
     /// One token of the option line, or several of the resistances; which of the four it is about.
@@ -249,6 +260,9 @@ private:
         double x = 0.0;
         while (i + 1 < words.size() && ReadPlainNumber(words[i + 1], x) == NumberFault::None)
             ohms.push_back(words[++i]);
+        const bool follows = ohms.empty() && i + 1 < words.size();
+        if (follows && !std::isalpha(static_cast<unsigned char>(words[i + 1].front())))
+            Refuse(line, QuotedWord(words[i + 1]) + " behind R is no number");
         if (ohms.empty()) Refuse(line, what + " is missing");
         if (ohms.size() > 2) Refuse(line, "more than two reference resistances");
         header.Reference.Source = PositiveNumber(line, ohms.front(), what);
@@ -285,7 +299,8 @@ TouchstoneBody ReadTouchstoneLines(std::string_view bytes) {
     TouchstoneBody body;
     RefuseWhatIsNoText(bytes);
     if (bytes.starts_with("\xef\xbb\xbf")) bytes.remove_prefix(3);
-    if (bytes.ends_with(EndOfFileMark)) bytes.remove_suffix(1);
+    const std::size_t last = bytes.find_last_not_of(EndOfText) + 1;
+    if (bytes.substr(last).find(EndOfFileMark) != bytes.npos) bytes = bytes.substr(0, last);
     LineReader reader(body);
     std::size_t number = 0;
     while (!bytes.empty()) {

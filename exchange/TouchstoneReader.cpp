@@ -6,9 +6,9 @@
 #include <numbers>
 #include <numeric>
 
-#include "exchange/PlainNumbers.h"
 #include "exchange/TouchstoneLines.h"
 #include "numbers/Matherrmain.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "files/TextLines.h"
+#include "numbers/TextLines.h"
 
 namespace ladderwise {
 

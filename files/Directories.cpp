@@ -109,6 +109,10 @@ std::string FullPath(const std::string& path) {
                         : QDir::cleanPath(QFileInfo(Name(path)).absoluteFilePath()).toStdString();
 }
 
+std::string FolderOf(const std::string& path) {
+    return QDir::cleanPath(QFileInfo(Name(path)).absolutePath()).toStdString();
+}
+
 bool FileExists(const std::string& path) {
     return QFileInfo::exists(Name(path));
 }

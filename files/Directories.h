@@ -42,6 +42,9 @@ std::optional<Folders> EnterFolders(const MessageCallback& report);
 /// `path` from the current directory as a full name; an empty one stays empty.
 std::string FullPath(const std::string& path);
 
+/// The full name of the folder that `path` lies in.
+std::string FolderOf(const std::string& path);
+
 bool FileExists(const std::string& path);
 
 }  // namespace ladderwise

@@ -166,4 +166,12 @@ FileContent ReadRegularFile(const std::string& path, std::size_t limit) {
     return ReadWholeFile(path, limit);
 }
 
+std::string RemoveFile(const std::string& path) {
+    const std::string failed = "cannot remove " + path + ": ";
+    const auto name = NameOf(path);
+    if (!name) return failed + "this is no valid file name";
+    QFile file(*name);
+    return !file.exists() || file.remove() ? "" : failed + file.errorString().toStdString();
+}
+
 }  // namespace ladderwise

@@ -34,4 +34,8 @@ FileContent ReadWholeFile(const std::string& path, std::size_t limit);
 /// its other end.
 FileContent ReadRegularFile(const std::string& path, std::size_t limit);
 
+/// Removes a file; one that is not there is none to remove. An empty text, or why it failed, as
+/// that of WriteWholeFile.
+std::string RemoveFile(const std::string& path);
+
 }  // namespace ladderwise

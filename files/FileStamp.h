@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,13 @@ namespace ladderwise {
 struct FileStamp {
     std::size_t Size = 0;
     std::string Digest;
+};
+
+/// Those of a design file and of the companion beside it, as they were read or written last; empty
+/// where there was none.
+struct DesignStamps {
+    std::optional<FileStamp> Design{};
+    std::optional<FileStamp> Companion{};
 };
 
 /// The stamp of a content just read or written. Made of the bytes in hand rather than of the file,

@@ -1,33 +1,15 @@
 // Companions from and to the disk.
 #include "measured/CompanionFile.h"
 
-#include <filesystem>
-
+#include "files/Directories.h"
 #include "files/DiskFile.h"
 
 namespace ladderwise {
 
-namespace {
-
-std::filesystem::path SystemPath(const std::string& utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
-/// The folder of a file as an absolute path in UTF-8.
-std::string FolderOf(const std::string& path) {
-    std::error_code ignored;
-    const auto whole = std::filesystem::absolute(SystemPath(path), ignored).lexically_normal();
-    const std::u8string folder = whole.parent_path().generic_u8string();
-    return {folder.begin(), folder.end()};
-}
-
-}  // namespace
-
 DesignCompanion OpenCompanion(const std::string& designPath, const MessageCallback& report) {
     const std::string path = CompanionPath(designPath);
-    std::error_code ignored;
-    if (!std::filesystem::exists(SystemPath(path), ignored)) return {};
-    const FileContent file = ReadWholeFile(path, MaxCompanionBytes + 1);
+    if (!FileExists(path)) return {};
+    const FileContent file = ReadRegularFile(path, MaxCompanionBytes + 1);
     CompanionResult result = ReadCompanion(file.Bytes);
     if (!file.Error.empty())
         report("Error", file.Error);
@@ -45,9 +27,7 @@ std::string SaveCompanion(DesignCompanion companion, const std::string& designPa
         MakePathsRelative(companion, FolderOf(designPath));
         return WriteWholeFile(path, CompanionText(companion));
     }
-    std::error_code error;
-    std::filesystem::remove(SystemPath(path), error);
-    return error ? "cannot remove " + path + ": " + error.message() : "";
+    return RemoveFile(path);
 }
 
 }  // namespace ladderwise

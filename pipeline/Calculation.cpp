@@ -208,23 +208,29 @@ void MarkInputs(DesignInputs& inputs, const FilterDesign& design) {
         load.WriteText(FormatFixed(design.RLoad, 1), design.RLoad);
         if (design.RLoad != design.RSource) load.Colour = BoxColour::Yellow;
     }
+    // A file holds what stood there before the move; the design may not need the move any more.
+    if (load.Moved && load.ExactValue == load.Moved->Wanted) load.Moved.reset();
     if (design.Flags.FellBack)
         inputs.Choice(ChoiceId::Response) = static_cast<int>(design.ResponseType);
 }
 
-/// From the scaled ladder to the analysed one of parts that can be bought.
-void PrepareAnalysis(Calculation& calculation, const MessageCallback& report) {
+/// From the scaled ladder to the analysed one of parts that can be bought; `errorsBefore` is the
+/// number of math errors in the log when its synthesis began.
+void PrepareAnalysis(Calculation& calculation, std::uint64_t errorsBefore,
+                     const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
     calculation.IdealElements = design.Elements;
     if (design.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(design);
     if (design.StdLCValues) SnapToStdValue(design);
     design.CalculatedElements = design.Elements;
+    calculation.SynthesisMathErrors = MathErrors().ErrorCount() - errorsBefore;
     AnalyseAsItStands(calculation, report);
     if (design.WorstCase) calculation.PendingSeed = NextSeed(calculation);
 }
 
 HandMadeDesign PresentDesign(const Calculation& calculation) {
-    return {calculation.UsedInputs, calculation.Design, calculation.IdealElements};
+    return {calculation.UsedInputs, calculation.Design, calculation.IdealElements,
+            calculation.SynthesisMathErrors};
 }
 
 /// The inputs that change no part value, as they are.
@@ -258,7 +264,7 @@ TraceChoices ShownTraces(const Calculation& calculation) {
 }
 
 std::uint64_t MathErrorCount(const Calculation& calculation) {
-    return MathErrors().ErrorCount() - calculation.FirstMathError;
+    return calculation.SynthesisMathErrors + MathErrors().ErrorCount() - calculation.FirstMathError;
 }
 
 void ClearElements(ElementList& elements) {
@@ -297,6 +303,7 @@ void BuildLadder(FilterDesign& design, const MessageCallback& report) {
 
 void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
+    calculation.FirstMathError = MathErrors().ErrorCount();
     BuildSweepTables(calculation.Tables, design.SweepFreqs, design.F0);
     AnalyseLadder(design, calculation.Tables, report);
     calculation.WorstCase = {};
@@ -333,6 +340,7 @@ bool BringBackEdits(Calculation& calculation) {
     calculation.Inputs = calculation.UsedInputs = back.Inputs;
     static_cast<DesignState&>(design) = back.Design;
     calculation.IdealElements = back.IdealElements;
+    calculation.SynthesisMathErrors = back.SynthesisMathErrors;
     calculation.CountChanged = false;
     KeepWhatOnlyShows(shown, calculation);
     BuildSweepGrid(design);
@@ -341,7 +349,7 @@ bool BringBackEdits(Calculation& calculation) {
 
 void PrepareCalculation(Calculation& calculation, const MessageCallback& report) {
     FilterDesign& design = calculation.Design;
-    calculation.FirstMathError = MathErrors().ErrorCount();
+    const std::uint64_t errorsBefore = MathErrors().ErrorCount();
     const bool discards = HasEdits(design);
     if (discards) calculation.Discarded = PresentDesign(calculation);
     const bool first = design.NumElements == 0, traps = IsElliptic(design.ResponseType);
@@ -351,7 +359,7 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     BuildLadder(design, report);
     LookForEvenest(calculation.Inputs, design);
     MarkInputs(calculation.Inputs, design);
-    PrepareAnalysis(calculation, report);
+    PrepareAnalysis(calculation, errorsBefore, report);
     calculation.UsedInputs = calculation.Inputs;
     calculation.DiscardedNow = discards;
     calculation.CountChanged =

@@ -43,6 +43,7 @@ struct HandMadeDesign {
     DesignInputs Inputs{};
     DesignState Design{};
     ElementList IdealElements{};
+    std::uint64_t SynthesisMathErrors = 0;
 };
 
 /// A design with all that its calculation needs and leaves behind.
@@ -56,7 +57,9 @@ struct Calculation {
     PulseWork Pulse{};                  ///< tables of the pulse response, shared by all runs
     /// False where the control of the pulse trace is disabled while a worst case is chosen.
     bool PulseInWorstCase = true;
-    /// Number, in the log, of the first math error of the last calculation.
+    /// How many math errors it brought to come to the ladder, before any value was edited by hand.
+    std::uint64_t SynthesisMathErrors = 0;
+    /// Number, in the log, of the first one since: of the analysis and the worst case.
     std::uint64_t FirstMathError = MathErrors().ErrorCount();
     WorstCaseResult WorstCase{};
     /// Seed of the worst case that the last calculation asks for and that has not run yet.
@@ -78,7 +81,7 @@ void SeedFromClock(Calculation& calculation);
 /// case where that cannot be chosen.
 TraceChoices ShownTraces(const Calculation& calculation);
 
-/// How many math errors the last calculation, and what was edited by hand since, has brought.
+/// How many math errors there are of the ladder in hand: of its synthesis, analysis and worst case.
 std::uint64_t MathErrorCount(const Calculation& calculation);
 
 /// Clears all 32 slots: no element, all values unused.

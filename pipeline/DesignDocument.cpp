@@ -101,13 +101,16 @@ bool DesignDocument::EditsAreSaved() const {
 }
 
 bool DesignDocument::Modified() const {
-    return !EditsAreSaved() || (tie->Saved && !SameDesign(Record({}), *tie->Saved));
+    return !EditsAreSaved() || Measured != tie->SavedMeasured ||
+           (tie->Saved && !SameDesign(Record({}), *tie->Saved));
 }
 
-void DesignDocument::CountAsSaved(bool withEdits) {
+void DesignDocument::CountAsSaved(bool withCompanion) {
     tie->Saved = Record({});
     tie->SavedEdits.reset();
-    if (withEdits && HasEdits(Work.Design)) tie->SavedEdits = Work.Design.Elements;
+    tie->SavedMeasured.clear();
+    if (withCompanion && HasEdits(Work.Design)) tie->SavedEdits = Work.Design.Elements;
+    if (withCompanion) tie->SavedMeasured = Measured;
 }
 
 void DesignDocument::Begin() {
@@ -116,19 +119,20 @@ void DesignDocument::Begin() {
     NoteStep(0.0);
 }
 
-void DesignDocument::WasSavedTo(const std::string& path, bool withEdits) {
+void DesignDocument::WasSavedTo(const std::string& path, bool withCompanion) {
     tie->Path = path;
-    CountAsSaved(withEdits);
+    CountAsSaved(withCompanion);
 }
 
 bool DesignDocument::Load(std::string_view bytes, const std::string& path) {
     const auto record = DecodeRecord(bytes);
     if (!record) return false;
-    tie = std::make_shared<FileTie>(FileTie{path, {}, {}});
+    tie = std::make_shared<FileTie>(FileTie{path, {}, {}, {}, {}});
     LoadRecord(*record, Work);
-    // Values edited in the design of before are no part of this one.
+    // Values edited in the design of before and what was measured of it are no part of this one.
     Work.Discarded.reset();
     Work.Design.CalculatedElements.reset();
+    Measured.clear();
     return true;
 }
 
@@ -142,6 +146,7 @@ UnsavedWork DesignDocument::Kept() const {
     work.Name = ProposedFileName(Work.Design);
     work.File = tie->Path;
     if (tie->Saved) work.Saved = KeptDesign{*tie->Saved, {}};
+    work.Stamps = tie->Stamps;
     if (tie->Saved && tie->SavedEdits)
         work.Saved->Ladder = KeptSlotsOf(*tie->SavedEdits, CountOf(*tie->SavedEdits));
     work.Design = {Record({}), KeptLadderOf(Work.Design)};
@@ -152,6 +157,8 @@ UnsavedWork DesignDocument::Kept() const {
     }
     work.ReferenceShown = showReference;
     work.Markers = Markers;
+    work.Measured = Measured;
+    work.SavedMeasured = tie->SavedMeasured;
     return work;
 }
 
@@ -172,17 +179,19 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         reference->Record = work.Reference->Record;
     }
     showReference = work.ReferenceShown;
-    tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}});
+    tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured});
     if (work.Saved) tie->Saved = work.Saved->Record;
     if (work.Saved && !work.Saved->Ladder.empty()) tie->SavedEdits = ElementsOf(work.Saved->Ladder);
     calculate(work.Design, Work);
     SettleControls(report);
     Markers = work.Markers;
+    Measured = work.Measured;
     Work.Discarded.reset();
     if (work.Discarded) {
         const auto scratch = std::make_unique<Calculation>();
         calculate(*work.Discarded, *scratch);
-        Work.Discarded = HandMadeDesign{scratch->Inputs, scratch->Design, scratch->IdealElements};
+        Work.Discarded = HandMadeDesign{scratch->Inputs, scratch->Design, scratch->IdealElements,
+                                        scratch->SynthesisMathErrors};
     }
     history = {};
     NoteStep(0.0);
@@ -213,8 +222,10 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->FixedSeed = Work.FixedSeed;
     snapshot->DrawnSeed = Work.PendingSeed;
     if (!snapshot->DrawnSeed && Work.WorstCase.Runs > 0) snapshot->DrawnSeed = Work.WorstCase.Seed;
+    snapshot->SynthesisMathErrors = Work.SynthesisMathErrors;
     snapshot->MathErrors = MathErrorCount(Work);
     snapshot->Markers = Markers;
+    snapshot->Measured = Measured;
     snapshot->Controls = controls;
     snapshot->WasBandPass = wasBandPass;
     snapshot->Reference = reference;
@@ -241,8 +252,11 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     Work.CountChanged = snapshot.CountChanged;
     Work.FixedSeed = snapshot.FixedSeed;
     Work.PendingSeed = snapshot.DrawnSeed;
-    Work.FirstMathError = MathErrors().ErrorCount() - snapshot.MathErrors;
+    Work.SynthesisMathErrors = snapshot.SynthesisMathErrors;
+    Work.FirstMathError =
+        MathErrors().ErrorCount() - (snapshot.MathErrors - snapshot.SynthesisMathErrors);
     Markers = snapshot.Markers;
+    Measured = snapshot.Measured;
     controls = snapshot.Controls;
     wasBandPass = snapshot.WasBandPass;
     reference = snapshot.Reference;

@@ -1,6 +1,7 @@
 // The document of the main window: the inputs with the calculated design, values edited by hand,
-// markers, the reference and the file it is tied to; what it takes to save and open it, and its
-// history. It knows neither a window nor the disk: bytes come in and go out. No Qt.
+// markers, the reference, the measured files shown with it and the file it is tied to; what it
+// takes to save and open it, and its history. It knows neither a window nor the disk: bytes come in
+// and go out. No Qt.
 #pragma once
 
 #include <cstdint>
@@ -28,6 +29,7 @@ public:
     /// Inputs, design and results. What is done to the inputs counts with the next Prepare.
     Calculation Work;
     MarkerState Markers;
+    MeasuredFiles Measured;  ///< shown with the design, in their order
 
     // --- choices and calculation
 
@@ -81,19 +83,26 @@ public:
     /// The design as its file would hold it.
     DesignRecord Record(const MessageCallback& report) const;
 
-    /// True if there is something to save: the design, or the values edited by hand in it, differ
-    /// from what was saved.
+    /// True if there is something to save: the design, the values edited by hand in it, or the
+    /// measured files shown with it differ from what was saved.
     bool Modified() const;
 
-    /// From now on the design as it stands is the one without changes; `withEdits`: and so are its
-    /// values edited by hand.
-    void CountAsSaved(bool withEdits = true);
+    /// From now on the design as it stands is the one without changes; `withCompanion`: and so is
+    /// what its record has no room for, the values edited by hand and the measured files.
+    void CountAsSaved(bool withCompanion = true);
+
+    /// True if the design has something that its record has no room for.
+    bool NeedsCompanion() const { return HasEdits(Work.Design) || !Measured.empty(); }
 
     /// The first state: there is nothing to save and nothing to undo.
     void Begin();
 
-    /// It was written to a file as it stands, `withEdits` or without the values edited by hand.
-    void WasSavedTo(const std::string& path, bool withEdits = true);
+    /// It was written to a file as it stands, `withCompanion` or without what that holds.
+    void WasSavedTo(const std::string& path, bool withCompanion = true);
+
+    /// What its file and the companion beside it held when they were read or written last.
+    const DesignStamps& Stamps() const { return tie->Stamps; }
+    void KeepStamps(const DesignStamps& stamps) { tie->Stamps = stamps; }
 
     /// Saving it failed: it is tied to no file any more.
     void LoseFile() { tie->Path.clear(); }

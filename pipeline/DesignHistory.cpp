@@ -1,6 +1,7 @@
 // What distinguishes two states, and the list of them.
 #include "pipeline/DesignHistory.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -125,6 +126,7 @@ std::optional<StepLabel> MarkerStep(const MarkerState& before, const MarkerState
 std::string FileName(const std::string& path) {
     return path.substr(path.find_last_of("/\\") + 1);
 }
+
 std::optional<StepLabel> DocumentStep(const DesignSnapshot& before, const DesignSnapshot& after) {
     if (before.Tie != after.Tie) return StepLabel{"Open " + FileName(after.Tie->Path), "", ""};
     if (before.Reference != after.Reference) {
@@ -134,7 +136,21 @@ std::optional<StepLabel> DocumentStep(const DesignSnapshot& before, const Design
     return {};
 }
 
+/// The file that only one of two lists has, or the first whose options differ.
+std::optional<StepLabel> MeasuredStep(const MeasuredFiles& before, const MeasuredFiles& after) {
+    if (before == after) return {};
+    const auto differs = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    const bool more = after.size() > before.size(), fewer = after.size() < before.size();
+    const MeasuredFile& file = fewer ? *differs.first : *differs.second;
+    return StepLabel{(more    ? "Add "
+                      : fewer ? "Remove "
+                              : "Measured Data ") +
+                         FileName(file.Path),
+                     "", "", !more && !fewer};
+}
+
 std::optional<StepLabel> SmallStep(const DesignSnapshot& before, const DesignSnapshot& after) {
+    if (auto step = MeasuredStep(before.Measured, after.Measured)) return step;
     if (before.ShowReference != after.ShowReference)
         return StepLabel{"Plot Ref", before.ShowReference ? "on" : "off",
                          after.ShowReference ? "on" : "off"};

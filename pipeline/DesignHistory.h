@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "design/MarkerState.h"
+#include "design/MeasuredFile.h"
+#include "files/FileStamp.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/Choices.h"
 #include "pipeline/ReferenceDesign.h"
@@ -23,6 +25,8 @@ struct FileTie {
     std::optional<DesignRecord> Saved;  ///< the design in it, or that the program started with
     /// The ladder kept with it, if that has values edited by hand.
     std::optional<ElementList> SavedEdits{};
+    DesignStamps Stamps{};          ///< what the files of that name held then
+    MeasuredFiles SavedMeasured{};  ///< shown with it
 };
 
 /// A document at one moment: all that cannot be calculated from the rest, to the last bit.
@@ -36,8 +40,10 @@ struct DesignSnapshot {
     bool CountChanged = false;
     std::optional<std::uint32_t> FixedSeed;
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown
-    std::uint64_t MathErrors = 0;            ///< of its calculation
+    std::uint64_t SynthesisMathErrors = 0;
+    std::uint64_t MathErrors = 0;  ///< those and the later ones
     MarkerState Markers;
+    MeasuredFiles Measured;
     ControlStates Controls;
     bool WasBandPass = false;
     std::shared_ptr<ReferenceDesign> Reference;
@@ -56,8 +62,8 @@ struct StepLabel {
     std::string Text() const;
 };
 
-/// The difference between two states as their user sees it; nothing if the design, its markers and
-/// its reference are the same. What a box looks like is no difference.
+/// The difference between two states as their user sees it; nothing if the design, its markers,
+/// its reference and the measured files are the same. What a box looks like is no difference.
 std::optional<StepLabel> DescribeStep(const DesignSnapshot& before, const DesignSnapshot& after);
 
 inline constexpr std::size_t MostUndoSteps = 500;  ///< older ones are forgotten

@@ -70,7 +70,7 @@ std::string ReplacedText(const InputRow& row, const NumberBox& box) {
             return typed + " is below " + instead + used;
         case Unfit::AboveMaximum:
             if (IsOfSearch(row, box))
-                return "The search chose " + name + " " + *box.ReplacedText +
+                return std::string("The search chose ") + row.Component + " " + *box.ReplacedText +
                        ", but it goes no higher than " + instead + used;
             return typed + " is above " + instead + used;
         case Unfit::NotOffered:

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <map>
 
-#include "files/TextLines.h"
+#include "numbers/TextLines.h"
 
 namespace ladderwise {
 
@@ -58,6 +58,17 @@ template <typename Values>
 void AddMarkers(std::string& text, std::string_view key, const Values& values, int count) {
     for (int i = 1; i <= count; ++i)
         AddLine(text, key, NumberText(values[i]));
+}
+
+void AddStamp(std::string& text, const char* key, const std::optional<FileStamp>& stamp) {
+    if (stamp) AddLine(text, key, NumberText(stamp->Size), Hex(stamp->Digest));
+}
+
+void AddMeasured(std::string& text, std::string_view key, const MeasuredFiles& files) {
+    for (const MeasuredFile& file : files)
+        AddLine(text, key, Hex(file.Path), NumberText(int{file.PortsSwapped}),
+                NumberText(file.SourceDelay), NumberText(file.LoadDelay),
+                NumberText(int{file.Hidden}), NumberText(file.Colour), Hex(file.Others));
 }
 
 // --- reading; what is no such thing is thrown as a NoWork, never out of DecodeWork
@@ -159,6 +170,21 @@ int ReadMarkers(const KeyedLines& lines, std::string_view key, Values& values) {
     return count;
 }
 
+std::optional<FileStamp> KeptStamp(const KeyedLines& lines, std::string_view key) {
+    for (const Words& words : lines.All(key, 2))
+        return FileStamp{NumberOf<std::size_t>(words[0]), BytesOf(words[1])};
+    return {};
+}
+
+MeasuredFiles KeptMeasured(const KeyedLines& lines, std::string_view key) {
+    MeasuredFiles files;
+    for (const Words& words : lines.All(key, 7))
+        files.push_back({BytesOf(words[0]), words[1] == "1", NumberOf<double>(words[2]),
+                         NumberOf<double>(words[3]), words[4] == "1", NumberOf<int>(words[5]),
+                         BytesOf(words[6])});
+    return files;
+}
+
 MarkerState KeptMarkers(const KeyedLines& lines) {
     MarkerState markers;
     for (const Words& words : lines.All("read-out", 3)) {
@@ -217,6 +243,8 @@ std::string EncodeWork(const UnsavedWork& work) {
     AddLine(text, "name", Hex(work.Name));
     AddLine(text, "file", Hex(work.File));
     if (work.Saved) AddDesign(text, "saved", *work.Saved);
+    AddStamp(text, "file-stamp", work.Stamps.Design);
+    AddStamp(text, "companion-stamp", work.Stamps.Companion);
     AddDesign(text, "design", work.Design);
     if (work.Discarded) AddDesign(text, "discarded", *work.Discarded);
     if (work.Reference) AddDesign(text, "reference", *work.Reference);
@@ -227,6 +255,8 @@ std::string EncodeWork(const UnsavedWork& work) {
                 NumberText(int{markers.RefAtPeak}));
     AddMarkers(text, "frequency-marker", markers.FreqMarkers, markers.FreqMarkerCount);
     AddMarkers(text, "level-marker", markers.DbMarkers, markers.DbMarkerCount);
+    AddMeasured(text, "measured", work.Measured);
+    AddMeasured(text, "saved-measured", work.SavedMeasured);
     AddLine(text, WorkEnd);
     return text;
 }
@@ -241,6 +271,7 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         work.Name = BytesOf(keyed.One("name"));
         work.File = BytesOf(keyed.One("file"));
         work.Saved = KeptDesignIn(keyed, "saved");
+        work.Stamps = {KeptStamp(keyed, "file-stamp"), KeptStamp(keyed, "companion-stamp")};
         auto design = KeptDesignIn(keyed, "design");
         if (!design) return {};
         work.Design = std::move(*design);
@@ -248,6 +279,8 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         work.Reference = KeptDesignIn(keyed, "reference");
         work.ReferenceShown = keyed.One("reference-shown") == "1";
         work.Markers = KeptMarkers(keyed);
+        work.Measured = KeptMeasured(keyed, "measured");
+        work.SavedMeasured = KeptMeasured(keyed, "saved-measured");
         return work;
     } catch (const NoWork&) {
         return {};

@@ -11,7 +11,9 @@
 
 #include "design/FilterDesign.h"
 #include "design/MarkerState.h"
+#include "design/MeasuredFile.h"
 #include "files/FileReadSave.h"
+#include "files/FileStamp.h"
 
 namespace ladderwise {
 
@@ -33,11 +35,14 @@ struct UnsavedWork {
     std::string Name;                   ///< of the design, as saving would propose it
     std::string File;                   ///< full path, UTF-8; empty: none
     std::optional<KeptDesign> Saved{};  ///< the design in that file
+    DesignStamps Stamps{};              ///< and what the files of that name held
     KeptDesign Design{};
     std::optional<KeptDesign> Discarded{};  ///< what can be brought back
     std::optional<KeptDesign> Reference{};
     bool ReferenceShown = false;
     MarkerState Markers{};
+    MeasuredFiles Measured{};       ///< shown with the design
+    MeasuredFiles SavedMeasured{};  ///< and with that in the file
 };
 
 /// More bytes than this are no kept work.

@@ -23,17 +23,17 @@ constexpr int Columns = 2;
 constexpr int EntryGap = 2;
 
 /// How the four pictures of an arm are made: series sections are wide, shunt ones high.
-struct PictureLayout {
+struct FormPictures {
     QRect Section;  ///< what is cut out of a schematic picture, logical units
     QSize Size;     ///< of a small picture
 };
 
-PictureLayout LayoutOf(ElementArm arm) {
+FormPictures LayoutOf(ElementArm arm) {
     if (arm == ElementArm::Series) return {QRect(0, 0, 64, 50), QSize(30, 23)};
     return {QRect(8, 16, 48, 76), QSize(20, 32)};
 }
 
-QPixmap SmallPicture(ElementType type, const PictureLayout& layout, qreal pixelRatio) {
+QPixmap SmallPicture(ElementType type, const FormPictures& layout, qreal pixelRatio) {
     QString path = SchematicPath(type);
     const QImage whole(path.insert(path.lastIndexOf('.'), "@2x"));
     const QRect& cut = layout.Section;
@@ -104,7 +104,7 @@ void EllipticPanel::setVisible(bool visible) {
 void EllipticPanel::LayOut(ElementArm arm) {
     if (arm == shown) return;
     shown = arm;
-    const PictureLayout pictures = LayoutOf(arm);
+    const FormPictures pictures = LayoutOf(arm);
     delete layout();
     auto* const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);

@@ -1,26 +1,26 @@
-// The printed page of the main window: its picture with title, date and file name.
+// The printed page: the picture for reports, with file name and date beneath.
 #pragma once
 
 #include <QString>
 
-class QPainter;
+#include "display/Picture.h"
+
 class QPrinter;
 class QWidget;
 
 namespace ladderwise {
 
-/// The texts around the picture.
+/// The texts beneath the picture.
 struct PrintCaption {
-    QString Title;     ///< what is designed
     QString Date;      ///< as the user's country writes it
     QString FileName;  ///< of the design; empty if it has none
 };
 
-/// Paints one page: `picture` as it looks now, scaled to the page. Texts and frames stay sharp on
-/// paper.
-void PaintScreenPage(QPrinter& printer, QWidget& picture, const PrintCaption& caption);
+/// Paints one page: plot, ladder and results on white, as vectors, in the form of the paper.
+void PaintPage(QPrinter& printer, const PictureContent& content, const PrintCaption& caption);
 
-/// Previews and prints `picture` of the window `owner`.
-void PrintScreen(QWidget* owner, QWidget& picture, const QString& title, const QString& fileName);
+/// Previews and prints the picture of a design over the window `owner`.
+void PrintScreen(QWidget* owner, const PictureContent& content, const QString& title,
+                 const QString& fileName);
 
 }  // namespace ladderwise

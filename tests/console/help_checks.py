@@ -196,6 +196,8 @@ _START_CHECKS = {
     "Values are read against": "=0",
     "Up to 19": "=19",
     "6 dB Freq": "=6 =6 =6",
+    "Ports swapped": "=1",
+    "Cable at source": "=45",
     "Inductor Q:": "=80 =200 =20 =60",
     "Inductor C:": "=0.1 =1",
     "Capacitor R, Capacitor L:": "=0.2 =0.25",

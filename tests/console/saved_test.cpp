@@ -141,6 +141,13 @@ TEST(SavedDesigns, TheReasonOfAMovedLoadIsACodeAndOnceWasASentence) {
         return moved && moved->Why == LoadReason::Equal ? moved->Wanted : 0.0;
     };
     EXPECT_EQ(wanted(), 75);
+    // Set to what does not move it any more, nothing is told of a move.
+    const auto opened = std::make_unique<Calculation>();
+    LoadRecord(record, *opened);
+    opened->Inputs.Choice(ChoiceId::Response) = static_cast<int>(ResponseType::Butterworth);
+    Calculate(*opened, {});
+    EXPECT_EQ(opened->Design.RLoad, 75);
+    EXPECT_EQ(DescribeStatus(*opened).Text.find("R Load"), std::string::npos);
     record.Number("RLReason") = 0;
     EXPECT_EQ(wanted(), 0);
     record.Text("RLWhy") = "equal to R Source, as this response needs it";

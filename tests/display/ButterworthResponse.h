@@ -17,7 +17,12 @@ struct ButterworthResponse {
 
     PlotTraces Traces() const { return {MagnitudeDb, PhaseDeg, GroupDelay, Pulse, ReturnLossDb}; }
     PlotLayer Layer(bool reference = false) const {
-        return {Traces(), reference ? ReferenceColours : CurrentColours, reference};
+        return {Traces(),
+                reference ? ReferenceColours : CurrentColours,
+                reference ? LayerRole::Reference : LayerRole::Design,
+                {},
+                reference ? "Ref" : "",
+                {}};
     }
     PlotContent Content(const TraceChoices& choices) const {
         return {Design, choices, {Layer()}, {}};

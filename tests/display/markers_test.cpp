@@ -190,7 +190,7 @@ TEST(ReadOuts, CursorReadsTheTracesAndTheReference) {
         texts.push_back(trace.Text.Text);
     EXPECT_EQ(texts, (std::vector<std::string>{
                          "200.0 MHz", "-20.00 dB at the cursor", "Δf +1.000 MHz", "Δ-15.00 dB",
-                         "Mag -3.01 dB (Δ+1.99)", "Delay 1.989 ns", "RL -3.01 dB, VSWR 5.83"}));
+                         "Mag -3.01 dB (Δ+1.99)", "GD 1.989 ns", "RL -3.01 dB, VSWR 5.83"}));
     EXPECT_EQ(read.Traces[0].Y, 237);
     // Far above the corner the delay is blank.
     EXPECT_EQ(ReadCursor(4000, 0, sweep, layers, {}).Traces.size(), 2u);
@@ -209,7 +209,8 @@ TEST(Legend, StandsWhereNoTraceRuns) {
                  *points);
         cover.AddTrace(*points);
     }
-    const PlotLayer reference{Response.Traces(), ReferenceColours, true, "Ref: other"};
+    const PlotLayer reference{Response.Traces(), ReferenceColours, LayerRole::Reference,
+                              "Ref: other", "Ref"};
     const auto rows = BuildLegendRows({design, choices, {{Response.Traces()}, reference}, {}});
     ASSERT_EQ(rows.size(), 3u);
     EXPECT_EQ(rows[2].Samples.size(), 2u);

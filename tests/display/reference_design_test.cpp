@@ -50,7 +50,7 @@ struct Scene {
     Scene(const char* sweep, const Settings& shown, const TraceChoices& choices = {})
         : Shown(Calculated(shown)),
           Reference(StoreReference(*Calculated({{"f0", "200"}, {"sweep", sweep}}), {})),
-          Layer(LayerOf(Reference.Design, Reference.Quantities, ReferenceColours, true,
+          Layer(LayerOf(Reference.Design, Reference.Quantities, LayerRole::Reference,
                         ReferenceName(Reference, Shown->Design))),
           Layout(ComputePlotLayout({1280, 800, 150, 701}, choices)) {}
 
@@ -233,7 +233,7 @@ TEST(ReferencePlot, PulseIsCalculatedUnaskedAndDrawnAgainstItsOwnTime) {
     EXPECT_DOUBLE_EQ(scene.Reference.Design.PulseTimeStep, 2.0 * scene.Design().PulseTimeStep);
     auto points = std::make_unique<TracePoints>();
     const PlotLayout& layout = scene.Layout;
-    MapLayerTrace(scene.Layer, TraceKind::Pulse, scene.Design(), layout, {}, *points);
+    MapLayerTrace(scene.Layer, TraceKind::Pulse, scene.Design(), layout, {}, *points, [] {});
     for (int n = 0; n < NumSweepPoints / 2; ++n) {
         ASSERT_NEAR(points->X[n], layout.PlotLeft + 2.0 * n * layout.PlotWidth / 1024, 0.51) << n;
         ASSERT_NEAR(points->Y[n], layout.PlotBottom - pulse[n] * layout.PlotHeight, 0.51) << n;

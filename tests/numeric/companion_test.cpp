@@ -11,7 +11,7 @@ TEST(Companion, KeepsWhatItKnowsAndWhatItDoesNot) {
     const std::string text = R"({
   "ladderwise_companion": 1,
   "limits": [{"from": 1e6, "exact": 0.10000000000000000001}],
-  "measured": [{"file": "Gr\u00f6\u00dfe 50 \ud83d\ude00.s2p", "colour": "red", "hidden": true,
+  "measured": [{"file": "Gr\u00f6\u00dfe 50 \ud83d\ude00.s2p", "note": "red", "hidden": true,
                 "port_delay_s": [1e-10, 0]}],
   "edited": [{"slot": 2, "row": 1, "type": "SeriesInd", "calculated": 1e-7, "value": 1.2e-7}]
 })";
@@ -27,7 +27,7 @@ TEST(Companion, KeepsWhatItKnowsAndWhatItDoesNot) {
     ASSERT_EQ(companion.Edited.size(), 1u);
     EXPECT_EQ(companion.Edited[0].Row, 0);
     const std::string again = CompanionText(companion);
-    for (const char* kept : {"0.10000000000000000001", "\"colour\": \"red\"", "1.2e-07"})
+    for (const char* kept : {"0.10000000000000000001", "\"note\": \"red\"", "1.2e-07"})
         EXPECT_NE(again.find(kept), std::string::npos) << again;
     EXPECT_EQ(CompanionText(ReadCompanion(again).Companion), again);
 }
@@ -73,15 +73,11 @@ TEST(Companion, EditedValuesBelongToTheirLadderAlone) {
 
 TEST(Companion, PathsFollowTheDesign) {
     DesignCompanion companion;
-    companion.Measured.push_back({"/home/a/filters/board.s2p", false, 0, 0, false, {}});
+    companion.Measured.push_back(NewMeasuredFile("/home/a/filters/board.s2p", {}));
     companion.Measured.push_back(
-        {"/home/a/data/Gr\xc3\xb6\xc3\x9f"
-         "e.s2p",
-         false,
-         0,
-         0,
-         false,
-         {}});
+        NewMeasuredFile("/home/a/data/Gr\xc3\xb6\xc3\x9f"
+                        "e.s2p",
+                        companion.Measured));
     MakePathsRelative(companion, "/home/a/filters");
     EXPECT_EQ(companion.Measured[0].Path, "board.s2p");
     EXPECT_EQ(companion.Measured[1].Path,

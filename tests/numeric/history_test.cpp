@@ -19,12 +19,10 @@ using namespace ladderwise;
 
 namespace {
 
-/// True for words about what a calculation did: what was typed, discarded or counted before, and a
-/// family that could not be built, are no part of the design that it left, and math errors are
-/// counted from its begin over all edits since.
+/// True for words about what a calculation did: what was typed, discarded or counted before is no
+/// part of the design that it left.
 bool IsOfOneCalculation(const Note& note) {
     return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
-           note.Kind == NoteKind::MathError ||
            (note.Kind == NoteKind::Advice && note.Name == "poles");
 }
 
@@ -65,9 +63,9 @@ std::string DesignBytesOf(const DesignDocument& document) {
 /// With the draws of the worst case, all notes and the looks of the boxes: every bit that a user
 /// could see.
 std::string BytesOf(const DesignDocument& document) {
-    std::string bytes =
-        DesignBytesOf(document) + std::to_string(document.Work.PendingSeed.value_or(0)) +
-        std::to_string(document.Work.Design.Flags.FellBack);
+    std::string bytes = DesignBytesOf(document) +
+                        std::to_string(document.Work.PendingSeed.value_or(0)) +
+                        std::to_string(document.Work.Design.Flags.FellBack);
     for (const NumberBox& box : document.Work.Inputs.Boxes)
         bytes += box.Text + static_cast<char>(box.Colour) + box.ReplacedText.value_or("-");
     for (const Note& note : CollectNotes(document.Work))

@@ -237,6 +237,14 @@ TEST(Pipeline, NortonStepsAndSearches) {
                                session.Inputs.Box(InputId::NortonM).Text + "."));
     EXPECT_NE(remark({{"poles", "3"}}), "");
     EXPECT_EQ(remark({{"auto-optimize", "off"}}), "");
+    // The grid of the search goes further than the box.
+    session.Run({{"bw-percent", "0.63"}, {"a", "68"}, {"optimize", "c"}});
+    OptimizeNorton(session.Inputs, session.Design);
+    session.Run({});
+    EXPECT_NE(DescribeStatus(session.Calc)
+                  .Text.find("The search chose K 152.35, but it goes no higher "
+                             "than 100: 100 used."),
+              std::string::npos);
 }
 
 TEST(Pipeline, LowPassPrototypeHasTheGValues) {

@@ -220,6 +220,44 @@ TEST(Results, StopBandsCountOnlyWhereTheyHold) {
         }
 }
 
+TEST(Results, FiguresDoNotEndWithTheSamples) {
+    // The loss of coils goes with the root of the frequency, to nothing at 0 Hz.
+    const ResponseResults low = ResultsOf(LadderOf({PassType::LowPass, ResponseType::Butterworth, 3,
+                                                    100, 30, PartChoice::RealParts, 1, false}));
+    ASSERT_TRUE(low.Peak);
+    EXPECT_EQ(low.Peak->Frequency, 0.0);
+    EXPECT_NEAR(low.Peak->Loss, 0.0, 1e-6);
+    // The least loss of a high-pass lies 200 F0 above; that of parasitics far above it does not
+    // count. The stop band of a lossy band-pass ends just below 10 F0.
+    for (const double q : {24.0, 997.0}) {
+        const FilterDesign design = LadderOf({PassType::HighPass, ResponseType::Chebyshev, 7, 1.7,
+                                              30, PartChoice::RealParts, q, false});
+        const ResponseResults high = ResultsOf(design);
+        ASSERT_TRUE(high.Peak && high.Edges.Lower);
+        EXPECT_NEAR(*high.Edges.Lower, design.F0, 0.2 * design.F0);
+        for (double f = 2.0 * design.F0; f < 1e3 * design.F0; f *= 1.001) {
+            const double level = ComplexToDb(AnalysePoint(design, design.F0, f).Transfer);
+            if (level < -high.Peak->Loss - 6.0) break;
+            ASSERT_LE(level, 1e-9 - high.Peak->Loss) << f;
+        }
+    }
+    FilterDesign design;
+    design.PassType = PassType::BandPassCanonical;
+    design.ResponseType = ResponseType::EllipticE;
+    design.NumPoles = 1;
+    design.TrapType = 3;
+    design.F0 = 537.843e6;
+    design.BandWidth = 42.22351e6;
+    design.RippleDb = 0.4773;
+    design.EllipticAtten = 43.3;
+    BuildLadder(design, {});
+    design.PartModel = {162.2, 0.25e-12, 0.25, 0.5e-9, PartChoice::RealParts};
+    const ResponseResults band = ResultsOf(design);
+    ASSERT_EQ(band.StopBands.size(), 2u);
+    ASSERT_TRUE(band.StopBands[1].To);
+    EXPECT_NEAR(*band.StopBands[1].To, 5302.064e6, 0.1e6);
+}
+
 TEST(Results, TrapsResonateWhereTheirArmsLetNothingPass) {
     for (int trap = 1; trap <= 4; ++trap)
         for (const PartChoice parts : {PartChoice::IdealParts, PartChoice::RealParts}) {

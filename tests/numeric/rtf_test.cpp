@@ -1,7 +1,6 @@
 // Rich text to blocks: the words that help texts use, what word processors add, and broken bytes.
 #include <gtest/gtest.h>
 
-#include "display/PrintLayout.h"
 #include "files/RtfReader.h"
 
 namespace ladderwise {
@@ -71,15 +70,6 @@ TEST(RichText, DepthAndLengthAreBounded) {
     while (huge.size() < MaxRtfText + 9000)
         huge += std::string(4000, 'x') + "\\tab";
     EXPECT_LE(ReadRtf(huge).Blocks[0].PlainText().size(), MaxRtfText);
-}
-
-TEST(PrintLayout, ThePictureFillsWhatTheLinesLeave) {
-    const PrintLayout wide = LayOutPrint(2000, 1400, 1280, 640, 40);
-    EXPECT_EQ(wide.Picture, (PlotRect{0, 60, 2000, 1000}));
-    const PrintLayout tall = LayOutPrint(2000, 1400, 640, 1280, 40);
-    EXPECT_EQ(tall.Picture, (PlotRect{680, 60, 640, 1280}));
-    EXPECT_EQ(tall.Footer, (PlotRect{0, 1360, 2000, 40}));
-    EXPECT_GT(LayOutPrint(0, 3, 0, 0, 90).Picture.Width, 0);
 }
 
 }  // namespace

@@ -5,12 +5,14 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QWheelEvent>
 #include <QtTest>
 #include <cmath>
+#include <functional>
 #include <memory>
 
 #include "app/MainWindow.h"
@@ -94,8 +96,12 @@ public:
                                 [](const QString&) { return ChangedAnswer::Cancel; }});
         QObject::connect(&watchdog, &QTimer::timeout, [this] {
             QWidget* const modal = QApplication::activeModalWidget();
-            if (modal && modal->windowTitle() != expectedModal) modals << modal->windowTitle();
-            if (modal) modal->close();
+            if (!modal || driving) return;
+            if (modal->windowTitle() != expectedModal) modals << modal->windowTitle();
+            const QScopedValueRollback<bool> busy(driving, true);
+            const auto drive = std::exchange(driver, {});
+            if (drive && modal->windowTitle() == expectedModal) drive(modal);
+            modal->close();
         });
         watchdog.start(20);
         Window->resize(1240, 760);  // the screenless platform has a small screen
@@ -222,7 +228,11 @@ public:
     }
 
     QStringList TakeMessages() { return std::exchange(messages, {}); }
-    void ExpectModal(const QString& title) { expectedModal = title; }
+    /// The modal window of this title is closed when it appears, after `drive` has used it.
+    void ExpectModal(const QString& title, std::function<void(QWidget*)> drive = {}) {
+        expectedModal = title;
+        driver = std::move(drive);
+    }
 
     std::unique_ptr<MainWindow> Window;
     QTableWidget* Grid = nullptr;
@@ -235,6 +245,8 @@ private:
     QStringList messages;
     QStringList modals;
     QString expectedModal;
+    std::function<void(QWidget*)> driver;
+    bool driving = false;
 };
 
 }  // namespace ladderwise

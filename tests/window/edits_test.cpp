@@ -275,12 +275,15 @@ private slots:
         EditsFixture f;
         f.Trigger("SaveAsMenu");
         f.Enter("F0Box", "150");
-        QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(QDir::current().filePath("d.tk_ldfilt"))});
-        data.setText("/d.tk_ldfilt");
+        const QString path = QDir::current().filePath("d.tk_ldfilt");
+        QMimeData addressed, named;  // some programs give paths as a text alone
+        addressed.setUrls({QUrl::fromLocalFile(path)});
+        addressed.setText(path);
+        named.setText(path + "\n");
         QWidget* const box = f.Find("F0Box");
-        for (const UnsavedAnswer answer : {UnsavedAnswer::Cancel, UnsavedAnswer::Discard}) {
-            f.Answer = answer;
+        for (const bool cancelled : {true, false}) {
+            f.Answer = cancelled ? UnsavedAnswer::Cancel : UnsavedAnswer::Discard;
+            QMimeData& data = cancelled ? named : addressed;
             QVERIFY(f.Drag<QDragEnterEvent>(box, data));
             QVERIFY(f.Drag<QDropEvent>(box, data));
             QCOMPARE(f.Text("F0Box"), "150");

@@ -206,9 +206,10 @@ private slots:
         const QTemporaryDir folder;
         QPrinter printer;
         printer.setOutputFileName(folder.filePath("page.pdf"));
-        QLabel picture("a picture");
-        picture.resize(400, 300);
-        PaintScreenPage(printer, picture, {"Title", "Date", ""});
+        const auto calculation = std::make_unique<Calculation>();
+        Calculate(*calculation, {});
+        PaintPage(printer, {ContentOf(calculation->Design, {}, calculation->Quantities, {}), {}},
+                  {"Date", ""});
         QFile pdf(folder.filePath("page.pdf"));
         QVERIFY(pdf.open(QIODevice::ReadOnly) && pdf.readAll().startsWith("%PDF"));
         QCoreApplication::setApplicationVersion("9.8");

@@ -153,6 +153,38 @@ private slots:
         QCOMPARE(f.Cell(1, 1), "20.0E-12");
     }
 
+    // What another program has saved meanwhile is not overwritten without a question.
+    void ARecoveredDesignKnowsWhatItsFileHeld() {
+        QTemporaryDir place;
+        const std::string path = place.filePath("d.tk_ldfilt").toStdString();
+        int questions = 0;
+        const auto answer = [&](RecoveryFixture& f) {
+            f.Window->SetFileDialogs(
+                {[](const FileDialogTexts&) { return QString(); },
+                 [&](const FileDialogTexts&) { return place.filePath("d.tk_ldfilt"); },
+                 [](const QString&) { return UnsavedAnswer::Cancel; },
+                 {},
+                 [&](const QString&) {
+                     ++questions;
+                     return ChangedAnswer::Cancel;
+                 }});
+        };
+        {
+            RecoveryFixture f(place, RecoveryAnswer::Accept);
+            answer(f);
+            f.Trigger("SaveAsMenu");
+            f.Enter("NumPolesBox", "5");
+            f.Window->KeepWork();
+        }
+        QCOMPARE(WriteWholeFile(path, "of another program"), std::string());
+        RecoveryFixture f(place, RecoveryAnswer::Accept);
+        QCOMPARE(f.Offered.size(), 1);
+        answer(f);
+        f.Trigger("SaveMenu");
+        QCOMPARE(questions, 1);
+        QCOMPARE(ReadWholeFile(path, 100).Bytes, std::string("of another program"));
+    }
+
     void NothingIsOfferedAfterANormalEnd() {
         QTemporaryDir place;
         {

@@ -1,5 +1,5 @@
 // Lines of text files.
-#include "files/TextLines.h"
+#include "numbers/TextLines.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // Numbers by the locale-free conversions of the standard library.
-#include "exchange/PlainNumbers.h"
+#include "numbers/PlainNumbers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-// The painted plot: pixels of the frame and traces, overlays, sizes, and the exported files.
+// The painted plot: overlays, dense screens, and the exported files.
 #include <gtest/gtest.h>
 
 #include <QPainter>
@@ -35,31 +35,6 @@ int CountPixels(const QImage& image, QRgb colour) {
         for (int x = 0; x < image.width(); ++x)
             count += image.pixel(x, y) == colour;
     return count;
-}
-
-TEST(Plot, FrameAndTracePixels) {
-    const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
-    TraceChoices choices;
-    auto plot = Painted(made, choices);
-    const QImage& image = plot->Image();
-    // Right of the last grid line the trace is far below 0 dB.
-    EXPECT_EQ(image.pixel(1210, 225), Pixel(Black));
-    EXPECT_EQ(image.pixel(1210, 265), Pixel(GridColour));
-    EXPECT_EQ(image.pixel(1210, 245), Pixel(BackgroundColour));
-    EXPECT_EQ(image.pixel(700, 586), Pixel(Black));
-    const PlotColour red = TraceColour(TraceKind::Mag10dB);
-    EXPECT_EQ(image.pixel(640, 237), Pixel(red));  // -3.01 dB at the corner frequency
-
-    const QRgb blue = Pixel(TraceColour(TraceKind::Phase));
-    EXPECT_EQ(CountPixels(image, blue), 0);
-
-    choices.Mag10dB = false;
-    choices.Phase = true;
-    plot = Painted(made, choices);
-    EXPECT_EQ(plot->Image().pixel(1210, 225), Pixel(GridColour));
-    EXPECT_EQ(CountPixels(plot->Image(), Pixel(red)), 0);
-    // -135 degrees at the corner frequency
-    EXPECT_EQ(plot->Image().pixel(640, 535), blue);
 }
 
 TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {

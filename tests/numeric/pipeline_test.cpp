@@ -18,8 +18,6 @@
 namespace ladderwise {
 namespace {
 
-using Settings = std::vector<std::pair<std::string, std::string>>;
-
 /// A calculation with the messages that it gave.
 struct Session : Recorder {
     const std::unique_ptr<Calculation> Owner = std::make_unique<Calculation>();

@@ -218,6 +218,13 @@ TEST(Legend, StandsWhereNoTraceRuns) {
     const Legend legend = PlaceLegend(rows, Metrics, cover);
     EXPECT_EQ(before.Cost(legend.Box), 0);
     EXPECT_GT(cover.Cost(legend.Box), 0);
+    // Where all corners and edges are taken, in what is left.
+    PlotCover crowded(sweep.Layout);
+    for (const PlotRect& block : {PlotRect{60, 185, 500, 400}, PlotRect{860, 185, 360, 400},
+                                  PlotRect{560, 185, 300, 80}, PlotRect{560, 460, 300, 125}})
+        crowded.AddBlock(block);
+    const PlotCover taken = crowded;
+    EXPECT_EQ(taken.Cost(PlaceLegend(rows, Metrics, crowded).Box), 0);
     design.PassType = PassType::BandPassCanonical;
     EXPECT_EQ(BuildLegendRows({design, choices, {{Response.Traces()}}, {}}).size(), 2u);
     design.BandWidth = 1e6;

@@ -124,6 +124,9 @@ TEST(Pictures, ATraceRunsWhereItsResponseDoes) {
             const Picture picture = PictureOf(made.Content(Only(trace.Choice)));
             QRect legend = PlaceOf(picture, trace.Legend, plain);
             EXPECT_GT(picture.Ink(legend.translated(-28, 0), trace.Colour, 40), 30);
+            EXPECT_GT(picture.Ink(QRect(legend.left(), legend.top() - 8, legend.width(), 5),
+                                  QColor(128, 128, 128)),
+                      9 * legend.width() / 10);  // its frame
             legend.adjust(-40, -8, 8, 8);
             // The read-out at 6 dB, 1 + w^6 = 10^0.6, names its place.
             const QRect dot(qRound(plain.left() + 1160 * ShareOf(axis, 239.87e6)) - 7,

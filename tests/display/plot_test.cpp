@@ -78,21 +78,25 @@ TEST(Plot, OverlayFollowsThePaintedLines) {
         const auto lines = std::make_unique<Plot>();
         lines->Resize(Width, Height, ratio);
         lines->PaintContent(both, Placement);
-        const QImage& image = spans->Image();
-        int drawn = 0, far = 0;
         const int reach = static_cast<int>(std::ceil(ratio)), side = 2 * reach + 1;
-        for (int at = 0; at < image.width() * image.height(); ++at) {
-            const QPoint here(at % image.width(), at / image.width());
-            if (image.pixel(here) == before.pixel(here)) continue;
-            ++drawn;
-            const auto same = [&](QPoint at) {
-                return lines->Image().pixel(at) == before.pixel(at);
-            };
-            int k = 0;
-            while (k < side * side && same(here + QPoint(k % side - reach, k / side - reach)))
-                ++k;
-            far += k == side * side;
-        }
+        // How many pixels one of them draws, and how many of those the other is nowhere near.
+        const auto farFrom = [&](const QImage& one, const QImage& other) {
+            int drawn = 0, far = 0;
+            for (int at = 0; at < one.width() * one.height(); ++at) {
+                const QPoint here(at % one.width(), at / one.width());
+                if (one.pixel(here) == before.pixel(here)) continue;
+                ++drawn;
+                const auto same = [&](QPoint p) { return other.pixel(p) == before.pixel(p); };
+                int k = 0;
+                while (k < side * side && same(here + QPoint(k % side - reach, k / side - reach)))
+                    ++k;
+                far += k == side * side;
+            }
+            return std::pair(drawn, far);
+        };
+        const auto [drawn, far] = farFrom(spans->Image(), lines->Image());
+        const auto [wanted, missing] = farFrom(lines->Image(), spans->Image());
+        EXPECT_LE(missing, wanted / 20) << ratio;
         EXPECT_LE(far, drawn / 20) << ratio;
         EXPECT_GT(drawn, 2000 * ratio) << ratio;
     }

@@ -150,6 +150,13 @@ private slots:
         help.ShowPage(HelpPage::Transform);
         const auto* const browser = Find<QTextBrowser>(help, "HelpText");
         QCOMPARE(Find<QTreeWidget>(help, "HelpContents")->topLevelItemCount(), NumHelpPages);
+        for (int page = 0; page < NumHelpPages; ++page) {
+            const auto* const entry = Find<QTreeWidget>(help, "HelpContents")->topLevelItem(page);
+            const QStringList html = Page(page).Html.split("<h2");
+            QCOMPARE(entry->childCount(), html.size() - 1);
+            for (int k = 0; k < entry->childCount(); ++k)
+                QVERIFY(html[k + 1].contains(entry->child(k)->text(0).toHtmlEscaped()));
+        }
         const auto find = [&](const char* text, bool backward) {
             Find<QLineEdit>(help, "HelpFindBox")->setText(text);
             help.FindText(backward);

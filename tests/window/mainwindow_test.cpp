@@ -66,6 +66,8 @@ private slots:
             QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
             return QApplication::clipboard()->text();
         };
+        table->setCurrentCell(1, 0);
+        table->clearSelection();
         QCOMPARE(copied(), f.Results());
         table->item(0, 1)->setSelected(true);
         QCOMPARE(copied(), "3.01 dB\n");

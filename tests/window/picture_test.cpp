@@ -41,9 +41,9 @@ public:
     int XOf(double f) const { return Left + qRound((Right - Left) * std::log10(f / 20e6) / 2); }
     int Bottom() const {
         const Picture picture = Shown();
-        int y = Grid->y() - 96 - 60;
-        while (picture.Ink(QRect(Left, y, 300, 1)) < 290)
-            ++y;
+        int y = Grid->y() - 96 - 12;
+        while (picture.Ink(QRect(Left + 40, y, 300, 1)) < 290)
+            --y;
         return y;
     }
 };
@@ -127,11 +127,25 @@ private slots:
                 const QRect own = QRect(x, strip.top(), 64, 100) & strip;
                 if (own.width() == 64) QVERIFY(names.Ink(own) > 150);
             }
+            // The names of the rows stay, at the left edge of the window.
+            QWidget* const headers = f.Find("RowHeaders");
+            const bool away = position > 50;
+            QCOMPARE(headers->isVisible(), away);
+            QVERIFY(!away || headers->mapTo(f.Find("Client"), QPoint()).x() == 0);
             // The ground below the load ends the ladder, once.
             const int load = 50 + 64 * 22 + 14 - position;
             if (load + 10 < strip.right() - 40)
                 QVERIFY(names.Ink(QRect(load + 8, strip.top() + 80, 30, 15)) < 10);
         }
+        // The text of the tab runs upwards: higher than wide.
+        QWidget* const tab = f.Find("ResultsTab");
+        QVERIFY(tab->isVisible());
+        const Picture ends(tab->grab().toImage(), tab->font(),
+                           tab->palette().color(QPalette::Button));
+        const QRect middle =
+            tab->rect().adjusted(4, tab->height() / 2 - 12, -4, 12 - tab->height() / 2);
+        QVERIFY(ends.Ink(middle.translated(0, -18), Qt::black, 90) > 5);
+        QVERIFY(ends.Ink(middle.translated(0, 18), Qt::black, 90) > 5);
         // Back where it was, nothing of the other places is left.
         bar->setValue(0);
         const QImage fresh = f.View->grab().toImage();
@@ -187,7 +201,7 @@ private slots:
         QVERIFY(mag.top() > f.Bottom() && mag.bottom() < f.Grid->y() - 90);
         QCOMPARE(mag.top(), phase.top());
         QVERIFY(mag.right() < phase.left());
-        QCOMPARE(place("0 s").size().isEmpty(), false);  // the axis of the pulse
+        QVERIFY(!f.Shown().Find("0 s", QColor(255, 128, 0)).isEmpty());  // the axis of the pulse
     }
 
     void MarkersHaveLinesAndNumbers() {

@@ -236,7 +236,7 @@ TEST(Picture, ShowsPlotLadderAndResults) {
                     red += qRed(image.pixel(x, y)) > 200 && qGreen(image.pixel(x, y)) < 60;
             EXPECT_EQ(red > 800, plot) << red;
             if (parts == PictureParts::Both) {
-                EXPECT_GT(InkIn(image, {400, 600, 480, 150}), 500);
+                EXPECT_GT(InkIn(image, {400, 600, 480, 150}), 500);  // the ladder
             }
         }
 }

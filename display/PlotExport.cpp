@@ -32,6 +32,48 @@ QImage PlotImage(QSize size, const PlotContent& content, const QFont& font) {
     return image;
 }
 
+/// Grid, layers and the runs of a worst case within the plot, as pixels: as vectors, a thousand
+/// runs would be a file of many megabytes and of no other look.
+void PaintRunsAsPixels(QPainter& painter, const PlotContent& content, const PlotLayout& layout,
+                       const PlotFrame& frame, PlotColour background) {
+    constexpr double density = 4.0;  // 384 to the inch
+    const QRect plot(layout.PlotLeft, layout.PlotTop, layout.PlotWidth, layout.PlotHeight);
+    QImage image(plot.size() * density, QImage::Format_RGB32);
+    if (image.isNull()) return;
+    image.setDevicePixelRatio(density);
+    image.fill(ToQColor(background));
+    PlotLayout within = layout;
+    within.PlotLeft = within.PlotTop = 0;
+    within.PlotRight = layout.PlotWidth;
+    within.PlotBottom = layout.PlotHeight;
+    PlotFrame lines;
+    for (PlotLine line : frame.Lines) {
+        line.X1 -= plot.left();
+        line.X2 -= plot.left();
+        line.Y1 -= plot.top();
+        line.Y2 -= plot.top();
+        lines.Lines.push_back(line);
+    }
+    lines.Border = {-1, -1, plot.width() + 2, plot.height() + 2};
+    QPainter pixels(&image);
+    PaintFrame(pixels, lines);
+    pixels.end();
+    const PlotScales scales = ScalesOf(content.Design);
+    const auto work = std::make_unique<OverlayWork>();
+    for (const PlotLayer& layer : content.Layers)
+        PaintLayerPixels(image, layer, content.Design, content.Choices, within, scales,
+                         LayerLook::Plain, *work, background);
+    for (const PlotTraces& run : content.Overlays)
+        PaintOverlayRun(image, run, content.Choices, within, scales, *work);
+    painter.save();
+    painter.setRenderHint(QPainter::LosslessImageRendering);
+    painter.drawImage(QRectF(plot), image, QRectF(image.rect()));
+    painter.restore();
+    PlotFrame border;  // half of which the image covers
+    border.Border = frame.Border;
+    PaintFrame(painter, border);
+}
+
 }  // namespace
 
 int TableTop(QSize size, const FilterDesign& design) {
@@ -58,15 +100,14 @@ void PaintResponse(QPainter& painter, const PlotContent& content, const PlotLayo
     };
     const PlotAnnotations annotations =
         BuildAnnotations(content, layout, scales, MetricsOf(painter), work->Points);
-    paintLayers(LayerLook::Plain);
-    for (const PlotTraces& run : content.Overlays) {
-        if (image)
+    const bool runs = !content.Overlays.empty();
+    if (image || !runs) paintLayers(LayerLook::Plain);
+    if (image)
+        for (const PlotTraces& run : content.Overlays)
             PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
-        else
-            PaintLayer(painter, {run}, content.Design, content.Choices, layout, scales,
-                       LayerLook::Plain, work->Points);
-    }
-    if (!content.Overlays.empty()) paintLayers(LayerLook::Darker);
+    else if (runs)
+        PaintRunsAsPixels(painter, content, layout, frame, background);
+    if (runs) paintLayers(LayerLook::Darker);
     PaintMarkers(painter, annotations.Markers, background);
     PaintLegend(painter, annotations.Key, background);
 }

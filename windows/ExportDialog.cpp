@@ -19,7 +19,6 @@
 #include <algorithm>
 
 #include "controls/ElidedLabel.h"
-#include "controls/HelpButton.h"
 #include "controls/WindowPlacement.h"
 #include "files/DiskFile.h"
 #include "numbers/Formatfunctions.h"
@@ -148,8 +147,6 @@ void ExportDialog::Build() {
     save->setDefault(true);
     for (QPushButton* const other : {copy, close})
         other->setAutoDefault(false);
-    QPushButton* const help = NewHelpButton(this, "ExportHelpButton", HelpPage::Start, "export");
-    buttons->addButton(help, QDialogButtonBox::HelpRole);
     auto* const grid = new QGridLayout(this);
     grid->addWidget(kinds, 0, 0);
     grid->addWidget(pages, 0, 1);

@@ -21,6 +21,7 @@ constexpr double MegahertzOfPoints = 1e6;
 constexpr int ShownDigits = 7;
 constexpr int FieldWidth = 110;  ///< pixels
 constexpr int UsualExportPoints = 1001;
+constexpr int MostShownPoints = 100'001;  ///< more would hold up the preview
 
 constexpr const char* VersionNote =
     "Few programs read version 2.0. It has source and load as the references of the ports.";
@@ -142,8 +143,9 @@ std::string PointsGroup::Read(ExportChoice& choice) {
     const auto first = from->Read(false, fault), last = to->Read(false, fault),
                count = points->Read(true, fault);
     if (!fault.empty()) return fault;
-    if (*count > MostExportPoints)
-        return "There are at most " + std::to_string(MostExportPoints) + " points.";
+    if (*count > MostShownPoints)
+        return "There are at most " + std::to_string(MostShownPoints) +
+               " points here; the console has more.";
     choice.Options.Points = {*first * MegahertzOfPoints, *last * MegahertzOfPoints,
                              static_cast<int>(*count), spacing->currentIndex() == 1};
     return {};

@@ -66,6 +66,10 @@ TEST(Exports, ArgumentsThatCannotBeMetEndWithTheirReason) {
         {"--touchstone a.s2p --touchstone-runs 2", "needs a worst case"},
         {"--netlist a.cir", "--netlist needs --netlist-for"},
         {"--netlist a.cir --netlist-for pspice", "takes ngspice or ltspice"},
+        {"--plot a.png --white", "--white needs --picture"},
+        {"--picture both", "--picture needs the file name of --plot"},
+        {"--plot a.png --size 297x210mm", "--size in mm needs --picture"},
+        {"--plot a.png --picture all", "takes plot or schematic or both"},
         {"--measured bad.s2p", "bad.s2p: line 3: 7 numbers"},
         {"--measured none.s2p", "cannot read none.s2p"},
     };
@@ -94,6 +98,21 @@ TEST(Exports, TablesForSpreadsheets) {
     EXPECT_TRUE(part.endsWith("e-11,F,,16.000 pF,0.531,5,200,2,\r")) << part.toStdString();
     RunIn(folder, "--parts-list p.csv --csv-separator ;");
     EXPECT_TRUE(ContentOf(folder, "p.csv").contains(";15,915 pF;1,591549430918953"));
+}
+
+TEST(Exports, PicturesInMillimetres) {
+    const QTemporaryDir folder;
+    for (const char* const file : {"a.png", "a.svg", "a.pdf"}) {
+        const QString size = " --picture both --white --size 297x210mm";
+        EXPECT_EQ(RunIn(folder, "--plot " + QString(file) + size).ExitCode, 0);
+    }
+    // Width and height of a PNG stand at bytes 16 to 23: 300 pixels to the inch.
+    const QByteArray png = ContentOf(folder, "a.png"), svg = ContentOf(folder, "a.svg");
+    EXPECT_EQ(png.mid(16, 8).toHex(), "00000db4000009b0");
+    EXPECT_TRUE(svg.contains("<svg width=\"297mm\" height=\"210mm\""))
+        << svg.left(300).toStdString();
+    EXPECT_TRUE(svg.contains(">15.9 pF</text>"));
+    EXPECT_TRUE(ContentOf(folder, "a.pdf").contains("/MediaBox [0 0 842"));
 }
 
 TEST(Exports, RunsOfAWorstCaseAreTheDrawnOnes) {

@@ -147,7 +147,7 @@ TEST(SavedDesigns, TheReasonOfAMovedLoadIsACodeAndOnceWasASentence) {
     opened->Inputs.Choice(ChoiceId::Response) = static_cast<int>(ResponseType::Butterworth);
     Calculate(*opened, {});
     EXPECT_EQ(opened->Design.RLoad, 75);
-    EXPECT_EQ(DescribeStatus(*opened).Text.find("R Load"), std::string::npos);
+    EXPECT_EQ(DescribeStatus(*opened).Warnings.find("R Load"), std::string::npos);
     record.Number("RLReason") = 0;
     EXPECT_EQ(wanted(), 0);
     record.Text("RLWhy") = "equal to R Source, as this response needs it";

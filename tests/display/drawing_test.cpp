@@ -235,7 +235,9 @@ TEST(Picture, ShowsPlotLadderAndResults) {
                 for (int y = 60; y < 700; ++y)
                     red += qRed(image.pixel(x, y)) > 200 && qGreen(image.pixel(x, y)) < 60;
             EXPECT_EQ(red > 800, plot) << red;
-            if (parts == PictureParts::Both) EXPECT_GT(InkIn(image, {400, 600, 480, 150}), 500);
+            if (parts == PictureParts::Both) {
+                EXPECT_GT(InkIn(image, {400, 600, 480, 150}), 500);  // the ladder
+            }
         }
 }
 

@@ -8,9 +8,7 @@
 
 using namespace ladderwise;
 
-namespace {
-
-const QColor paper(234, 234, 234);
+static const QColor paper(234, 234, 234);
 
 /// The main window with the start-up low-pass, 200 MHz from 20 MHz to 2 GHz, and its picture. The
 /// plot stands from x = 60 to 60 less than the picture's width.
@@ -47,8 +45,6 @@ public:
         return y;
     }
 };
-
-}  // namespace
 
 class PictureTest : public QObject {
     Q_OBJECT

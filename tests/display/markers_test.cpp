@@ -208,9 +208,8 @@ TEST(ReadOuts, FlowIntoTheRowsThatFit) {
         for (std::size_t n = 0; n < placed.size(); ++n) {
             EXPECT_EQ(placed[n].X, static_cast<int>(n % inARow) * (own + 16)) << width;
             EXPECT_EQ(placed[n].Y > placed[n - n % inARow].Y, false) << width;
-            if (n >= static_cast<std::size_t>(inARow)) {
-                EXPECT_GT(placed[n].Y, placed[n - inARow].Y) << width;
-            }
+            if (n < static_cast<std::size_t>(inARow)) continue;
+            EXPECT_GT(placed[n].Y, placed[n - inARow].Y) << width;
         }
         // Nine rows of 13 pixels are too high for 39; three of three, or one, are not.
         EXPECT_EQ(scale == 1.0, width >= 212) << width;

@@ -15,13 +15,13 @@ namespace {
 constexpr double Megahertz = 1e6;
 
 const std::vector<std::string> options = {
-    "--set",         "--table",      "--json",      "--plot",
-    "--size",        "--save",       "--help",      "--version",
-    "--touchstone",  "--reference",  "--netlist",   "--touchstone-version",
-    "--netlist-for", "--subckt",     "--schematic", "--touchstone-runs",
-    "--csv",         "--parts-list", "--measured",  "--csv-separator",
-    "--from",        "--to",         "--points",    "--spacing",
-    "--picture",     "--white"};
+    "--set",           "--table",     "--json",       "--plot",
+    "--size",          "--save",      "--help",       "--version",
+    "--touchstone",    "--reference", "--netlist",    "--touchstone-version",
+    "--netlist-for",   "--subckt",    "--schematic",  "--touchstone-runs",
+    "--csv",           "--limits",    "--parts-list", "--measured",
+    "--csv-separator", "--from",      "--to",         "--points",
+    "--spacing",       "--picture",   "--white"};
 
 /// "1280x800" or "297x210mm".
 bool ParseSize(std::string text, PictureSize& size) {
@@ -93,7 +93,8 @@ std::string TakeWord(Target& target, const std::string& option, const std::strin
 std::string* FileOf(Arguments& arguments, const std::string& option) {
     const std::pair<const char*, std::string*> files[] = {{"--save", &arguments.SaveFile},
                                                           {"--json", &arguments.JsonFile},
-                                                          {"--plot", &arguments.PlotFile}};
+                                                          {"--plot", &arguments.PlotFile},
+                                                          {"--limits", &arguments.LimitsFile}};
     constexpr std::pair<const char*, ExportKind> kinds[] = {
         {"--touchstone", ExportKind::Touchstone},
         {"--netlist", ExportKind::Netlist},
@@ -231,6 +232,7 @@ std::string UsageText() {
         "  --picture plot|schematic|both\n"
         "                --plot for a report: with a drawn schematic and the results; --white\n"
         "  --save FILE   the inputs as a design file (*.tk_ldfilt)\n"
+        "  --limits FILE.csv            what the design must do, judged in table and JSON\n"
         "  --measured FILE.s2p          a measured network into the JSON; again for more\n"
         "  --touchstone FILE.s2p        S-parameters; --touchstone-version 2, --reference OHMS "
         "(50)\n"

@@ -33,6 +33,7 @@ struct Arguments {
     std::string JsonFile;
     std::string PlotFile;
     std::vector<std::string> MeasuredFiles;
+    std::string LimitsFile;
     ExportArguments Exports;
     PictureSize Size;                     ///< of the plot
     std::optional<PictureParts> Picture;  ///< not the window's plot: a picture for reports

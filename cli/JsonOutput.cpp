@@ -8,6 +8,7 @@
 
 #include "display/TraceMap.h"
 #include "exchange/Json.h"
+#include "limits/LimitTable.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
@@ -223,10 +224,24 @@ std::string MeasuredObject(const MeasuredNetwork& measured) {
            "}";
 }
 
+std::string LimitObject(const LimitMargin& row) {
+    const double unit = UnitFactor(row.Line.Kind);
+    return "{\"kind\": " + Quoted(NameOf(row.Line.Kind)) +
+           ", \"from_hz\": " + Number(row.Line.From) + ", \"to_hz\": " + Number(row.Line.To) +
+           ", \"value\": " + Number(row.Line.Value / unit) +
+           ", \"margin\": " + Number(row.Margin / unit) + ", \"at_hz\": " + Number(row.At) + "}";
+}
+
+std::string LimitsObject(const LimitReport& limits) {
+    return "{\"met\": " + std::string(limits.Met() ? "true" : "false") + ", \"rows\": " +
+           List(limits.Rows.size(), [&](std::size_t i) { return LimitObject(limits.Rows[i]); }) +
+           "}";
+}
+
 }  // namespace
 
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
-                     const std::vector<MeasuredNetwork>& measured) {
+                     const std::vector<MeasuredNetwork>& measured, const LimitReport& limits) {
     // Texts made from here on have points; what the calculation has left is turned where it stands.
     const char separator = SystemFormatSettings().DecimalSeparator;
     const FormatSettingsScope points({'.'});
@@ -267,6 +282,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
         member("math_errors", List(lines.size(), [&](std::size_t i) { return Quoted(lines[i]); }));
     }
     member("results", ResultsObject(design, calculation.Results));
+    if (!limits.Rows.empty()) member("limits", LimitsObject(limits));
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));

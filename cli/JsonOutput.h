@@ -6,6 +6,7 @@
 
 #include "measured/MeasuredSet.h"
 #include "pipeline/Calculation.h"
+#include "pipeline/LimitMargins.h"
 
 namespace ladderwise {
 
@@ -18,6 +19,7 @@ struct RecordedMessage {
 /// Numbers have 17 significant digits and a point whatever the locale; NaN, infinities, blank
 /// points and values that are not in use are null.
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
-                     const std::vector<MeasuredNetwork>& measured = {});
+                     const std::vector<MeasuredNetwork>& measured = {},
+                     const LimitReport& limits = {});
 
 }  // namespace ladderwise

@@ -65,7 +65,7 @@ std::string SlotLines(const FilterDesign& design) {
 
 }  // namespace
 
-std::string TableText(const Calculation& calculation) {
+std::string TableText(const Calculation& calculation, const LimitReport& limits) {
     const FilterDesign& design = calculation.Design;
     const auto shown = [](double value, const char* unit) {
         return FormatWithPrefix(value, PartDigits, unit);
@@ -84,6 +84,8 @@ std::string TableText(const Calculation& calculation) {
         text += Padded(name, resultNameWidth) + value + "\n";
     for (const auto& [name, value] : DescribeWorstCase(calculation.WorstCase))
         text += Padded(name, resultNameWidth) + value + "\n";
+    for (const LimitMargin& row : limits.Rows)
+        text += TextOf(row.Line) + ": " + TextOf(row) + "\n";
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
     return text;

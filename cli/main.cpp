@@ -21,9 +21,11 @@
 #include "display/PlotExport.h"
 #include "files/DiskFile.h"
 #include "files/PlatformFolders.h"
+#include "limits/LimitTable.h"
 #include "measured/CompanionFile.h"
 #include "measured/MeasuredDisk.h"
 #include "numbers/Formatfunctions.h"
+#include "pipeline/LimitMargins.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/Notes.h"
@@ -38,7 +40,8 @@ namespace {
 constexpr int ExitOk = 0;
 constexpr int ExitCannotWrite = 1;
 constexpr int ExitUsage = 2;
-constexpr int ExitFaultyTables = 70;  ///< an error of the program itself
+constexpr std::size_t MaxLimitsBytes = 1u << 20;  ///< of a table of limits
+constexpr int ExitFaultyTables = 70;              ///< an error of the program itself
 
 /// One design on its way through the program.
 struct Session {
@@ -49,6 +52,7 @@ struct Session {
     std::vector<ElementList> Runs;    ///< the ladders of the first of them
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
+    LimitLines Limits;
     MeasuredFiles Drawn;  ///< those, with what the companion says about them
 };
 
@@ -149,6 +153,20 @@ bool ReadMeasured(Session& session, const Arguments& arguments) {
         return false;
     }
     return true;
+}
+
+/// Reads the limits, if any. False if the file cannot be read or is no table of limits.
+bool ReadLimits(Session& session, const std::string& path) {
+    if (path.empty()) return true;
+    const FileContent file = ReadWholeFile(path, MaxLimitsBytes);
+    if (!file.Error.empty()) {
+        PrintError(file.Error);
+        return false;
+    }
+    LimitTable table = ReadLimitTable(file.Bytes);
+    if (!table.Error.empty()) PrintError(path + ": " + table.Error);
+    session.Limits = std::move(table.Lines);
+    return table.Error.empty();
 }
 
 /// Reports messages and notes on standard error: what became of the user's own entries first, since
@@ -271,7 +289,9 @@ int Run(const Arguments& arguments) {
         }
         session->Companion = OpenCompanion(arguments.DesignFile, Recorder(*session));
     }
-    if (!ApplySettings(*session, arguments) || !ReadMeasured(*session, arguments)) return ExitUsage;
+    if (!ApplySettings(*session, arguments) || !ReadMeasured(*session, arguments) ||
+        !ReadLimits(*session, arguments.LimitsFile))
+        return ExitUsage;
     Design(*session, arguments);
     PrintRemarks(*session, arguments);
     const std::string unfit = ExportUsageError(arguments.Exports, session->Calc);
@@ -279,12 +299,13 @@ int Run(const Arguments& arguments) {
         PrintError(unfit);
         return ExitUsage;
     }
+    const LimitReport limits = JudgeLimits(session->Calc.Design, session->Limits);
     bool written = SaveDesign(*session, arguments);
     written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
-    if (arguments.Table) written = WriteOutput("-", TableText(session->Calc)) && written;
+    if (arguments.Table) written = WriteOutput("-", TableText(session->Calc, limits)) && written;
     if (!arguments.JsonFile.empty())
-        written = WriteOutput(arguments.JsonFile,
-                              JsonText(session->Calc, session->Messages, session->Measured)) &&
+        written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
+                                                           session->Measured, limits)) &&
                   written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;

@@ -141,8 +141,11 @@ std::vector<LegendRow> BuildLegendRows(const PlotContent& content) {
         rows.push_back(
             {{},
              "Worst case of " + std::to_string(content.WorstCaseRuns) + " runs, nominal darker"});
-    for (std::size_t n = 1; n < content.Layers.size(); ++n)
-        rows.push_back({SamplesOf(content.Layers[n], content.Choices), content.Layers[n].Name});
+    for (std::size_t n = 1; n < content.Layers.size(); ++n) {
+        const std::vector<LegendSample> samples = SamplesOf(content.Layers[n], content.Choices);
+        rows.push_back(
+            {samples, content.Layers[n].Name + (samples.empty() ? ": none of these traces" : "")});
+    }
     const int points = PointsInBandWidth(design);
     if (points < FewestBandWidthPoints && design.NumElements > 0)
         rows.push_back({{},

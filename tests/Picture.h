@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cstdlib>
+#include <vector>
 
 namespace ladderwise {
 
@@ -45,25 +46,32 @@ public:
     /// The rectangles of all places within an area (empty: anywhere) where a text stands, whole and
     /// in a colour: its advance wide and a line high. Lines of a grid may run through it.
     QList<QRect> Find(const QString& text, QColor colour = Qt::black, QRect area = {}) const {
-        if (area.isEmpty()) area = image.rect();
-        const QImage wanted = Written(text, colour);
-        QList<QPoint> ink, blank;
-        for (int y = 0; y < wanted.height(); ++y)
-            for (int x = 0; x < wanted.width(); ++x)
-                if (Near(wanted.pixel(x, y), colour.rgb(), InkTolerance)) ink << QPoint(x, y);
-        for (int y = ink.value(0).y(); y <= ink.value(ink.size() - 1).y(); ++y)
-            for (int x = 0; x < wanted.width(); ++x)
-                if (wanted.pixel(x, y) == background.rgb()) blank << QPoint(x, y);
+        area = area.isEmpty() ? image.rect() : area & image.rect();
+        const Picture wanted(Written(text, colour), font, background);
+        // Ink of the picture and of the text; a rim that is neither ink nor blank may be either.
+        std::vector<char> inked(static_cast<std::size_t>(image.width()) * image.height());
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            for (int x = area.left(); x <= area.right(); ++x)
+                inked[y * image.width() + x] = Has(x, y, colour, InkTolerance);
+        std::vector<int> ink, blank;  // offsets from a text's left top corner
+        int last = 0;
+        for (int y = 0; y < wanted.Rect().height(); ++y)
+            for (int x = 0; x < wanted.Rect().width(); ++x)
+                if (wanted.Has(x, y, colour, InkTolerance))
+                    ink.push_back(last = y * image.width() + x);
+        if (ink.empty()) return {};
+        for (int y = ink.front() / image.width(); y <= last / image.width(); ++y)
+            for (int x = 0; x < wanted.Rect().width(); ++x)
+                if (wanted.Has(x, y, background)) blank.push_back(y * image.width() + x);
         QList<QRect> found;
-        for (int y = area.top(); y + wanted.height() - 1 <= area.bottom(); ++y)
-            for (int x = area.left(); x + wanted.width() - 1 <= area.right(); ++x) {
-                const QPoint at(x, y);
-                const auto inked = [&](QPoint p) {
-                    return Near(image.pixel(at + p), colour.rgb(), InkTolerance);
-                };
-                if (ink.isEmpty() || !std::all_of(ink.begin(), ink.end(), inked)) continue;
-                const auto other = std::count_if(blank.begin(), blank.end(), inked);
-                if (other * 100 <= blank.size()) found << QRect(at, wanted.size());
+        for (int y = area.top(); y + wanted.Rect().height() - 1 <= area.bottom(); ++y)
+            for (int x = area.left(); x + wanted.Rect().width() - 1 <= area.right(); ++x) {
+                const char* const at = &inked[y * image.width() + x];
+                const auto is = [at](int offset) { return at[offset] != 0; };
+                if (!std::all_of(ink.begin(), ink.end(), is)) continue;
+                const auto other = std::count_if(blank.begin(), blank.end(), is);
+                if (static_cast<std::size_t>(other) * 100 <= blank.size())
+                    found << wanted.Rect().translated(x, y);
             }
         return found;
     }

@@ -27,7 +27,7 @@ namespace {
 
 enum Column { NameColumn, DataColumn, NumColumns };
 
-constexpr QSize MeasuredStartSize(600, 370);
+constexpr QSize MeasuredStartSize(600, 400);
 constexpr int SwatchSize = 12;  ///< pixels of a colour beside a name
 constexpr int LeastTableHeight = 90;
 constexpr int CableLetters = 9;

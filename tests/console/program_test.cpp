@@ -93,6 +93,33 @@ TEST(Program, TheTableIsTheDefault) {
     EXPECT_FALSE(Launch({"--json", "-"}).Out.contains("Pole"));
 }
 
+TEST(Program, JudgesTheLimitsOfAFile) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("need.csv"), broken = folder.filePath("broken.csv");
+    const auto write = [](const QString& name, const char* text) {
+        QFile file(name);
+        return file.open(QIODevice::WriteOnly) && file.write(text) > 0;
+    };
+    ASSERT_TRUE(
+        write(path, "kind,from_mhz,to_mhz,value\natten-max,0,200,3.1\natten-min,400,600,18\n"));
+    ASSERT_TRUE(write(broken, "kind,from_mhz,to_mhz,value\natten-min,400,300,18\n"));
+    const QJsonObject json =
+        QJsonDocument::fromJson(Launch({"--limits", path, "--json", "-"}).Out).object();
+    EXPECT_TRUE(json["limits"]["met"].toBool());
+    const QJsonValue stop = json["limits"]["rows"][1];
+    EXPECT_EQ(stop["kind"].toString(), "atten-min");
+    EXPECT_NEAR(stop["margin"].toDouble(), 10.0 * std::log10(65.0) - 18.0, 1e-9);
+    EXPECT_EQ(stop["at_hz"].toDouble(), 400e6);
+    const QByteArray table = Launch({"--limits", path}).Out;
+    EXPECT_TRUE(
+        table.contains("attenuation at least 18 dB from 400.000 MHz to 600.000 MHz: "
+                       "holds by 0.13 dB at 400.000 MHz\n"))
+        << table.toStdString();
+    const Outcome refused = Launch({"--limits", broken});
+    EXPECT_EQ(refused.ExitCode, 2);
+    EXPECT_TRUE(refused.Error.contains("broken.csv: line 2: it ends below its beginning"));
+}
+
 TEST(Program, JsonKeepsItsPointInACommaLocale) {
     const QStringList design = {"--set", "f0=145.825", "--json", "-"};
     const Outcome point = Launch(design), comma = Launch(design, "de_DE.UTF-8");

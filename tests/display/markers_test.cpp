@@ -197,6 +197,25 @@ TEST(ReadOuts, CursorReadsTheTracesAndTheReference) {
     EXPECT_DOUBLE_EQ(VswrOf(20.0 * std::log10(0.5)), 3.0);
 }
 
+TEST(ReadOuts, FlowIntoTheRowsThatFit) {
+    const std::vector<ReadOutText> texts(9, {"0123456789", Black});
+    for (const int width : {70, 212, 400, 1000}) {
+        const std::vector<PlotText> placed = FlowTexts(texts, width, 39, 16, Metrics);
+        ASSERT_EQ(placed.size(), texts.size());
+        const double scale = placed[0].Scale;
+        const int own = TextMetrics(Metrics.Scaled(scale)).Width("0123456789");
+        const int inARow = std::max(1, (width + 16) / (own + 16));
+        for (std::size_t n = 0; n < placed.size(); ++n) {
+            EXPECT_EQ(placed[n].X, static_cast<int>(n % inARow) * (own + 16)) << width;
+            EXPECT_EQ(placed[n].Y > placed[n - n % inARow].Y, false) << width;
+            if (n < static_cast<std::size_t>(inARow)) continue;
+            EXPECT_GT(placed[n].Y, placed[n - inARow].Y) << width;
+        }
+        // Nine rows of 13 pixels are too high for 39; three of three, or one, are not.
+        EXPECT_EQ(scale == 1.0, width >= 212) << width;
+    }
+}
+
 TEST(Legend, StandsWhereNoTraceRuns) {
     TraceChoices choices;
     choices.ReturnLoss = true;
@@ -218,6 +237,13 @@ TEST(Legend, StandsWhereNoTraceRuns) {
     const Legend legend = PlaceLegend(rows, Metrics, cover);
     EXPECT_EQ(before.Cost(legend.Box), 0);
     EXPECT_GT(cover.Cost(legend.Box), 0);
+    // Where all corners and edges are taken, in what is left.
+    PlotCover crowded(sweep.Layout);
+    for (const PlotRect& block : {PlotRect{60, 185, 500, 400}, PlotRect{860, 185, 360, 400},
+                                  PlotRect{560, 185, 300, 80}, PlotRect{560, 460, 300, 125}})
+        crowded.AddBlock(block);
+    const PlotCover taken = crowded;
+    EXPECT_EQ(taken.Cost(PlaceLegend(rows, Metrics, crowded).Box), 0);
     design.PassType = PassType::BandPassCanonical;
     EXPECT_EQ(BuildLegendRows({design, choices, {{Response.Traces()}}, {}}).size(), 2u);
     design.BandWidth = 1e6;

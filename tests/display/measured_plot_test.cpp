@@ -15,7 +15,7 @@ namespace ladderwise {
 namespace {
 
 constexpr double From = 150e6, To = 250e6;  // Hz
-constexpr double Level = -25.0;             // dB
+constexpr double Level = -15.0;             // dB
 const TextMetrics PadMetrics{
     [](const std::string& text) { return 6 * static_cast<int>(text.size()); }, 13};
 
@@ -116,14 +116,14 @@ TEST(MeasuredPlot, IsNamedAndReadBesideTheDesign) {
             texts += trace.Text.Text + "|";
         return texts;
     };
-    EXPECT_NE(at(200e6).find("|pad Mag -25.00 dB (-25.00 dB off)|pad Phase 0.0\u00b0 ("),
+    EXPECT_NE(at(200e6).find("|pad Mag -15.00 dB (-15.00 dB off)|pad Phase 0.0\u00b0 ("),
               std::string::npos)
         << at(200e6);
     EXPECT_EQ(at(145e6).find("pad"), std::string::npos);
     std::string table;
     for (const MarkerReading& row : BuildMarkerTable(content))
         table += row.Name + ": " + row.OfDesign + "|" + row.OfReference + "\n";
-    EXPECT_NE(table.find("Mag, pad: -25.00 dB (-25.00 dB off)|\n"), std::string::npos) << table;
+    EXPECT_NE(table.find("Mag, pad: -15.00 dB (-15.00 dB off)|\n"), std::string::npos) << table;
     EXPECT_NE(table.find("M2 110.0 MHz, Mag, pad: none|\n"), std::string::npos) << table;
 }
 

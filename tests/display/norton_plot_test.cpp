@@ -33,6 +33,9 @@ TEST(NortonValuePlot, MarksStandAtTheirValues) {
         EXPECT_NEAR(plot.Points[k].Y, wanted[k].second, 1) << k;
         EXPECT_EQ(plot.Points[k].X, plot.Points[k % 4].X) << k;
     }
+    EXPECT_EQ(std::count_if(plot.Texts.begin(), plot.Texts.end(),
+                            [](const PlotText& t) { return t.Text == "0"; }),
+              1);
     // Every part is named below its mark.
     const std::pair<const char*, int> names[] = {{"C1", 0}, {"C7", 3}, {"L2", 0}, {"L3", 1}};
     for (const auto& [name, column] : names) {

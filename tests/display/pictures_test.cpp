@@ -88,7 +88,7 @@ const Trace traces[] = {
          const double x = std::pow(f / F0, 6);
          return (10.0 - 10.0 * std::log10(x / (1.0 + x) + 1e-100)) / 100.0;
      }},
-    {&TraceChoices::GroupDelay, QColor(0, 96, 0), "Group delay 600.0 ps/div", [](double f) {
+    {&TraceChoices::GroupDelay, QColor(0, 96, 0), "Group delay 600 ps/div", [](double f) {
          const double w = f / F0, d = (1 - w * w) * (1 - w * w) + w * w;
          return 1.0 - (1 / (1 + w * w) + (1 + w * w) / d) / (TwoPi * F0) / 6e-9;
      }}};
@@ -117,20 +117,23 @@ QRect PlaceOf(const Picture& picture, const QString& text, const QRect& area = {
 
 // Every column of the plot: ink where the response has it, and none anywhere else.
 TEST(Pictures, ATraceRunsWhereItsResponseDoes) {
-    for (const Axis& axis : axes)
+    for (const Axis& axis : {axes[0], axes[1], axes[5]})
         for (const Trace& trace : traces) {
             SCOPED_TRACE(std::string(trace.Legend) + " " + axis.Labels.front().second);
             const ButterworthResponse made = MakeButterworth(axis.Sweep);
             const Picture picture = PictureOf(made.Content(Only(trace.Choice)));
-            QRect legend = PlaceOf(picture, trace.Legend);
+            QRect legend = PlaceOf(picture, trace.Legend, plain);
             EXPECT_GT(picture.Ink(legend.translated(-28, 0), trace.Colour, 40), 30);
+            EXPECT_GT(picture.Ink(QRect(legend.left(), legend.top() - 8, legend.width(), 5),
+                                  QColor(128, 128, 128)),
+                      9 * legend.width() / 10);  // its frame
             legend.adjust(-40, -8, 8, 8);
             // The read-out at 6 dB, 1 + w^6 = 10^0.6, names its place.
-            const QRect dot(qRound(plain.left() + 1160 * ShareOf(axis, 239.87e6)) - 5,
-                            qRound(plain.top() + 400 * trace.Down(239.87e6)) - 5, 11, 11);
-            QRect label = picture.Find("6 dB Freq = ", trace.Colour).value(0);
+            const QRect dot(qRound(plain.left() + 1160 * ShareOf(axis, 239.87e6)) - 7,
+                            qRound(plain.top() + 400 * trace.Down(239.87e6)) - 7, 15, 15);
+            QRect label = picture.Find("6 dB Freq = ", trace.Colour, plain).value(0);
             if (trace.Choice == &TraceChoices::Mag10dB || trace.Choice == &TraceChoices::Mag1dB) {
-                EXPECT_GT(picture.Ink(dot, trace.Colour), 40);
+                EXPECT_GT(picture.Ink(dot, trace.Colour), 30);
                 EXPECT_TRUE(label.intersects(dot.adjusted(-80, -30, 30, 30)));
             }
             label = label.isEmpty() ? dot : label.adjusted(0, 0, label.width(), 0).united(dot);

@@ -14,16 +14,6 @@
 namespace ladderwise {
 namespace {
 
-using Settings = std::vector<std::pair<std::string, std::string>>;
-
-std::unique_ptr<Calculation> Designed(const Settings& settings) {
-    auto calculation = std::make_unique<Calculation>();
-    for (const auto& [name, value] : settings)
-        EXPECT_EQ(ApplySetting(*calculation, name, value, {}), std::nullopt) << name;
-    Calculate(*calculation, {});
-    return calculation;
-}
-
 std::vector<double> DenseLevels(const FilterDesign& design, double low, double high, int count) {
     std::vector<double> levels;
     for (int i = 0; i < count; ++i)

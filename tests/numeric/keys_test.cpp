@@ -75,23 +75,6 @@ TEST(FunctionKeys, OnValuesOfAllKindsAndOutside) {
     EXPECT_EQ(tank.V2, C);
 }
 
-TEST(FunctionKeys, CyclesOfResponseAndSweep) {
-    Calculation calculation;
-    int& response = calculation.Inputs.Choice(ChoiceId::Response);
-    int& sweep = calculation.Inputs.Choice(ChoiceId::Sweep);
-    for (const auto& [before, after] :
-         {std::pair{0, 1}, {6, 7}, {10, 11}, {11, 0}, {12, 0}, {13, 0}}) {
-        response = before;
-        EXPECT_EQ(ApplyFormKey(calculation, FormKey::F4, {}, {}), KeyOutcome::FullCalculate);
-        EXPECT_EQ(response, after);
-    }
-    for (int before = 0; before < 6; ++before) {
-        sweep = before;
-        EXPECT_EQ(ApplyFormKey(calculation, FormKey::F7, {}, {}), KeyOutcome::FullCalculate);
-        EXPECT_EQ(sweep, (before + 1) % 6);
-    }
-}
-
 TEST(FunctionKeys, PercentChangeIsBounded) {
     const std::pair<const char*, double> cases[] = {
         {"7.5", 7.5}, {"0", 0.01}, {"100.1", 100.0}, {"much", 5.0}};

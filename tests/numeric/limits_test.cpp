@@ -11,20 +11,10 @@
 #include "limits/LimitPresets.h"
 #include "limits/LimitTable.h"
 #include "pipeline/LimitMargins.h"
-#include "pipeline/NamedSettings.h"
+#include "tests/numeric/support.h"
 
 namespace ladderwise {
 namespace {
-
-using Settings = std::vector<std::pair<std::string, std::string>>;
-
-std::unique_ptr<Calculation> Designed(const Settings& settings) {
-    auto calculation = std::make_unique<Calculation>();
-    for (const auto& [name, value] : settings)
-        EXPECT_EQ(ApplySetting(*calculation, name, value, {}), std::nullopt) << name;
-    Calculate(*calculation, {});
-    return calculation;
-}
 
 TEST(LimitTables, OfAllKindsReadAndWriteTheSame) {
     const LimitLines lines = {{LimitKind::AttenMax, 0.0, 30e6, 0.5},

@@ -135,7 +135,7 @@ TEST(MeasuredSets, FollowTheDesignAndTheirOptions) {
     files[0].Hidden = true;
     EXPECT_TRUE(set.LayersOf(files, design).empty());
     const auto summaries = set.Describe(files, design);
-    EXPECT_EQ(summaries[0].Data, "4 points, 50 MHz to 400 MHz, two ports at 50 \u03a9");
+    EXPECT_EQ(summaries[0].Data, "4 points, 50.0 MHz to 400 MHz, two ports at 50 \u03a9");
     EXPECT_EQ(summaries[0].Remarks[1],
               "S22 is not measured; for the design's terminations that of the design was used.");
     EXPECT_FALSE(summaries[1].IsUsable || summaries[2].IsUsable);

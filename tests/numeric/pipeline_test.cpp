@@ -18,8 +18,6 @@
 namespace ladderwise {
 namespace {
 
-using Settings = std::vector<std::pair<std::string, std::string>>;
-
 /// A calculation with the messages that it gave.
 struct Session : Recorder {
     const std::unique_ptr<Calculation> Owner = std::make_unique<Calculation>();
@@ -242,8 +240,8 @@ TEST(Pipeline, NortonStepsAndSearches) {
     OptimizeNorton(session.Inputs, session.Design);
     session.Run({});
     EXPECT_NE(DescribeStatus(session.Calc)
-                  .Text.find("The search chose K 152.35, but it goes no higher "
-                             "than 100: 100 used."),
+                  .Warnings.find("The search chose K 152.35, but it goes no higher "
+                                 "than 100: 100 used."),
               std::string::npos);
 }
 

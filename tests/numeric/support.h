@@ -2,16 +2,21 @@
 // form of the analysis, and a decimal separator for the length of a test.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <numbers>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "analysis/Circuitanalysis.h"
 #include "numbers/Formatfunctions.h"
+#include "pipeline/NamedSettings.h"
 
 namespace ladderwise {
 
@@ -122,5 +127,16 @@ struct Recorder {
         };
     }
 };
+
+/// Inputs by their names on the console.
+using Settings = std::vector<std::pair<std::string, std::string>>;
+
+inline std::unique_ptr<Calculation> Designed(const Settings& settings) {
+    auto calculation = std::make_unique<Calculation>();
+    for (const auto& [name, value] : settings)
+        EXPECT_EQ(ApplySetting(*calculation, name, value, {}), std::nullopt) << name;
+    Calculate(*calculation, {});
+    return calculation;
+}
 
 }  // namespace ladderwise

@@ -150,6 +150,16 @@ private slots:
         help.ShowPage(HelpPage::Transform);
         const auto* const browser = Find<QTextBrowser>(help, "HelpText");
         QCOMPARE(Find<QTreeWidget>(help, "HelpContents")->topLevelItemCount(), NumHelpPages);
+        for (int page = 0; page < NumHelpPages; ++page) {
+            const auto* const entry = Find<QTreeWidget>(help, "HelpContents")->topLevelItem(page);
+            QStringList entries, headings;
+            for (int k = 0; k < entry->childCount(); ++k)
+                entries << entry->child(k)->text(0);
+            for (const HelpHeading& heading : Page(page).Headings)
+                if (heading.Level == 2) headings << heading.Text;
+            QCOMPARE(entries, headings);
+            QVERIFY(entries.size() > 3);
+        }
         const auto find = [&](const char* text, bool backward) {
             Find<QLineEdit>(help, "HelpFindBox")->setText(text);
             help.FindText(backward);

@@ -20,6 +20,7 @@ public:
                                 [](const QString&) { return UnsavedAnswer::Discard; },
                                 {},
                                 [](const QString&) { return ChangedAnswer::Cancel; },
+                                {},
                                 [this](const FileDialogTexts&) { return Chosen; }});
     }
 
@@ -40,9 +41,11 @@ public:
             urls << QUrl::fromLocalFile(path);
         data.setUrls(urls);
         QWidget* const at = target ? target : Find("PlotArea");
-        QDropEvent event(QPointF(at->rect().center()), Qt::CopyAction, &data, Qt::LeftButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(at, &event);
+        const QPoint middle = at->rect().center();
+        QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(at, &enter);
+        QDropEvent drop(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        if (enter.isAccepted()) QApplication::sendEvent(at, &drop);
         Settle();
         Window->FinishDrawing();
     }
@@ -72,7 +75,11 @@ public:
         const auto [from, to] = TealAt(dB);
         return std::fabs(from - 150.0) < 2.0 && std::fabs(to - 250.0) < 2.0;
     }
-    bool NothingAt(double dB) const { return TealAt(dB).second == 0.0; }
+    /// No trace begins there; the name of another may stand to its right.
+    bool NothingAt(double dB) const {
+        const double from = TealAt(dB).first;
+        return from == 0.0 || from > 160.0;
+    }
 
     QWidget* Open() {
         Trigger("MeasuredDataMenu");
@@ -83,21 +90,23 @@ public:
     QStringList Chosen;
 
 private:
-    /// The black frame of the plot, by its left and upper lines.
+    /// The black frame of the plot. Traces lie over it here and there: its upper and lower lines
+    /// are the outermost ones that are black in three places.
     static QRect FrameOf(const QImage& image) {
         const auto black = [&](int x, int y) {
-            return image.pixelColor(x, y) == QColor(Qt::black);
+            return image.rect().contains(x, y) && image.pixelColor(x, y) == QColor(Qt::black);
         };
-        int left = 0, top = 0, right = image.width() - 1, bottom;
         const int middle = image.height() / 3 + 7;
-        while (!black(left, middle))
+        int left = 0, right = image.width() - 1, top = middle, bottom = middle;
+        while (left < right && !black(left, middle))
             ++left;
-        while (!black(right, middle))
+        while (right > left && !black(right, middle))
             --right;
-        for (top = middle; black(left, top - 1);)
-            --top;
-        for (bottom = middle; black(left, bottom + 1);)
-            ++bottom;
+        for (int y = 0; y < image.height(); ++y) {
+            if (!black(left + 3, y) || !black(left + 100, y) || !black(right - 9, y)) continue;
+            top = std::min(top, y);
+            bottom = y;
+        }
         return {QPoint(left, top), QPoint(right - 1, bottom - 1)};
     }
 };
@@ -151,6 +160,7 @@ private slots:
         QVERIFY(f.DrawnAt(-30));
         // Into 200 ohm an attenuator's output is reflected by 0.6 (its own 30 dB move this by less
         // than 0.3 dB).
+        f.Check("PlotReturnLossBox");
         f.Enter("RLBox", "200");
         QVERIFY(f.NothingAt(-25) && f.DrawnAt(-25.0 + 10.0 * std::log10(0.64)));
         QVERIFY2(

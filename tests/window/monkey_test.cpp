@@ -30,6 +30,7 @@ public:
             "^(?!qt_|AboutMenu|PrintMenu|SetSeedMenu|Help|.*HelpButton).");
         actions = f.Window->findChildren<QAction*>(named);
         buttons = f.Window->findChildren<QAbstractButton*>(named);
+        f.ExpectModal("Export");
     }
 
     /// Does something and tells what, for the log of a failed run.

@@ -1,0 +1,81 @@
+// What is shown of the session's document: on the plot, in pictures and exports; and the measured
+// files of it, which are read when they are to be drawn.
+#include <utility>
+
+#include "app/DesignSession.h"
+#include "measured/MeasuredDisk.h"
+
+namespace ladderwise {
+
+PlotContent DesignSession::Content() const {
+    const Calculation& work = Document.Work;
+    std::vector<PlotLayer> layers;
+    if (Document.ReferenceShown()) {
+        const ReferenceDesign& reference = *Document.Reference();
+        layers.push_back(LayerOf(reference.Design, reference.Quantities, LayerRole::Reference,
+                                 ReferenceName(reference, work.Design)));
+    }
+    for (PlotLayer& layer : measured.LayersOf(Document.Measured, work.Design))
+        layers.push_back(std::move(layer));
+    PlotContent content = ContentOf(work.Design, ShownTraces(work), work.Quantities, layers);
+    content.Markers = Document.Markers;
+    content.WorstCaseRuns = Document.WorstCaseRuns();
+    return content;
+}
+
+/// The runs of the worst case that is drawn, once more.
+void DesignSession::RepeatRuns(const PlotRunCallback& run) {
+    FinishDrawing();
+    if (Document.Work.WorstCase.Runs == 0) return;
+    AskForRepeat(Document.Work);
+    FinishCalculation(Document.Work, report, [&run](const AnalysedRun& analysed) {
+        if (analysed.Number > 0) run(analysed);
+    });
+}
+
+PictureContent DesignSession::Picture(std::vector<OverlayRun>& runs) {
+    if (runs.empty())
+        RepeatRuns([&runs](const AnalysedRun& run) {
+            runs.push_back({run.Quantities, run.Response});
+        });
+    PictureContent picture{Content(), Answers()};
+    for (const OverlayRun& run : runs)
+        picture.Plot.Overlays.push_back(run.Traces());
+    return picture;
+}
+
+std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
+    std::vector<ElementList> ladders;
+    RepeatRuns([&](const AnalysedRun& run) {
+        if (run.Number <= count) ladders.push_back(Document.Work.Design.Elements);
+    });
+    return ladders;
+}
+
+// --- measured data
+
+/// Those of the document that were not read yet. Nobody is told of faults before all is drawn.
+void DesignSession::ReadMeasured() {
+    for (const MeasuredFile& file : Document.Measured) {
+        if (measured.Find(file.Path)) continue;
+        MeasuredNetwork network = OpenMeasured(file.Path, ReadRegularFile);
+        if (!network.Error.empty())
+            measuredFaults += (measuredFaults.empty() ? "" : "\n\n") + network.Error;
+        measured.Put(std::move(network));
+    }
+}
+
+std::vector<MeasuredSummary> DesignSession::MeasuredSummaries() const {
+    return measured.Describe(Document.Measured, Document.Work.Design);
+}
+
+void DesignSession::TellMeasuredFaults() {
+    const std::string faults = std::exchange(measuredFaults, {});
+    if (faults.empty()) return;
+    report(
+        "Error",
+        faults +
+            "\n\nA file that cannot be used stays in the list of measured data, but is not shown.");
+}
+
+}  // namespace ladderwise

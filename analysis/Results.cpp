@@ -151,6 +151,7 @@ std::optional<Maximum> FindPeak(const FilterDesign& design, const ResponseSample
     if (end && (!peak || !(peak->Level > end->Level + LeastRise))) return end;
     if (!peak && IsBandPass(design.PassType))
         peak = NearestWithin(design, samples, WholeScan(design));
+    if (peak && peak->Level < NothingPasses) peak.reset();
     return peak;
 }
 
@@ -230,7 +231,7 @@ std::optional<ResponsePeak> FindOtherBand(const FilterDesign& design,
     own.High = std::max(own.High, samples.F[above]);
     const auto other = HighestWithin(design, samples, WholeScan(design), own);
     if (!other || other->Level < peak.Level - OtherBandDepth) return std::nullopt;
-    return ResponsePeak{Polished(design, *other, {}).Frequency, -other->Level};
+    return PeakOf(samples, Polished(design, *other, {}));
 }
 
 /// The largest reflection between two frequencies, ends included, raises `worst` (dB) and `at`.

@@ -48,6 +48,9 @@ QStringList FaultsOf(QWidget* window) {
         const auto* const told = QAccessible::queryAccessibleInterface(control);
         if ((stop || button) && told->text(QAccessible::Name).isEmpty())
             faults << control->objectName() + " has no name";
+        // A tool tip counts as a name, but is not to be seen.
+        if (button && !button->inherits("QToolButton") && button->text().isEmpty())
+            faults << control->objectName() + " has no caption";
         if (stop && usable && !reached.contains(control))
             faults << "no Tab to " + control->objectName();
         if (usable && label && label->buddy()) captions << label->text();

@@ -78,12 +78,14 @@ TEST(NortonValuePlot, NoTextLiesOnAnother) {
             EXPECT_EQ(atBottom, 2) << most;
             EXPECT_EQ(atTop, 2) << most;
             // Amid a high plot each of the two stands at its mark.
-            for (const char* const value : {"3.00 pF", "3.00 nH"}) {
+            for (const char* const value :
+                 {"3.00 pF", "3.00 nH", "title", "Parts from source to load"}) {
                 const auto text = std::find_if(plot.Texts.begin(), plot.Texts.end(),
                                                [&](const PlotText& t) { return t.Text == value; });
                 ASSERT_NE(text, plot.Texts.end());
                 const int away = std::abs(text->Y + 7 - plot.Points[1].Y);
-                EXPECT_TRUE(away < 14 || height == 300) << value << " " << away;
+                const bool isValue = value[0] == '3';
+                EXPECT_TRUE(away < 14 || height == 300 || !isValue) << value << " " << away;
             }
         }
 }

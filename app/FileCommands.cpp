@@ -17,6 +17,8 @@ namespace ladderwise {
 
 namespace {
 
+constexpr const char* ExportName = "Export";  // remembered: kind and options
+constexpr const char* ExportFolderName = "ExportFolder";
 constexpr const char* DesignFilter = "Design Files (*.tk_ldfilt)";
 constexpr const char* MeasuredFilter = "Touchstone Files (*.s1p *.s2p *.ts *.S1P *.S2P *.TS)";
 constexpr const char* Welcome =
@@ -220,13 +222,24 @@ void FileCommands::Export(const ExportSubject& subject) {
                                     return dialogs.AskReplace && dialogs.AskReplace(files);
                                 },
                                 report};
-    const QString last = Name(settings.ExportFolder);
+    const QString last = Name(exportFolder);
     const bool there = !last.isEmpty() && QFileInfo(last).isDir();
     ExportDialog dialog(subject, exportHost, LastExport(),
                         there ? last : StartFolder(document.File()), window);
     dialog.exec();
-    settings.Export = ChoiceText(dialog.Choice());
-    settings.ExportFolder = dialog.Folder().toStdString();
+    lastExport = ChoiceText(dialog.Choice());
+    exportFolder = dialog.Folder().toStdString();
+}
+
+void FileCommands::RestoreExport(const Remembered& remembered) {
+    lastExport = remembered.Value(ExportName).toString().toStdString();
+    exportFolder = remembered.Value(ExportFolderName).toString().toStdString();
+}
+
+void FileCommands::KeepExport(Remembered& remembered) const {
+    if (lastExport.empty()) return;
+    remembered.Store(ExportName, Name(lastExport));
+    remembered.Store(ExportFolderName, Name(exportFolder));
 }
 
 std::vector<std::string> FileCommands::ChooseMeasured() const {

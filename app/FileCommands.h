@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/FileDialogs.h"
+#include "controls/Remembered.h"
 #include "files/Directories.h"
 #include "files/Settings.h"
 #include "pipeline/DesignDocument.h"
@@ -60,7 +61,10 @@ public:
 
     /// The dialog that exports a design; what was exported last, and where to, is remembered.
     void Export(const ExportSubject& subject);
-    ExportChoice LastExport() const { return ReadChoiceText(settings.Export); }
+    ExportChoice LastExport() const { return ReadChoiceText(lastExport); }
+    void RestoreExport(const Remembered& remembered);
+    void KeepExport(Remembered& remembered) const;
+
     /// The full paths of measured files chosen in a dialog; none: it was cancelled.
     std::vector<std::string> ChooseMeasured() const;
 
@@ -92,6 +96,8 @@ private:
     std::optional<Folders> folders;
     ProgramSettings settings;
     ProgramSettings settingsRead;  ///< as they were after start-up
+    std::string lastExport;        ///< its kind and options, as the dialog writes them
+    std::string exportFolder;
 };
 
 }  // namespace ladderwise

@@ -162,12 +162,14 @@ void MainWindow::SetFileDialogs(FileDialogs replacement) {
 void MainWindow::Remember(const Folders& found) {
     remembered.Open(QString::fromStdString(found.SettingsFolder));
     remembered.RestoreSize(this);
+    files->RestoreExport(remembered);
     for (QWidget* const window : windows->All())
         remembered.RestoreSize(window);
 }
 
 void MainWindow::WriteRemembered() {
     remembered.StoreSize(this);
+    files->KeepExport(remembered);
     for (const QWidget* const window : windows->All())
         remembered.StoreSize(window);
     remembered.Store(PartValuesName, findChild<QAction*>(PartValuesName)->isChecked());

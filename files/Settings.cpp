@@ -22,8 +22,6 @@ enum class Line {
     SamplingFrequency = 10,
     Threshold = 12,
     ReadOutMenu = 30,
-    Export = 40,
-    ExportFolder = 41,
     Previous = 50
 };
 
@@ -85,12 +83,6 @@ bool Take(const Entry& entry, ProgramSettings& settings, std::vector<std::string
         case Line::ReadOutMenu:
             settings.ReadOutMenu = entry.Value == "0";
             return true;
-        case Line::Export:
-            settings.Export = entry.Value;
-            return true;
-        case Line::ExportFolder:
-            settings.ExportFolder = entry.Value;
-            return true;
         case Line::Previous:
             if (!entry.Value.empty()) previous.push_back(entry.Value);
             return true;
@@ -107,9 +99,6 @@ std::string SettingsText(const ProgramSettings& settings) {
         LineText(Line::SamplingFrequency, fit(settings.SamplingFrequency), "Sampling Frequency") +
         LineText(Line::Threshold, WithSeparator(fit(settings.Threshold), '.'), "Plot Threshold") +
         LineText(Line::ReadOutMenu, settings.ReadOutMenu ? "0" : "1", "Mouse Read Out Menu");
-    if (!fit(settings.Export).empty()) text += LineText(Line::Export, settings.Export, "Export");
-    if (!fit(settings.ExportFolder).empty())
-        text += LineText(Line::ExportFolder, settings.ExportFolder, "Export Folder");
     std::vector<std::string> paths = settings.Recent.Paths();
     std::erase_if(paths, [](const std::string& path) { return !FitsOneLine(path); });
     paths.resize(MaxRecentFiles);  // lines of unused places keep the file complete
@@ -147,8 +136,6 @@ ProgramSettings MergedSettings(const ProgramSettings& own, const ProgramSettings
     keep(&ProgramSettings::SamplingFrequency);
     keep(&ProgramSettings::Threshold);
     keep(&ProgramSettings::ReadOutMenu);
-    keep(&ProgramSettings::Export);
-    keep(&ProgramSettings::ExportFolder);
     merged.Recent.MergeInto(kept.Recent.Paths());
     return merged;
 }

@@ -21,8 +21,6 @@ struct ProgramSettings {
     std::string Threshold;          ///< of GDPhaseThresholdBox, dB
     bool ReadOutMenu = false;       ///< check of a hidden menu item, kept for the layout
     RecentFiles Recent;
-    std::string Export{};        ///< what was exported last, as the export dialog writes it
-    std::string ExportFolder{};  ///< and where to
 };
 
 /// The lines of the file: "identifier , value , key". Paths that cannot stand in one line are left

@@ -16,7 +16,7 @@ namespace ladderwise {
 namespace {
 
 constexpr double delayStep = 1e-6;  // relative, to either side
-constexpr int placeDigits = 5;  // after the first
+constexpr int placeDigits = 5;      // after the first
 constexpr int marginDecimals = 2;
 constexpr int closeDecimals = 4;  // of a margin that two decimals would show as nothing
 

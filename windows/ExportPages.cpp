@@ -236,13 +236,13 @@ void ExportPages::BuildSchematic() {
 
 QComboBox* ExportPages::BuildTable(const char* name) {
     QFormLayout* const form = AddPage();
-    return AddCombo(form, name, "&Separator",
+    return AddCombo(form, name, "Separa&tor",
                     {"Comma, with decimal points", "Semicolon, with decimal commas"});
 }
 
 void ExportPages::BuildPicture() {
     QFormLayout* const form = AddPage();
-    parts = AddCombo(form, "ExportPartsBox", "&Shows", {"Plot", "Schematic", "Plot and schematic"});
+    parts = AddCombo(form, "ExportPartsBox", "Sh&ows", {"Plot", "Schematic", "Plot and schematic"});
     background =
         AddCombo(form, "ExportBackgroundBox", "&Background", {"As on the screen", "White"});
     format = AddCombo(form, "ExportFormatBox", "&Format",

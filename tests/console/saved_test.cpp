@@ -149,7 +149,8 @@ TEST(SavedDesigns, TheReasonOfAMovedLoadIsACodeAndOnceWasASentence) {
     EXPECT_EQ(wanted(), 0);
 }
 
-// The file holds what was asked for; opened with an odd order nothing moves it, and nothing is told.
+// The file holds what was asked for; opened with an odd order nothing moves it, and nothing is
+// told.
 TEST(SavedDesigns, ALoadThatIsNotMovedAnyMoreIsNotToldAsMoved) {
     const auto saved = std::make_unique<Calculation>(), opened = std::make_unique<Calculation>();
     saved->Inputs.Choice(ChoiceId::Response) = static_cast<int>(ResponseType::Chebyshev);

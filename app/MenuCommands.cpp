@@ -13,6 +13,7 @@
 #include "app/PlotArea.h"
 #include "app/SecondaryWindows.h"
 #include "app/ValueGrid.h"
+#include "pipeline/SavedDesigns.h"
 #include "windows/ExportDialog.h"
 #include "windows/PrintScreen.h"
 #include "windows/SeedDialog.h"

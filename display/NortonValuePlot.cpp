@@ -209,7 +209,15 @@ private:
         const int under = y + ValueMarkSize / 2;
         if (over < plot.Border.Top) above = false;
         if (under + metrics.Height > Bottom()) above = true;
-        AddText(x, above ? over : under, text, colour);
+        // At an end of the plot both labels of a column are on one side, and stand in a pile.
+        int top = above ? over : under;
+        const auto lies = [&](const PlotText& other) {
+            const int right = other.X + metrics.Width(other.Text);
+            return other.X <= x && x < right && std::abs(other.Y - top) < metrics.Height;
+        };
+        while (std::any_of(plot.Texts.begin(), plot.Texts.end(), lies))
+            top += above ? -metrics.Height : metrics.Height;
+        AddText(x, top, text, colour);
     }
 
     void AddHeadings() {

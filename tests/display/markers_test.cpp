@@ -271,6 +271,8 @@ TEST(Subtitle, FrequenciesAreExactToTheHertz) {
     for (const auto& [f, text] : {std::pair{30e6, "30.0 MHz"},
                                   {1e9, "1.00 GHz"},
                                   {10.700001e6, "10.700001 MHz"},
+                                  {100e6 + 0.52, "100.000001 MHz"},
+                                  {100e6 + 0.48, "100 MHz"},
                                   {455e3, "455 kHz"},
                                   {OneOverTwoPi, "159 mHz"},
                                   {1234.5678e6, "1.2345678 GHz"}})

@@ -50,5 +50,45 @@ TEST(NortonValuePlot, MarksStandAtTheirValues) {
               1);
 }
 
+// Marks of both kinds stand on each other, on three scales; the plot is low or high.
+TEST(NortonValuePlot, NoTextLiesOnAnother) {
+    for (const int height : {300, 900})
+        for (const double most : {5.0, 5e3, 5e9}) {
+            NortonResult result;
+            result.Capacitors = {2e-12, 3e-12, most * 1e-12};
+            result.Inductors = {2e-9, 3e-9, most * 1e-9};
+            result.NortonCapCount = result.NortonIndCount = 3;
+            const NortonValuePlot plot =
+                BuildNortonValuePlot(result, {{"C1", "C2", "C3"}, {"L1", "L2", "L3"}}, "title", 800,
+                                     height, eightPixelLetters);
+            int atTop = 0, atBottom = 0;
+            for (std::size_t i = 0; i < plot.Texts.size(); ++i) {
+                const PlotText& a = plot.Texts[i];
+                const bool outside = a.X < plot.Border.Left || a.X > 800 - plot.Border.Left;
+                atTop += outside && a.Y == plot.Border.Top - 7;
+                atBottom += outside && a.Y == plot.Border.Top + plot.Border.Height - 7;
+                for (std::size_t j = i + 1; j < plot.Texts.size(); ++j) {
+                    const PlotText& b = plot.Texts[j];
+                    const int endOfA = a.X + 8 * static_cast<int>(a.Text.size());
+                    const int endOfB = b.X + 8 * static_cast<int>(b.Text.size());
+                    EXPECT_FALSE(a.X < endOfB && b.X < endOfA && std::abs(a.Y - b.Y) < 14)
+                        << height << " " << most << ": " << a.Text << " and " << b.Text;
+                }
+            }
+            EXPECT_EQ(atBottom, 2) << most;
+            EXPECT_EQ(atTop, 2) << most;
+            // Amid a high plot each of the two stands at its mark.
+            for (const char* const value :
+                 {"3.00 pF", "3.00 nH", "title", "Parts from source to load"}) {
+                const auto text = std::find_if(plot.Texts.begin(), plot.Texts.end(),
+                                               [&](const PlotText& t) { return t.Text == value; });
+                ASSERT_NE(text, plot.Texts.end());
+                const int away = std::abs(text->Y + 7 - plot.Points[1].Y);
+                const bool isValue = value[0] == '3';
+                EXPECT_TRUE(away < 14 || height == 300 || !isValue) << value << " " << away;
+            }
+        }
+}
+
 }  // namespace
 }  // namespace ladderwise

@@ -6,8 +6,10 @@
 #include <limits>
 #include <memory>
 
+#include "display/PlotCover.h"
 #include "display/PlotFrame.h"
 #include "display/TraceMap.h"
+#include "display/TraceStrokes.h"
 #include "schematic/SchematicStrip.h"
 #include "schematic/ValueGridContent.h"
 #include "tests/display/ButterworthResponse.h"
@@ -282,6 +284,47 @@ TEST(TraceMap, DashesOfTheReference) {
     EXPECT_EQ(runs[1], (std::pair<int, int>{4, 5}));
     EXPECT_EQ(runs[2], (std::pair<int, int>{5, 7}));
     EXPECT_EQ(edge->Runs[1].Style, RunStyle::Dashed);
+}
+
+// A dash and its gap are 9 widths long, and a third of them is blank but for the dash's round ends.
+TEST(TraceStrokes, DashesAndGapsGrowWithTheWidth) {
+    for (const int width : {1, 2, 4}) {
+        const auto points = std::make_unique<TracePoints>();
+        points->NumPoints = 2;
+        points->NumRuns = 1;
+        points->X = {0, 200};
+        points->Y = {10, 10};
+        points->Runs[0] = {0, 1, RunStyle::Dashed};
+        constexpr std::uint32_t paper = 0xffffffff;
+        std::vector<std::uint32_t> pixels(200 * 20, paper);
+        TraceStrokes().Draw(*points, width, Black, {pixels.data(), 200, 20, 200});
+        std::vector<int> begins, ends;
+        for (int x = 10 * 200 + 1; x < 11 * 200; ++x) {
+            if (pixels[x] != paper && pixels[x - 1] == paper) begins.push_back(x);
+            if (pixels[x] == paper && pixels[x - 1] != paper) ends.push_back(x);
+        }
+        ASSERT_GT(begins.size(), 4u) << width;
+        EXPECT_EQ(begins[4] - begins[3], 9 * width);
+        const int gap = begins[3] - ends[3];
+        EXPECT_LE(gap, 3 * width);
+        EXPECT_GE(gap, 2 * width - 1) << width;
+    }
+}
+
+// A channel 60 pixels wide is free above and below an anchor: a label of 50 stands in its middle.
+TEST(PlotCover, ALabelGoesWhereItHidesLeast) {
+    for (const bool below : {false, true}) {
+        PlotCover cover(layout);
+        cover.AddBlock({60, 185, 610, 400});
+        cover.AddBlock({730, 185, 490, 400});
+        if (!below) cover.AddBlock({670, 385, 60, 200});
+        if (below) cover.AddBlock({670, 185, 60, 200});
+        const PlotRect label = cover.PlaceLabel(700, 385, 50, 13);
+        EXPECT_NEAR(label.Left + 25, 700, 5);
+        EXPECT_LE(std::abs(label.Top + 6 - 385), 70 + 13);
+        EXPECT_EQ(label.Top > 385, below);
+        EXPECT_GT(cover.Cost(label), 0);  // taken from now on
+    }
 }
 
 }  // namespace

@@ -48,6 +48,9 @@ QStringList FaultsOf(QWidget* window) {
         const auto* const told = QAccessible::queryAccessibleInterface(control);
         if ((stop || button) && told->text(QAccessible::Name).isEmpty())
             faults << control->objectName() + " has no name";
+        // A tool tip counts as a name, but is not to be seen.
+        if (button && !button->inherits("QToolButton") && button->text().isEmpty())
+            faults << control->objectName() + " has no caption";
         if (stop && usable && !reached.contains(control))
             faults << "no Tab to " + control->objectName();
         if (usable && label && label->buddy()) captions << label->text();
@@ -79,7 +82,17 @@ QStringList FaultsSeen(QWidget* window) {
             qobject_cast<QLineEdit*>(control) ? QPalette::Text : control->foregroundRole();
         const Picture picture(image, control->font(), control->palette().color(QPalette::Base));
         const QString text = TextOf(control).remove('&').trimmed();
+        const QWidget* const parent = control->parentWidget();
+        const bool inAFrame = control->inherits("QGroupBox") || parent->inherits("QGroupBox");
+        for (auto* const other :
+             parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            if (inAFrame && other > control && other->isVisibleTo(window) &&
+                other->geometry().intersects(control->geometry()))
+                faults << control->objectName() + " shares room with " + other->objectName();
         if (text.isEmpty() || !control->isEnabled()) continue;
+        const QColor ground = control->palette().color(control->backgroundRole());
+        if (std::abs(control->palette().color(role).lightness() - ground.lightness()) < 90)
+            faults << control->objectName() + " is hard to read";
         if (!picture.HasInkOf(text, control->palette().color(role), area))
             faults << control->objectName() + " does not show " + text;
         for (auto* const other :
@@ -126,6 +139,23 @@ private slots:
             }
             QCOMPARE(FaultyMnemonics(captions).join(", "), QString());
         }
+    }
+
+    // Boxes of every colour on a dark desktop.
+    void DarkColoursAreReadable() {
+        QPalette dark(QColor(50, 50, 50), QColor(45, 45, 45));
+        dark.setColor(QPalette::Base, QColor(30, 30, 30));
+        const QPalette light = QApplication::palette();
+        QApplication::setPalette(dark);
+        const auto back = qScopeGuard([&] { QApplication::setPalette(light); });
+        WindowFixture f;
+        f.Trigger("PartDefinitionsMenu");
+        f.Enter("IndQBox", "rubbish");
+        f.Enter("F0Box", "rubbish");
+        QCOMPARE(f.Colour("F0Box"), SilverColour);
+        f.Window->setFocus();
+        for (const char* const window : {"Client", "PartDefinitionsWindow"})
+            QCOMPARE(FaultsSeen(f.Find(window)->window()).join(", "), QString());
     }
 };
 

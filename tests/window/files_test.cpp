@@ -1,5 +1,7 @@
 // Design files, recent files, coefficients files and settings in the main window.
 #include <QLabel>
+#include <QMessageBox>
+#include <functional>
 
 #include "WindowFixture.h"
 #include "files/DiskFile.h"
@@ -99,6 +101,62 @@ private slots:
         QCOMPARE(f.LastTexts.Title, "Open Design File:");
         f.SaveAs("/dev/null/x");
         QCOMPARE(f.TakeMessages(), QStringList{"Program Info: Save File operation failed."});
+    }
+
+    // The questions about files, each with the answer of each button, Esc among them.
+    void QuestionsSayWhatEachButtonDoes() {
+        WindowFixture f;
+        const FileDialogs dialogs = StandardFileDialogs(f.Window.get());
+        const QStringList six{"1", "2", "3", "4", "5", "6"};
+        const auto unsaved = [&] { return static_cast<int>(dialogs.AskUnsaved("my design")); };
+        const auto changed = [&] { return static_cast<int>(dialogs.AskChanged("my file")); };
+        const auto replace = [&] { return int{dialogs.AskReplace(six.first(5))}; };
+        const auto one = [&] { return int{dialogs.AskReplace({"my file"})}; };
+        const auto more = [&] { return int{dialogs.AskReplace(six)}; };
+        const auto recover = [&] {
+            UnsavedWork work;
+            work.Name = "my design";
+            return static_cast<int>(dialogs.AskRecovery(work));
+        };
+        const struct {
+            std::function<int()> Ask;
+            const char* Says;
+            std::vector<std::pair<const char*, int>> Answers;
+        } cases[] = {
+            {unsaved,
+             "The design \"my design\" has changes that are not saved.",
+             {{"Save", 0}, {"Discard", 1}, {"Cancel", 2}, {"", 2}}},
+            {changed,
+             "The file \"my file\" was changed by another window or program since it was opened or "
+             "saved here. Overwrite replaces what it holds now. Reload drops the changes made "
+             "here.",
+             {{"Overwrite", 0}, {"Reload", 1}, {"Save As...", 2}, {"Cancel", 3}, {"", 3}}},
+            {one, "This file exists already. Replace it? my file", {{"Replace", 1}, {"", 0}}},
+            {replace, "These files exist already. Replace them? 1 2 3 4 5", {{"Cancel", 0}}},
+            {more, "These files exist already. Replace them? 1 2 3 4 5 and 1 more", {{"", 0}}},
+            {recover,
+             "The design \"my design\" was not saved when the program ended. This is how it stood "
+             "on DATE. It has no file yet.",
+             {{"Restore", 0}, {"Delete", 1}, {"Ask Later", 2}, {"", 2}}}};
+        for (const auto& [ask, says, answers] : cases)
+            for (const auto& [caption, answer] : answers) {
+                QString said;
+                bool pressed = false;
+                f.ExpectModal("Ladderwise", [&, caption = caption](QWidget* modal) {
+                    auto* const box = qobject_cast<QMessageBox*>(modal);
+                    said = (box->text() + ' ' + box->informativeText()).simplified();
+                    for (QAbstractButton* const button : box->buttons())
+                        if (button->text().remove('&') == caption && !pressed) {
+                            pressed = true;
+                            button->click();
+                        }
+                    if (!*caption) QTest::keyClick(box, Qt::Key_Escape);
+                });
+                QCOMPARE(ask(), answer);
+                QCOMPARE(pressed, *caption != 0);
+                static const QRegularExpression date("stood on .*?\\. It");
+                QCOMPARE(said.replace(date, "stood on DATE. It"), QString(says));
+            }
     }
 
     void CoefficientsFilesAreChosenOrFallBack() {

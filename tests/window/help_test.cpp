@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextBrowser>
+#include <QTextTable>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -175,6 +176,44 @@ private slots:
         help.ShowPage(HelpPage::Start, "keys");
         QVERIFY(help.windowTitle().startsWith("Designing filters"));
         QVERIFY(browser->verticalScrollBar()->value() > 0);
+    }
+
+    void TextGrowsAndShrinksWithinLimits() {
+        HelpWindow help(delivered, nullptr);
+        help.ShowPage(HelpPage::Start);
+        const auto size = [&] { return Find<QTextBrowser>(help, "HelpText")->font().pointSize(); };
+        const int usual = size();
+        const auto after = [&](const char* action, int presses) {
+            for (int k = 0; k < presses; ++k)
+                Find<QAction>(help, action)->trigger();
+            return size();
+        };
+        QCOMPARE(after("HelpZoomIn", 1), usual + 1);
+        QCOMPARE(after("HelpZoomOut", 1), usual);
+        QCOMPARE(after("HelpZoomIn", 99), usual + 16);
+        QCOMPARE(after("HelpZoomOut", 99), usual - 4);
+    }
+
+    void OnlyTheFirstRowsOfTablesAreHeadings() {
+        int headed = 0;
+        for (int page = 0; page < NumHelpPages; ++page) {
+            QTextDocument document;
+            document.setHtml(Page(page).Html);
+            for (QTextFrame* const frame : document.rootFrame()->childFrames()) {
+                const auto* const table = qobject_cast<QTextTable*>(frame);
+                if (!table) continue;
+                const auto isBold = [&](int row, int column) {
+                    QTextCursor cursor = table->cellAt(row, column).firstCursorPosition();
+                    cursor.movePosition(QTextCursor::NextCharacter);
+                    return cursor.charFormat().fontWeight() >= QFont::Bold;
+                };
+                const int last = table->columns() - 1;
+                headed += isBold(0, last);
+                for (int row = 1; row < table->rows(); ++row)
+                    QVERIFY(!isBold(row, last));
+            }
+        }
+        QVERIFY(headed > 3);
     }
 
     void MissingAndForeignFilesSayWhatToDo() {

@@ -60,8 +60,12 @@ private slots:
             return ink;
         };
         for (int row = 0; row < table->rowCount(); ++row)
-            for (int column = 0; column < 2; ++column)
-                QVERIFY2(inkOf(row, column) > 15, qPrintable(table->item(row, column)->text()));
+            for (int column = 0; column < 2; ++column) {
+                const QString text = table->item(row, column)->text();
+                QVERIFY2(inkOf(row, column) > 15, qPrintable(text));
+                QVERIFY2(table->columnWidth(column) > table->fontMetrics().horizontalAdvance(text),
+                         qPrintable(text));
+            }
         const auto copied = [&] {
             QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
             return QApplication::clipboard()->text();

@@ -56,8 +56,8 @@ struct ResponseResults {
     bool Valid = false;     ///< false for an empty ladder or one without a response
     double LossAtF0 = 0.0;  ///< dB
     /// Of the pass band about F0; of a notch the least loss of all. Empty where the response has no
-    /// interior maximum there or one more than 200 dB down, where rounding decides, and then nothing
-    /// has that is measured from it.
+    /// interior maximum there or one more than 200 dB down, where rounding decides, and then
+    /// nothing has that is measured from it.
     std::optional<ResponsePeak> Peak;
     ResponseEdges Edges;  ///< at half power below the peak
     /// How far the band lies from where it was asked for, as a fraction of F0, negative below it:

@@ -9,6 +9,7 @@
 
 #include "display/PictureLayout.h"
 #include "exchange/ExportTexts.h"
+#include "measured/BoardModel.h"
 
 namespace ladderwise {
 
@@ -34,6 +35,9 @@ struct Arguments {
     std::string PlotFile;
     std::vector<std::string> MeasuredFiles;
     std::string LimitsFile;
+    std::string BoardFile;  ///< measured, to be read
+    BoardFreedom Freedom;   ///< of its fit
+    bool FreedomNamed = false;
     ExportArguments Exports;
     PictureSize Size;                     ///< of the plot
     std::optional<PictureParts> Picture;  ///< not the window's plot: a picture for reports

@@ -241,7 +241,8 @@ std::string LimitsObject(const LimitReport& limits) {
 }  // namespace
 
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
-                     const std::vector<MeasuredNetwork>& measured, const LimitReport& limits) {
+                     const std::vector<MeasuredNetwork>& measured, const LimitReport& limits,
+                     const std::string& board) {
     // Texts made from here on have points; what the calculation has left is turned where it stands.
     const char separator = SystemFormatSettings().DecimalSeparator;
     const FormatSettingsScope points({'.'});
@@ -283,6 +284,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     }
     member("results", ResultsObject(design, calculation.Results));
     if (!limits.Rows.empty()) member("limits", LimitsObject(limits));
+    if (!board.empty()) member("board", board);
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));

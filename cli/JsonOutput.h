@@ -17,9 +17,9 @@ struct RecordedMessage {
 };
 
 /// Numbers have 17 significant digits and a point whatever the locale; NaN, infinities, blank
-/// points and values that are not in use are null.
+/// points and values that are not in use are null. `board` is the object of a board that was read.
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
                      const std::vector<MeasuredNetwork>& measured = {},
-                     const LimitReport& limits = {});
+                     const LimitReport& limits = {}, const std::string& board = {});
 
 }  // namespace ladderwise

@@ -7,11 +7,13 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/Arguments.h"
+#include "cli/BoardOutput.h"
 #include "cli/DesignFiles.h"
 #include "cli/Exports.h"
 #include "cli/JsonOutput.h"
@@ -53,7 +55,8 @@ struct Session {
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
     LimitLines Limits;
-    MeasuredFiles Drawn;  ///< those, with what the companion says about them
+    std::optional<MeasuredNetwork> Board;  ///< to be read
+    MeasuredFiles Drawn;                   ///< those, with what the companion says about them
 };
 
 void PrintError(const std::string& text) {
@@ -152,7 +155,19 @@ bool ReadMeasured(Session& session, const Arguments& arguments) {
         PrintError(session.Measured.back().Error);
         return false;
     }
-    return true;
+    if (arguments.BoardFile.empty()) return true;
+    session.Board = OpenMeasured(arguments.BoardFile);
+    if (!session.Board->Error.empty()) PrintError(session.Board->Error);
+    return session.Board->Error.empty();
+}
+
+/// What the measured board says about the ladder in hand.
+std::optional<BoardReading> ReadBoardOf(const Session& session, const Arguments& arguments) {
+    if (!session.Board) return {};
+    BoardOptions options;
+    options.Freedom = arguments.Freedom;
+    options.Limits = session.Limits;
+    return ReadBoard(session.Board->Network, session.Calc.Design, options);
 }
 
 /// Reads the limits, if any. False if the file cannot be read or is no table of limits.
@@ -302,10 +317,15 @@ int Run(const Arguments& arguments) {
     const LimitReport limits = JudgeLimits(session->Calc.Design, session->Limits);
     bool written = SaveDesign(*session, arguments);
     written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
-    if (arguments.Table) written = WriteOutput("-", TableText(session->Calc, limits)) && written;
+    const std::optional<BoardReading> board = ReadBoardOf(*session, arguments);
+    if (arguments.Table)
+        written = WriteOutput("-", TableText(session->Calc, limits) +
+                                       (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
+                  written;
     if (!arguments.JsonFile.empty())
-        written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
-                                                           session->Measured, limits)) &&
+        written = WriteOutput(arguments.JsonFile,
+                              JsonText(session->Calc, session->Messages, session->Measured, limits,
+                                       board ? BoardObject(*board) : "")) &&
                   written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;

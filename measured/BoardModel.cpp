@@ -18,15 +18,19 @@ namespace ladderwise {
 namespace {
 
 // What is expected of a board before it is measured.
-constexpr double partSpread = 0.3;  // of ln value: a pull that only matters where data tell nothing
+constexpr double partSpread = 0.12;  // of ln value: a pull that only matters where data tell little
 constexpr double lineSpread = 0.1;
-constexpr double padMean = 0.25e-12, padSpread = 0.2e-12;  // F
-constexpr double viaMean = 0.5e-9, viaSpread = 0.35e-9;    // H
-constexpr double gapMean = 0.05e-12, gapSpread = 0.1e-12;  // across a missing part
+constexpr double padMean = 0.28e-12, padSpread = 0.15e-12;      // F
+constexpr double viaMean = 0.55e-9, viaSpread = 0.3e-9;         // H
+constexpr double innerMean = 0.15e-12, innerSpread = 0.12e-12;  // of a pad within a slot, F
+constexpr double gapMean = 0.03e-12, gapSpread = 0.03e-12;      // across a missing part
 constexpr double shortMean = 0.3e-9, shortSpread = 0.3e-9;
+constexpr double coilSpread = 0.12, capacitorSpread = 0.15;  // between parts of one kind
+constexpr double leastCoilSpread = 0.02e-12, leastInductanceSpread = 0.03e-9,
+                 leastResistanceSpread = 0.02;
 constexpr double shortResistance = 0.02;    // ohm
 constexpr double delaySpread = 1e-9;        // s
-constexpr double calibrationSpread = 3e-3;  // of each real or imaginary part
+constexpr double calibrationSpread = 2e-3;  // of each real or imaginary part
 
 constexpr double smallestAdmittance = 1e-14;  ///< S, of an arm at an exact resonance
 constexpr double smallestImpedance = 1e-9;    ///< ohm
@@ -45,6 +49,9 @@ inline Complex Inverse(Complex z) {
 inline Complex NotZero(Complex z, double least) {
     return std::fabs(z.real()) + std::fabs(z.imag()) < least ? Complex(least, 0.0) : z;
 }
+
+// The unknowns that all parts of a kind have in common stand first.
+enum { commonCoilCapacitance, commonCapacitorInductance, commonCapacitorResistance };
 
 bool IsLeaf(NetworkKind kind) {
     return kind != NetworkKind::InSeries && kind != NetworkKind::InParallel;
@@ -80,7 +87,8 @@ struct BoardModel::Scratch {
 BoardModel::BoardModel(const DesignState& built, PortResistances resistances,
                        const BoardFreedom& fitted, PartFault partFault, PartPlace place)
     : design(built), ports(resistances), freedom(fitted), fault(partFault), faulty(place) {
-    AddPad(node);
+    AddCommon();
+    AddPad(false);
     for (int slot = 1; slot <= SlotsInUse(design); ++slot)
         AddSlot(slot);
     AddPorts();
@@ -93,6 +101,19 @@ int BoardModel::Add(const BoardUnknown& unknown, double nominal) {
     return static_cast<int>(unknowns.size()) - 1;
 }
 
+/// What all coils have in common, and all capacitors: the design's parasitics, about which those
+/// of a single part lie.
+void BoardModel::AddCommon() {
+    using Kind = BoardUnknownKind;
+    const PartModel& model = design.PartModel;
+    Add({Kind::CoilCapacitance, 0, 0, model.IndC, 0.3 * model.IndC + 0.08e-12,
+         freedom.CoilCapacitance});
+    Add({Kind::CapacitorInductance, 0, 0, model.CapL, 0.3 * model.CapL + 0.1e-9,
+         freedom.CapacitorInductance});
+    Add({Kind::CapacitorResistance, 0, 0, model.CapR, 0.5 * model.CapR + 0.05,
+         freedom.CapacitorResistance});
+}
+
 void BoardModel::AddPorts() {
     using Kind = BoardUnknownKind;
     firstOfPorts = static_cast<int>(unknowns.size());
@@ -103,8 +124,10 @@ void BoardModel::AddPorts() {
         Add({Kind::Calibration, part / 2, part % 2, 0.0, calibrationSpread});
 }
 
-void BoardModel::AddPad(int at) {
-    freePad = Add({BoardUnknownKind::Pad, at, 0, padMean, padSpread});
+/// A pad at a node between two slots, or within one, where it is smaller.
+void BoardModel::AddPad(bool inner) {
+    freePad = Add({BoardUnknownKind::Pad, node++, 0, inner ? innerMean : padMean,
+                   inner ? innerSpread : padSpread});
     sections.push_back({ElementArm::None, 0, 0, freePad});
 }
 
@@ -114,11 +137,18 @@ int BoardModel::AddLeaf(const Network& network, int slot) {
     const int row = network.Row;
     const PartModel& model = design.PartModel;
     const double value = design.Elements[slot].Value(row);
+    const bool isPart =
+        network.Kind == NetworkKind::Inductor || network.Kind == NetworkKind::Capacitor;
+    if (isPart && !(value > SmallestPartValue)) {  // a wire, or nothing: held, and not listed
+        const BoardUnknown held{Kind::CapacitorResistance, slot, row, 0.0, 1.0, false};
+        const int first = Add(held, SmallestPartValue);
+        Add(held);
+        Add(held);
+        return first;
+    }
     const bool faulted = fault != PartFault::None && faulty == PartPlace{slot, row};
-    const bool isLine =
-        network.Kind != NetworkKind::Inductor && network.Kind != NetworkKind::Capacitor;
-    const int first = Add({Kind::Value, slot, row, 0.0, isLine ? lineSpread : partSpread, !faulted},
-                          isLine ? value : GuardedPartValue(value));
+    const int first =
+        Add({Kind::Value, slot, row, 0.0, isPart ? partSpread : lineSpread, !faulted}, value);
     if (faulted && fault == PartFault::Missing) {
         Add({Kind::CoilCapacitance, slot, row, gapMean, gapSpread});
     } else if (faulted) {
@@ -126,13 +156,13 @@ int BoardModel::AddLeaf(const Network& network, int slot) {
     } else if (network.Kind == NetworkKind::Inductor) {
         const double loss = model.IndQ > 0.0 ? 1.0 / model.IndQ : 0.0;
         Add({Kind::CoilLoss, slot, row, loss, std::max(loss, 0.02), freedom.CoilQ});
-        Add({Kind::CoilCapacitance, slot, row, model.IndC, 0.5 * model.IndC + 0.1e-12,
+        Add({Kind::CoilCapacitance, slot, row, 0.0, coilSpread * model.IndC + leastCoilSpread,
              freedom.CoilCapacitance});
     } else if (network.Kind == NetworkKind::Capacitor) {
-        Add({Kind::CapacitorInductance, slot, row, model.CapL, 0.4 * model.CapL + 0.1e-9,
-             freedom.CapacitorInductance});
-        Add({Kind::CapacitorResistance, slot, row, model.CapR, 0.5 * model.CapR + 0.05,
-             freedom.CapacitorResistance});
+        Add({Kind::CapacitorInductance, slot, row, 0.0,
+             capacitorSpread * model.CapL + leastInductanceSpread, freedom.CapacitorInductance});
+        Add({Kind::CapacitorResistance, slot, row, 0.0,
+             capacitorSpread * model.CapR + leastResistanceSpread, freedom.CapacitorResistance});
     } else {
         Add({Kind::Value, slot, row + 1, 0.0, lineSpread}, design.Elements[slot].Value(row + 1));
     }
@@ -154,7 +184,6 @@ void BoardModel::AddArm(ElementArm arm, const Network& network, int slot) {
     const int first = static_cast<int>(nodes.size());
     AddNetwork(network, slot, -1);
     sections.push_back({arm, first, static_cast<int>(nodes.size()), -1});
-    if (arm != ElementArm::Shunt) AddPad(++node);
 }
 
 void BoardModel::AddShunt(const Network& network, int slot) {
@@ -162,7 +191,8 @@ void BoardModel::AddShunt(const Network& network, int slot) {
     const int via = Add({BoardUnknownKind::Via, slot, 0, viaMean, viaSpread});
     sections.back().Extra = via;
     const auto healthy = [&](const Network* part) {
-        return part && (fault == PartFault::None || faulty != PartPlace{slot, part->Row});
+        return part && ValueAt({slot, part->Row}) >= 0 &&
+               (fault == PartFault::None || faulty != PartPlace{slot, part->Row});
     };
     const Network* const coil = DirectPart(network, NetworkKind::Inductor, NetworkKind::InSeries);
     if (healthy(coil)) mounted[static_cast<std::size_t>(ValueAt({slot, coil->Row}))] = via;
@@ -180,10 +210,13 @@ void BoardModel::AddSlot(int slot) {
         if (arm == ElementArm::Shunt) {
             AddShunt(network, slot);
         } else if (network.Kind == NetworkKind::InSeries) {
-            for (const Network& member : network.Members)  // each between two pads
+            for (const Network& member : network.Members) {
                 AddArm(arm, member, slot);
+                AddPad(&member != &network.Members.back());
+            }
         } else {
             AddArm(arm, network, slot);
+            AddPad(false);
         }
         FindResonators(network, slot);
     }
@@ -233,7 +266,8 @@ Complex BoardModel::LeafImpedance(const Node& leaf, std::span<const double> x, d
     if (leaf.Kind == NetworkKind::Inductor) {
         const double skin = TwoPi * std::sqrt(design.F0 * f) * value;  // R / loss
         const Complex coil(skin * x[i + 1], w * value);
-        const Complex Z = Times(coil, Inverse(1.0 + Times(s, coil) * x[i + 2]));
+        const Complex Z =
+            Times(coil, Inverse(1.0 + Times(s, coil) * (x[i + 2] + x[commonCoilCapacitance])));
         const Complex ratio = Times(Z, Inverse(coil));
         slopes[0] = Times(ratio, Z);
         slopes[1] = Times(ratio, ratio) * skin;
@@ -245,7 +279,8 @@ Complex BoardModel::LeafImpedance(const Node& leaf, std::span<const double> x, d
         slopes[0] = -Z;
         slopes[1] = s;
         slopes[2] = 1.0;
-        return Z + s * x[i + 1] + x[i + 2];
+        return Z + s * (x[i + 1] + x[commonCapacitorInductance]) + x[i + 2] +
+               x[commonCapacitorResistance];
     }
     const double Z0 = nominals[i + 1] * std::exp(x[i + 1]);
     const Complex angle = LineAngle(design.F0, f, value) * Complex(1.0, -lineLoss);
@@ -417,6 +452,13 @@ void BoardModel::AddArmSlopes(const Section& section, std::size_t index, const S
         const Complex square = Times(share[at], share[at]);
         for (int i = 0; i < count; ++i)
             add(part.First + i, Times(square, scratch.Leaf[at][static_cast<std::size_t>(i)]));
+        if (count < 3) continue;
+        if (part.Kind == NetworkKind::Inductor)
+            add(commonCoilCapacitance, Times(square, scratch.Leaf[at][2]));
+        if (part.Kind == NetworkKind::Capacitor) {
+            add(commonCapacitorInductance, Times(square, scratch.Leaf[at][1]));
+            add(commonCapacitorResistance, Times(square, scratch.Leaf[at][2]));
+        }
     }
 }
 

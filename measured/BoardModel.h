@@ -117,11 +117,12 @@ private:
     int Add(const BoardUnknown& unknown, double nominal = 1.0);
     void AddNetwork(const Network& network, int slot, int parent);
     int AddLeaf(const Network& network, int slot);
+    void AddCommon();
     void AddPorts();
     void AddArm(ElementArm arm, const Network& network, int slot);
     void AddShunt(const Network& network, int slot);
     void AddSlot(int slot);
-    void AddPad(int node);
+    void AddPad(bool inner);
     void FindResonators(const Network& network, int slot);
     Complex LeafImpedance(const Node& node, std::span<const double> x, double f,
                           Complex* slopes) const;

@@ -178,7 +178,7 @@ bool CanBeRead(const BoardData& data, const DesignState& design) {
     for (int slot = 1; slot <= SlotsInUse(design); ++slot)
         for (int row = 0; row < 4; ++row)
             if (InfoOf(design.Elements[slot].Type).Values[row] != ValueKind::Unused &&
-                !(design.Elements[slot].Value(row) > 0.0 &&
+                !(design.Elements[slot].Value(row) >= 0.0 &&
                   design.Elements[slot].Value(row) < NotUsedLimit))
                 return false;
     for (const auto& point : data.S)

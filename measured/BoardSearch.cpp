@@ -17,6 +17,11 @@ constexpr BoardStage smoothedStage{false, 0.0, 8, 1e-2};
 constexpr BoardStage heldStage{false, 0.0, 30, 1e-3};
 constexpr BoardStage freeStage{true, 0.0, 60, 1e-5};
 
+constexpr std::size_t glancePoints = 150;
+constexpr std::size_t screenPoints = 50;
+constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
+constexpr int screenSteps = 5;
+
 constexpr int randomStarts = 400;
 constexpr std::size_t fittedStarts = 24, finishedStarts = 3;
 constexpr std::size_t randomPoints = 100;
@@ -37,8 +42,18 @@ BoardSearch::BoardSearch(const DesignState& built, const BoardModel& fitted,
                          const BoardData& measured)
     : design(built), model(fitted), data(measured) {}
 
-BoardState BoardSearch::Glance(std::vector<double> start, std::size_t points) const {
-    const BoardData few = Thinned(data, points);
+BoardState BoardSearch::Screened() const {
+    const BoardData few = Thinned(data, screenPoints);
+    const BoardFit fit(model, few);
+    BoardState state{model.Means()};
+    for (const double width : screenSmoothings)
+        if (IsNarrow(design) || width == 0.0)
+            state = fit.Improved(std::move(state), {false, width, screenSteps, 1e-2});
+    return state;
+}
+
+BoardState BoardSearch::Glance(std::vector<double> start) const {
+    const BoardData few = Thinned(data, glancePoints);
     const BoardFit fit(model, few);
     BoardState state{std::move(start)};
     if (IsNarrow(design)) {

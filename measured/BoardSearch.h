@@ -28,13 +28,13 @@ public:
     BoardSearch(const DesignState& built, const BoardModel& fitted, const BoardData& measured);
 
     /// A first look with the parasitics held, on few points: what the values must be about.
-    BoardState Glance(std::vector<double> start, std::size_t points = glancePoints) const;
+    BoardState Glance(std::vector<double> start) const;
+    /// The same from the nominal values, briefer yet: what tells a likely ladder from others.
+    BoardState Screened() const;
     /// From a glance to the end, with everything free.
     BoardSolution Finished(const BoardState& glance) const;
     /// The whole: glance and end; where residue is left in a narrow band, from many starts.
     BoardSolution Solve() const;
-
-    static constexpr std::size_t glancePoints = 150;
 
 private:
     BoardState BestOfRandom(const BoardState& best) const;

@@ -17,7 +17,7 @@ struct BoardExplanation {
     BoardSolution Solution{};
     std::optional<BoardFault> Fault{};
 
-    bool Holds() const { return Solution.Excess <= LargestExcess; }
+    bool Holds() const { return Explains(Solution); }
 };
 
 /// The best explanation of the data. Faults are tried where the design as it is does not explain

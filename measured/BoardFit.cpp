@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace ladderwise {
@@ -239,6 +240,7 @@ BoardState BoardFit::Judged(std::vector<double> x, const std::vector<double>& sm
     if (!smoother.empty()) rows = Smoothed(rows, 1, smoother);
     for (const double residual : rows)
         state.Misfit += residual * residual;
+    if (!std::isfinite(state.Misfit)) state.Misfit = std::numeric_limits<double>::max();
     for (std::size_t i = 0; i < x.size(); ++i) {
         const BoardUnknown& unknown = model.Unknowns()[i];
         const double z = (x[i] - unknown.Mean) / unknown.Spread;

@@ -310,66 +310,69 @@ void BoardModel::SetArmImpedance(const Section& section, std::span<const double>
     }
 }
 
-/// Voltages and currents of both waves between all sections: that of port 1 from the load
-/// backwards, that of port 2 from the source forwards, both away from their termination, which is
-/// the direction in which rounding does not grow.
-void BoardModel::Travel(std::span<const double> x, double f, Scratch& scratch) const {
-    const std::size_t count = sections.size();
+/// What every section is at f: an impedance in the line, an admittance to ground, a line's matrix.
+void BoardModel::SetSections(std::span<const double> x, double f, Scratch& scratch) const {
     const double w = TwoPi * f;
     scratch.Z.resize(nodes.size());
     scratch.Leaf.resize(nodes.size());
-    scratch.Arm.resize(count);
-    scratch.Lines.resize(count);
-    for (const std::size_t port : {0u, 1u}) {
-        scratch.V[port].resize(count + 1);
-        scratch.I[port].resize(count + 1);
-    }
-    for (std::size_t k = 0; k < count; ++k) {
+    scratch.Arm.resize(sections.size());
+    scratch.Lines.resize(sections.size());
+    for (std::size_t k = 0; k < sections.size(); ++k) {
         const Section& section = sections[k];
         const double extra = section.Extra < 0 ? 0.0 : x[static_cast<std::size_t>(section.Extra)];
         if (section.Arm == ElementArm::None) {
-            scratch.Arm[k] = Complex(0.0, w * extra);  // an admittance
-        } else if (section.Arm == ElementArm::Line) {
-            const auto i =
-                static_cast<std::size_t>(nodes[static_cast<std::size_t>(section.FirstNode)].First);
+            scratch.Arm[k] = Complex(0.0, w * extra);
+            continue;
+        }
+        const auto first = static_cast<std::size_t>(section.FirstNode);
+        if (section.Arm == ElementArm::Line) {
+            const auto i = static_cast<std::size_t>(nodes[first].First);
             scratch.Lines[k] = LineSection(design.F0, f, nominals[i] * std::exp(x[i]),
                                            nominals[i + 1] * std::exp(x[i + 1]));
-        } else {
-            SetArmImpedance(section, x, f, scratch);
-            const Complex Z = scratch.Z[static_cast<std::size_t>(section.FirstNode)];
-            scratch.Arm[k] = section.Arm == ElementArm::Series
-                                 ? Z
-                                 : Inverse(NotZero(Z + Complex(0.0, w * extra), smallestImpedance));
+            continue;
         }
+        SetArmImpedance(section, x, f, scratch);
+        const Complex Z = scratch.Z[first] + Complex(0.0, w * extra);
+        scratch.Arm[k] =
+            section.Arm == ElementArm::Series ? Z : Inverse(NotZero(Z, smallestImpedance));
+    }
+}
+
+/// Voltages and currents of both waves between all sections: that of port 1 from the load
+/// backwards, that of port 2 from the source forwards, both away from their termination, which is
+/// the direction in which rounding does not grow.
+void BoardModel::Travel(Scratch& scratch) const {
+    const std::size_t count = sections.size();
+    for (const std::size_t port : {0u, 1u}) {
+        scratch.V[port].resize(count + 1);
+        scratch.I[port].resize(count + 1);
     }
     auto& [V1, V2] = scratch.V;
     auto& [I1, I2] = scratch.I;
     V1[count] = ports.Load, I1[count] = 1.0;
     for (std::size_t k = count; k-- > 0;) {
-        const Complex arm = scratch.Arm[k];
         const ChainMatrix& m = scratch.Lines[k];
         V1[k] = V1[k + 1], I1[k] = I1[k + 1];
         if (sections[k].Arm == ElementArm::Series) {
-            V1[k] += Times(arm, I1[k]);
+            V1[k] += Times(scratch.Arm[k], I1[k]);
         } else if (sections[k].Arm == ElementArm::Line) {
             V1[k] = m.A * V1[k + 1] + m.B * I1[k + 1];
             I1[k] = m.C * V1[k + 1] + m.D * I1[k + 1];
         } else {
-            I1[k] += Times(arm, V1[k]);
+            I1[k] += Times(scratch.Arm[k], V1[k]);
         }
     }
     V2[0] = ports.Source, I2[0] = -1.0;
     for (std::size_t k = 0; k < count; ++k) {
-        const Complex arm = scratch.Arm[k];
         const ChainMatrix& m = scratch.Lines[k];
         V2[k + 1] = V2[k], I2[k + 1] = I2[k];
         if (sections[k].Arm == ElementArm::Series) {
-            V2[k + 1] -= Times(arm, I2[k]);
+            V2[k + 1] -= Times(scratch.Arm[k], I2[k]);
         } else if (sections[k].Arm == ElementArm::Line) {
             V2[k + 1] = m.D * V2[k] - m.B * I2[k];
             I2[k + 1] = m.A * I2[k] - m.C * V2[k];
         } else {
-            I2[k + 1] -= Times(arm, V2[k]);
+            I2[k + 1] -= Times(scratch.Arm[k], V2[k]);
         }
     }
     scratch.Scale = {2.0 * std::sqrt(ports.Source) / (V1[0] + ports.Source * I1[0]),
@@ -379,7 +382,8 @@ void BoardModel::Travel(std::span<const double> x, double f, Scratch& scratch) c
 BoardPoint BoardModel::At(std::span<const double> x, double f, BoardSlopes* slopes,
                           bool bare) const {
     static thread_local Scratch scratch;  // an evaluation allocates nothing
-    Travel(x, f, scratch);
+    SetSections(x, f, scratch);
+    Travel(scratch);
     const Complex V1 = scratch.V[0].front(), I1 = ports.Source * scratch.I[0].front();
     const Complex V2 = scratch.V[1].back(), I2 = ports.Load * scratch.I[1].back();
     const BoardPoint point{(V1 - I1) / (V1 + I1), scratch.Scale[0] * std::sqrt(ports.Load),

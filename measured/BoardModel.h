@@ -128,7 +128,8 @@ private:
                           Complex* slopes) const;
     void SetArmImpedance(const Section& section, std::span<const double> x, double f,
                          Scratch& scratch) const;
-    void Travel(std::span<const double> x, double f, Scratch& scratch) const;
+    void SetSections(std::span<const double> x, double f, Scratch& scratch) const;
+    void Travel(Scratch& scratch) const;
     void AddSlopes(const Scratch& scratch, std::span<const double> x, double f,
                    BoardSlopes& slopes) const;
     void AddArmSlopes(const Section& section, std::size_t index, const Scratch& scratch, double w,

@@ -163,13 +163,13 @@ BoardSolution BoardSearch::Solve() const {
         BoardSolution other = Finished(glance);
         if (other.State.Cost() < best.State.Cost()) best = std::move(other);
     };
-    if (best.Excess > LargestExcess && IsNarrow(design)) {
+    if (!Explains(best) && IsNarrow(design)) {
         consider(BestOfRandom(best.State));
-        if (best.Excess > LargestExcess)
+        if (!Explains(best))
             for (const std::vector<double>& start : Exchanged(best.State, false))
-                if (best.Excess > LargestExcess) consider(Glance(start));
+                if (!Explains(best)) consider(Glance(start));
     }
-    if (best.Excess <= LargestExcess) AddEquals(best);
+    if (Explains(best)) AddEquals(best);
     return best;
 }
 

@@ -19,6 +19,13 @@ struct BoardSolution {
 
 /// A fit with more than this Excess does not explain the data: noise, and what no model has.
 inline constexpr double LargestExcess = 2.0;
+/// Nor does one that needs unknowns so far from where they are expected.
+inline constexpr double LargestPull = 150.0;
+
+/// True if a fit explains the data.
+inline bool Explains(const BoardSolution& solution) {
+    return solution.Excess <= LargestExcess && solution.State.Pull <= LargestPull;
+}
 
 /// True if the pass band of a design is narrow enough for parts to be off by more than it is wide.
 bool IsNarrow(const DesignState& design);

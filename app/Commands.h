@@ -25,6 +25,7 @@ enum class Command {
     BringBack,      ///< values edited by hand
     BringBackLoad,  ///< the load that the user asked for
     PartValues,     ///< shown at the designators
+    PartShares,     ///< which part matters
     Options,
     FixSeed,
     SetSeed,

@@ -102,6 +102,7 @@ void DesignSession::ShowStatus() {
     views.Windows->RefreshMathErrors();
     if (views.Windows->ShowsMeasuredData())
         views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
+    if (views.Windows->ShowsShares()) views.Windows->RefreshShares(ShareTables());
 }
 
 /// Figures and markers.

@@ -15,6 +15,7 @@
 #include "measured/MeasuredSet.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
+#include "pipeline/PartShares.h"
 #include "windows/NortonWindow.h"
 
 namespace ladderwise {
@@ -113,6 +114,9 @@ public:
 
     /// The ladders of the first `count` runs of the worst case that is drawn.
     std::vector<ElementList> WorstCaseLadders(int count);
+
+    /// Which part matters, in words.
+    std::vector<ShareTable> ShareTables() const;
 
     // --- measured data
 

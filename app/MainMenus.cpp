@@ -77,7 +77,8 @@ const std::vector<MenuTable>& MenuTables() {
         C{PartDefinitions, "PartDefinitionsMenu", "Part &Definitions"},
         C{BringBack, "BringBackMenu", "Bring Back &Edited Values"},
         C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"},
-        C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"}}},
+        C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"},
+        C{PartShares, "PartSharesMenu", "&Which Part Matters..."}}},
     {"OptionsMenu", "&Options", {
         C{Options, "OptionsWindowMenu", "&Options..."},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},

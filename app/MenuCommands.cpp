@@ -66,6 +66,8 @@ void MenuCommands::Run(Command command) {
             return BringBackLoad();
         case Command::PartValues:
             return ShowPartValues();
+        case Command::PartShares:
+            return windows.ShowShares(session.ShareTables());
         case Command::Options:
             return windows.ShowOptions();
         case Command::FixSeed:

@@ -14,7 +14,8 @@ namespace ladderwise {
 
 SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& design,
                                    const InputActions& actions, const NortonActions& nortonActions,
-                                   const MeasuredActions& measuredActions, QWidget* owner)
+                                   const MeasuredActions& measuredActions,
+                                   const SharesShown& sharesShown, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -24,6 +25,7 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     mathErrors = new MathErrWindow(owner);
     measured = new MeasuredWindow(measuredActions, owner);
     options = new OptionsWindow(inputs, actions, owner);
+    shares = new SharesWindow(sharesShown, owner);
 }
 
 void SecondaryWindows::StoreInputs() {
@@ -79,6 +81,19 @@ void SecondaryWindows::RefreshMeasuredData(const MeasuredFiles& files,
     measured->ShowFiles(files, summaries);
 }
 
+void SecondaryWindows::ShowShares(const std::vector<ShareTable>& tables) {
+    shares->ShowBesideOwner();
+    shares->ShowTables(tables);
+}
+
+bool SecondaryWindows::ShowsShares() const {
+    return shares->isVisible();
+}
+
+void SecondaryWindows::RefreshShares(const std::vector<ShareTable>& tables) {
+    shares->ShowTables(tables);
+}
+
 void SecondaryWindows::ShowFor(PassType pass) {
     if (pass == PassType::DirectCoupled) ShowCentredOnOwner(directCoupled);
     if (pass == PassType::Norton) norton->ShowBesideOwner();
@@ -116,8 +131,8 @@ void SecondaryWindows::CloseAll() {
         window->close();
 }
 
-std::array<QWidget*, 7> SecondaryWindows::All() const {
-    return {partDefinitions, help, directCoupled, mathErrors, measured, norton, options};
+std::array<QWidget*, 8> SecondaryWindows::All() const {
+    return {partDefinitions, help, directCoupled, mathErrors, measured, norton, options, shares};
 }
 
 }  // namespace ladderwise

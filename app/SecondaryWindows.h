@@ -7,6 +7,7 @@
 #include "design/FilterDesign.h"
 #include "windows/MeasuredWindow.h"
 #include "windows/NortonWindow.h"
+#include "windows/SharesWindow.h"
 
 class QWidget;
 
@@ -23,7 +24,7 @@ public:
     /// Each window is a child of `owner`.
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
                      const NortonActions& nortonActions, const MeasuredActions& measuredActions,
-                     QWidget* owner);
+                     const SharesShown& sharesShown, QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
     void StoreInputs();
@@ -36,6 +37,11 @@ public:
     void ShowAbout();
     void ShowMeasuredData(const MeasuredFiles& files,
                           const std::vector<MeasuredSummary>& summaries);
+
+    /// Which part matters; open, it is to be shown what has become of that.
+    void ShowShares(const std::vector<ShareTable>& tables);
+    bool ShowsShares() const;
+    void RefreshShares(const std::vector<ShareTable>& tables);
 
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
@@ -56,7 +62,7 @@ public:
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 7> All() const;
+    std::array<QWidget*, 8> All() const;
 
 private:
     const FilterDesign& design;
@@ -68,6 +74,7 @@ private:
     MathErrWindow* mathErrors;
     MeasuredWindow* measured;
     OptionsWindow* options;
+    SharesWindow* shares;
 };
 
 }  // namespace ladderwise

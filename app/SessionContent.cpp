@@ -52,6 +52,13 @@ std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
     return ladders;
 }
 
+std::vector<ShareTable> DesignSession::ShareTables() const {
+    const Calculation& work = Document.Work;
+    const LimitReport limits;
+    return DescribeShares(work.Design, work.Results, limits,
+                          SharesOf(work.Design, work.Results, limits));
+}
+
 // --- measured data
 
 /// Those of the document that were not read yet. Nobody is told of faults before all is drawn.

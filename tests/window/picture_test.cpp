@@ -36,6 +36,12 @@ public:
         QMouseEvent move(QEvent::MouseMove, at, View->mapToGlobal(at), Qt::NoButton, {}, {});
         QApplication::sendEvent(View, &move);
     }
+    void HoverCell(int row, int column) const {
+        const QPoint at = Grid->visualItemRect(Grid->item(row, column)).center();
+        QMouseEvent move(QEvent::MouseMove, at, Grid->viewport()->mapToGlobal(at), Qt::NoButton, {},
+                         {});
+        QApplication::sendEvent(Grid->viewport(), &move);
+    }
     int XOf(double f) const { return Left + qRound((Right - Left) * std::log10(f / 20e6) / 2); }
     int Bottom() const {
         const Picture picture = Shown();
@@ -95,12 +101,63 @@ private slots:
         QCOMPARE(f.Changes(dark, whole), 0);
         QCOMPARE(f.Grid->item(0, 2)->background().color(), cell);
         // And the other way round.
-        const QPoint at = f.Grid->visualItemRect(f.Grid->item(0, 2)).center();
-        QMouseEvent move(QEvent::MouseMove, at, f.Grid->viewport()->mapToGlobal(at), Qt::NoButton,
-                         {}, {});
-        QApplication::sendEvent(f.Grid->viewport(), &move);
+        f.HoverCell(0, 2);
         QVERIFY(f.Changes(dark, slot) > 300);
         QCOMPARE(f.Changes(dark, whole), f.Changes(dark, slot));
+        // Of two parts in a slot the symbol of the one pointed at.
+        f.Trigger("EllipticCMenu");
+        f.Hover({600, f.Top + 100});
+        const QImage trap = f.View->grab().toImage();
+        const auto symbols = [&](int row) {
+            f.HoverCell(row, 2);
+            const QImage lit = f.View->grab().toImage();
+            QRegion changed;
+            for (int y = slot.top(); y <= slot.bottom(); ++y)
+                for (int x = slot.left(); x <= slot.right(); ++x)
+                    if (lit.pixel(x, y) != trap.pixel(x, y)) changed += QRect(x, y, 1, 1);
+            return changed.boundingRect();
+        };
+        const QRect capacitor = symbols(1), coil = symbols(0);
+        QVERIFY2(coil.width() > 20 && capacitor.width() > 10 && coil.bottom() < capacitor.bottom(),
+                 qPrintable(QString::number(coil.width())));
+        const QColor unlit = f.Grid->item(0, 1)->background().color();
+        QCOMPARE(f.Grid->item(1, 2)->background().color(), unlit);
+        QVERIFY(f.Grid->item(0, 2)->background().color() != unlit);
+    }
+
+    // A symmetrical ladder: what C1 has C3 has too. The shares make one, and stand at the symbols.
+    void SharesStandAtTheSymbols() {
+        PictureFixture f;
+        const auto barOf = [&f](int slot) {
+            const QRect right(50 + 64 * slot + 52, f.Grid->y() - 36, 12, 36);
+            return f.Shown().Ink(right, QColor(196, 96, 0));
+        };
+        f.Trigger("PartDefinitionsMenu");
+        f.Check("TwoPercentInd");
+        QCOMPARE(barOf(1), 0);
+        f.Trigger("PartSharesMenu");
+        const auto* const table = f.Find<QTableWidget>("SharesTable");
+        const auto shares = [&] {
+            QMap<QString, double> found;
+            for (int row = 0; row < table->rowCount(); ++row)
+                found[table->item(row, 0)->text()] =
+                    table->item(row, 3)->text().section(' ', 0, 0).toDouble();
+            return found;
+        };
+        const auto before = shares();
+        QCOMPARE(before["C1"], before["C3"]);
+        QVERIFY(std::abs(before["C1"] + before["L2"] + before["C3"] - 100.0) < 0.2);
+        QVERIFY(barOf(1) > 15 && barOf(2) > 100);
+        QCOMPARE(barOf(3), barOf(1));
+        QVERIFY(std::abs(double(barOf(1)) / barOf(2) - before["C1"] / before["L2"]) < 0.05);
+        // Half the tolerance makes half the deviation, and a quarter of its square.
+        f.Check("OnePercentInd");
+        f.Find("PartDefinitionsWindow")->close();
+        const auto after = shares();
+        const double ratio = (before["L2"] / before["C1"]) / (after["L2"] / after["C1"]);
+        QVERIFY2(std::abs(ratio - 4.0) < 0.3, qPrintable(QString::number(ratio)));
+        f.Find("SharesWindow")->close();
+        QCOMPARE(barOf(1), 0);
     }
 
     void TheLadderScrollsWithItsCells() {

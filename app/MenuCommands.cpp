@@ -68,6 +68,8 @@ void MenuCommands::Run(Command command) {
             return ShowPartValues();
         case Command::Options:
             return windows.ShowOptions();
+        case Command::Limits:
+            return windows.ShowLimits(session.Judged());
         case Command::FixSeed:
             return ToggleFixedSeed();
         case Command::SetSeed:

@@ -117,6 +117,7 @@ private slots:
             {"TNortonForm", "NortonMenu"},
             {"PartDefinitionsWindow", "PartDefinitionsMenu"},
             {"OptionsForm", "OptionsWindowMenu"},
+            {"LimitsWindow", "LimitsMenu"},
             {"MathErrForm", "MathErrMenu"},
             {"HelpWindow", "HelpWindowMenu"}};
         WindowFixture f;

@@ -27,6 +27,7 @@ enum class Command {
     PartValues,     ///< shown at the designators
     PartShares,     ///< which part matters
     Options,
+    Limits,
     FixSeed,
     SetSeed,
     Help,

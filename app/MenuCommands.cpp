@@ -70,6 +70,8 @@ void MenuCommands::Run(Command command) {
             return windows.ShowShares(session.ShareTables());
         case Command::Options:
             return windows.ShowOptions();
+        case Command::Limits:
+            return windows.ShowLimits(session.Judged());
         case Command::FixSeed:
             return ToggleFixedSeed();
         case Command::SetSeed:

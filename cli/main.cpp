@@ -155,8 +155,10 @@ bool ReadMeasured(Session& session, const Arguments& arguments) {
     return true;
 }
 
-/// Reads the limits, if any. False if the file cannot be read or is no table of limits.
+/// Reads the limits of the command line, else takes those of the design. False if the file cannot
+/// be read or is no table of limits.
 bool ReadLimits(Session& session, const std::string& path) {
+    session.Limits = session.Companion.Limits;
     if (path.empty()) return true;
     const FileContent file = ReadWholeFile(path, MaxLimitsBytes);
     if (!file.Error.empty()) {
@@ -192,6 +194,7 @@ bool SaveDesign(Session& session, const Arguments& arguments) {
     PrintMessages(session);
     DesignCompanion companion = session.Companion;
     companion.Edited = EditsOf(session.Calc.Design);
+    companion.Limits = session.Limits;
     for (const std::string& path : arguments.MeasuredFiles)
         companion.Measured.push_back(NewMeasuredFile(path, companion.Measured));
     if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);
@@ -235,6 +238,7 @@ bool WritePlot(const Session& session, const Arguments& arguments) {
     PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities,
                                     measured.LayersOf(session.Drawn, calc.Design));
     content.WorstCaseRuns = calc.WorstCase.Runs;
+    content.Limits = JudgeLimits(calc.Design, session.Limits);
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
     const QFont font = QGuiApplication::font();

@@ -118,6 +118,7 @@ private slots:
             {"OptionsForm", "OptionsWindowMenu"},
             {"SharesWindow", "PartSharesMenu"},
             {"MeasuredWindow", "MeasuredDataMenu"},
+            {"LimitsWindow", "LimitsMenu"},
             {"MathErrForm", "MathErrMenu"},
             {"HelpWindow", "HelpWindowMenu"}};
         WindowFixture f;

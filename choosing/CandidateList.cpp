@@ -11,8 +11,13 @@ namespace ladderwise {
 
 namespace {
 
-constexpr std::array rippleShares = {0.999, 0.75, 0.5, 0.25, 0.08, 0.015};
-constexpr std::array attenShifts = {-12.0, -8.0, -4.0, 0.01, 5.0, 10.0};
+constexpr double justBelowLargest = 0.999;  ///< of the largest ripple: all but equal ripple
+/// Ripples (dB) and steps of attenuation (dB) that stay where they are when a limit moves, so that
+/// prototypes and places that are known are asked for again.
+constexpr std::array rippleRaster = {0.7, 0.4, 0.2, 0.1, 0.05, 0.02, 0.008, 0.003};
+constexpr int ripplesOfRaster = 5;
+constexpr double coarsestOfRaster = 0.85;  ///< of the largest
+constexpr double attenRaster = 4.0, leastBelowNeed = 12.0, mostAboveNeed = 10.0;
 constexpr double fallbackNeedDb = 40.0;
 constexpr double widestCoupled = 0.25;  ///< of the centre: beyond coupled resonators are off
 
@@ -60,9 +65,12 @@ public:
                 candidate.Response = family;
                 candidate.Poles = traps;
                 candidate.FormCLC = base.FormCLC;
-                for (std::size_t i = 0; i < attenShifts.size(); ++i) {
-                    candidate.AttenDb = std::clamp(need + attenShifts[i], LeastNeedDb, MostNeedDb);
-                    Rippled(candidate, static_cast<int>(i));
+                const int first =
+                    static_cast<int>(std::ceil((need - leastBelowNeed) / attenRaster));
+                const int last = static_cast<int>(std::floor((need + mostAboveNeed) / attenRaster));
+                for (int step = first; step <= last; ++step) {
+                    candidate.AttenDb = std::clamp(step * attenRaster, LeastNeedDb, MostNeedDb);
+                    Rippled(candidate, step);
                 }
             }
         }
@@ -72,12 +80,14 @@ public:
 
 private:
     void Rippled(Candidate candidate, int attenIndex) {
-        double last = 0.0;
-        for (std::size_t i = 0; i < rippleShares.size(); ++i) {
-            candidate.RippleDb = std::max(rippleShares[i] * largestRipple, FinestRippleDb);
-            if (candidate.RippleDb == last) continue;
-            last = candidate.RippleDb;
+        candidate.RippleDb = std::max(justBelowLargest * largestRipple, FinestRippleDb);
+        list.push_back({candidate, -1, attenIndex});
+        int taken = 0;
+        for (std::size_t i = 0; i < rippleRaster.size() && taken < ripplesOfRaster; ++i) {
+            if (rippleRaster[i] > coarsestOfRaster * largestRipple) continue;
+            candidate.RippleDb = rippleRaster[i];
             list.push_back({candidate, static_cast<int>(i), attenIndex});
+            ++taken;
         }
     }
 

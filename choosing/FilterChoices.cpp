@@ -20,14 +20,16 @@ constexpr int narrowPoints = 1024;
 constexpr double narrowMarginDb = 0.05;  ///< margins closer to 0 are bracketed again
 constexpr double doubtDb = 0.01;         ///< what a row may fail by on the points, to be judged
 constexpr int usualTraps = 5, mostTraps = 10;
-constexpr double refineBelowDb = 1.0;  ///< margins that are refined
-constexpr double refineAboveDb = -12.0;
+constexpr double refineBelowDb = 0.3;  ///< margins that are refined
+constexpr double refineAboveDb = -6.0;
 constexpr int refineTries = 26;
 constexpr double trapFormsAboveDb = -0.5;
 constexpr std::size_t mostMisses = 10;  ///< of each kind
-constexpr std::size_t missesJudged = 60;
+constexpr std::size_t missesJudged = 60, missesSearched = 150;
 constexpr int candidatesPerCall = 16;  ///< between two calls of the progress callback
 constexpr double shareOfSearch = 0.8;
+constexpr int rowsInReserve = 8;
+constexpr std::size_t mostPrototypes = 8000;
 constexpr int typedDigits = 5;  ///< of ripple and attenuation
 
 double RoundedTyped(double x) {
@@ -78,7 +80,7 @@ public:
     FilterList Run() {
         FilterList list;
         ForgetOthers();
-        Search(KeptLimits::All, list);
+        Search(list);
         if (!list.Stopped) {
             TryTrapForms();
             Refine();
@@ -110,6 +112,7 @@ private:
                                          double(model.CapSeriesStep),
                                          double(model.IndSeriesStep)};
         if (signature != memory.Signature) memory.Places.clear();
+        if (memory.Prototypes.size() > mostPrototypes) memory.Prototypes.clear();
         memory.Signature = std::move(signature);
     }
 
@@ -141,8 +144,7 @@ private:
                maker.MakeEven(candidate, std::sqrt(bands.PassLow * bands.PassHigh), 1.15 * width);
     }
 
-    void SearchList(const std::vector<ListedCandidate>& candidates, KeptLimits kept,
-                    FilterList& list) {
+    void SearchList(const std::vector<ListedCandidate>& candidates, FilterList& list) {
         std::set<std::tuple<decltype(GroupOf(Candidate{})), double, double>> seen;
         int count = 0;
         for (ListedCandidate listed : candidates) {
@@ -156,7 +158,7 @@ private:
             const ChoosingMemory::Key key{GroupOf(listed.What), listed.RippleIndex,
                                           listed.AttenIndex};
             const auto remembered = memory.Places.find(key);
-            const bool known = kept == KeptLimits::All && remembered != memory.Places.end();
+            const bool known = remembered != memory.Places.end();
             if (known) {
                 listed.What.TankNanohenries = remembered->second.What.TankNanohenries;
                 listed.What.NortonK = remembered->second.What.NortonK;
@@ -173,23 +175,22 @@ private:
             const double ripple = HasRipple(made) ? made.RippleDb : 0.0;
             if (!seen.insert({GroupOf(made), ripple, atten}).second) continue;
             listed.What.FormCLC = made.FormCLC;
-            const Placement at =
-                Place(listed.What, kept, known ? &remembered->second.At : nullptr, coarse);
+            const Placement at = Place(listed.What, KeptLimits::All,
+                                       known ? &remembered->second.At : nullptr, coarse);
             if (at.Margin == HopelessDb) continue;
             found.push_back({listed, at, CountParts(maker.Design())});
-            if (kept == KeptLimits::All) memory.Places[key] = {listed.What, at};
+            memory.Places[key] = {listed.What, at};
         }
     }
 
-    void Search(KeptLimits kept, FilterList& list) {
-        found.clear();
+    void Search(FilterList& list) {
         const FilterDesign& base = rows.Base();
-        SearchList(ListCandidates(base, request.Limits, 1, usualTraps), kept, list);
+        SearchList(ListCandidates(base, request.Limits, 1, usualTraps), list);
         const bool met = std::any_of(found.begin(), found.end(), [](const Found& f) {
             return f.At.Margin > 0.0 && IsElliptic(f.Listed.What.Response);
         });
-        if (!met && !list.Stopped && kept == KeptLimits::All)
-            SearchList(ListCandidates(base, request.Limits, usualTraps + 1, mostTraps), kept, list);
+        if (!met && !list.Stopped)
+            SearchList(ListCandidates(base, request.Limits, usualTraps + 1, mostTraps), list);
     }
 
     /// The other forms of the traps of a band: other values, the same response but for what parts
@@ -210,10 +211,12 @@ private:
         }
     }
 
-    /// True if something is met with fewer inductors or parts and no more of the others.
-    bool IsBehind(const PartCounts& parts) const {
+    /// True if the same family meets it with fewer inductors or parts and no more of the others.
+    bool IsBehind(const Found& group) const {
         return std::any_of(found.begin(), found.end(), [&](const Found& f) {
-            return f.At.Margin >= 0.0 && Fewer(f.Parts, parts);
+            return f.At.Margin >= 0.0 && f.Listed.What.Pass == group.Listed.What.Pass &&
+                   f.Listed.What.Response == group.Listed.What.Response &&
+                   Fewer(f.Parts, group.Parts);
         });
     }
 
@@ -231,7 +234,7 @@ private:
         std::sort(groups.begin(), groups.end(),
                   [](const Found& a, const Found& b) { return a.Parts.Both() < b.Parts.Both(); });
         for (const Found& group : groups)
-            if (!IsBehind(group.Parts)) RefineGroup(group);
+            if (!IsBehind(group)) RefineGroup(group);
     }
 
     /// Compass search in the logarithm of the ripple and in the attenuation.
@@ -270,6 +273,16 @@ private:
         if (better) found.push_back(f);
     }
 
+    /// The largest attenuation in the limits of attenuation at most, of the ladder in hand.
+    double LossOnPoints() {
+        double loss = 0.0;
+        const std::vector<RowMargin>& margins = coarse.Judge(maker.Design(), 0.0);
+        for (std::size_t i = 0; i < margins.size(); ++i)
+            if (request.Limits[i].Kind == LimitKind::AttenMax)
+                loss = std::max(loss, request.Limits[i].Value - margins[i].Least());
+        return loss;
+    }
+
     /// Rows of everything that meets the limits, best first.
     void FinishRows(FilterList& list) {
         struct Draft {
@@ -284,15 +297,15 @@ private:
             }
             if (f.At.Margin < -doubtDb) continue;
             if (!maker.Use(f.Listed.What) || !maker.Place(f.At.F0, f.At.BandWidth)) continue;
-            drafts.push_back({&f, rows.CostOf(maker.Design())});
+            drafts.push_back(
+                {&f, rows.CostOf(maker.Design()) + request.Weights.PerDbOfLoss * LossOnPoints()});
         }
         std::stable_sort(drafts.begin(), drafts.end(),
                          [](const Draft& a, const Draft& b) { return a.Cost < b.Cost; });
         int count = 0;
         for (const Draft& draft : drafts) {
-            // The loss is not in a draft's cost: one more of it than all that are shown.
-            const int shown = static_cast<int>(list.Choices.size());
-            if (shown >= 2 * request.MostRows + 20) break;
+            // The loss of a draft is that on the points: a few more than are shown.
+            if (static_cast<int>(list.Choices.size()) >= request.MostRows + rowsInReserve) break;
             if (++count % candidatesPerCall == 0 &&
                 !Report(shareOfSearch + (1.0 - shareOfSearch) * count / double(drafts.size()))) {
                 list.Stopped = true;
@@ -344,11 +357,30 @@ private:
         }
     }
 
+    /// What came nearest with all margins alike, no more than a few of each group.
+    std::vector<Found> NearOnes() const {
+        std::vector<Found> near = found;
+        std::stable_sort(near.begin(), near.end(),
+                         [](const Found& a, const Found& b) { return a.At.Margin > b.At.Margin; });
+        std::map<decltype(GroupOf(Candidate{})), int> taken;
+        std::erase_if(near, [&](const Found& f) { return ++taken[GroupOf(f.Listed.What)] > 3; });
+        if (near.size() > missesSearched) near.resize(missesSearched);
+        return near;
+    }
+
     /// What comes nearest, with either kind of limits kept.
     void FindMisses(FilterList& list) {
+        const std::vector<Found> near = NearOnes();
         for (const KeptLimits kept : {KeptLimits::Pass, KeptLimits::Stop}) {
-            Search(kept, list);
-            if (list.Stopped) return;
+            found.clear();
+            for (Found f : near) {
+                if (!Report(1.0)) {
+                    list.Stopped = true;
+                    return;
+                }
+                f.At = Place(f.Listed.What, kept, nullptr, coarse);
+                if (f.At.Margin > HopelessDb) found.push_back(f);
+            }
             const auto missing = [&](const Found& f) {
                 return kept == KeptLimits::Pass ? f.At.Stop : f.At.Pass;
             };

@@ -67,6 +67,18 @@ LimitGrid::LimitGrid(const LimitLines& limits, int points) : lines(limits) {
     power.resize(freqs.size());
     if (reflects) reflection.resize(freqs.size());
     margins.resize(lines.size());
+    BuildSweepTables(tables, freqs, 1.0);
+    skin = tables.SkinOmega;
+}
+
+void LimitGrid::MoveTables(double f0) {
+    if (f0 == tables.F0) return;
+    const double root = std::sqrt(f0), inverse = 1.0 / f0;
+    for (std::size_t i = 0; i < skin.size(); ++i) {
+        tables.SkinOmega[i] = root * skin[i];
+        tables.RelativeF[i] = inverse * tables.Frequency[i];
+    }
+    tables.F0 = f0;
 }
 
 double LimitGrid::ExtremePower(const Span& span, bool largest, double& at) const {
@@ -126,7 +138,7 @@ double LimitGrid::MarginOf(const LimitLine& line, const Span& span, double& at) 
 }
 
 const std::vector<RowMargin>& LimitGrid::Judge(const FilterDesign& design, double centre) {
-    BuildSweepTables(tables, freqs, design.F0);
+    MoveTables(design.F0);
     const bool done = AnalyseLadder(design, tables, {}, re, im, reflection);
     for (std::size_t i = 0; i < freqs.size(); ++i)
         power[i] = re[i] * re[i] + im[i] * im[i];

@@ -48,6 +48,8 @@ private:
     struct Span {
         std::size_t First = 0, Count = 0;
     };
+    /// The tables for another F0: few of them depend on it.
+    void MoveTables(double f0);
     double ExtremePower(const Span& span, bool largest, double& at) const;
     double LargestReflection(const Span& span, double& at) const;
     double DelayVariation(const Span& span, double& at) const;
@@ -57,6 +59,7 @@ private:
     std::vector<Span> spans;
     std::vector<double> freqs, re, im, power, reflection;
     SweepTables tables;
+    std::vector<double> skin;  ///< SkinOmega of F0 1 Hz
     bool reflects = false;
     std::vector<RowMargin> margins;
 };

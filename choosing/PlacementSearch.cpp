@@ -16,13 +16,21 @@ constexpr double keptReserve = 2e-3;    ///< dB that they hold by
 constexpr double plateauWeight = 1e-3;  ///< of the larger margin, where the smaller stays
 constexpr double plateauMost = 5.0;     ///< dB of it that count
 constexpr double compressed = 10.0;     ///< dB: differences beyond are flattened for the bracketing
-constexpr double closeEnough = 1e-4;    ///< dB between the two margins
+constexpr double closeEnough = 1e-4;    ///< dB between the two margins of a narrow pass
+constexpr double closeShare = 0.02;     ///< of the margin, where there is much of it
+constexpr double closeAtMost = 0.5;     ///< dB
 constexpr double leastStep = 1e-9;      ///< relative
 constexpr int cornerSteps = 12, cornerStepsFromStart = 5;
 constexpr int widthSteps = 9, widthStepsFromStart = 4;
 constexpr int centreSteps = 6, centreStepsFromStart = 4;
 constexpr double justInside = 1.0 + 1e-7;
 constexpr double smallestRatio = 0.005, largestRatio = 1.99;  ///< BandWidth / F0
+
+/// Whether what gains and what loses are alike enough.
+bool Balanced(double difference, const Placement& at) {
+    const double allowed = std::clamp(closeShare * std::abs(at.Margin), closeEnough, closeAtMost);
+    return std::abs(difference) < allowed;
+}
 
 /// Bracketing by the Illinois rule of regula falsi on flattened values, halving every third step.
 class Bracket {
@@ -148,7 +156,7 @@ void PlacementSearch::BracketCorner(double low, double high, int steps) {
     for (int step = 0; step < steps && !bracket.Closed(); ++step) {
         const double x = bracket.Next();
         const Seen seen = Look(std::exp(x), 0.0);
-        if (std::abs(seen.Widening) < closeEnough) return;
+        if (Balanced(seen.Widening, seen.At)) return;
         bracket.Take(x, seen.Widening);
     }
 }
@@ -214,7 +222,7 @@ PlacementSearch::Seen PlacementSearch::Centred(double& centre, double width, int
     const auto note = [&](const Seen& s, double at) {
         if (s.At.Score > bestHere.At.Score) bestHere = s, centre = std::exp(at);
     };
-    if (seen.At.Margin == HopelessDb || std::abs(seen.Rising) < closeEnough) return seen;
+    if (seen.At.Margin == HopelessDb || Balanced(seen.Rising, seen.At)) return seen;
     // Outwards until the sign changes.
     double step = 0.05 * width / centre * (seen.Rising < 0.0 ? 1.0 : -1.0);
     Seen other = seen;
@@ -235,7 +243,7 @@ PlacementSearch::Seen PlacementSearch::Centred(double& centre, double width, int
         const Seen s = LookAt(std::exp(z), width);
         if (s.At.Margin == HopelessDb) break;
         note(s, z);
-        if (std::abs(s.Rising) < closeEnough) break;
+        if (Balanced(s.Rising, s.At)) break;
         bracket.Take(z, s.Rising);
     }
     return bestHere;
@@ -260,7 +268,7 @@ void PlacementSearch::BracketWidth(double low, double high, double& centre, int 
     for (int step = 0; step < steps && !bracket.Closed(); ++step) {
         const double x = bracket.Next();
         const Seen seen = Centred(centre, std::exp(x), inner);
-        if (seen.At.Margin == HopelessDb || std::abs(seen.Widening) < closeEnough) return;
+        if (seen.At.Margin == HopelessDb || Balanced(seen.Widening, seen.At)) return;
         bracket.Take(x, sign * seen.Widening);
     }
 }

@@ -20,19 +20,6 @@ constexpr int evenDigits = 4;  ///< of values that are chosen for evenness
 constexpr double leastTransformer = 1.001;
 constexpr double mostTransformer = 100.0;
 
-template <typename Take>
-void ForEachPart(const DesignState& design, const Take& take) {
-    for (int slot = 1; slot <= SlotsInUse(design); ++slot) {
-        const CircuitElement& element = design.Elements[static_cast<std::size_t>(slot)];
-        const ElementInfo& info = InfoOf(element.Type);
-        for (int row = 0; row < 4; ++row) {
-            const ValueKind kind = info.Values[static_cast<std::size_t>(row)];
-            const double value = element.Value(row);
-            if (IsPart(kind) && !(value > NotUsedLimit)) take(kind, value);
-        }
-    }
-}
-
 bool AllCanBeBuilt(const DesignState& design) {
     bool good = design.NumElements > 0;
     ForEachPart(design, [&](ValueKind, double value) {
@@ -158,9 +145,9 @@ bool LadderMaker::MakeTransformersEven(Candidate& candidate, double f0, double b
     PlaceUnchanged(f0, bandWidth);
     const NortonBase base = BaseOf(work, work.Norton.ImpedanceScalar);
     const NortonStructure& structure = StructureOf(candidate.NortonType, candidate.Poles);
-    const auto positive = [](const auto& values, int count) {
+    const auto noneNegative = [](const auto& values, int count) {
         return std::all_of(values.begin(), values.begin() + count,
-                           [](double x) { return x > 0.0 && std::isfinite(x); });
+                           [](double x) { return x >= 0.0 && std::isfinite(x); });
     };
     const bool two = candidate.Poles > 3;
     double best = 0.0;
@@ -169,7 +156,7 @@ bool LadderMaker::MakeTransformersEven(Candidate& candidate, double f0, double b
             const double K = std::max(Rounded(k), leastTransformer);
             const double M = two ? std::max(Rounded(m), leastTransformer) : 1.0;
             const NortonValues values = structure.Transform(base, K, M);
-            if (!positive(values.C, structure.NumC) || !positive(values.L, structure.NumL))
+            if (!noneNegative(values.C, structure.NumC) || !noneNegative(values.L, structure.NumL))
                 continue;
             const double score =
                 EvennessOf(values, structure, NortonGoal::Capacitors) / structure.NumC +

@@ -86,6 +86,27 @@ private:
     StoredPrototype prototype{};
 };
 
+/// True for an end part that a Norton ladder of A = 1 leaves out: a capacitor of 0 F across the
+/// line, an inductor of 0 H in it.
+constexpr bool IsLeftOut(ElementType type, double value) {
+    return value == 0.0 && (type == ElementType::ShuntCap || type == ElementType::SeriesInd);
+}
+
+/// Calls take(kind, value) for every part of the ladder from the source to the load.
+template <typename Take>
+void ForEachPart(const DesignState& design, const Take& take) {
+    for (int slot = 1; slot <= SlotsInUse(design); ++slot) {
+        const CircuitElement& element = design.Elements[static_cast<std::size_t>(slot)];
+        const ElementInfo& info = InfoOf(element.Type);
+        for (int row = 0; row < 4; ++row) {
+            const ValueKind kind = info.Values[static_cast<std::size_t>(row)];
+            const double value = element.Value(row);
+            if (IsPart(kind) && !(value > NotUsedLimit) && !IsLeftOut(element.Type, value))
+                take(kind, value);
+        }
+    }
+}
+
 /// Numbers of parts in a ladder.
 struct PartCounts {
     int Inductors = 0;

@@ -18,6 +18,7 @@ constexpr std::array rippleRaster = {0.7, 0.4, 0.2, 0.1, 0.05, 0.02, 0.008, 0.00
 constexpr int ripplesOfRaster = 5;
 constexpr double coarsestOfRaster = 0.85;  ///< of the largest
 constexpr double attenRaster = 4.0, leastBelowNeed = 12.0, mostAboveNeed = 10.0;
+constexpr double aboveRound = 0.02;  ///< dB: people ask for round numbers
 constexpr double fallbackNeedDb = 40.0;
 constexpr double widestCoupled = 0.25;  ///< of the centre: beyond coupled resonators are off
 
@@ -69,7 +70,8 @@ public:
                     static_cast<int>(std::ceil((need - leastBelowNeed) / attenRaster));
                 const int last = static_cast<int>(std::floor((need + mostAboveNeed) / attenRaster));
                 for (int step = first; step <= last; ++step) {
-                    candidate.AttenDb = std::clamp(step * attenRaster, LeastNeedDb, MostNeedDb);
+                    candidate.AttenDb =
+                        std::clamp(step * attenRaster + aboveRound, LeastNeedDb, MostNeedDb);
                     Rippled(candidate, step);
                 }
             }

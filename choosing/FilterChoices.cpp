@@ -19,6 +19,7 @@ constexpr int searchPoints = 256;  ///< of the analysis, which works in blocks o
 constexpr int narrowPoints = 1024;
 constexpr double narrowMarginDb = 0.05;  ///< margins closer to 0 are bracketed again
 constexpr double doubtDb = 0.01;         ///< what a row may fail by on the points, to be judged
+constexpr double surelyMetDb = 1e-6;     ///< a smaller margin is rounding
 constexpr int usualTraps = 5, mostTraps = 10;
 constexpr double refineBelowDb = 0.3;  ///< margins that are refined
 constexpr double refineAboveDb = -6.0;
@@ -313,7 +314,8 @@ private:
             }
             const Found& f = *draft.From;
             FilterChoice row = rows.Make(f.Listed.What, f.At.F0, f.At.BandWidth);
-            if (row.Report.Met()) list.Choices.push_back(std::move(row));
+            if (row.Report.Met() && row.MarginDb >= surelyMetDb)
+                list.Choices.push_back(std::move(row));
         }
         Sort(list);
     }

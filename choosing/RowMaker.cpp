@@ -116,15 +116,12 @@ FilterDesign& RowMaker::Build(const FilterChoice& row) {
 double RowMaker::CostOf(const DesignState& design) const {
     const CostWeights& weights = request.Weights;
     double cost = 0.0;
-    for (const ValuePlace& place : ValuesInUse(design)) {
-        const CircuitElement& slot = design.Elements[static_cast<std::size_t>(place.Slot)];
-        const ValueKind kind = InfoOf(slot.Type).Values[static_cast<std::size_t>(place.Row)];
-        const double value = slot.Value(place.Row);
+    ForEachPart(design, [&](ValueKind kind, double value) {
         const bool coil = kind == ValueKind::Inductance;
         const ValueRange& range = coil ? weights.PracticalL : weights.PracticalC;
         cost += coil ? weights.Inductor : weights.Capacitor;
         if (value < range.Smallest || value > range.Largest) cost += weights.Impractical;
-    }
+    });
     if (std::abs(design.RLoad - base.RLoad) > 1e-6 * base.RLoad) cost += weights.OtherLoad;
     return cost;
 }

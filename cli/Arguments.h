@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "choosing/FilterChoices.h"
 #include "display/PictureLayout.h"
 #include "exchange/ExportTexts.h"
 
@@ -34,6 +35,8 @@ struct Arguments {
     std::string PlotFile;
     std::vector<std::string> MeasuredFiles;
     std::string LimitsFile;
+    int ChosenRows = 0;  ///< --choose; 0: no list
+    WhatCounts Only = WhatCounts::AsSet;
     ExportArguments Exports;
     PictureSize Size;                     ///< of the plot
     std::optional<PictureParts> Picture;  ///< not the window's plot: a picture for reports

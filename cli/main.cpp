@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/Arguments.h"
+#include "cli/ChoicesOutput.h"
 #include "cli/DesignFiles.h"
 #include "cli/Exports.h"
 #include "cli/JsonOutput.h"
@@ -272,6 +273,17 @@ bool DrawPlot(const Session& session, const Arguments& arguments) {
     return WritePlot(session, arguments);
 }
 
+ChoosingRequest RequestOf(const Session& session, const Arguments& arguments) {
+    ChoosingRequest request;
+    request.Inputs = session.Calc.Inputs;
+    request.Present = session.Calc.Design;
+    request.Limits = session.Limits;
+    request.Only = arguments.Only;
+    request.MostRows = arguments.ChosenRows;
+    if (session.Calc.FixedSeed) request.Seed = *session.Calc.FixedSeed;
+    return request;
+}
+
 int Run(const Arguments& arguments) {
     if (arguments.Help) return WriteOutput("-", UsageText()) ? ExitOk : ExitCannotWrite;
     if (arguments.Version)
@@ -304,12 +316,21 @@ int Run(const Arguments& arguments) {
         return ExitUsage;
     }
     const LimitReport limits = JudgeLimits(session->Calc.Design, session->Limits);
+    const ChoosingRequest request = RequestOf(*session, arguments);
+    ChoosingMemory memory;
+    const FilterList choices =
+        arguments.ChosenRows > 0 ? ChooseFilters(request, memory) : FilterList{};
     bool written = SaveDesign(*session, arguments);
     written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
-    if (arguments.Table) written = WriteOutput("-", TableText(session->Calc, limits)) && written;
+    const bool list = arguments.ChosenRows > 0;
+    if (arguments.Table)
+        written = WriteOutput("-", list ? ChoicesTable(request, choices)
+                                        : TableText(session->Calc, limits)) &&
+                  written;
     if (!arguments.JsonFile.empty())
-        written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
-                                                           session->Measured, limits)) &&
+        written = WriteOutput(arguments.JsonFile,
+                              JsonText(session->Calc, session->Messages, session->Measured, limits,
+                                       list ? ChoicesMembers(request, choices) : JsonMembers{})) &&
                   written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;

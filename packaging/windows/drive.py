@@ -180,17 +180,30 @@ def the_second_start(driver, path, first):
 
 
 def into_documents(driver, documents):
-    """Save As, in the folder that the program proposes, and opened again from there."""
+    """Save As into the folder that the program has made there, and opened again from it."""
+    folder = os.path.join(documents, "Tarnwick", "Ladderwise", "Files")
+    check("the program has made its folder in the documents", os.path.isdir(folder))
+    path = os.path.join(folder, "saved here.tk_ldfilt")
     key("ctrl+shift+s")
-    wait_window("Save")
+    wait_window("Save Design")
     driver.show("save as")
     key("ctrl+a")
-    write("saved here")
+    write(driver.windows_name(path))
     key("Return")
-    path = os.path.join(documents, "Tarnwick", "Ladderwise", "Files", "saved here.tk_ldfilt")
     wait_for("design in the documents", lambda: os.path.exists(path))
     wait_window("saved here")
     check_example(driver.design(path))
+    key("ctrl+o")
+    wait_window("Open Design")
+    driver.show("open")
+    write(driver.windows_name(os.path.join(driver.options.folder, "first.tk_ldfilt")))
+    key("Return")
+    wait_window("first")
+    key("ctrl+o")
+    wait_window("Open Design")
+    write(driver.windows_name(path))
+    key("Return")
+    wait_window("saved here")
 
 
 def the_picture(driver):
@@ -278,8 +291,7 @@ def main():
         the_second_start(driver, path, window)
         into_documents(driver, documents)
         the_picture(driver)
-        the_paper(driver, os.path.dirname(os.path.dirname(documents)) if options.wine
-                  else documents)
+        the_paper(driver, documents)
         the_end(driver, process)
     except SystemExit:
         driver.number = 98

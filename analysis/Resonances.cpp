@@ -166,6 +166,16 @@ bool IsLine(const Network& network) {
            network.Kind == NetworkKind::OpenStub;
 }
 
+/// Adds the frequencies up to `highest` (Hz) at which a line of `length` (degrees at F0) is `first`,
+/// first + 1, ... half waves long; none for a length of zero.
+void AddHalfWaves(double F0, double length, double first, double highest,
+                  std::vector<double>& places) {
+    if (!(length > 0.0)) return;
+    const double half = F0 * HalfTurn / length;
+    for (double turns = first; turns * half <= highest; turns += 1.0)
+        places.push_back(turns * half);
+}
+
 /// The susceptance of a shunt slot with stubs, and where it has its poles. It rises between them.
 struct StubSlot {
     const FilterDesign& Design;
@@ -197,14 +207,8 @@ struct StubSlot {
 
     std::vector<double> PolesUpTo(double highest) const {
         std::vector<double> poles;
-        const auto add = [&](double length, double first) {
-            if (!(length > 0.0)) return;
-            const double half = Design.F0 * HalfTurn / length;
-            for (double turns = first; turns * half <= highest; turns += 1.0)
-                poles.push_back(turns * half);
-        };
-        add(Shorted, 1.0);
-        add(Open, 0.5);
+        AddHalfWaves(Design.F0, Shorted, 1.0, highest, poles);
+        AddHalfWaves(Design.F0, Open, 0.5, highest, poles);
         if (C > 0.0 && Real && Design.PartModel.CapL > 0.0)
             poles.push_back(1.0 / (TwoPi * std::sqrt(C * Design.PartModel.CapL)));
         return poles;
@@ -257,7 +261,10 @@ std::vector<double> ElementResonances(const FilterDesign& design) {
 std::vector<double> LineResonances(const FilterDesign& design, double highest) {
     std::vector<double> resonances;
     for (int k = 1; k <= std::min(design.NumElements, NumSlots - 1); ++k) {
-        const StubSlot slot(design, design.Elements[k]);
+        const CircuitElement& element = design.Elements[k];
+        if (element.Type == ElementType::SeriesTLIN)
+            AddHalfWaves(design.F0, element.V1, 1.0, highest, resonances);
+        const StubSlot slot(design, element);
         if (!(slot.Shorted > 0.0) && !(slot.Open > 0.0)) continue;
         std::vector<double> poles = slot.PolesUpTo(highest);
         std::sort(poles.begin(), poles.end());

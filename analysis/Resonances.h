@@ -13,8 +13,9 @@ namespace ladderwise {
 /// where the part model has them. Lines and stubs, which resonate without end, are left out.
 std::vector<double> ElementResonances(const FilterDesign& design);
 
-/// The resonances up to `highest` (Hz) of the tanks and stubs of lines, where such a filter passes
-/// or stops again and again; ascending, each once.
+/// The resonances up to `highest` (Hz) of the tanks and stubs of lines, and where a line in the way
+/// is a multiple of half a wave long: there such a filter passes or stops again and again.
+/// Ascending, each once.
 std::vector<double> LineResonances(const FilterDesign& design, double highest);
 
 /// Those of ElementResonances that let nothing pass: poles of a series arm, zeros of a shunt arm.

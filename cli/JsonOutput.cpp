@@ -12,6 +12,7 @@
 #include "numbers/Formatfunctions.h"
 #include "pipeline/NamedSettings.h"
 #include "pipeline/Notes.h"
+#include "pipeline/PartShares.h"
 #include "pipeline/ResultsText.h"
 #include "scaling/BandScaler.h"
 
@@ -238,6 +239,15 @@ std::string LimitsObject(const LimitReport& limits) {
            "}";
 }
 
+std::string ShareObject(const PartShare& share) {
+    return "{\"designator\": " + Quoted(share.Designator) +
+           ", \"slot\": " + std::to_string(share.Slot) +
+           ", \"row\": " + std::to_string(share.Row + 1) + ", \"share\": " + Number(share.Share) +
+           ", \"db_per_percent\": " + Number(share.DbPerPercent) +
+           ", \"at_hz\": " + Number(share.At) +
+           ", \"by_samples\": " + (share.BySamples ? "true" : "false") + "}";
+}
+
 }  // namespace
 
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
@@ -283,6 +293,9 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     }
     member("results", ResultsObject(design, calculation.Results));
     if (!limits.Rows.empty()) member("limits", LimitsObject(limits));
+    const std::vector<PartShare> shares = SharesOf(design, calculation.Results, limits);
+    member("sensitivity",
+           List(shares.size(), [&](std::size_t i) { return ShareObject(shares[i]); }));
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));

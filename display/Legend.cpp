@@ -21,6 +21,8 @@ constexpr double legendScaleStep = 0.2;
 constexpr int leastLineHeight = 13;   // pixels
 constexpr int heightBelow = 22;       // pixels of a legend below the plot, and what keeps it off
 constexpr int gapBelow = 4;           // the names of the strip
+constexpr int secondLine = 16;        // pixels more for a legend of two lines
+constexpr long mostInOneLine = 7;     // rows; more stand in two lines where one is too long
 constexpr long mostTracesWithin = 5;  // more are named below the plot
 constexpr int thresholdDigits = 4;
 constexpr PlotColour hintColour{160, 64, 0};
@@ -158,25 +160,31 @@ int LegendHeightBelow(const PlotContent& content) {
     if (content.Design.NumElements < 1) return 0;
     const auto traces = std::count_if(TraceDrawOrder.begin(), TraceDrawOrder.end(),
                                       [&](auto kind) { return IsChosen(content.Choices, kind); });
-    return traces > mostTracesWithin || content.Layers.size() > 1 ? heightBelow : 0;
+    const long others = std::max<long>(0, static_cast<long>(content.Layers.size()) - 1);
+    if (traces <= mostTracesWithin && others == 0) return 0;
+    return traces + others > mostInOneLine ? heightBelow + secondLine : heightBelow;
 }
 
 Legend LayLegendBelow(const std::vector<LegendRow>& rows, const PlotLayout& layout,
                       const TextMetrics& metrics) {
     const int room = layout.Area.LegendHeight;
     if (room <= 0 || rows.empty()) return {};
-    const int columns = static_cast<int>(rows.size());
+    const int count = static_cast<int>(rows.size());
     for (double scale = 1.0; scale >= smallestLegendScale; scale -= legendScaleStep / 2) {
         const TextMetrics scaled = metrics.Scaled(scale);
-        const LegendForm form = FormOf(rows, columns, scaled);
-        if (form.Width > layout.PlotWidth || scaled.Height > room - gapBelow) continue;
-        const PlotRect box{layout.PlotLeft + (layout.PlotWidth - form.Width) / 2,
-                           layout.Area.GridTop - SchematicHeight - room - gapBelow, form.Width,
-                           room - 2};
-        Legend legend = LayOut(rows, form, box, scaled);
-        for (PlotText& text : legend.Texts)
-            text.Scale = scale;
-        return legend;
+        for (const int columns : {count, (count + 1) / 2}) {
+            const LegendForm form = FormOf(rows, columns, scaled);
+            if (form.Width > layout.PlotWidth || form.InAColumn * scaled.Height > room - gapBelow)
+                continue;
+            const int height = std::min(room - 2, form.InAColumn * scaled.Height + gapBelow);
+            const PlotRect box{layout.PlotLeft + (layout.PlotWidth - form.Width) / 2,
+                               layout.Area.GridTop - SchematicHeight - room - gapBelow, form.Width,
+                               height};
+            Legend legend = LayOut(rows, form, box, scaled);
+            for (PlotText& text : legend.Texts)
+                text.Scale = scale;
+            return legend;
+        }
     }
     return {};
 }

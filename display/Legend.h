@@ -47,12 +47,12 @@ struct Legend {
     std::vector<PlotText> Texts;
 };
 
-/// Height in pixels of the line below the plot that the legend of a content stands in: with six
-/// traces, or one design beside another, it would hide too much of the plot. 0: it stands in the
-/// plot.
+/// Height in pixels of the room below the plot that the legend of a content stands in, one line or
+/// two: with six traces, or one design beside another, it would hide too much of the plot. 0: it
+/// stands in the plot.
 int LegendHeightBelow(const PlotContent& content);
 
-/// Lays the rows out in one line between the labels of the plot and the strip, smaller where that
+/// Lays the rows out in one line, or two if there is the room, between the labels of the plot and the strip, smaller where that
 /// is too long; empty where it would be too small, or a layout has no line for it.
 Legend LayLegendBelow(const std::vector<LegendRow>& rows, const PlotLayout& layout,
                       const TextMetrics& metrics);

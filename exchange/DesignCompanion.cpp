@@ -79,10 +79,10 @@ private:
     }
 };
 
-MeasuredFile MeasuredOf(const JsonValue& value) {
+/// A measured file that follows `others`: without a colour that is known it takes a free one.
+MeasuredFile MeasuredOf(const JsonValue& value, const MeasuredFiles& others) {
     MemberTaker members(value, "a measured file");
-    MeasuredFile file;
-    file.Path = members.Text("file");
+    MeasuredFile file = NewMeasuredFile(members.Text("file"), others);
     file.PortsSwapped = members.Truth("ports_swapped");
     file.Hidden = members.Truth("hidden");
     const JsonList delays = members.List("port_delay_s");
@@ -165,7 +165,7 @@ CompanionResult ReadCompanion(std::string_view text) {
             return {{}, "it is of a later version of this program"};
         DesignCompanion companion;
         for (const JsonValue& value : members.List("measured"))
-            companion.Measured.push_back(MeasuredOf(value));
+            companion.Measured.push_back(MeasuredOf(value, companion.Measured));
         for (const JsonValue& value : members.List("edited"))
             companion.Edited.push_back(EditedOf(value));
         companion.Others = members.Left;

@@ -57,7 +57,6 @@ int RowsInUse(const std::vector<GridColumn>& columns) {
 }
 
 std::string PartsTableText(const FilterDesign& design) {
-    constexpr int exactDigits = 15;
     std::string table = "Part\tValue\tExact\n";
     const auto designators = DesignatorsOf(design);
     for (int slot = 1; slot <= SlotsInUse(design); ++slot) {
@@ -68,7 +67,7 @@ std::string PartsTableText(const FilterDesign& design) {
             const double value = element.Value(row);
             table += designators[static_cast<std::size_t>(slot)][static_cast<std::size_t>(row)] +
                      "\t" + FormatWithPrefix(value, cellDigits, UnitOf(kind)) + "\t" +
-                     FormatScientific(value, exactDigits) + "\n";
+                     FormatGeneral(value) + "\n";
         }
     }
     return table;

@@ -12,6 +12,7 @@
 #include "design/Designators.h"
 #include "display/Picture.h"
 #include "schematic/DrawingPainter.h"
+#include "tests/Picture.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -220,7 +221,12 @@ int InkIn(const QImage& image, const QRect& place) {
 // Each part of the picture has its ink; traces are where the plot has them, on either ground.
 TEST(Picture, ShowsPlotLadderAndResults) {
     const ButterworthResponse made = MakeButterworth(SweepType::OneDecade);
-    const PictureContent content{made.Content({}), {{"Loss at Fo", "3.01 dB", ""}}};
+    std::string remark = "begins here,";  // longer than a line: it is wrapped, beneath the table
+    for (int i = 0; i < 40; ++i)
+        remark += " and goes on";
+    remark += ", and ends there";
+    const PictureContent content{made.Content({}),
+                                 {{"Loss at Fo", "3.01 dB", ""}, {"Remark", remark, ""}}};
     const QSize size(1280, 800);
     for (const bool white : {false, true})
         for (const PictureParts parts :
@@ -237,6 +243,25 @@ TEST(Picture, ShowsPlotLadderAndResults) {
             EXPECT_EQ(red > 800, plot) << red;
             if (parts == PictureParts::Both) {
                 EXPECT_GT(InkIn(image, {400, 600, 480, 150}), 500);  // the ladder
+            }
+            const QColor paper = image.pixelColor(2, 2);
+            const Picture seen(image, QFont(), paper);
+            QList<QRect> places;
+            for (const char* const text : {"Loss at Fo", "Remark: begins here,", "there"}) {
+                const QList<QRect> found = seen.Find(text, Qt::black, {0, 690, 700, 110});
+                places += found;
+                EXPECT_EQ(found.size(), 1) << text;
+            }
+            for (int i = 1; i < places.size(); ++i)
+                EXPECT_GT(places[i].top(), places[i - 1].bottom() - 1);
+            if (parts == PictureParts::Schematic) {
+                // Alone it stands larger, in the middle.
+                QRect ladder;
+                for (int y = 60; y < 640; ++y)
+                    for (int x = 0; x < 1280; ++x)
+                        if (image.pixelColor(x, y) != paper) ladder |= QRect(x, y, 1, 1);
+                EXPECT_GT(ladder.width(), 500);  // three symbols, over twice their usual size
+                EXPECT_NEAR(ladder.center().x(), 640, 40);
             }
         }
 }

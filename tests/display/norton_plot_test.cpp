@@ -1,10 +1,13 @@
 // The value plot of a Norton-transformed ladder: scales, places and marks, without a window.
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <algorithm>
 #include <cmath>
 
+#include "display/NortonValuePainter.h"
 #include "display/NortonValuePlot.h"
+#include "display/PlotPainter.h"
 
 namespace ladderwise {
 namespace {
@@ -48,6 +51,32 @@ TEST(NortonValuePlot, MarksStandAtTheirValues) {
     EXPECT_EQ(std::count_if(plot.Texts.begin(), plot.Texts.end(),
                             [](const PlotText& t) { return t.Text == "2 values cannot be built"; }),
               1);
+}
+
+// What cannot be built is crossed out.
+TEST(NortonValuePlot, MarksAreInked) {
+    NortonResult result;
+    result.NortonCapCount = result.NortonIndCount = 2;
+    result.Capacitors = {1e-12, -100e-12};
+    result.Inductors = {1e-9, 2e-9};
+    const NortonValuePlot plot = BuildNortonValuePlot(result, {{"C1", "C4"}, {"L2", "L3"}}, "title",
+                                                      800, 400, eightPixelLetters);
+    QImage image(800, 400, QImage::Format_RGB32);
+    QPainter painter(&image);
+    PaintNortonValuePlot(painter, plot, image.size());
+    painter.end();
+    for (const ValuePoint& point : plot.Points) {
+        const int reach = ValueMarkSize / 2 - 1;
+        const bool crossed = point.Mark == ValueMark::Unrealisable;
+        const QColor ink = crossed ? QColor(176, 0, 0) : ToQColor(point.Colour);
+        for (const auto& [x, y] :
+             {std::pair{0, 0}, {-reach, -reach}, {reach, -reach}, {-reach, reach}, {reach, reach}})
+            if (crossed || (x == 0 && y == 0)) {
+                const QColor seen = image.pixelColor(point.X + x, point.Y + y);
+                EXPECT_NEAR(seen.red(), ink.red(), 20) << x << " " << y;
+                EXPECT_NEAR(seen.green(), ink.green(), 60) << x << " " << y;
+            }
+    }
 }
 
 // Marks of both kinds stand on each other, on three scales; the plot is low or high.

@@ -175,6 +175,13 @@ TEST(ValueGrid, CellsPerElementType) {
     EXPECT_EQ(CellOf(part, 0).ToolTip, "L = 79.5775 nH");
     EXPECT_EQ(CellOf(part, 1).ToolTip, "");
     EXPECT_EQ(CellOf(line, 1).ToolTip, "Z0 = 50.0000 ohm");
+    FilterDesign design;
+    design.Elements[1] = {ElementType::ShuntCap, UnusedValue, 15.91549430918953e-12};
+    design.Elements[2] = line;
+    design.NumElements = 2;
+    EXPECT_EQ(PartsTableText(design),
+              "Part\tValue\tExact\nC1\t15.9 pF\t1.59154943091895E-11\n"
+              "TL2\t90.0 deg\t90\nTL2\t50.0 ohm\t50\n");
 }
 
 TEST(SchematicStrip, PicturesStandAboveTheirColumns) {

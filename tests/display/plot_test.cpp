@@ -37,6 +37,30 @@ int CountPixels(const QImage& image, QRgb colour) {
     return count;
 }
 
+// A text drawn smaller is as small, whichever way the size of the font is given.
+TEST(PlotText, ShrinksInPixelsAndInPoints) {
+    const auto widthOf = [](const QFont& font) {
+        QImage image(400, 60, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setFont(font);
+        PaintText(painter, {10, 10, "1.65 kohm", PlotColour{0, 0, 0}, 0.5});
+        EXPECT_EQ(painter.font(), font);
+        int last = 0;
+        for (int x = 0; x < image.width(); ++x)
+            for (int y = 0; y < image.height(); ++y)
+                if (qGray(image.pixel(x, y)) < 128) last = x;
+        return last - 10;
+    };
+    QFont pixels, points;
+    pixels.setPixelSize(40);
+    points.setPointSizeF(40 * 72.0 / QImage(1, 1, QImage::Format_RGB32).logicalDpiY());
+    QFont half = pixels;
+    half.setPixelSize(20);
+    EXPECT_NEAR(widthOf(pixels), QFontMetrics(half).horizontalAdvance("1.65 kohm"), 4);
+    EXPECT_NEAR(widthOf(points), widthOf(pixels), 2);
+}
+
 TEST(Plot, OverlaysDrawOverAndKeepTheScalesOfRunZero) {
     const TraceChoices choices{false, true, false, true, false, false};
     const ButterworthResponse nominal = MakeButterworth(SweepType::OneDecade);

@@ -32,6 +32,18 @@ TEST(Companion, KeepsWhatItKnowsAndWhatItDoesNot) {
     EXPECT_EQ(CompanionText(ReadCompanion(again).Companion), again);
 }
 
+TEST(Companion, FilesWithoutAColourDiffer) {
+    const MeasuredFiles files =
+        ReadCompanion(
+            "{\"ladderwise_companion\": 1, \"measured\": [{\"file\": \"a.s2p\"}, "
+            "{\"file\": \"b.s2p\", \"colour\": \"pink\"}, "
+            "{\"file\": \"c.s2p\", \"colour\": \"teal\"}]}")
+            .Companion.Measured;
+    ASSERT_EQ(files.size(), 3u);
+    EXPECT_NE(files[0].Colour, files[1].Colour);
+    EXPECT_STREQ(ColourOf(files[2]).Name, "teal");
+}
+
 TEST(Companion, DamageIsSaid) {
     const struct {
         std::string Text;

@@ -83,10 +83,9 @@ QStringList FaultsSeen(QWidget* window) {
         const Picture picture(image, control->font(), control->palette().color(QPalette::Base));
         const QString text = TextOf(control).remove('&').trimmed();
         const QWidget* const parent = control->parentWidget();
-        const bool inAFrame = control->inherits("QGroupBox") || parent->inherits("QGroupBox");
         for (auto* const other :
              parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-            if (inAFrame && other > control && other->isVisibleTo(window) &&
+            if (parent->layout() && other > control && other->isVisibleTo(window) &&
                 other->geometry().intersects(control->geometry()))
                 faults << control->objectName() + " shares room with " + other->objectName();
         if (text.isEmpty() || !control->isEnabled()) continue;
@@ -156,6 +155,16 @@ private slots:
         f.Window->setFocus();
         for (const char* const window : {"Client", "PartDefinitionsWindow"})
             QCOMPARE(FaultsSeen(f.Find(window)->window()).join(", "), QString());
+        for (const char* const model : {"InductorPicture", "CapacitorPicture"}) {
+            const QImage image = f.Find(model)->grab().toImage();
+            int light = 0, black = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x) {
+                    light += image.pixelColor(x, y).lightness() > 150;
+                    black += image.pixelColor(x, y).lightness() < 30;
+                }
+            QVERIFY2(light > 200 && black == 0, model);
+        }
     }
 };
 

@@ -36,6 +36,12 @@ public:
         QMouseEvent move(QEvent::MouseMove, at, View->mapToGlobal(at), Qt::NoButton, {}, {});
         QApplication::sendEvent(View, &move);
     }
+    void HoverCell(int row, int column) const {
+        const QPoint at = Grid->visualItemRect(Grid->item(row, column)).center();
+        QMouseEvent move(QEvent::MouseMove, at, Grid->viewport()->mapToGlobal(at), Qt::NoButton, {},
+                         {});
+        QApplication::sendEvent(Grid->viewport(), &move);
+    }
     int XOf(double f) const { return Left + qRound((Right - Left) * std::log10(f / 20e6) / 2); }
     int Bottom() const {
         const Picture picture = Shown();
@@ -95,12 +101,27 @@ private slots:
         QCOMPARE(f.Changes(dark, whole), 0);
         QCOMPARE(f.Grid->item(0, 2)->background().color(), cell);
         // And the other way round.
-        const QPoint at = f.Grid->visualItemRect(f.Grid->item(0, 2)).center();
-        QMouseEvent move(QEvent::MouseMove, at, f.Grid->viewport()->mapToGlobal(at), Qt::NoButton,
-                         {}, {});
-        QApplication::sendEvent(f.Grid->viewport(), &move);
+        f.HoverCell(0, 2);
         QVERIFY(f.Changes(dark, slot) > 300);
         QCOMPARE(f.Changes(dark, whole), f.Changes(dark, slot));
+        // Of two parts in a slot the symbol of the one pointed at.
+        f.Trigger("EllipticCMenu");
+        f.Hover({600, f.Top + 100});
+        const QImage trap = f.View->grab().toImage();
+        const auto symbols = [&](int row) {
+            f.HoverCell(row, 2);
+            const QImage lit = f.View->grab().toImage();
+            QRegion changed;
+            for (int y = slot.top(); y <= slot.bottom(); ++y)
+                for (int x = slot.left(); x <= slot.right(); ++x)
+                    if (lit.pixel(x, y) != trap.pixel(x, y)) changed += QRect(x, y, 1, 1);
+            return changed.boundingRect();
+        };
+        const QRect coil = symbols(0), capacitor = symbols(1);
+        QVERIFY(coil.width() > 20 && capacitor.width() > 10 && !coil.intersects(capacitor));
+        const QColor unlit = f.Grid->item(0, 1)->background().color();
+        QCOMPARE(f.Grid->item(0, 2)->background().color(), unlit);
+        QVERIFY(f.Grid->item(1, 2)->background().color() != unlit);
     }
 
     void TheLadderScrollsWithItsCells() {

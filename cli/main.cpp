@@ -263,7 +263,7 @@ void TakeToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString
 /// Painting needs fonts but no screen, whatever the desktop has set up for its programs; and the
 /// toolkit gets none of the words that are meant for this program.
 bool DrawPlot(const Session& session, const Arguments& arguments) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", PaintingPlatform());
     qunsetenv("QT_QPA_PLATFORMTHEME");
     static char name[] = "ladderwise-cli";
     static char* words[] = {name, nullptr};

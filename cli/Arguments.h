@@ -10,6 +10,7 @@
 #include "choosing/FilterChoices.h"
 #include "display/PictureLayout.h"
 #include "exchange/ExportTexts.h"
+#include "measured/BoardModel.h"
 
 namespace ladderwise {
 
@@ -37,6 +38,9 @@ struct Arguments {
     std::string LimitsFile;
     int ChosenRows = 0;  ///< --choose; 0: no list
     WhatCounts Only = WhatCounts::AsSet;
+    std::string BoardFile;  ///< measured, to be read
+    BoardFreedom Freedom;   ///< of its fit
+    bool FreedomNamed = false;
     ExportArguments Exports;
     PictureSize Size;                     ///< of the plot
     std::optional<PictureParts> Picture;  ///< not the window's plot: a picture for reports

@@ -7,11 +7,13 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/Arguments.h"
+#include "cli/BoardOutput.h"
 #include "cli/ChoicesOutput.h"
 #include "cli/DesignFiles.h"
 #include "cli/Exports.h"
@@ -54,7 +56,8 @@ struct Session {
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
     LimitLines Limits;
-    MeasuredFiles Drawn;  ///< those, with what the companion says about them
+    std::optional<MeasuredNetwork> Board;  ///< to be read
+    MeasuredFiles Drawn;                   ///< those, with what the companion says about them
 };
 
 void PrintError(const std::string& text) {
@@ -153,7 +156,19 @@ bool ReadMeasured(Session& session, const Arguments& arguments) {
         PrintError(session.Measured.back().Error);
         return false;
     }
-    return true;
+    if (arguments.BoardFile.empty()) return true;
+    session.Board = OpenMeasured(arguments.BoardFile);
+    if (!session.Board->Error.empty()) PrintError(session.Board->Error);
+    return session.Board->Error.empty();
+}
+
+/// What the measured board says about the ladder in hand.
+std::optional<BoardReading> ReadBoardOf(const Session& session, const Arguments& arguments) {
+    if (!session.Board) return {};
+    BoardOptions options;
+    options.Freedom = arguments.Freedom;
+    options.Limits = session.Limits;
+    return ReadBoard(session.Board->Network, session.Calc.Design, options);
 }
 
 /// Reads the limits of the command line, else takes those of the design. False if the file cannot
@@ -323,14 +338,18 @@ int Run(const Arguments& arguments) {
     bool written = SaveDesign(*session, arguments);
     written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
     const bool list = arguments.ChosenRows > 0;
+    const std::optional<BoardReading> board = ReadBoardOf(*session, arguments);
     if (arguments.Table)
-        written = WriteOutput("-", list ? ChoicesTable(request, choices)
-                                        : TableText(session->Calc, limits)) &&
-                  written;
+        written =
+            WriteOutput("-", list ? ChoicesTable(request, choices)
+                                  : TableText(session->Calc, limits) +
+                                        (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
+            written;
+    JsonMembers more = list ? ChoicesMembers(request, choices) : JsonMembers{};
+    if (board) more.emplace_back("board", BoardObject(*board));
     if (!arguments.JsonFile.empty())
-        written = WriteOutput(arguments.JsonFile,
-                              JsonText(session->Calc, session->Messages, session->Measured, limits,
-                                       list ? ChoicesMembers(request, choices) : JsonMembers{})) &&
+        written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
+                                                           session->Measured, limits, more)) &&
                   written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;

@@ -28,6 +28,7 @@ enum class Command {
     PartShares,     ///< which part matters
     Options,
     Limits,
+    Choices,  ///< which filter
     FixSeed,
     SetSeed,
     Help,

@@ -16,7 +16,7 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
                                    const InputActions& actions, const NortonActions& nortonActions,
                                    const MeasuredActions& measuredActions,
                                    const LimitActions& limitActions, const SharesShown& sharesShown,
-                                   QWidget* owner)
+                                   const ChoiceActions& choiceActions, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -28,6 +28,7 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     limits = new LimitsWindow(limitActions, owner);
     options = new OptionsWindow(inputs, actions, owner);
     shares = new SharesWindow(sharesShown, owner);
+    choices = new ChoicesWindow(choiceActions, owner);
 }
 
 void SecondaryWindows::StoreInputs() {
@@ -96,6 +97,14 @@ void SecondaryWindows::RefreshShares(const std::vector<ShareTable>& tables) {
     shares->ShowTables(tables);
 }
 
+void SecondaryWindows::ShowChoices() {
+    choices->Open();
+}
+
+void SecondaryWindows::RefreshChoices() {
+    choices->NoteDesign();
+}
+
 void SecondaryWindows::ShowLimits(const LimitReport& report) {
     limits->ShowLimits(report);
     limits->ShowBesidePlot();
@@ -146,9 +155,9 @@ void SecondaryWindows::CloseAll() {
         window->close();
 }
 
-std::array<QWidget*, 9> SecondaryWindows::All() const {
+std::array<QWidget*, 10> SecondaryWindows::All() const {
     return {partDefinitions, help,   directCoupled, mathErrors, measured,
-            limits,          norton, options,       shares};
+            limits,          norton, options,       shares,     choices};
 }
 
 }  // namespace ladderwise

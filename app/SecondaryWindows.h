@@ -5,6 +5,7 @@
 
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
+#include "windows/ChoicesWindow.h"
 #include "windows/LimitsWindow.h"
 #include "windows/MeasuredWindow.h"
 #include "windows/NortonWindow.h"
@@ -26,7 +27,7 @@ public:
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
                      const NortonActions& nortonActions, const MeasuredActions& measuredActions,
                      const LimitActions& limitActions, const SharesShown& sharesShown,
-                     QWidget* owner);
+                     const ChoiceActions& choiceActions, QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
     void StoreInputs();
@@ -44,6 +45,10 @@ public:
     void ShowShares(const std::vector<ShareTable>& tables);
     bool ShowsShares() const;
     void RefreshShares(const std::vector<ShareTable>& tables);
+
+    /// Which filter: the list, and what it is to be told after a change.
+    void ShowChoices();
+    void RefreshChoices();
 
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
@@ -71,7 +76,7 @@ public:
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 9> All() const;
+    std::array<QWidget*, 10> All() const;
 
 private:
     const FilterDesign& design;
@@ -85,6 +90,7 @@ private:
     LimitsWindow* limits;
     OptionsWindow* options;
     SharesWindow* shares;
+    ChoicesWindow* choices;
 };
 
 }  // namespace ladderwise

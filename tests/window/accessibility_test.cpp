@@ -119,6 +119,7 @@ private slots:
             {"SharesWindow", "PartSharesMenu"},
             {"MeasuredWindow", "MeasuredDataMenu"},
             {"LimitsWindow", "LimitsMenu"},
+            {"ChoicesWindow", "ChoicesMenu"},
             {"MathErrForm", "MathErrMenu"},
             {"HelpWindow", "HelpWindowMenu"}};
         WindowFixture f;

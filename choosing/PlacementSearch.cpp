@@ -18,8 +18,10 @@ constexpr double plateauMost = 5.0;     ///< dB of it that count
 constexpr double compressed = 10.0;     ///< dB: differences beyond are flattened for the bracketing
 constexpr double closeEnough = 1e-4;    ///< dB between the two margins of a narrow pass
 constexpr double closeShare = 0.02;     ///< of the margin, where there is much of it
-constexpr double closeAtMost = 0.5;     ///< dB
-constexpr double leastStep = 1e-9;      ///< relative
+constexpr double hopelessShare = 0.1;   ///< of a margin that no other place makes good
+constexpr double hopelessBelowDb = -2.0;
+constexpr double closeAtMost = 0.5;  ///< dB
+constexpr double leastStep = 1e-9;   ///< relative
 constexpr int cornerSteps = 12, cornerStepsFromStart = 5;
 constexpr int widthSteps = 9, widthStepsFromStart = 4;
 constexpr int centreSteps = 6, centreStepsFromStart = 4;
@@ -28,7 +30,10 @@ constexpr double smallestRatio = 0.005, largestRatio = 1.99;  ///< BandWidth / F
 
 /// Whether what gains and what loses are alike enough.
 bool Balanced(double difference, const Placement& at) {
-    const double allowed = std::clamp(closeShare * std::abs(at.Margin), closeEnough, closeAtMost);
+    const double allowed =
+        at.Margin < hopelessBelowDb
+            ? -hopelessShare * at.Margin
+            : std::clamp(closeShare * std::abs(at.Margin), closeEnough, closeAtMost);
     return std::abs(difference) < allowed;
 }
 

@@ -26,7 +26,7 @@ constexpr double refineAboveDb = -6.0;
 constexpr int refineTries = 26;
 constexpr double trapFormsAboveDb = -0.5;
 constexpr std::size_t mostMisses = 10;  ///< of each kind
-constexpr std::size_t missesJudged = 60, missesSearched = 150;
+constexpr std::size_t missesJudged = 60, missesSearched = 80;
 constexpr int candidatesPerCall = 16;  ///< between two calls of the progress callback
 constexpr double shareOfSearch = 0.8;
 constexpr int rowsInReserve = 8;
@@ -55,6 +55,7 @@ struct Found {
     ListedCandidate Listed{};
     Placement At{};
     PartCounts Parts{};
+    std::optional<double> Loss{};  ///< dB, on the points
 };
 
 bool AtLeastAsFew(const PartCounts& a, const PartCounts& b) {
@@ -86,8 +87,8 @@ public:
             TryTrapForms();
             Refine();
             FinishRows(list);
-            if (list.Choices.empty()) FindMisses(list);
             list.Candidates = static_cast<int>(found.size());
+            if (list.Choices.empty() && !list.Stopped) FindMisses(list);
             list.Analyses = analyses;
         }
         if (list.Stopped) list = {.Stopped = true};
@@ -199,10 +200,12 @@ private:
     void TryTrapForms() {
         const std::size_t count = found.size();
         for (std::size_t i = 0; i < count; ++i) {
-            const Found of = found[i];
+            Found of = found[i];
             if (!IsElliptic(of.Listed.What.Response) || !HasTrapPanel(of.Listed.What.Pass))
                 continue;
             if (of.At.Margin < trapFormsAboveDb) continue;
+            if (!notIdeal && maker.Use(of.Listed.What) && maker.Place(of.At.F0, of.At.BandWidth))
+                of.Loss = found[i].Loss = LossOnPoints();  // that of all forms
             for (int form = 2; form <= 4; ++form) {
                 Found other = of;
                 other.Listed.What.TrapType = form;
@@ -294,12 +297,13 @@ private:
         for (Found& f : found) {
             if (std::abs(f.At.Margin) < narrowMarginDb && !standard) {
                 const Placement again = Place(f.Listed.What, KeptLimits::All, &f.At, fine);
-                if (again.Margin > HopelessDb) f.At = again;
+                if (again.Margin > HopelessDb) f.At = again, f.Loss.reset();
             }
             if (f.At.Margin < -doubtDb) continue;
             if (!maker.Use(f.Listed.What) || !maker.Place(f.At.F0, f.At.BandWidth)) continue;
+            if (!f.Loss) f.Loss = LossOnPoints();
             drafts.push_back(
-                {&f, rows.CostOf(maker.Design()) + request.Weights.PerDbOfLoss * LossOnPoints()});
+                {&f, rows.CostOf(maker.Design()) + request.Weights.PerDbOfLoss * *f.Loss});
         }
         std::stable_sort(drafts.begin(), drafts.end(),
                          [](const Draft& a, const Draft& b) { return a.Cost < b.Cost; });

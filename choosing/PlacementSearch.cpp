@@ -18,17 +18,23 @@ constexpr double plateauMost = 5.0;     ///< dB of it that count
 constexpr double compressed = 10.0;     ///< dB: differences beyond are flattened for the bracketing
 constexpr double closeEnough = 1e-4;    ///< dB between the two margins of a narrow pass
 constexpr double closeShare = 0.02;     ///< of the margin, where there is much of it
-constexpr double closeAtMost = 0.5;     ///< dB
-constexpr double leastStep = 1e-9;      ///< relative
+constexpr double hopelessShare = 0.1;   ///< of a margin that no other place makes good
+constexpr double hopelessBelowDb = -2.0;
+constexpr double closeAtMost = 0.5;  ///< dB
+constexpr double leastStep = 1e-9;   ///< relative
 constexpr int cornerSteps = 12, cornerStepsFromStart = 5;
 constexpr int widthSteps = 9, widthStepsFromStart = 4;
+constexpr int goldenMore = 3;
 constexpr int centreSteps = 6, centreStepsFromStart = 4;
 constexpr double justInside = 1.0 + 1e-7;
 constexpr double smallestRatio = 0.005, largestRatio = 1.99;  ///< BandWidth / F0
 
 /// Whether what gains and what loses are alike enough.
 bool Balanced(double difference, const Placement& at) {
-    const double allowed = std::clamp(closeShare * std::abs(at.Margin), closeEnough, closeAtMost);
+    const double allowed =
+        at.Margin < hopelessBelowDb
+            ? -hopelessShare * at.Margin
+            : std::clamp(closeShare * std::abs(at.Margin), closeEnough, closeAtMost);
     return std::abs(difference) < allowed;
 }
 
@@ -263,13 +269,35 @@ void PlacementSearch::BracketWidth(double low, double high, double& centre, int 
         first = Centred(centre, std::exp(a), inner);
     }
     if (first.At.Margin == HopelessDb || last.At.Margin == HopelessDb) return;
-    if (sign * first.Widening > 0.0 || sign * last.Widening < 0.0) return;
+    // With limits on one side alone the centre balances them at any width.
+    const bool bothSides = upward ? bands.StopBelow > 0.0 && bands.StopAbove > 0.0
+                                  : bands.InnerLow > 0.0 && bands.InnerHigh > 0.0;
+    if (!bothSides || sign * first.Widening > 0.0 || sign * last.Widening < 0.0)
+        return GoldenWidth(a, b, centre, steps + goldenMore, inner);
     Bracket bracket(a, sign * first.Widening, b, sign * last.Widening);
     for (int step = 0; step < steps && !bracket.Closed(); ++step) {
         const double x = bracket.Next();
         const Seen seen = Centred(centre, std::exp(x), inner);
         if (seen.At.Margin == HopelessDb || Balanced(seen.Widening, seen.At)) return;
         bracket.Take(x, sign * seen.Widening);
+    }
+}
+
+void PlacementSearch::GoldenWidth(double a, double b, double& centre, int steps, int inner) {
+    constexpr double golden = 0.6180339887498949;
+    const auto score = [&](double x) { return Centred(centre, std::exp(x), inner).At.Score; };
+    double x = b - golden * (b - a), y = a + golden * (b - a);
+    double atX = score(x), atY = score(y);
+    for (int step = 0; step < steps; ++step) {
+        if (atX > atY) {
+            b = y, y = x, atY = atX;
+            x = b - golden * (b - a);
+            atX = score(x);
+        } else {
+            a = x, x = y, atX = atY;
+            y = a + golden * (b - a);
+            atY = score(y);
+        }
     }
 }
 

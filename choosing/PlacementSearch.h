@@ -40,7 +40,8 @@ public:
     /// Searches for the candidate that `maker` has taken up; from `start` with fewer analyses.
     /// A low-pass or high-pass is bracketed in F0: one kind of limit gains what the other loses. A
     /// band is centred, by what gains as it moves up against what loses, at each width; the width
-    /// is bracketed between too narrow for the pass limits and too wide for the others.
+    /// is bracketed between too narrow for the pass limits and too wide for the others, or, with
+    /// limits on one side of it alone, searched by golden section.
     Placement Find(const Candidate& candidate, const Placement* start = nullptr);
 
     /// Looks around a placement for one whose standard values do better.
@@ -64,6 +65,7 @@ private:
     void TryTraps(double low, double high);
     void FindBand(const Candidate& candidate, const Placement* start);
     Seen Centred(double& centre, double width, int steps);
+    void GoldenWidth(double a, double b, double& centre, int steps, int inner);
     void BracketWidth(double low, double high, double& centre, int steps);
 
     LadderMaker& maker;

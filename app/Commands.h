@@ -27,6 +27,8 @@ enum class Command {
     PartValues,     ///< shown at the designators
     PartShares,     ///< which part matters
     Options,
+    Limits,
+    Choices,  ///< which filter
     FixSeed,
     SetSeed,
     Help,

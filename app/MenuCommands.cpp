@@ -70,6 +70,11 @@ void MenuCommands::Run(Command command) {
             return windows.ShowShares(session.ShareTables());
         case Command::Options:
             return windows.ShowOptions();
+        case Command::Limits:
+            return windows.ShowLimits(session.Judged());
+        case Command::Choices:
+            session.ReadEntries();
+            return windows.ShowChoices();
         case Command::FixSeed:
             return ToggleFixedSeed();
         case Command::SetSeed:

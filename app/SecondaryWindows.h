@@ -5,6 +5,8 @@
 
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
+#include "windows/ChoicesWindow.h"
+#include "windows/LimitsWindow.h"
 #include "windows/MeasuredWindow.h"
 #include "windows/NortonWindow.h"
 #include "windows/SharesWindow.h"
@@ -24,7 +26,8 @@ public:
     /// Each window is a child of `owner`.
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
                      const NortonActions& nortonActions, const MeasuredActions& measuredActions,
-                     const SharesShown& sharesShown, QWidget* owner);
+                     const LimitActions& limitActions, const SharesShown& sharesShown,
+                     const ChoiceActions& choiceActions, QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
     void StoreInputs();
@@ -43,6 +46,10 @@ public:
     bool ShowsShares() const;
     void RefreshShares(const std::vector<ShareTable>& tables);
 
+    /// Which filter: the list, and what it is to be told after a change.
+    void ShowChoices();
+    void RefreshChoices();
+
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
     /// Closes those of other pass types.
@@ -59,10 +66,17 @@ public:
     void RefreshMeasuredData(const MeasuredFiles& files,
                              const std::vector<MeasuredSummary>& summaries);
 
+    /// The window of the limits, and what has become of them.
+    void ShowLimits(const LimitReport& report);
+    void RefreshLimits(const LimitReport& report);
+
+    /// Takes over what stands in an open cell of any of them.
+    void FinishEditing();
+
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 8> All() const;
+    std::array<QWidget*, 10> All() const;
 
 private:
     const FilterDesign& design;
@@ -73,8 +87,10 @@ private:
     NortonWindow* norton;
     MathErrWindow* mathErrors;
     MeasuredWindow* measured;
+    LimitsWindow* limits;
     OptionsWindow* options;
     SharesWindow* shares;
+    ChoicesWindow* choices;
 };
 
 }  // namespace ladderwise

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "choosing/FilterChoices.h"
 #include "display/PictureLayout.h"
 #include "exchange/ExportTexts.h"
 #include "measured/BoardModel.h"
@@ -35,6 +36,8 @@ struct Arguments {
     std::string PlotFile;
     std::vector<std::string> MeasuredFiles;
     std::string LimitsFile;
+    int ChosenRows = 0;  ///< --choose; 0: no list
+    WhatCounts Only = WhatCounts::AsSet;
     std::string BoardFile;  ///< measured, to be read
     BoardFreedom Freedom;   ///< of its fit
     bool FreedomNamed = false;

@@ -14,6 +14,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/BoardOutput.h"
+#include "cli/ChoicesOutput.h"
 #include "cli/DesignFiles.h"
 #include "cli/Exports.h"
 #include "cli/JsonOutput.h"
@@ -170,8 +171,10 @@ std::optional<BoardReading> ReadBoardOf(const Session& session, const Arguments&
     return ReadBoard(session.Board->Network, session.Calc.Design, options);
 }
 
-/// Reads the limits, if any. False if the file cannot be read or is no table of limits.
+/// Reads the limits of the command line, else takes those of the design. False if the file cannot
+/// be read or is no table of limits.
 bool ReadLimits(Session& session, const std::string& path) {
+    session.Limits = session.Companion.Limits;
     if (path.empty()) return true;
     const FileContent file = ReadWholeFile(path, MaxLimitsBytes);
     if (!file.Error.empty()) {
@@ -207,6 +210,7 @@ bool SaveDesign(Session& session, const Arguments& arguments) {
     PrintMessages(session);
     DesignCompanion companion = session.Companion;
     companion.Edited = EditsOf(session.Calc.Design);
+    companion.Limits = session.Limits;
     for (const std::string& path : arguments.MeasuredFiles)
         companion.Measured.push_back(NewMeasuredFile(path, companion.Measured));
     if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);
@@ -250,6 +254,7 @@ bool WritePlot(const Session& session, const Arguments& arguments) {
     PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities,
                                     measured.LayersOf(session.Drawn, calc.Design));
     content.WorstCaseRuns = calc.WorstCase.Runs;
+    content.Limits = JudgeLimits(calc.Design, session.Limits);
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
     const QFont font = QGuiApplication::font();
@@ -273,7 +278,7 @@ void TakeToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString
 /// Painting needs fonts but no screen, whatever the desktop has set up for its programs; and the
 /// toolkit gets none of the words that are meant for this program.
 bool DrawPlot(const Session& session, const Arguments& arguments) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", PaintingPlatform());
     qunsetenv("QT_QPA_PLATFORMTHEME");
     static char name[] = "ladderwise-cli";
     static char* words[] = {name, nullptr};
@@ -281,6 +286,17 @@ bool DrawPlot(const Session& session, const Arguments& arguments) {
     const QGuiApplication application(count, words);
     InitResources();
     return WritePlot(session, arguments);
+}
+
+ChoosingRequest RequestOf(const Session& session, const Arguments& arguments) {
+    ChoosingRequest request;
+    request.Inputs = session.Calc.Inputs;
+    request.Present = session.Calc.Design;
+    request.Limits = session.Limits;
+    request.Only = arguments.Only;
+    request.MostRows = arguments.ChosenRows;
+    if (session.Calc.FixedSeed) request.Seed = *session.Calc.FixedSeed;
+    return request;
 }
 
 int Run(const Arguments& arguments) {
@@ -315,17 +331,25 @@ int Run(const Arguments& arguments) {
         return ExitUsage;
     }
     const LimitReport limits = JudgeLimits(session->Calc.Design, session->Limits);
+    const ChoosingRequest request = RequestOf(*session, arguments);
+    ChoosingMemory memory;
+    const FilterList choices =
+        arguments.ChosenRows > 0 ? ChooseFilters(request, memory) : FilterList{};
     bool written = SaveDesign(*session, arguments);
     written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
+    const bool list = arguments.ChosenRows > 0;
     const std::optional<BoardReading> board = ReadBoardOf(*session, arguments);
     if (arguments.Table)
-        written = WriteOutput("-", TableText(session->Calc, limits) +
-                                       (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
-                  written;
+        written =
+            WriteOutput("-", list ? ChoicesTable(request, choices)
+                                  : TableText(session->Calc, limits) +
+                                        (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
+            written;
+    JsonMembers more = list ? ChoicesMembers(request, choices) : JsonMembers{};
+    if (board) more.emplace_back("board", BoardObject(*board));
     if (!arguments.JsonFile.empty())
-        written = WriteOutput(arguments.JsonFile,
-                              JsonText(session->Calc, session->Messages, session->Measured, limits,
-                                       board ? BoardObject(*board) : "")) &&
+        written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
+                                                           session->Measured, limits, more)) &&
                   written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;

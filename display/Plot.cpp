@@ -83,6 +83,7 @@ const QImage& Plot::Image() const {
     image.setDevicePixelRatio(traces.devicePixelRatio());
     QPainter painter(&image);
     painter.setFont(font);
+    PaintLimits(painter, annotations.Limits);
     PaintMarkers(painter, annotations.Markers);
     PaintLegend(painter, annotations.Key);
     return image;

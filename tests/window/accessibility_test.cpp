@@ -118,6 +118,8 @@ private slots:
             {"OptionsForm", "OptionsWindowMenu"},
             {"SharesWindow", "PartSharesMenu"},
             {"MeasuredWindow", "MeasuredDataMenu"},
+            {"LimitsWindow", "LimitsMenu"},
+            {"ChoicesWindow", "ChoicesMenu"},
             {"MathErrForm", "MathErrMenu"},
             {"HelpWindow", "HelpWindowMenu"}};
         WindowFixture f;

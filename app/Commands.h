@@ -25,7 +25,9 @@ enum class Command {
     BringBack,      ///< values edited by hand
     BringBackLoad,  ///< the load that the user asked for
     PartValues,     ///< shown at the designators
+    PartShares,     ///< which part matters
     Options,
+    Limits,
     FixSeed,
     SetSeed,
     Help,

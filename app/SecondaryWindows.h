@@ -5,8 +5,10 @@
 
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
+#include "windows/LimitsWindow.h"
 #include "windows/MeasuredWindow.h"
 #include "windows/NortonWindow.h"
+#include "windows/SharesWindow.h"
 
 class QWidget;
 
@@ -23,6 +25,7 @@ public:
     /// Each window is a child of `owner`.
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
                      const NortonActions& nortonActions, const MeasuredActions& measuredActions,
+                     const LimitActions& limitActions, const SharesShown& sharesShown,
                      QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
@@ -36,6 +39,11 @@ public:
     void ShowAbout();
     void ShowMeasuredData(const MeasuredFiles& files,
                           const std::vector<MeasuredSummary>& summaries);
+
+    /// Which part matters; open, it is to be shown what has become of that.
+    void ShowShares(const std::vector<ShareTable>& tables);
+    bool ShowsShares() const;
+    void RefreshShares(const std::vector<ShareTable>& tables);
 
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
@@ -53,10 +61,17 @@ public:
     void RefreshMeasuredData(const MeasuredFiles& files,
                              const std::vector<MeasuredSummary>& summaries);
 
+    /// The window of the limits, and what has become of them.
+    void ShowLimits(const LimitReport& report);
+    void RefreshLimits(const LimitReport& report);
+
+    /// Takes over what stands in an open cell of any of them.
+    void FinishEditing();
+
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 7> All() const;
+    std::array<QWidget*, 9> All() const;
 
 private:
     const FilterDesign& design;
@@ -67,7 +82,9 @@ private:
     NortonWindow* norton;
     MathErrWindow* mathErrors;
     MeasuredWindow* measured;
+    LimitsWindow* limits;
     OptionsWindow* options;
+    SharesWindow* shares;
 };
 
 }  // namespace ladderwise

@@ -1,8 +1,11 @@
-// What is shown of the session's document: on the plot, in pictures and exports; and the measured
-// files of it, which are read when they are to be drawn.
+// What is shown of the session's document: on the plot, in pictures and exports; its limits, and
+// the measured files of it, which are read when they are to be drawn.
 #include <utility>
 
+#include "app/ClientArea.h"
 #include "app/DesignSession.h"
+#include "app/PlotArea.h"
+#include "app/SecondaryWindows.h"
 #include "measured/MeasuredDisk.h"
 
 namespace ladderwise {
@@ -19,6 +22,7 @@ PlotContent DesignSession::Content() const {
         layers.push_back(std::move(layer));
     PlotContent content = ContentOf(work.Design, ShownTraces(work), work.Quantities, layers);
     content.Markers = Document.Markers;
+    content.Limits = Judged();
     content.WorstCaseRuns = Document.WorstCaseRuns();
     return content;
 }
@@ -50,6 +54,60 @@ std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
         if (run.Number <= count) ladders.push_back(Document.Work.Design.Elements);
     });
     return ladders;
+}
+
+std::vector<ShareTable> DesignSession::ShareTables() const {
+    const Calculation& work = Document.Work;
+    const LimitReport& limits = Judged();
+    return DescribeShares(work.Design, work.Results, limits,
+                          SharesOf(work.Design, work.Results, limits));
+}
+
+// --- limits
+
+const LimitLines& DesignSession::ShownLimits() const {
+    return dragged ? dragged->Now : Document.Limits;
+}
+
+const LimitReport& DesignSession::Judged() const {
+    return judge.Judge(Document.Work.Design, ShownLimits());
+}
+
+void DesignSession::DragLimit(std::size_t limit, const LimitLine& line) {
+    FinishDrawing();
+    if (!dragged) dragged = {Document.Limits, Document.Limits};
+    // Undone, opened or edited meanwhile: there is no such limit any more.
+    if (Document.Limits != dragged->Before || limit >= dragged->Now.size())
+        return views.Client->Area()->AbandonDrag();
+    if (dragged->Now[limit] == line) return;
+    dragged->Now[limit] = line;
+    views.Client->Area()->ShowMarkers();
+    ShowResults();
+    views.Windows->RefreshLimits(Judged());
+}
+
+void DesignSession::DropLimit(bool taken) {
+    if (!dragged) return;
+    if (taken && Document.Limits == dragged->Before) Document.Limits = dragged->Now;
+    dragged.reset();
+    DrawMarkers();
+}
+
+DesignSession::JudgedLimits DesignSession::JudgeShown() const {
+    const LimitLines& lines = ShownLimits();
+    const bool compared = Document.ReferenceShown() && !lines.empty();
+    JudgedLimits judged{
+        Judged(),
+        compared ? &referenceJudge.Judge(Document.Reference()->Design, lines) : nullptr,
+        {}};
+    for (MeasuredVerdict& verdict : measured.Judge(Document.Measured, Document.Work.Design, lines))
+        judged.Measured.push_back({std::move(verdict.ShortName), std::move(verdict.Report)});
+    return judged;
+}
+
+void DesignSession::ChangeLimits(const LimitLines& lines) {
+    Document.Limits = lines;
+    DrawMarkers();
 }
 
 // --- measured data

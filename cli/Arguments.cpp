@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "cli/BoardOutput.h"
 #include "numbers/PlainNumbers.h"
 #include "pipeline/NamedSettings.h"
 
@@ -16,14 +17,14 @@ constexpr double Megahertz = 1e6;
 constexpr int MostChosenRows = 5000;
 
 const std::vector<std::string> options = {
-    "--set",           "--table",     "--json",       "--plot",
-    "--size",          "--save",      "--help",       "--version",
-    "--touchstone",    "--reference", "--netlist",    "--touchstone-version",
-    "--netlist-for",   "--subckt",    "--schematic",  "--touchstone-runs",
-    "--csv",           "--limits",    "--parts-list", "--measured",
-    "--csv-separator", "--from",      "--to",         "--points",
-    "--spacing",       "--picture",   "--white",      "--choose",
-    "--only"};
+    "--set",           "--table",      "--json",       "--plot",
+    "--size",          "--save",       "--help",       "--version",
+    "--touchstone",    "--reference",  "--netlist",    "--touchstone-version",
+    "--netlist-for",   "--subckt",     "--schematic",  "--touchstone-runs",
+    "--csv",           "--limits",     "--parts-list", "--measured",
+    "--csv-separator", "--from",       "--to",         "--points",
+    "--spacing",       "--picture",    "--white",      "--choose",
+    "--only",          "--read-board", "--free"};
 
 /// "1280x800" or "297x210mm".
 bool ParseSize(std::string text, PictureSize& size) {
@@ -97,7 +98,8 @@ std::string* FileOf(Arguments& arguments, const std::string& option) {
     const std::pair<const char*, std::string*> files[] = {{"--save", &arguments.SaveFile},
                                                           {"--json", &arguments.JsonFile},
                                                           {"--plot", &arguments.PlotFile},
-                                                          {"--limits", &arguments.LimitsFile}};
+                                                          {"--limits", &arguments.LimitsFile},
+                                                          {"--read-board", &arguments.BoardFile}};
     constexpr std::pair<const char*, ExportKind> kinds[] = {
         {"--touchstone", ExportKind::Touchstone},
         {"--netlist", ExportKind::Netlist},
@@ -161,8 +163,8 @@ std::string PictureConflict(const Arguments& arguments) {
 
 /// What the list of filters lacks; empty if nothing.
 std::string ChoosingConflict(const Arguments& arguments) {
-    if (arguments.ChosenRows > 0 && arguments.LimitsFile.empty())
-        return "--choose needs --limits FILE.csv, which says what the filter must do";
+    if (arguments.ChosenRows > 0 && arguments.LimitsFile.empty() && arguments.DesignFile.empty())
+        return NoLimitsToChooseBy;
     if (arguments.ChosenRows == 0 && arguments.Only != WhatCounts::AsSet)
         return "--only is about the list of --choose N";
     return {};
@@ -185,6 +187,9 @@ std::string TakeValue(Arguments& arguments, const std::string& option, const std
                                     {{"ideal", WhatCounts::Ideal},
                                      {"parts", WhatCounts::Parts},
                                      {"std", WhatCounts::Standard}});
+    } else if (option == "--free") {
+        arguments.FreedomNamed = true;
+        return ReadFreedom(value, arguments.Freedom);
     } else if (option == "--picture") {
         return TakeWord<PictureParts>(arguments.Picture, option, value,
                                       {{"plot", PictureParts::Plot},
@@ -233,6 +238,8 @@ Arguments ParseArguments(const std::vector<std::string>& words) {
     if (arguments.Error.empty()) arguments.Error = ExportConflict(arguments.Exports);
     if (arguments.Error.empty()) arguments.Error = PictureConflict(arguments);
     if (arguments.Error.empty()) arguments.Error = ChoosingConflict(arguments);
+    if (arguments.Error.empty() && arguments.FreedomNamed && arguments.BoardFile.empty())
+        arguments.Error = "--free needs --read-board";
     if (arguments.JsonFile.empty() && arguments.PlotFile.empty() && arguments.SaveFile.empty() &&
         !arguments.Exports.Any())
         arguments.Table = true;
@@ -258,6 +265,10 @@ std::string UsageText() {
         "                               resistances and the parts that are set; --only "
         "ideal|parts|std\n"
         "  --measured FILE.s2p          a measured network into the JSON; again for more\n"
+        "  --read-board FILE.s2p        every part's actual value from what was measured, and what "
+        "to\n"
+        "                               turn; --free q,coil-c,cap-l,cap-r,ports (all): fitted "
+        "too\n"
         "  --touchstone FILE.s2p        S-parameters; --touchstone-version 2, --reference OHMS "
         "(50)\n"
         "  --touchstone-runs N          files of worst-case runs 1 to N too: FILE-run1.s2p\n"

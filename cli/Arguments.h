@@ -10,6 +10,7 @@
 #include "choosing/FilterChoices.h"
 #include "display/PictureLayout.h"
 #include "exchange/ExportTexts.h"
+#include "measured/BoardModel.h"
 
 namespace ladderwise {
 
@@ -37,12 +38,19 @@ struct Arguments {
     std::string LimitsFile;
     int ChosenRows = 0;  ///< --choose; 0: no list
     WhatCounts Only = WhatCounts::AsSet;
+    std::string BoardFile;  ///< measured, to be read
+    BoardFreedom Freedom;   ///< of its fit
+    bool FreedomNamed = false;
     ExportArguments Exports;
     PictureSize Size;                     ///< of the plot
     std::optional<PictureParts> Picture;  ///< not the window's plot: a picture for reports
     bool White = false;                   ///< its background
     std::string Error;                    ///< not empty: a usage error
 };
+
+/// What --choose says where neither the command line nor the design has limits.
+inline constexpr const char* NoLimitsToChooseBy =
+    "--choose needs --limits FILE.csv, which says what the filter must do";
 
 /// Reads the arguments after the program's name. With no output option, --table is meant.
 Arguments ParseArguments(const std::vector<std::string>& words);

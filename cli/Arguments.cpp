@@ -163,8 +163,8 @@ std::string PictureConflict(const Arguments& arguments) {
 
 /// What the list of filters lacks; empty if nothing.
 std::string ChoosingConflict(const Arguments& arguments) {
-    if (arguments.ChosenRows > 0 && arguments.LimitsFile.empty())
-        return "--choose needs --limits FILE.csv, which says what the filter must do";
+    if (arguments.ChosenRows > 0 && arguments.LimitsFile.empty() && arguments.DesignFile.empty())
+        return NoLimitsToChooseBy;
     if (arguments.ChosenRows == 0 && arguments.Only != WhatCounts::AsSet)
         return "--only is about the list of --choose N";
     return {};

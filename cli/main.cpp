@@ -323,6 +323,10 @@ int Run(const Arguments& arguments) {
     if (!ApplySettings(*session, arguments) || !ReadMeasured(*session, arguments) ||
         !ReadLimits(*session, arguments.LimitsFile))
         return ExitUsage;
+    if (arguments.ChosenRows > 0 && session->Limits.empty()) {
+        PrintError(NoLimitsToChooseBy);
+        return ExitUsage;
+    }
     Design(*session, arguments);
     PrintRemarks(*session, arguments);
     const std::string unfit = ExportUsageError(arguments.Exports, session->Calc);

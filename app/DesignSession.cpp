@@ -63,6 +63,7 @@ void DesignSession::Begin() {
 // --- entries and controls
 
 void DesignSession::StoreInputs() {
+    views.Windows->FinishEditing();
     views.Binder->StoreInputs();
     views.Windows->StoreInputs();
 }
@@ -100,8 +101,11 @@ void DesignSession::ShowStatus() {
     views.Status->Show(Document.Work, rejected);
     ShowResults();
     views.Windows->RefreshMathErrors();
+    views.Windows->RefreshLimits(Judged());
     if (views.Windows->ShowsMeasuredData())
         views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
+    if (views.Windows->ShowsShares()) views.Windows->RefreshShares(ShareTables());
+    if (!compared) views.Windows->RefreshChoices();
 }
 
 /// Figures and markers.
@@ -111,9 +115,16 @@ std::vector<PictureRow> DesignSession::Answers() const {
     const auto add = [&rows](const auto& row) {
         rows.push_back({row.Name, row.OfDesign, row.OfReference});
     };
+    const JudgedLimits limits = JudgeShown();
+    for (const ComparedResult& row :
+         CompareLimits(limits.Design, limits.Reference, limits.Measured))
+        add(row);
     const ReferenceDesign* const reference =
         Document.ReferenceShown() ? Document.Reference() : nullptr;
     for (const ComparedResult& row : ResultRows(work.Design, work.Results, reference))
+        add(row);
+    for (const ComparedResult& row :
+         CompareEachLimit(limits.Design, limits.Reference, limits.Measured))
         add(row);
     for (const auto& [name, value] : DescribeWorstCase(work.WorstCase))
         rows.push_back({name, value, {}});
@@ -129,7 +140,9 @@ void DesignSession::ShowResults() {
     ResultsPanel* const panel = views.Client->Results();
     panel->ShowRows(rows);
     const Calculation& work = Document.Work;
-    views.Status->ShowFigures(panel->IsOpen() ? "" : ChiefFigures(work.Design, work.Results));
+    std::string figures = panel->IsOpen() ? "" : ChiefFigures(work.Design, work.Results);
+    if (!figures.empty() && !ShownLimits().empty()) figures += ", limits: " + SummaryOf(Judged());
+    views.Status->ShowFigures(figures);
 }
 
 void DesignSession::SettleControls() {

@@ -15,6 +15,9 @@
 #include "measured/MeasuredSet.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
+#include "pipeline/LimitMargins.h"
+#include "pipeline/PartShares.h"
+#include "windows/ChoicesWindow.h"
 #include "windows/NortonWindow.h"
 
 namespace ladderwise {
@@ -41,6 +44,7 @@ public:
     /// What the controls of all windows do.
     InputActions Actions();
     NortonActions ActionsOfNorton();
+    ChoiceActions ActionsOfChoices();
 
     /// The views, built with these actions. `askForCoefficients` asks for a coefficients file and
     /// uses it; false: none was chosen.
@@ -114,6 +118,30 @@ public:
     /// The ladders of the first `count` runs of the worst case that is drawn.
     std::vector<ElementList> WorstCaseLadders(int count);
 
+    /// Which part matters, in words.
+    std::vector<ShareTable> ShareTables() const;
+    // --- limits
+
+    /// The limits that are shown and judged: the document's, or what a drag makes of them.
+    const LimitLines& ShownLimits() const;
+
+    /// One of them is being dragged: shown and judged at once, but no step and nothing to save.
+    void DragLimit(std::size_t limit, const LimitLine& line);
+    /// The drag ends; if it is taken, it is one step.
+    void DropLimit(bool taken);
+
+    /// What becomes of the shown limits in the design, the reference and the measured files.
+    const LimitReport& Judged() const;
+    struct JudgedLimits {
+        const LimitReport& Design;
+        const LimitReport* Reference;  ///< null: none is shown
+        std::vector<NamedReport> Measured;
+    };
+    JudgedLimits JudgeShown() const;
+
+    /// Other limits in their place, one step.
+    void ChangeLimits(const LimitLines& lines);
+
     // --- measured data
 
     /// The networks of the document's files, which are read when they are to be drawn.
@@ -140,6 +168,8 @@ private:
         Traces,  ///< everything, at the size of the client area
     };
 
+    void TakeInputs(const DesignInputs& inputs);
+    void CompareWith(const DesignInputs* inputs);
     bool StoreChanges();
     std::vector<PictureRow> Answers() const;
     void RepeatRuns(const PlotRunCallback& run);
@@ -156,10 +186,18 @@ private:
     SessionViews views;
     std::function<bool()> askForCoefficients;
     Waiting waiting = Waiting::FirstShow;
-    mutable MeasuredSet measured;  ///< keeps what it has calculated of its files
-    std::string measuredFaults;    ///< that nobody has been told
-    QTimer noInputWaits;           ///< runs out when all input that has come is taken
-    QElapsedTimer clock;           ///< of the history
+    /// Limits being dragged, and those of the document when that began.
+    struct DraggedLimits {
+        LimitLines Now, Before;
+    };
+    std::optional<DraggedLimits> dragged;
+    mutable LimitJudge judge;               ///< keeps what it has judged of the design
+    mutable LimitJudge referenceJudge;      ///< and of the reference
+    std::unique_ptr<Calculation> compared;  ///< shown beside the design for a moment
+    mutable MeasuredSet measured;           ///< keeps what it has calculated of its files
+    std::string measuredFaults;             ///< that nobody has been told
+    QTimer noInputWaits;                    ///< runs out when all input that has come is taken
+    QElapsedTimer clock;                    ///< of the history
 };
 
 }  // namespace ladderwise

@@ -21,6 +21,8 @@ constexpr const char* ExportName = "Export";  // remembered: kind and options
 constexpr const char* ExportFolderName = "ExportFolder";
 constexpr const char* DesignFilter = "Design Files (*.tk_ldfilt)";
 constexpr const char* MeasuredFilter = "Touchstone Files (*.s1p *.s2p *.ts *.S1P *.S2P *.TS)";
+constexpr const char* LimitsFilter = "Limits (*.csv *.txt)";
+constexpr const char* LimitsEnding = "csv";
 constexpr const char* Welcome =
     "Type a frequency and press Enter; choose pass and response above. Point at the plot to read "
     "it, right-click a part value to tune it. More under Help.";
@@ -63,7 +65,10 @@ FileCommands::FileCommands(DesignDocument& document, FileHost host, const Messag
 /// that is no companion stays as it is.
 std::string FileCommands::WriteCompanion(const std::string& path) const {
     std::string fault;
-    const auto note = [&fault](const std::string&, const std::string& text) { fault = text; };
+    // Limits that could not be read leave the rest as it is.
+    const auto note = [&fault](const std::string& caption, const std::string& text) {
+        if (caption == "Error") fault = text;
+    };
     DesignCompanion companion = OpenCompanion(path, note);
     if (document.File().empty())
         companion = {};
@@ -71,6 +76,7 @@ std::string FileCommands::WriteCompanion(const std::string& path) const {
         companion = OpenCompanion(document.File(), note);
     companion.Edited = EditsOf(document.Work.Design);
     companion.Measured = document.Measured;
+    companion.Limits = document.Limits;
     if (!fault.empty()) return companion.IsEmpty() ? std::string() : fault;
     return SaveCompanion(companion, path);
 }
@@ -103,11 +109,12 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
     host.RecentChanged();
     host.TitleChanged();
     if (left.empty()) return true;
-    const std::string lost = document.Measured.empty()        ? "the values edited by hand"
-                             : HasEdits(document.Work.Design) ? "the values edited by hand and the "
-                                                                "measured files"
-                                                              : "the list of measured files";
-    host.Notice(Name("Saved, but not " + lost + ": " + left), ReasonTime);
+    QStringList lost;
+    if (HasEdits(document.Work.Design)) lost << "the values edited by hand";
+    if (!document.Measured.empty()) lost << "the list of measured files";
+    if (!document.Limits.empty()) lost << "the limits";
+    if (lost.isEmpty()) lost << "what stands beside the design";
+    host.Notice("Saved, but not " + lost.join(" and ") + ": " + Name(left), ReasonTime);
     return !document.NeedsCompanion();
 }
 
@@ -196,6 +203,7 @@ void FileCommands::LoadDesign(const std::string& path) {
         path, [&fault](const std::string&, const std::string& text) { fault = text; });
     document.KeepStamps(StampsOf(path, file.Bytes));
     document.Measured = companion.Measured;
+    document.Limits = companion.Limits;
     host.Loaded([&] {
         if (!ApplyEdits(document.Work.Design, companion.Edited))
             fault = "The values edited by hand in " + CompanionPath(path) +
@@ -254,6 +262,18 @@ std::vector<std::string> FileCommands::ChooseMeasured() const {
 /// Where the last one lies, else where the design does.
 QString FileCommands::MeasuredFolder() const {
     return StartFolder(document.Measured.empty() ? document.File() : document.Measured.back().Path);
+}
+
+std::string FileCommands::ChooseLimits() const {
+    const QString name = dialogs.NameToOpen(
+        {"Open Limits:", LimitsFilter, LimitsEnding, StartFolder(document.File())});
+    return name.isEmpty() ? std::string() : FullPath(name.toStdString());
+}
+
+std::string FileCommands::NameForLimits() const {
+    const QString name = dialogs.NameToSave(
+        {"Save Limits:", LimitsFilter, LimitsEnding, StartFolder(document.File()) + "/limits.csv"});
+    return name.isEmpty() ? std::string() : FullPath(name.toStdString());
 }
 
 bool FileCommands::ChooseCoefficients() {

@@ -68,6 +68,10 @@ public:
     /// The full paths of measured files chosen in a dialog; none: it was cancelled.
     std::vector<std::string> ChooseMeasured() const;
 
+    /// The full path of a table of limits chosen to be read, or to be written; empty: cancelled.
+    std::string ChooseLimits() const;
+    std::string NameForLimits() const;
+
     /// Asks for a coefficients file and uses it. False if none was chosen.
     bool ChooseCoefficients();
 

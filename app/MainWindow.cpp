@@ -76,9 +76,12 @@ void MainWindow::Build() {
     client->SetTabOrder(status->MathErrorButton());
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
     measured = std::make_unique<MeasuredCommands>(session, *files, report);
-    windows = std::make_unique<SecondaryWindows>(session.Document.Work.Inputs, document.Work.Design,
-                                                 session.Actions(), session.ActionsOfNorton(),
-                                                 measured->Actions(), this);
+    limits = std::make_unique<LimitCommands>(session, *files, report);
+    windows = std::make_unique<SecondaryWindows>(
+        session.Document.Work.Inputs, document.Work.Design, session.Actions(),
+        session.ActionsOfNorton(), measured->Actions(), limits->Actions(),
+        [this](const std::vector<ShareRow>& rows) { client->ShowShares(rows); },
+        session.ActionsOfChoices(), this);
     recovery = std::make_unique<Recovery>(session.Document);
     filter = std::make_unique<InputFilter>(this, *client->Grid(), *windows);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);
@@ -129,6 +132,8 @@ void MainWindow::ConnectClient() {
         commands->PressAt(at);
         menus->PopUpMarkers(global);
     });
+    connect(client->Area(), &PlotArea::LimitDragged, &session, &DesignSession::DragLimit);
+    connect(client->Area(), &PlotArea::LimitDropped, &session, &DesignSession::DropLimit);
     connect(client->Results(), &ResultsPanel::Unfolded, &session, &DesignSession::ShowResults);
     const ValueGrid* const grid = client->Grid();
     connect(grid, &ValueGrid::Edited, &session, &DesignSession::SimulateGrid);

@@ -8,6 +8,7 @@
 
 #include "app/DesignSession.h"
 #include "app/FileCommands.h"
+#include "app/LimitCommands.h"
 #include "app/MeasuredCommands.h"
 #include "app/MenuCommands.h"
 #include "app/SecondaryWindows.h"
@@ -56,6 +57,7 @@ public:
 
     const Calculation& State() const { return session.Document.Work; }
     const MarkerState& Markers() const { return session.Document.Markers; }
+    const LimitLines& Limits() const { return session.Document.Limits; }
     const MeasuredFiles& Measured() const { return session.Document.Measured; }
     PlotContent Content() const { return session.Content(); }
 
@@ -108,6 +110,7 @@ private:
     std::unique_ptr<SecondaryWindows> windows;
     std::unique_ptr<FileCommands> files;
     std::unique_ptr<MeasuredCommands> measured;
+    std::unique_ptr<LimitCommands> limits;
     std::unique_ptr<MenuCommands> commands;
     std::unique_ptr<Recovery> recovery;
     std::unique_ptr<InputFilter> filter;  ///< goes first: it looks at grid and windows

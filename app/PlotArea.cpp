@@ -1,4 +1,4 @@
-// Picture, cursor and strip.
+// Picture, cursor, strip and the hand on limits.
 #include "app/PlotArea.h"
 
 #include <algorithm>
@@ -12,6 +12,7 @@ namespace ladderwise {
 
 namespace {
 
+constexpr int leastDrag = 3;     ///< pixels that the mouse moves until it drags
 constexpr int symbolMargin = 4;  ///< pixels around a symbol that belong to it
 
 QRect Around(const QRect& symbol) {
@@ -36,16 +37,71 @@ bool Within(const PlotLayout& layout, QPoint at) {
 PlotArea::PlotArea(std::function<PlotContent()> content, QWidget* parent)
     : QWidget(parent), content(std::move(content)), view(new BitMapView(plot, this)) {
     setObjectName("PlotArea");
-    connect(view, &BitMapView::Hovered, this, &PlotArea::FollowMouse);
+    connect(view, &BitMapView::Hovered, this, [this](QPoint at, bool held) {
+        if (heldLimit && !held) Release(at);
+        if (heldLimit)
+            Drag(at);
+        else
+            ShowGrip(at);
+        FollowMouse(at);
+    });
+    connect(view, &BitMapView::Released, this, &PlotArea::Release);
+    connect(view, &BitMapView::Escaped, this, &PlotArea::AbandonDrag);
     connect(view, &BitMapView::Stepped, this, &PlotArea::StepCursor);
     connect(view, &BitMapView::Left, this, [this] {
         cursor.reset();
         ShowCursor();
         emit PointedAt(0, -1);
     });
-    connect(view, &BitMapView::Pressed, this, [this](QPoint at) {
-        if (Within(plot.Layout(), at)) emit Pressed(at, view->mapToGlobal(at));
-    });
+    connect(view, &BitMapView::Pressed, this, &PlotArea::Press);
+}
+
+/// The left button takes a limit; anything else opens a menu.
+void PlotArea::Press(QPoint at, bool held) {
+    AbandonDrag();
+    if (held)
+        if (const auto grip = GripAt(plot.Limits(), at.x(), at.y())) {
+            const LimitReport limits = content().Limits;
+            if (grip->Edge.Limit < limits.Rows.size()) {
+                heldLimit = HeldLimit{{*grip, limits.Rows[grip->Edge.Limit]}, at};
+                return;
+            }
+        }
+    if (Within(plot.Layout(), at)) emit Pressed(at, view->mapToGlobal(at));
+}
+
+void PlotArea::Drag(QPoint at) {
+    const QPoint way = at - heldLimit->From;
+    heldLimit->Moved = heldLimit->Moved || way.manhattanLength() >= leastDrag;
+    if (!heldLimit->Moved) return;
+    heldLimit->Drag.DeltaX = way.x();
+    heldLimit->Drag.DeltaY = way.y();
+    const LimitDrag& drag = heldLimit->Drag;
+    emit LimitDragged(drag.Grip.Edge.Limit,
+                      DraggedLimit(drag, content().Design, plot.Layout(), plot.Scales()));
+}
+
+/// A click on an edge that moved nothing is one on the plot.
+void PlotArea::Release(QPoint at) {
+    const auto held = std::exchange(heldLimit, {});
+    if (!held) return;
+    if (held->Moved)
+        emit LimitDropped(true);
+    else if (Within(plot.Layout(), at))
+        emit Pressed(at, view->mapToGlobal(at));
+    ShowGrip(at);
+}
+
+void PlotArea::AbandonDrag() {
+    const auto held = std::exchange(heldLimit, {});
+    if (held && held->Moved) emit LimitDropped(false);
+}
+
+/// The cursor tells what the mouse would take hold of.
+void PlotArea::ShowGrip(QPoint at) {
+    const auto grip = GripAt(plot.Limits(), at.x(), at.y());
+    if (!grip) return view->unsetCursor();
+    view->setCursor(grip->Part == LimitGripPart::Value ? Qt::SizeVerCursor : Qt::SizeHorCursor);
 }
 
 QWidget* PlotArea::View() const {
@@ -83,6 +139,11 @@ void PlotArea::FinishOverlay() {
 void PlotArea::ShowMarkers() {
     plot.Annotate(content());
     view->update();
+}
+
+void PlotArea::ShowShares(std::vector<StripShare> shares) {
+    plot.ShowShares(std::move(shares));
+    ScrollStrip(placement.StripScroll);
 }
 
 void PlotArea::ScrollStrip(int scroll) {

@@ -1,5 +1,6 @@
-// The area of the plot: the picture with traces, strip, markers and reference, and the cursor over
-// it. It keeps the picture of a worst case, so that neither a marker nor the cursor calculates.
+// The area of the plot: the picture with traces, strip, markers and reference, the cursor over it,
+// and the hand on its limits. It keeps the picture of a worst case, so that neither a marker nor
+// the cursor calculates.
 #pragma once
 
 #include <QWidget>
@@ -27,6 +28,9 @@ public:
     /// Values at the designators, from the next run 0 on.
     void ShowPartValues(bool shown) { plot.ShowPartValues(shown); }
 
+    /// Bars at the symbols of the strip, at once.
+    void ShowShares(std::vector<StripShare> shares);
+
     /// True if the picture is as large and as dense as the area. Any other has to be drawn anew.
     bool Fits() const;
 
@@ -39,7 +43,7 @@ public:
     /// After the last run of a worst case: the nominal design on top.
     void FinishOverlay();
 
-    /// Markers and legend anew over the traces that are there.
+    /// Limits, markers and legend anew over the traces that are there.
     void ShowMarkers();
 
     /// The cursor's read-outs again, of what is shown now.
@@ -53,7 +57,12 @@ public:
     /// What markers refer to.
     MarkedSweep Sweep() const { return SweepOf(content(), plot.Layout(), plot.Scales()); }
 
+    /// The edges of the limits that are drawn.
+    const std::vector<LimitEdge>& LimitEdges() const { return plot.Limits(); }
     const PlotLayout& Layout() const { return plot.Layout(); }
+
+    /// Lets go of a limit, as it was before, if the mouse holds one.
+    void AbandonDrag();
 
     /// The widget that takes the focus.
     QWidget* View() const;
@@ -63,12 +72,20 @@ public:
 
 signals:
     void PointedAt(int slot, int row);  ///< in the strip; slot 0: at no element, row -1: all of it
-    void Pressed(QPoint at, QPoint global);  ///< on the plot
+    void Pressed(QPoint at, QPoint global);  ///< on the plot, where no limit was dragged
+    /// A limit is being dragged: its place in the list, and what it is now.
+    void LimitDragged(std::size_t limit, const LimitLine& line);
+    /// Its end: it stays as it was told last, or as it was before.
+    void LimitDropped(bool taken);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void Press(QPoint at, bool held);
+    void Drag(QPoint at);
+    void Release(QPoint at);
+    void ShowGrip(QPoint at);
     void FollowMouse(QPoint at);
     void StepCursor(int points);
     QRect PictureOf(int slot) const;
@@ -84,6 +101,14 @@ private:
     PlotPlacement placement;  ///< of the last run 0
     BitMapView* view;
     std::optional<PlotCursor> cursor;
+
+    /// The limit that the mouse holds, from where.
+    struct HeldLimit {
+        LimitDrag Drag;
+        QPoint From;
+        bool Moved = false;
+    };
+    std::optional<HeldLimit> heldLimit;
 };
 
 }  // namespace ladderwise

@@ -14,7 +14,9 @@ namespace ladderwise {
 
 SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& design,
                                    const InputActions& actions, const NortonActions& nortonActions,
-                                   const MeasuredActions& measuredActions, QWidget* owner)
+                                   const MeasuredActions& measuredActions,
+                                   const LimitActions& limitActions, const SharesShown& sharesShown,
+                                   const ChoiceActions& choiceActions, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -23,7 +25,10 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     norton = new NortonWindow(inputs, design, nortonActions, owner);
     mathErrors = new MathErrWindow(owner);
     measured = new MeasuredWindow(measuredActions, owner);
+    limits = new LimitsWindow(limitActions, owner);
     options = new OptionsWindow(inputs, actions, owner);
+    shares = new SharesWindow(sharesShown, owner);
+    choices = new ChoicesWindow(choiceActions, owner);
 }
 
 void SecondaryWindows::StoreInputs() {
@@ -79,6 +84,40 @@ void SecondaryWindows::RefreshMeasuredData(const MeasuredFiles& files,
     measured->ShowFiles(files, summaries);
 }
 
+void SecondaryWindows::ShowShares(const std::vector<ShareTable>& tables) {
+    shares->ShowBesideOwner();
+    shares->ShowTables(tables);
+}
+
+bool SecondaryWindows::ShowsShares() const {
+    return shares->isVisible();
+}
+
+void SecondaryWindows::RefreshShares(const std::vector<ShareTable>& tables) {
+    shares->ShowTables(tables);
+}
+
+void SecondaryWindows::ShowChoices() {
+    choices->Open();
+}
+
+void SecondaryWindows::RefreshChoices() {
+    choices->NoteDesign();
+}
+
+void SecondaryWindows::ShowLimits(const LimitReport& report) {
+    limits->ShowLimits(report);
+    limits->ShowBesidePlot();
+}
+
+void SecondaryWindows::RefreshLimits(const LimitReport& report) {
+    if (limits->isVisible()) limits->ShowLimits(report);
+}
+
+void SecondaryWindows::FinishEditing() {
+    limits->FinishEditing();
+}
+
 void SecondaryWindows::ShowFor(PassType pass) {
     if (pass == PassType::DirectCoupled) ShowCentredOnOwner(directCoupled);
     if (pass == PassType::Norton) norton->ShowBesideOwner();
@@ -116,8 +155,9 @@ void SecondaryWindows::CloseAll() {
         window->close();
 }
 
-std::array<QWidget*, 7> SecondaryWindows::All() const {
-    return {partDefinitions, help, directCoupled, mathErrors, measured, norton, options};
+std::array<QWidget*, 10> SecondaryWindows::All() const {
+    return {partDefinitions, help,   directCoupled, mathErrors, measured,
+            limits,          norton, options,       shares,     choices};
 }
 
 }  // namespace ladderwise

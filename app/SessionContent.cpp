@@ -1,8 +1,11 @@
-// What is shown of the session's document: on the plot, in pictures and exports; and the measured
-// files of it, which are read when they are to be drawn.
+// What is shown of the session's document: on the plot, in pictures and exports; its limits, and
+// the measured files of it, which are read when they are to be drawn.
 #include <utility>
 
+#include "app/ClientArea.h"
 #include "app/DesignSession.h"
+#include "app/PlotArea.h"
+#include "app/SecondaryWindows.h"
 #include "measured/MeasuredDisk.h"
 
 namespace ladderwise {
@@ -10,7 +13,10 @@ namespace ladderwise {
 PlotContent DesignSession::Content() const {
     const Calculation& work = Document.Work;
     std::vector<PlotLayer> layers;
-    if (Document.ReferenceShown()) {
+    if (compared) {
+        layers.push_back(LayerOf(compared->Design, compared->Quantities, LayerRole::Reference,
+                                 "Compared: " + DesignTitle(compared->Design)));
+    } else if (Document.ReferenceShown()) {
         const ReferenceDesign& reference = *Document.Reference();
         layers.push_back(LayerOf(reference.Design, reference.Quantities, LayerRole::Reference,
                                  ReferenceName(reference, work.Design)));
@@ -19,6 +25,7 @@ PlotContent DesignSession::Content() const {
         layers.push_back(std::move(layer));
     PlotContent content = ContentOf(work.Design, ShownTraces(work), work.Quantities, layers);
     content.Markers = Document.Markers;
+    content.Limits = Judged();
     content.WorstCaseRuns = Document.WorstCaseRuns();
     return content;
 }
@@ -50,6 +57,96 @@ std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
         if (run.Number <= count) ladders.push_back(Document.Work.Design.Elements);
     });
     return ladders;
+}
+
+std::vector<ShareTable> DesignSession::ShareTables() const {
+    const Calculation& work = Document.Work;
+    const LimitReport& limits = Judged();
+    return DescribeShares(work.Design, work.Results, limits,
+                          SharesOf(work.Design, work.Results, limits));
+}
+
+// --- the list of filters
+
+ChoiceActions DesignSession::ActionsOfChoices() {
+    const auto request = [this] {
+        ChoosingRequest made;
+        made.Inputs = Document.Work.Inputs;
+        made.Present = Document.Work.Design;
+        made.Limits = Document.Limits;
+        return made;
+    };
+    return {request, [this](const DesignInputs& inputs) { TakeInputs(inputs); },
+            [this](const DesignInputs* inputs) { CompareWith(inputs); }};
+}
+
+/// A design of the list: one step, which undo takes back.
+void DesignSession::TakeInputs(const DesignInputs& inputs) {
+    StoreInputs();
+    const PassType before = Document.Work.Design.PassType;
+    Document.Work.Inputs = inputs;
+    ShowLoaded(before);
+}
+
+/// What the list offers beside the design, in the place of the reference; null: no more. Nothing of
+/// the document changes.
+void DesignSession::CompareWith(const DesignInputs* inputs) {
+    if (!inputs && !compared) return;
+    compared.reset();
+    if (inputs) {
+        compared = std::make_unique<Calculation>();
+        compared->Inputs = *inputs;
+        compared->FixedSeed = 0;
+        ladderwise::Calculate(*compared, nullptr);
+    }
+    Redraw();
+}
+
+// --- limits
+
+const LimitLines& DesignSession::ShownLimits() const {
+    return dragged ? dragged->Now : Document.Limits;
+}
+
+const LimitReport& DesignSession::Judged() const {
+    return judge.Judge(Document.Work.Design, ShownLimits());
+}
+
+void DesignSession::DragLimit(std::size_t limit, const LimitLine& line) {
+    FinishDrawing();
+    if (!dragged) dragged = {Document.Limits, Document.Limits};
+    // Undone, opened or edited meanwhile: there is no such limit any more.
+    if (Document.Limits != dragged->Before || limit >= dragged->Now.size())
+        return views.Client->Area()->AbandonDrag();
+    if (dragged->Now[limit] == line) return;
+    dragged->Now[limit] = line;
+    views.Client->Area()->ShowMarkers();
+    ShowResults();
+    views.Windows->RefreshLimits(Judged());
+}
+
+void DesignSession::DropLimit(bool taken) {
+    if (!dragged) return;
+    if (taken && Document.Limits == dragged->Before) Document.Limits = dragged->Now;
+    dragged.reset();
+    DrawMarkers();
+}
+
+DesignSession::JudgedLimits DesignSession::JudgeShown() const {
+    const LimitLines& lines = ShownLimits();
+    const bool compared = Document.ReferenceShown() && !lines.empty();
+    JudgedLimits judged{
+        Judged(),
+        compared ? &referenceJudge.Judge(Document.Reference()->Design, lines) : nullptr,
+        {}};
+    for (MeasuredVerdict& verdict : measured.Judge(Document.Measured, Document.Work.Design, lines))
+        judged.Measured.push_back({std::move(verdict.ShortName), std::move(verdict.Report)});
+    return judged;
+}
+
+void DesignSession::ChangeLimits(const LimitLines& lines) {
+    Document.Limits = lines;
+    DrawMarkers();
 }
 
 // --- measured data

@@ -7,11 +7,14 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/Arguments.h"
+#include "cli/BoardOutput.h"
+#include "cli/ChoicesOutput.h"
 #include "cli/DesignFiles.h"
 #include "cli/Exports.h"
 #include "cli/JsonOutput.h"
@@ -53,7 +56,8 @@ struct Session {
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
     LimitLines Limits;
-    MeasuredFiles Drawn;  ///< those, with what the companion says about them
+    std::optional<MeasuredNetwork> Board;  ///< to be read
+    MeasuredFiles Drawn;                   ///< those, with what the companion says about them
 };
 
 void PrintError(const std::string& text) {
@@ -152,11 +156,25 @@ bool ReadMeasured(Session& session, const Arguments& arguments) {
         PrintError(session.Measured.back().Error);
         return false;
     }
-    return true;
+    if (arguments.BoardFile.empty()) return true;
+    session.Board = OpenMeasured(arguments.BoardFile);
+    if (!session.Board->Error.empty()) PrintError(session.Board->Error);
+    return session.Board->Error.empty();
 }
 
-/// Reads the limits, if any. False if the file cannot be read or is no table of limits.
+/// What the measured board says about the ladder in hand.
+std::optional<BoardReading> ReadBoardOf(const Session& session, const Arguments& arguments) {
+    if (!session.Board) return {};
+    BoardOptions options;
+    options.Freedom = arguments.Freedom;
+    options.Limits = session.Limits;
+    return ReadBoard(session.Board->Network, session.Calc.Design, options);
+}
+
+/// Reads the limits of the command line, else takes those of the design. False if the file cannot
+/// be read or is no table of limits.
 bool ReadLimits(Session& session, const std::string& path) {
+    session.Limits = session.Companion.Limits;
     if (path.empty()) return true;
     const FileContent file = ReadWholeFile(path, MaxLimitsBytes);
     if (!file.Error.empty()) {
@@ -192,6 +210,7 @@ bool SaveDesign(Session& session, const Arguments& arguments) {
     PrintMessages(session);
     DesignCompanion companion = session.Companion;
     companion.Edited = EditsOf(session.Calc.Design);
+    companion.Limits = session.Limits;
     for (const std::string& path : arguments.MeasuredFiles)
         companion.Measured.push_back(NewMeasuredFile(path, companion.Measured));
     if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);
@@ -235,6 +254,7 @@ bool WritePlot(const Session& session, const Arguments& arguments) {
     PlotContent content = ContentOf(calc.Design, ShownTraces(calc), calc.Quantities,
                                     measured.LayersOf(session.Drawn, calc.Design));
     content.WorstCaseRuns = calc.WorstCase.Runs;
+    content.Limits = JudgeLimits(calc.Design, session.Limits);
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
     const QFont font = QGuiApplication::font();
@@ -266,6 +286,17 @@ bool DrawPlot(const Session& session, const Arguments& arguments) {
     const QGuiApplication application(count, words);
     InitResources();
     return WritePlot(session, arguments);
+}
+
+ChoosingRequest RequestOf(const Session& session, const Arguments& arguments) {
+    ChoosingRequest request;
+    request.Inputs = session.Calc.Inputs;
+    request.Present = session.Calc.Design;
+    request.Limits = session.Limits;
+    request.Only = arguments.Only;
+    request.MostRows = arguments.ChosenRows;
+    if (session.Calc.FixedSeed) request.Seed = *session.Calc.FixedSeed;
+    return request;
 }
 
 int Run(const Arguments& arguments) {
@@ -300,12 +331,25 @@ int Run(const Arguments& arguments) {
         return ExitUsage;
     }
     const LimitReport limits = JudgeLimits(session->Calc.Design, session->Limits);
+    const ChoosingRequest request = RequestOf(*session, arguments);
+    ChoosingMemory memory;
+    const FilterList choices =
+        arguments.ChosenRows > 0 ? ChooseFilters(request, memory) : FilterList{};
     bool written = SaveDesign(*session, arguments);
     written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
-    if (arguments.Table) written = WriteOutput("-", TableText(session->Calc, limits)) && written;
+    const bool list = arguments.ChosenRows > 0;
+    const std::optional<BoardReading> board = ReadBoardOf(*session, arguments);
+    if (arguments.Table)
+        written =
+            WriteOutput("-", list ? ChoicesTable(request, choices)
+                                  : TableText(session->Calc, limits) +
+                                        (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
+            written;
+    JsonMembers more = list ? ChoicesMembers(request, choices) : JsonMembers{};
+    if (board) more.emplace_back("board", BoardObject(*board));
     if (!arguments.JsonFile.empty())
         written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
-                                                           session->Measured, limits)) &&
+                                                           session->Measured, limits, more)) &&
                   written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;

@@ -64,11 +64,15 @@ void BitMapView::PaintReadOuts(QPainter& painter) {
 }
 
 void BitMapView::mouseMoveEvent(QMouseEvent* event) {
-    emit Hovered(event->position().toPoint());
+    emit Hovered(event->position().toPoint(), event->buttons().testFlag(Qt::LeftButton));
 }
 
 void BitMapView::mousePressEvent(QMouseEvent* event) {
-    emit Pressed(event->position().toPoint());
+    emit Pressed(event->position().toPoint(), event->button() == Qt::LeftButton);
+}
+
+void BitMapView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) emit Released(event->position().toPoint());
 }
 
 void BitMapView::leaveEvent(QEvent*) {
@@ -76,6 +80,7 @@ void BitMapView::leaveEvent(QEvent*) {
 }
 
 void BitMapView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) emit Escaped();
     const int step = event->key() == Qt::Key_Left ? -1 : event->key() == Qt::Key_Right ? 1 : 0;
     if (step == 0) return QWidget::keyPressEvent(event);
     emit Stepped(event->modifiers().testFlag(Qt::ControlModifier) ? farStep * step : step);
@@ -96,7 +101,8 @@ void BitMapView::contextMenuEvent(QContextMenuEvent* event) {
     const PlotLayout& layout = plot.Layout();
     emit Pressed(readOuts ? QPoint(readOuts->X, readOuts->Y)
                           : QPoint(layout.PlotLeft + layout.PlotWidth / 2,
-                                   layout.PlotTop + layout.PlotHeight / 2));
+                                   layout.PlotTop + layout.PlotHeight / 2),
+                 false);
 }
 
 }  // namespace ladderwise

@@ -24,15 +24,19 @@ public:
     void Light(const QRect& part);
 
 signals:
-    void Hovered(QPoint at);   ///< the mouse moved, no button needed
-    void Left();               ///< the mouse has gone
-    void Pressed(QPoint at);   ///< a button, or the key that opens a context menu
+    void Hovered(QPoint at, bool held);  ///< the mouse moved; `held`: with its left button
+    void Left();                         ///< the mouse has gone
+    /// A button, or the key that opens a context menu; `held`: the left button, to be released.
+    void Pressed(QPoint at, bool held);
+    void Released(QPoint at);  ///< the left button
+    void Escaped();            ///< its key
     void Stepped(int points);  ///< arrow keys: -1 or +1, with Ctrl ten times as far
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;

@@ -1,4 +1,4 @@
-// Markers, legend and crosshair with the toolkit.
+// Limits, markers, legend and crosshair with the toolkit.
 #include "display/AnnotationPainter.h"
 
 #include <QPen>
@@ -12,6 +12,8 @@ namespace {
 constexpr int patchAlpha = 200;  // of 255: what lies below a text stays visible
 constexpr int dotRadius = 3;     // pixels, of a marker on a trace
 constexpr int ringRadius = 4;    // pixels, of the crosshair on a trace
+constexpr int holdingEdge = 2;   // pixels, of a limit
+constexpr int failingEdge = 3;
 constexpr QColor crosshairColour(64, 64, 64);
 
 QColor PatchColour(PlotColour background) {
@@ -57,6 +59,21 @@ void DrawDot(QPainter& painter, const MarkerDot& dot) {
 }
 
 }  // namespace
+
+void PaintLimits(QPainter& painter, const std::vector<LimitEdge>& edges) {
+    for (const LimitEdge& edge : edges) {
+        const QColor colour = ToQColor(edge.Colour);
+        const int width = edge.Fails ? failingEdge : holdingEdge;
+        painter.fillRect(edge.Left, edge.ForbidsAbove ? edge.Y - width + 1 : edge.Y,
+                         edge.Right - edge.Left + 1, width, colour);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(colour, 1.0));
+        for (const PlotLine& line : edge.Hatch)
+            painter.drawLine(QPointF(line.X1 + 0.5, line.Y1 + 0.5),
+                             QPointF(line.X2 + 0.5, line.Y2 + 0.5));
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+}
 
 void PaintMarkers(QPainter& painter, const MarkerDrawing& drawing, PlotColour background) {
     painter.setRenderHint(QPainter::Antialiasing, false);

@@ -1,8 +1,12 @@
-// Places markers and legend over the traces of a plot.
+// Places limits, markers and legend over the traces of a plot.
 #include "display/Annotations.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <optional>
 #include <utility>
+
+#include "limits/LimitTable.h"
 
 namespace ladderwise {
 
@@ -21,6 +25,32 @@ std::optional<TraceEnd> EndOf(const PlotLayer& layer, TraceKind kind, const Trac
     return TraceEnd{
         layer.ShortName + (layer.ShortName.empty() ? "" : " ") + TraceShortName(kind),
         {points.X[last], points.Y[last], layer.Colours[static_cast<std::size_t>(kind)], kind}};
+}
+
+constexpr PlotColour failingColour{200, 0, 0};
+
+/// Edges and hatches must not be hidden; what stands at them is placed later.
+void CoverEdges(const std::vector<LimitEdge>& edges, PlotCover& cover) {
+    for (const LimitEdge& edge : edges)
+        for (const PlotLine& line : edge.Hatch)
+            cover.AddBlock({std::min(line.X1, line.X2), std::min(line.Y1, line.Y2),
+                            std::abs(line.X2 - line.X1), std::abs(line.Y2 - line.Y1)});
+}
+
+/// What each limit demands and whether that holds, at its first edge.
+void LabelEdges(const PlotContent& content, const std::vector<LimitEdge>& edges,
+                const TextMetrics& metrics, PlotCover& cover, MarkerDrawing& drawing) {
+    for (std::size_t n = 0; n < edges.size(); ++n) {
+        const LimitEdge& edge = edges[n];
+        if (n > 0 && edges[n - 1].Limit == edge.Limit) continue;
+        const LimitMargin& limit = content.Limits.Rows[edge.Limit];
+        const std::string text = DemandOf(limit.Line) + ": " + VerdictOf(limit);
+        const int clear = edge.ForbidsAbove ? -LimitHatchDepth : LimitHatchDepth;
+        const PlotRect place = cover.PlaceLabel((edge.Left + edge.Right) / 2, edge.Y + clear,
+                                                metrics.Width(text), metrics.Height);
+        drawing.Labels.push_back(
+            {place.Left, place.Top, text, edge.Fails ? failingColour : edge.Colour});
+    }
 }
 
 }  // namespace
@@ -55,6 +85,8 @@ PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& l
             });
             if (end) ends.push_back(*std::move(end));
         }
+    annotations.Limits = BuildLimitEdges(content, layout, scales);
+    CoverEdges(annotations.Limits, cover);
     const std::vector<LegendRow> rows = BuildLegendRows(content);
     annotations.Key = LayLegendBelow(rows, layout, metrics);
     if (annotations.Key.Texts.empty()) annotations.Key = PlaceLegend(rows, metrics, cover);
@@ -62,6 +94,7 @@ PlotAnnotations BuildAnnotations(const PlotContent& content, const PlotLayout& l
     if (!content.Layers.empty())
         AppendMarkerLines(content.Markers, sweep, content.Layers.front().Values.MagnitudeDb,
                           metrics, cover, annotations.Markers);
+    LabelEdges(content, annotations.Limits, metrics, cover, annotations.Markers);
     for (const PlotLayer& layer : content.Layers)
         AppendTraceMarkers(content.Markers, sweep, layer, &layer == &content.Layers.front(),
                            metrics, cover, annotations.Markers);

@@ -1,14 +1,16 @@
-// All that lies over the traces of a plot: markers with their labels, and the legend, each where it
-// hides least. Plain structs, no Qt.
+// All that lies over the traces of a plot: limits, markers with their labels, and the legend, each
+// where it hides least. Plain structs, no Qt.
 #pragma once
 
 #include "display/Legend.h"
+#include "display/LimitEdges.h"
 #include "display/Markers.h"
 #include "display/PlotContent.h"
 
 namespace ladderwise {
 
 struct PlotAnnotations {
+    std::vector<LimitEdge> Limits;
     MarkerDrawing Markers;
     Legend Key;
 };

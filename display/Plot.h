@@ -36,6 +36,9 @@ public:
     /// Values at the designators of the strip, from the next run 0 on.
     void ShowPartValues(bool shown) { partValues = shown; }
 
+    /// Bars at the symbols, from the next run 0 or ScrollStrip on.
+    void ShowShares(std::vector<StripShare> shown) { shares = std::move(shown); }
+
     /// Run 0: repaints frame, strip, the chosen traces of all layers, markers and legend, and fixes
     /// layout, scales and choices.
     void PaintContent(const PlotContent& content, const PlotPlacement& placement);
@@ -48,8 +51,8 @@ public:
     /// hand darker, then markers and legend.
     void FinishOverlay(const PlotContent& content);
 
-    /// Markers and legend of a content over the traces that are there, a worst case included:
-    /// nothing is analysed or drawn anew for a marker.
+    /// Limits, markers and legend of a content over the traces that are there, a worst case
+    /// included: nothing is analysed or drawn anew for them.
     void Annotate(const PlotContent& content);
 
     /// Repaints the strip alone at another scroll position; traces and overlays stay.
@@ -62,12 +65,14 @@ public:
     /// Layout and scales of the last run 0.
     const PlotLayout& Layout() const { return layout; }
     const PlotScales& Scales() const { return scales; }
+    /// The edges of the limits, as Annotate placed them.
+    const std::vector<LimitEdge>& Limits() const { return annotations.Limits; }
 
 private:
     void PaintBackground(const PlotContent& content);
     bool Doubled() const { return traces.devicePixelRatio() > 1.0; }
 
-    QImage traces;         ///< all but markers and legend
+    QImage traces;         ///< all but limits, markers and legend
     mutable QImage image;  ///< with them, put together when it is looked at
     mutable bool composed = false;
     QFont font;
@@ -75,6 +80,7 @@ private:
     PlotScales scales;
     TraceChoices choices;
     bool partValues = false;
+    std::vector<StripShare> shares;
     PlotPlacement placement;
     OverlayWork work;
     PlotAnnotations annotations;

@@ -6,6 +6,7 @@
 #include "analysis/Magphasefunctions.h"
 #include "design/MarkerState.h"
 #include "display/TraceKinds.h"
+#include "limits/LimitMargin.h"
 
 namespace ladderwise {
 
@@ -18,6 +19,7 @@ struct PlotContent {
     std::vector<PlotTraces> Overlays;
     int WorstCaseRuns = 0;  ///< that lie, or will lie, over the layers
     MarkerState Markers{};
+    LimitReport Limits{};  ///< of the design in hand
 };
 
 /// The arrays of a design whose quantities and sweep outlive the result.

@@ -108,6 +108,7 @@ void PaintResponse(QPainter& painter, const PlotContent& content, const PlotLayo
     else if (runs)
         PaintRunsAsPixels(painter, content, layout, frame, background);
     if (runs) paintLayers(LayerLook::Darker);
+    PaintLimits(painter, annotations.Limits);
     PaintMarkers(painter, annotations.Markers, background);
     PaintLegend(painter, annotations.Key, background);
 }

@@ -130,6 +130,47 @@ JsonValue JsonOf(const EditedValue& edit) {
                       {"value", edit.Value}};
 }
 
+/// The name of a limit's value: in SI units, so that it is read as it was.
+const char* ValueNameOf(LimitKind kind) {
+    return kind == LimitKind::DelayVariationMax ? "value_s" : "value_db";
+}
+
+LimitLine LimitOf(const JsonValue& value) {
+    MemberTaker members(value, "it");
+    const std::string name = members.Text("kind");
+    const auto kind = LimitKindNamed(name);
+    if (!kind) throw CompanionFault{"its kind \"" + name + "\" is not known"};
+    LimitLine line{*kind, members.Number("from_hz"), members.Number("to_hz"),
+                   members.Number(ValueNameOf(*kind))};
+    const std::string fault = FaultOf(line);
+    if (!fault.empty()) throw CompanionFault{fault};
+    return line;
+}
+
+JsonValue JsonOf(const LimitLine& line) {
+    return JsonObject{{"kind", NameOf(line.Kind)},
+                      {"from_hz", line.From},
+                      {"to_hz", line.To},
+                      {ValueNameOf(line.Kind), line.Value}};
+}
+
+/// Takes the limits one by one: of those that are none the remark tells.
+void TakeLimits(MemberTaker& members, CompanionResult& result) {
+    const auto remark = [&](const std::string& text) {
+        result.Remark += (result.Remark.empty() ? "" : "; ") + text;
+    };
+    const auto value = members.Take("limits");
+    const JsonList* const list = value ? value->As<JsonList>() : nullptr;
+    if (value && !list) remark("its limits are not a list");
+    for (std::size_t i = 0; list && i < list->size(); ++i)
+        try {
+            if (i >= MaxLimitLines) return remark("it has too many limits");
+            result.Companion.Limits.push_back(LimitOf((*list)[i]));
+        } catch (const CompanionFault& fault) {
+            remark("limit " + std::to_string(i + 1) + " is left out, because " + fault.Reason);
+        }
+}
+
 std::filesystem::path PathOf(const std::string& utf8) {
     return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
@@ -156,34 +197,39 @@ std::string CompanionPath(const std::string& designPath) {
 }
 
 CompanionResult ReadCompanion(std::string_view text) {
-    if (text.size() > MaxCompanionBytes) return {{}, "it is too long"};
+    if (text.size() > MaxCompanionBytes) return {{}, "it is too long", {}};
     const JsonResult json = ReadJson(text);
-    if (!json.Error.empty()) return {{}, json.Error};
+    if (!json.Error.empty()) return {{}, json.Error, {}};
     try {
         MemberTaker members(json.Value, "the file");
         if (members.Whole(FormatMember, 1, 1'000'000) > CompanionFormat)
-            return {{}, "it is of a later version of this program"};
-        DesignCompanion companion;
+            return {{}, "it is of a later version of this program", {}};
+        CompanionResult result;
+        DesignCompanion& companion = result.Companion;
         for (const JsonValue& value : members.List("measured"))
             companion.Measured.push_back(MeasuredOf(value, companion.Measured));
         for (const JsonValue& value : members.List("edited"))
             companion.Edited.push_back(EditedOf(value));
+        TakeLimits(members, result);
         companion.Others = members.Left;
-        return {companion, {}};
+        return result;
     } catch (const CompanionFault& fault) {
-        return {{}, fault.Reason};
+        return {{}, fault.Reason, {}};
     }
 }
 
 std::string CompanionText(const DesignCompanion& companion) {
     JsonObject object = {{FormatMember, CompanionFormat}};
-    JsonList measured, edited;
+    JsonList measured, edited, limits;
     for (const MeasuredFile& file : companion.Measured)
         measured.push_back(JsonOf(file));
     for (const EditedValue& edit : companion.Edited)
         edited.push_back(JsonOf(edit));
+    for (const LimitLine& line : companion.Limits)
+        limits.push_back(JsonOf(line));
     if (!measured.empty()) object.emplace_back("measured", measured);
     if (!edited.empty()) object.emplace_back("edited", edited);
+    if (!limits.empty()) object.emplace_back("limits", limits);
     object.insert(object.end(), companion.Others.begin(), companion.Others.end());
     return WriteJson(object);
 }

@@ -1,5 +1,5 @@
-// The file beside a design file: what the record has no room for, as JSON. Measured files and
-// values edited by hand; members that this program does not know are kept. No Qt, no disk: what
+// The file beside a design file: what the record has no room for, as JSON. Measured files, values
+// edited by hand and limits; members that this program does not know are kept. No Qt, no disk: what
 // touches the disk reads and writes the text at CompanionPath.
 #pragma once
 
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "design/FilterDesign.h"
+#include "design/LimitLine.h"
 #include "design/MeasuredFile.h"
 #include "exchange/Json.h"
 
@@ -25,9 +26,12 @@ struct EditedValue {
 struct DesignCompanion {
     MeasuredFiles Measured{};  ///< their paths relative to the design's in the text
     std::vector<EditedValue> Edited{};
+    LimitLines Limits{};
     JsonObject Others{};  ///< members that are not known, in their order
 
-    bool IsEmpty() const { return Measured.empty() && Edited.empty() && Others.empty(); }
+    bool IsEmpty() const {
+        return Measured.empty() && Edited.empty() && Limits.empty() && Others.empty();
+    }
 };
 
 /// More bytes than this are no companion file.
@@ -38,10 +42,12 @@ std::string CompanionPath(const std::string& designPath);
 
 struct CompanionResult {
     DesignCompanion Companion{};
-    std::string Error{};  ///< what is damaged; empty if Companion holds the text
+    std::string Error{};   ///< what is damaged; empty if Companion holds the text
+    std::string Remark{};  ///< limits that are none, which Companion is without; or empty
 };
 
-/// Reads the text of a companion file. Whatever is damaged, all of it counts as damaged.
+/// Reads the text of a companion file. Whatever is damaged, all of it counts as damaged, but for
+/// limits: what is no limit is left out alone.
 CompanionResult ReadCompanion(std::string_view text);
 
 /// The text of a companion file.

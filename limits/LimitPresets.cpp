@@ -24,10 +24,16 @@ LimitLines ImageAndIntermediate(LimitBand signal, double intermediate, bool osci
     return lines;
 }
 
-LimitLines PromiseOfDesign(LimitBand pass, double loss, double operating, double attenuation) {
-    return {{LimitKind::AttenMax, pass.From, pass.To, loss},
-            {LimitKind::AttenMin, 2.0 * operating, 2.0 * operating, attenuation},
-            {LimitKind::AttenMin, 3.0 * operating, 3.0 * operating, attenuation}};
+LimitLines PromiseOfDesign(const std::vector<LimitBand>& pass, double loss, double operating,
+                           double attenuation) {
+    LimitLines lines;
+    for (const LimitBand& band : pass)
+        lines.push_back({LimitKind::AttenMax, band.From, band.To, loss});
+    for (const double harmonic : {2.0, 3.0})
+        if (attenuation > 0.0)
+            lines.push_back(
+                {LimitKind::AttenMin, harmonic * operating, harmonic * operating, attenuation});
+    return lines;
 }
 
 }  // namespace ladderwise

@@ -22,8 +22,9 @@ LimitLines HarmonicsOfTransmitter(LimitBand band, double loss, double attenuatio
 LimitLines ImageAndIntermediate(LimitBand signal, double intermediate, bool oscillatorHigh,
                                 double loss, double attenuation);
 
-/// What a design promises: at most `loss` dB over its pass band, at least `attenuation` dB at twice
-/// and three times the operating frequency, Hz.
-LimitLines PromiseOfDesign(LimitBand pass, double loss, double operating, double attenuation);
+/// What a design promises: at most `loss` dB over its pass bands, at least `attenuation` dB (0:
+/// none is promised) at twice and three times the operating frequency, Hz.
+LimitLines PromiseOfDesign(const std::vector<LimitBand>& pass, double loss, double operating,
+                           double attenuation);
 
 }  // namespace ladderwise

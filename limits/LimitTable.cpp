@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "numbers/Formatfunctions.h"
@@ -15,29 +16,9 @@ namespace ladderwise {
 namespace {
 
 constexpr double Megahertz = 1e6;
-constexpr double HighestHz = 1e15;  // beyond every filter of coils and capacitors
-constexpr int ShownDigits = 5;      // after the first, of a frequency for people
+constexpr int ShownDigits = 6;  // significant, of a frequency for people
 constexpr std::size_t NumFields = 4;
 constexpr const char* Header[NumFields] = {"kind", "from_mhz", "to_mhz", "value"};
-
-struct KindRow {
-    LimitKind Kind;
-    const char* Name;
-    const char* Caption;
-    const char* Unit;
-    double Factor;
-};
-
-constexpr std::array<KindRow, 4> kinds = {{
-    {LimitKind::AttenMin, "atten-min", "attenuation at least", "dB", 1.0},
-    {LimitKind::AttenMax, "atten-max", "attenuation at most", "dB", 1.0},
-    {LimitKind::ReturnLossMin, "return-loss-min", "return loss at least", "dB", 1.0},
-    {LimitKind::DelayVariationMax, "delay-variation-max", "delay variation at most", "ns", 1e-9},
-}};
-
-const KindRow& RowOf(LimitKind kind) {
-    return kinds[static_cast<std::size_t>(kind)];
-}
 
 /// Semicolons and tabs stand only between fields, commas perhaps within them.
 char SeparatorOf(std::string_view line) {
@@ -61,89 +42,148 @@ std::vector<std::string> FieldsOf(std::string_view line, char separator) {
     return fields;
 }
 
-bool IsHeader(const std::vector<std::string>& fields) {
-    const auto same = [](const std::string& field, const char* name) {
-        return std::equal(field.begin(), field.end(), name, name + std::string_view(name).size(),
-                          [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
-    };
-    return fields.size() == NumFields &&
-           std::equal(fields.begin(), fields.end(), std::begin(Header), same);
+bool SameLetters(std::string_view a, std::string_view b) {
+    const auto small = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [&](char x, char y) { return small(x) == small(y); });
 }
 
-/// The reason if the fields are no limit.
+bool IsHeader(const std::vector<std::string>& fields) {
+    return fields.size() == NumFields &&
+           std::equal(fields.begin(), fields.end(), std::begin(Header), SameLetters);
+}
+
+/// By its name, or as people read it.
+std::optional<LimitKind> KindIn(std::string_view field) {
+    for (const LimitKind kind : AllLimitKinds)
+        if (SameLetters(field, NameOf(kind)) || SameLetters(field, CaptionOf(kind))) return kind;
+    return std::nullopt;
+}
+
+/// The reason if the fields are no limit. Between commas a number has none of its own.
 std::string TakeLine(const std::vector<std::string>& fields, char separator, LimitLine& line) {
     if (fields.size() != NumFields)
         return std::to_string(fields.size()) + " fields, not kind, from, to and value";
-    const auto kind = LimitKindNamed(fields[0]);
+    const auto kind = KindIn(fields[0]);
     if (!kind) {
         std::string names;
-        for (const KindRow& row : kinds)
-            names += (names.empty() ? "" : ", ") + std::string(row.Name);
+        for (const LimitKind one : AllLimitKinds)
+            names += (names.empty() ? "" : ", ") + std::string(NameOf(one));
         return "\"" + fields[0] + "\" is none of " + names;
     }
-    std::array<double, NumFields - 1> numbers{};
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        std::string text = fields[i + 1];
-        if (separator != ',') std::replace(text.begin(), text.end(), ',', '.');
-        if (ReadPlainNumber(text, numbers[i]) != NumberFault::None)
-            return "\"" + fields[i + 1] + "\" is no number";
-    }
-    line = {*kind, numbers[0] * Megahertz, numbers[1] * Megahertz, numbers[2] * UnitFactor(*kind)};
-    return FaultOf(line);
+    for (std::size_t i = 1; i < fields.size() && separator == ','; ++i)
+        if (fields[i].find(',') != std::string::npos) return "\"" + fields[i] + "\" is no number";
+    return ReadLimit(*kind, {fields[1], fields[2], fields[3]}, line);
 }
 
-/// A number times a power of ten without the digits that the product brings along.
-std::string Scaled(double x, double factor) {
+/// True for a line that names columns: nothing in it is a number.
+bool IsCaption(const std::vector<std::string>& fields) {
+    double x = 0.0;
+    return std::none_of(fields.begin(), fields.end(), [&](std::string field) {
+        std::replace(field.begin(), field.end(), ',', '.');
+        return ReadPlainNumber(field, x) == NumberFault::None;
+    });
+}
+
+struct FrequencyUnit {
+    const char* Name;
+    double Hz;
+};
+FrequencyUnit UnitFor(double f) {
+    for (const FrequencyUnit unit :
+         {FrequencyUnit{"GHz", 1e9}, FrequencyUnit{"MHz", 1e6}, FrequencyUnit{"kHz", 1e3}})
+        if (f >= unit.Hz) return unit;
+    return {"Hz", 1.0};
+}
+
+/// A frequency in MHz without the digits that the quotient brings along.
+std::string MegahertzText(double f) {
     double shortest = 0.0;
-    const double quotient = x / factor;
+    const double quotient = f / Megahertz;
     const std::string rounded = RoundedNumber(quotient, 15);
     ReadPlainNumber(rounded, shortest);
-    return shortest * factor == x ? rounded : ExactNumber(quotient);
+    return shortest * Megahertz == f ? rounded : ExactNumber(quotient);
 }
 
 }  // namespace
 
-const char* NameOf(LimitKind kind) {
-    return RowOf(kind).Name;
-}
-
-std::optional<LimitKind> LimitKindNamed(std::string_view name) {
-    for (const KindRow& row : kinds)
-        if (row.Name == name) return row.Kind;
-    return std::nullopt;
-}
-
-const char* CaptionOf(LimitKind kind) {
-    return RowOf(kind).Caption;
-}
-
-const char* UnitOf(LimitKind kind) {
-    return RowOf(kind).Unit;
-}
-
-double UnitFactor(LimitKind kind) {
-    return RowOf(kind).Factor;
+std::string PlainFrequency(double f) {
+    const FrequencyUnit unit = UnitFor(f);
+    return FormatPlain(f / unit.Hz, ShownDigits) + " " + unit.Name;
 }
 
 std::string TextOf(const LimitLine& line) {
-    const auto hz = [](double f) { return FormatWithPrefix(f, ShownDigits, "Hz"); };
-    const std::string where = line.From == line.To
-                                  ? " at " + hz(line.From)
-                                  : " from " + hz(line.From) + " to " + hz(line.To);
-    return std::string(CaptionOf(line.Kind)) + " " + Scaled(line.Value, UnitFactor(line.Kind)) +
-           " " + UnitOf(line.Kind) + where;
+    std::string text = CaptionOf(line.Kind);
+    text.append(" ").append(ValueText(line)).append(" ").append(UnitOf(line.Kind));
+    if (line.From == line.To) return text + " at " + PlainFrequency(line.From);
+    return text + " from " + PlainFrequency(line.From) + " to " + PlainFrequency(line.To);
 }
 
-std::string FaultOf(const LimitLine& line) {
-    if (!(line.From >= 0.0) || !(line.To <= HighestHz) || !(line.To > 0.0))
-        return "a frequency is out of range";
-    if (!(line.From <= line.To)) return "it ends below its beginning";
-    if (!std::isfinite(line.Value)) return "its value is no number";
-    if (line.Kind == LimitKind::DelayVariationMax && line.From == line.To)
-        return "a delay varies between two frequencies";
-    if (!(line.Value > 0.0) && line.Kind != LimitKind::AttenMax) return "its value is not above 0";
-    if (line.Value < 0.0) return "its value is below 0";
-    return {};
+std::string DemandOf(const LimitLine& line) {
+    std::string text = SymbolOf(line.Kind);
+    return text.append(" ").append(ValueText(line)).append(" ").append(UnitOf(line.Kind));
+}
+
+std::string ShortTextOf(const LimitLine& line) {
+    const std::string to = PlainFrequency(line.To), demand = DemandOf(line);
+    if (line.From == line.To) return demand + ", " + to;
+    const FrequencyUnit unit = UnitFor(line.To);
+    const bool same = line.From == 0.0 || UnitFor(line.From).Hz == unit.Hz;
+    const std::string from =
+        same ? FormatPlain(line.From / unit.Hz, ShownDigits) : PlainFrequency(line.From);
+    return demand + ", " + from + " to " + to;
+}
+
+std::string FromText(const LimitLine& line) {
+    return MegahertzText(line.From);
+}
+
+std::string ToText(const LimitLine& line) {
+    return MegahertzText(line.To);
+}
+
+std::string ValueText(const LimitLine& line) {
+    // By a whole number, which is exact where a power of ten below one is not.
+    const double units = std::round(1.0 / UnitFactor(line.Kind));
+    const std::string rounded = RoundedNumber(line.Value * units, 15);
+    double shortest = 0.0;
+    ReadPlainNumber(rounded, shortest);
+    return shortest / units == line.Value ? rounded : ExactNumber(line.Value * units);
+}
+
+std::string ReadLimit(LimitKind kind, const std::array<std::string, 3>& texts, LimitLine& line) {
+    std::array<double, 3> numbers{};
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        std::string text(Trimmed(texts[i]));
+        std::replace(text.begin(), text.end(), ',', '.');
+        if (ReadPlainNumber(text, numbers[i]) != NumberFault::None)
+            return text.empty() ? "a number is missing" : "\"" + texts[i] + "\" is no number";
+    }
+    line = {kind, numbers[0] * Megahertz, numbers[1] * Megahertz,
+            numbers[2] / std::round(1.0 / UnitFactor(kind))};
+    return FaultOf(line);
+}
+
+LimitTable ReadPastedLimits(std::string_view text) {
+    LimitTable table;
+    std::size_t number = 0;
+    bool begun = false;
+    for (const std::string_view whole : LinesOf(text)) {
+        ++number;
+        const std::string_view line = Trimmed(whole);
+        if (line.empty() || line.front() == '#') continue;
+        const char separator = SeparatorOf(whole);
+        std::vector<std::string> fields = FieldsOf(whole, separator);
+        if (!std::exchange(begun, true) && IsCaption(fields)) continue;
+        // What stands beside the table in a spreadsheet is not meant.
+        if (separator == '\t' && fields.size() > NumFields) fields.resize(NumFields);
+        LimitLine limit;
+        const std::string reason = TakeLine(fields, separator, limit);
+        if (!reason.empty()) return {{}, "line " + std::to_string(number) + ": " + reason};
+        table.Lines.push_back(limit);
+    }
+    if (table.Lines.empty()) table.Error = "there is no limit in it";
+    return table;
 }
 
 LimitTable ReadLimitTable(std::string_view text) {
@@ -173,17 +213,17 @@ LimitTable ReadLimitTable(std::string_view text) {
     return begun ? table : fail(1, "no header kind,from_mhz,to_mhz,value");
 }
 
-std::string LimitTableText(const LimitLines& lines, char separator) {
+std::string LimitTableText(const LimitLines& lines, char separator, char decimal) {
     std::string text;
     for (const char* const name : Header)
         text += (text.empty() ? "" : std::string(1, separator)) + name;
     text += "\n";
     for (const LimitLine& line : lines) {
         std::string numbers;
-        for (const std::string& number : {Scaled(line.From, Megahertz), Scaled(line.To, Megahertz),
-                                          Scaled(line.Value, UnitFactor(line.Kind))})
+        for (const std::string& number : {FromText(line), ToText(line), ValueText(line)})
             numbers += separator + number;
-        if (separator == ';') std::replace(numbers.begin(), numbers.end(), '.', ',');
+        if (separator == ';' || (decimal == ',' && separator == '\t'))
+            std::replace(numbers.begin(), numbers.end(), '.', ',');
         text += NameOf(line.Kind) + numbers + "\n";
     }
     return text;

@@ -2,7 +2,7 @@
 // spreadsheet and pasted, and what people read. No Qt.
 #pragma once
 
-#include <optional>
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -10,23 +10,21 @@
 
 namespace ladderwise {
 
-/// "atten-min", "atten-max", "return-loss-min", "delay-variation-max".
-const char* NameOf(LimitKind kind);
-std::optional<LimitKind> LimitKindNamed(std::string_view name);
-
-/// "attenuation at least", ... for people.
-const char* CaptionOf(LimitKind kind);
-
-/// The unit of a value in tables, windows and JSON, "dB" or "ns", and how many SI units it is.
-const char* UnitOf(LimitKind kind);
-double UnitFactor(LimitKind kind);
+/// A frequency for people, six significant digits without trailing zeros: "288 MHz", "0 Hz".
+std::string PlainFrequency(double f);
 
 /// "attenuation at least 45 dB from 288 MHz to 296 MHz".
 std::string TextOf(const LimitLine& line);
 
-/// Why a line is none: an end that is no frequency or in the wrong order, a value that is no
-/// number or cannot be demanded. Empty if it is one.
-std::string FaultOf(const LimitLine& line);
+/// What it demands, for a plot: "atten \u2265 45 dB"; and in a column "atten \u2265 45 dB, 288 to
+/// 296 MHz".
+std::string DemandOf(const LimitLine& line);
+std::string ShortTextOf(const LimitLine& line);
+
+/// The numbers of a line in MHz and dB or ns as short as they read back the same.
+std::string FromText(const LimitLine& line);
+std::string ToText(const LimitLine& line);
+std::string ValueText(const LimitLine& line);
 
 struct LimitTable {
     LimitLines Lines{};
@@ -39,7 +37,17 @@ struct LimitTable {
 /// # are passed over.
 LimitTable ReadLimitTable(std::string_view text);
 
-/// The same as text, numbers as short as they read back the same.
-std::string LimitTableText(const LimitLines& lines, char separator = ',');
+/// The same as text, numbers as short as they read back the same; with `decimal` a comma between
+/// tabs, as always between semicolons, they have one.
+std::string LimitTableText(const LimitLines& lines, char separator = ',', char decimal = '.');
+
+/// What was copied from a table: as ReadLimitTable, but with any first line of captions or none,
+/// kinds by name or caption, and between tabs more columns behind, which do not count. Nothing is
+/// an error.
+LimitTable ReadPastedLimits(std::string_view text);
+
+/// A limit from the texts of its ends (MHz) and its value (dB or ns), with point or comma. The
+/// reason if it is none.
+std::string ReadLimit(LimitKind kind, const std::array<std::string, 3>& texts, LimitLine& line);
 
 }  // namespace ladderwise

@@ -16,6 +16,8 @@ DesignCompanion OpenCompanion(const std::string& designPath, const MessageCallba
     else if (!result.Error.empty())
         report("Error", path + ": " + result.Error +
                             "; the design is opened without what stands in that file");
+    else if (!result.Remark.empty())
+        report("Program Info", path + ": " + result.Remark);
     MakePathsAbsolute(result.Companion, FolderOf(designPath));
     return result.Companion;
 }

@@ -9,7 +9,7 @@
 namespace ladderwise {
 
 /// The companion of a design file (UTF-8), its measured files as absolute paths. Empty where there
-/// is none; what is wrong with it is reported.
+/// is none; what is wrong with it is reported, as "Program Info" where only limits are.
 DesignCompanion OpenCompanion(const std::string& designPath, const MessageCallback& report);
 
 /// Writes the companion of a design file, or removes the one there if nothing is to be kept. Gives

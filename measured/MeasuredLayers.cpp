@@ -31,23 +31,6 @@ struct Way {
     double Pieces() const { return std::fabs(ComplexToDb(To) - ComplexToDb(From)) / StepDb; }
 };
 
-/// The delay at each point of the file.
-std::vector<double> DelaysOf(const MeasuredTraces& traces, double threshold) {
-    const std::size_t count = traces.Transfer.size();
-    std::vector<double> steps(count, 0.0), delays(count, BlankMarker);
-    for (std::size_t i = 1; i < count; ++i)
-        steps[i] = PhaseRad(traces.Transfer[i] * std::conj(traces.Transfer[i - 1]));
-    for (std::size_t i = 0; i < count && count > 1; ++i) {
-        const std::size_t from = i > 0 ? i - 1 : 0, to = std::min(i + 1, count - 1);
-        double turn = 0.0;
-        for (std::size_t k = from + 1; k <= to; ++k)
-            turn += steps[k];
-        if (!(ComplexToDb(traces.Transfer[i]) < threshold))
-            delays[i] = -turn / (TwoPi * (traces.Hz[to] - traces.Hz[from]));
-    }
-    return delays;
-}
-
 void AddTransfer(MeasuredArrays& arrays, Complex transfer, double delay, double threshold) {
     const double level = ComplexToDb(transfer);
     const bool blank = level < threshold;
@@ -80,6 +63,22 @@ std::string Cut(const std::string& name) {
 }
 
 }  // namespace
+
+std::vector<double> DelaysOf(const MeasuredTraces& traces, double threshold) {
+    const std::size_t count = traces.Transfer.size();
+    std::vector<double> steps(count, 0.0), delays(count, BlankMarker);
+    for (std::size_t i = 1; i < count; ++i)
+        steps[i] = PhaseRad(traces.Transfer[i] * std::conj(traces.Transfer[i - 1]));
+    for (std::size_t i = 0; i < count && count > 1; ++i) {
+        const std::size_t from = i > 0 ? i - 1 : 0, to = std::min(i + 1, count - 1);
+        double turn = 0.0;
+        for (std::size_t k = from + 1; k <= to; ++k)
+            turn += steps[k];
+        if (!(ComplexToDb(traces.Transfer[i]) < threshold))
+            delays[i] = -turn / (TwoPi * (traces.Hz[to] - traces.Hz[from]));
+    }
+    return delays;
+}
 
 MeasuredArrays ArraysOf(const MeasuredTraces& traces, double threshold) {
     MeasuredArrays arrays;

@@ -23,9 +23,13 @@ struct MeasuredArrays {
     std::vector<double> ReturnLossDb{};  ///< dB
 };
 
-/// Phase and delay are blank where the level is below `threshold` (dB), as those of the design. The
-/// delay at a point of the file is the slope of the unwrapped phase from the point before it to the
-/// one behind it, -(dphi) / (2 pi df), at the ends of the file to the only neighbour.
+/// The delay at each point of the file, s: the slope of the unwrapped phase from the point before
+/// it to the one behind it, -(dphi) / (2 pi df), at the ends of the file to the only neighbour.
+/// BlankMarker where the level is below `threshold` (dB), and at a point that is alone.
+std::vector<double> DelaysOf(const MeasuredTraces& traces, double threshold);
+
+/// Phase and delay are blank where the level is below `threshold` (dB), as those of the design; the
+/// delay is that of DelaysOf.
 MeasuredArrays ArraysOf(const MeasuredTraces& traces, double threshold);
 
 /// The layer of arrays that outlive it.

@@ -2,10 +2,11 @@
 #include "measured/MeasuredSet.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
+#include "design/LadderNumbers.h"
 #include "display/Subtitle.h"
+#include "measured/MeasuredMargins.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
@@ -37,20 +38,9 @@ std::vector<double> DependsOn(const MeasuredFile& file, const NetworkData& netwo
                                    design.RLoad,
                                    design.PhaseGDThreshold};
     if (!network.OnePath) return numbers;  // else the design's own reflection is used
-    const PartModel& model = design.PartModel;
-    numbers.insert(numbers.end(), {design.F0, static_cast<double>(model.Choice), model.IndQ,
-                                   model.IndC, model.CapR, model.CapL});
-    for (int slot = 1; slot <= SlotsInUse(design); ++slot) {
-        numbers.push_back(static_cast<double>(design.Elements[slot].Type));
-        for (int row = 0; row < 4; ++row)
-            numbers.push_back(design.Elements[slot].Value(row));
-    }
+    const std::vector<double> ladder = LadderNumbers(design);
+    numbers.insert(numbers.end(), ladder.begin(), ladder.end());
     return numbers;
-}
-
-/// Bit by bit: what is no number is the same as itself.
-bool SameNumbers(const std::vector<double>& a, const std::vector<double>& b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
 }
 
 bool IsSeen(const NetworkData& network, const FilterDesign& design) {
@@ -91,6 +81,7 @@ struct MeasuredSet::Shown {
     std::vector<double> Numbers{};
     MeasuredTraces Traces{};
     MeasuredArrays Arrays{};
+    std::optional<LimitReport> Limits{};  ///< judged last
 };
 
 MeasuredSet::MeasuredSet() = default;
@@ -112,12 +103,12 @@ const MeasuredNetwork* MeasuredSet::Find(const std::string& path) const {
     return found == networks.end() ? nullptr : &found->second;
 }
 
-const MeasuredSet::Shown& MeasuredSet::ShownOf(std::size_t index, const MeasuredFile& file,
-                                               const MeasuredNetwork& network,
-                                               const FilterDesign& design) {
+MeasuredSet::Shown& MeasuredSet::ShownOf(std::size_t index, const MeasuredFile& file,
+                                         const MeasuredNetwork& network,
+                                         const FilterDesign& design) {
     std::unique_ptr<Shown>& kept = shown[index];
     std::vector<double> numbers = DependsOn(file, network.Network, design);
-    if (kept && kept->From == &network && SameNumbers(kept->Numbers, numbers)) return *kept;
+    if (kept && kept->From == &network && SameLadderNumbers(kept->Numbers, numbers)) return *kept;
     kept = std::make_unique<Shown>();
     kept->From = &network;
     kept->Numbers = std::move(numbers);
@@ -141,6 +132,27 @@ std::vector<PlotLayer> MeasuredSet::LayersOf(const MeasuredFiles& files,
             LayerOf(ShownOf(i, files[i], *network, design).Arrays, files[i], name, names[i]));
     }
     return layers;
+}
+
+std::vector<MeasuredVerdict> MeasuredSet::Judge(const MeasuredFiles& files,
+                                                const FilterDesign& design,
+                                                const LimitLines& lines) {
+    shown.resize(files.size());
+    const std::vector<std::string> names = ShortNamesOf(files);
+    std::vector<MeasuredVerdict> verdicts;
+    for (std::size_t i = 0; i < files.size() && !lines.empty(); ++i) {
+        const MeasuredNetwork* const network = Find(files[i].Path);
+        if (files[i].Hidden || !network || !network->Error.empty()) continue;
+        Shown& kept = ShownOf(i, files[i], *network, design);
+        const bool same =
+            kept.Limits &&
+            std::equal(lines.begin(), lines.end(), kept.Limits->Rows.begin(),
+                       kept.Limits->Rows.end(),
+                       [](const auto& line, const auto& row) { return line == row.Line; });
+        if (!same) kept.Limits = JudgeMeasured(kept.Traces, lines);
+        verdicts.push_back({names[i], *kept.Limits});
+    }
+    return verdicts;
 }
 
 std::vector<MeasuredSummary> MeasuredSet::Describe(const MeasuredFiles& files,

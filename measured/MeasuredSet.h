@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "limits/LimitMargin.h"
 #include "measured/MeasuredLayers.h"
 
 namespace ladderwise {
@@ -28,6 +29,12 @@ struct MeasuredSummary {
         Remarks{};  ///< how it is seen, what was not measured, what was changed
 };
 
+/// How a file keeps the limits of a design.
+struct MeasuredVerdict {
+    std::string ShortName;
+    LimitReport Report{};
+};
+
 class MeasuredSet {
 public:
     MeasuredSet();
@@ -44,13 +51,17 @@ public:
     /// changed since the last call is not calculated anew.
     std::vector<PlotLayer> LayersOf(const MeasuredFiles& files, const FilterDesign& design);
 
+    /// Of the same files how each keeps limits, over its own frequencies.
+    std::vector<MeasuredVerdict> Judge(const MeasuredFiles& files, const FilterDesign& design,
+                                       const LimitLines& lines);
+
     /// Of every file, hidden or not.
     std::vector<MeasuredSummary> Describe(const MeasuredFiles& files, const FilterDesign& design);
 
 private:
     struct Shown;  ///< the traces of a file, and what they were calculated from
-    const Shown& ShownOf(std::size_t index, const MeasuredFile& file,
-                         const MeasuredNetwork& network, const FilterDesign& design);
+    Shown& ShownOf(std::size_t index, const MeasuredFile& file, const MeasuredNetwork& network,
+                   const FilterDesign& design);
 
     std::map<std::string, MeasuredNetwork> networks;
     std::vector<std::unique_ptr<Shown>> shown;  ///< by place in the list

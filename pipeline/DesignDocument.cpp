@@ -101,7 +101,7 @@ bool DesignDocument::EditsAreSaved() const {
 }
 
 bool DesignDocument::Modified() const {
-    return !EditsAreSaved() || Measured != tie->SavedMeasured ||
+    return !EditsAreSaved() || Measured != tie->SavedMeasured || Limits != tie->SavedLimits ||
            (tie->Saved && !SameDesign(Record({}), *tie->Saved));
 }
 
@@ -109,8 +109,11 @@ void DesignDocument::CountAsSaved(bool withCompanion) {
     tie->Saved = Record({});
     tie->SavedEdits.reset();
     tie->SavedMeasured.clear();
+    tie->SavedLimits.clear();
     if (withCompanion && HasEdits(Work.Design)) tie->SavedEdits = Work.Design.Elements;
-    if (withCompanion) tie->SavedMeasured = Measured;
+    if (!withCompanion) return;
+    tie->SavedMeasured = Measured;
+    tie->SavedLimits = Limits;
 }
 
 void DesignDocument::Begin() {
@@ -127,12 +130,14 @@ void DesignDocument::WasSavedTo(const std::string& path, bool withCompanion) {
 bool DesignDocument::Load(std::string_view bytes, const std::string& path) {
     const auto record = DecodeRecord(bytes);
     if (!record) return false;
-    tie = std::make_shared<FileTie>(FileTie{path, {}, {}, {}, {}});
+    tie = std::make_shared<FileTie>(FileTie{path, {}, {}, {}, {}, {}});
     LoadRecord(*record, Work);
-    // Values edited in the design of before and what was measured of it are no part of this one.
+    // Values edited in the design of before, what was measured of it and what it must do are no
+    // part of this one.
     Work.Discarded.reset();
     Work.Design.CalculatedElements.reset();
     Measured.clear();
+    Limits.clear();
     return true;
 }
 
@@ -159,6 +164,8 @@ UnsavedWork DesignDocument::Kept() const {
     work.Markers = Markers;
     work.Measured = Measured;
     work.SavedMeasured = tie->SavedMeasured;
+    work.Limits = Limits;
+    work.SavedLimits = tie->SavedLimits;
     return work;
 }
 
@@ -179,13 +186,15 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         reference->Record = work.Reference->Record;
     }
     showReference = work.ReferenceShown;
-    tie = std::make_shared<FileTie>(FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured});
+    tie = std::make_shared<FileTie>(
+        FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured, work.SavedLimits});
     if (work.Saved) tie->Saved = work.Saved->Record;
     if (work.Saved && !work.Saved->Ladder.empty()) tie->SavedEdits = ElementsOf(work.Saved->Ladder);
     calculate(work.Design, Work);
     SettleControls(report);
     Markers = work.Markers;
     Measured = work.Measured;
+    Limits = work.Limits;
     Work.Discarded.reset();
     if (work.Discarded) {
         const auto scratch = std::make_unique<Calculation>();
@@ -226,6 +235,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->MathErrors = MathErrorCount(Work);
     snapshot->Markers = Markers;
     snapshot->Measured = Measured;
+    snapshot->Limits = Limits;
     snapshot->Controls = controls;
     snapshot->WasBandPass = wasBandPass;
     snapshot->Reference = reference;
@@ -257,6 +267,7 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
         MathErrors().ErrorCount() - (snapshot.MathErrors - snapshot.SynthesisMathErrors);
     Markers = snapshot.Markers;
     Measured = snapshot.Measured;
+    Limits = snapshot.Limits;
     controls = snapshot.Controls;
     wasBandPass = snapshot.WasBandPass;
     reference = snapshot.Reference;

@@ -1,5 +1,6 @@
 // The document of the main window: the inputs with the calculated design, values edited by hand,
-// markers, the reference, the measured files shown with it and the file it is tied to; what it
+// markers, the reference, the measured files shown with it, its
+// limits and the file it is tied to; what it
 // takes to save and open it, and its history. It knows neither a window nor the disk: bytes come in
 // and go out. No Qt.
 #pragma once
@@ -30,6 +31,7 @@ public:
     Calculation Work;
     MarkerState Markers;
     MeasuredFiles Measured;  ///< shown with the design, in their order
+    LimitLines Limits;       ///< what the design must do, in their order
 
     // --- choices and calculation
 
@@ -83,16 +85,19 @@ public:
     /// The design as its file would hold it.
     DesignRecord Record(const MessageCallback& report) const;
 
-    /// True if there is something to save: the design, the values edited by hand in it, or the
-    /// measured files shown with it differ from what was saved.
+    /// True if there is something to save: the design, the values edited by hand in it, its
+    /// limits, or the measured files shown with it differ from what was saved.
     bool Modified() const;
 
     /// From now on the design as it stands is the one without changes; `withCompanion`: and so is
-    /// what its record has no room for, the values edited by hand and the measured files.
+    /// what its record has no room for, the values edited by hand, the measured files and the
+    /// limits.
     void CountAsSaved(bool withCompanion = true);
 
     /// True if the design has something that its record has no room for.
-    bool NeedsCompanion() const { return HasEdits(Work.Design) || !Measured.empty(); }
+    bool NeedsCompanion() const {
+        return HasEdits(Work.Design) || !Measured.empty() || !Limits.empty();
+    }
 
     /// The first state: there is nothing to save and nothing to undo.
     void Begin();

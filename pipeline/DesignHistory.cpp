@@ -7,6 +7,7 @@
 
 #include "design/ChoiceNames.h"
 #include "design/Designators.h"
+#include "limits/LimitTable.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
@@ -149,8 +150,19 @@ std::optional<StepLabel> MeasuredStep(const MeasuredFiles& before, const Measure
                      "", "", !more && !fewer};
 }
 
+/// "Limits 2 -> 3" counts them.
+std::optional<StepLabel> LimitStep(const LimitLines& before, const LimitLines& after) {
+    if (before == after) return {};
+    if (before.size() != after.size())
+        return StepLabel{"Limits", std::to_string(before.size()), std::to_string(after.size())};
+    const auto [was, is] = std::mismatch(before.begin(), before.end(), after.begin());
+    const bool single = std::equal(was + 1, before.end(), is + 1, after.end());
+    return StepLabel{single ? "Limit to " + TextOf(*is) : "Limits", "", ""};
+}
+
 std::optional<StepLabel> SmallStep(const DesignSnapshot& before, const DesignSnapshot& after) {
     if (auto step = MeasuredStep(before.Measured, after.Measured)) return step;
+    if (auto step = LimitStep(before.Limits, after.Limits)) return step;
     if (before.ShowReference != after.ShowReference)
         return StepLabel{"Plot Ref", before.ShowReference ? "on" : "off",
                          after.ShowReference ? "on" : "off"};

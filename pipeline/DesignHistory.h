@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "design/LimitLine.h"
 #include "design/MarkerState.h"
 #include "design/MeasuredFile.h"
 #include "files/FileStamp.h"
@@ -27,6 +28,7 @@ struct FileTie {
     std::optional<ElementList> SavedEdits{};
     DesignStamps Stamps{};          ///< what the files of that name held then
     MeasuredFiles SavedMeasured{};  ///< shown with it
+    LimitLines SavedLimits{};
 };
 
 /// A document at one moment: all that cannot be calculated from the rest, to the last bit.
@@ -44,6 +46,7 @@ struct DesignSnapshot {
     std::uint64_t MathErrors = 0;  ///< those and the later ones
     MarkerState Markers;
     MeasuredFiles Measured;
+    LimitLines Limits;
     ControlStates Controls;
     bool WasBandPass = false;
     std::shared_ptr<ReferenceDesign> Reference;
@@ -63,7 +66,8 @@ struct StepLabel {
 };
 
 /// The difference between two states as their user sees it; nothing if the design, its markers,
-/// its reference and the measured files are the same. What a box looks like is no difference.
+/// its reference, its limits and the measured files are the same. What a box looks like is no
+/// difference.
 std::optional<StepLabel> DescribeStep(const DesignSnapshot& before, const DesignSnapshot& after);
 
 inline constexpr std::size_t MostUndoSteps = 500;  ///< older ones are forgotten

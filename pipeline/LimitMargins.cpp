@@ -8,17 +8,13 @@
 
 #include "analysis/Circuitanalysis.h"
 #include "analysis/ResponseSamples.h"
-#include "limits/LimitTable.h"
-#include "numbers/Formatfunctions.h"
+#include "design/LadderNumbers.h"
 
 namespace ladderwise {
 
 namespace {
 
 constexpr double delayStep = 1e-6;  // relative, to either side
-constexpr int placeDigits = 5;      // after the first
-constexpr int marginDecimals = 2;
-constexpr int closeDecimals = 4;  // of a margin that two decimals would show as nothing
 
 struct Extreme {
     double Value = -std::numeric_limits<double>::infinity();
@@ -60,6 +56,13 @@ std::vector<double> Negated(std::vector<double> values) {
     for (double& value : values)
         value = -value;
     return values;
+}
+
+/// What a design may miss a limit by and still keep it, dB or s: its own ripple, which it reaches
+/// to the last digits of the analysis.
+double RoundingOf(const LimitLine& line) {
+    constexpr double rounding = 1e-9;
+    return line.Kind == LimitKind::DelayVariationMax ? rounding * line.Value : rounding;
 }
 
 class Judge {
@@ -112,33 +115,15 @@ private:
         const Extreme most = LargestBetween(samples, {delays, exact}, from, to);
         const Extreme least = LargestBetween(
             samples, {Negated(delays), [&](double f) { return -exact(f); }}, from, to);
-        return {line, line.Value - (most.Value + least.Value), most.At};
+        return {line, line.Value - (most.Value + least.Value), most.At,
+                0.5 * (most.Value - least.Value)};
     }
 
     const FilterDesign& design;
     ResponseSamples samples;
 };
 
-/// For comparing margins of both kinds: dB; of a delay variation ten times the share that is left.
-double Comparable(const LimitMargin& margin) {
-    constexpr double tenth = 10.0;
-    return margin.Line.Kind == LimitKind::DelayVariationMax
-               ? tenth * margin.Margin / margin.Line.Value
-               : margin.Margin;
-}
-
 }  // namespace
-
-bool LimitReport::Met() const {
-    return std::all_of(Rows.begin(), Rows.end(), [](const auto& row) { return row.Holds(); });
-}
-
-const LimitMargin* LimitReport::Tightest() const {
-    const LimitMargin* tightest = nullptr;
-    for (const LimitMargin& row : Rows)
-        if (!tightest || !(Comparable(row) >= Comparable(*tightest))) tightest = &row;
-    return tightest;
-}
 
 double GroupDelayAt(const FilterDesign& design, double f) {
     const auto transfer = [&](double at) { return AnalysePoint(design, design.F0, at).Transfer; };
@@ -158,18 +143,34 @@ LimitReport JudgeLimits(const FilterDesign& design, const LimitLines& lines) {
         return report;
     }
     const Judge judge(design, lines);
-    for (const LimitLine& line : lines)
-        report.Rows.push_back(judge.Of(line));
+    for (const LimitLine& line : lines) {
+        LimitMargin margin = judge.Of(line);
+        if (margin.Margin < 0.0 && margin.Margin > -RoundingOf(line)) margin.Margin = 0.0;
+        report.Rows.push_back(margin);
+    }
     return report;
 }
 
-std::string TextOf(const LimitMargin& margin) {
-    if (std::isnan(margin.Margin)) return "cannot be judged";
-    const double shown = std::abs(margin.Margin) / UnitFactor(margin.Line.Kind);
-    const int decimals = shown < CloseMarginDb ? closeDecimals : marginDecimals;
-    return (margin.Holds() ? "holds by " : "fails by ") + FormatFixed(shown, decimals) + " " +
-           UnitOf(margin.Line.Kind) + " at " + FormatWithPrefix(margin.At, placeDigits, "Hz") +
-           (margin.Close() ? ", which is close" : "");
+const LimitReport& LimitJudge::Judge(const FilterDesign& design, const LimitLines& lines) {
+    std::vector<double> now = LadderNumbers(design);
+    const bool same = SameLadderNumbers(now, numbers);
+    numbers = std::move(now);
+    LimitReport judged;
+    LimitLines missing;
+    for (const LimitLine& line : lines) {
+        const auto known = std::find_if(report.Rows.begin(), report.Rows.end(),
+                                        [&](const auto& row) { return row.Line == line; });
+        if (same && known != report.Rows.end())
+            judged.Rows.push_back(*known);
+        else
+            missing.push_back(line);
+    }
+    const LimitReport fresh = JudgeLimits(design, missing);
+    for (std::size_t i = 0, k = 0; i < lines.size(); ++i)
+        if (i >= judged.Rows.size() || !(judged.Rows[i].Line == lines[i]))
+            judged.Rows.insert(judged.Rows.begin() + static_cast<long>(i), fresh.Rows[k++]);
+    report = std::move(judged);
+    return report;
 }
 
 }  // namespace ladderwise

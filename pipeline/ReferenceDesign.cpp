@@ -8,6 +8,7 @@
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PulseResponse.h"
 #include "design/ChoiceNames.h"
+#include "limits/LimitTable.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/SavedDesigns.h"
 
@@ -98,6 +99,29 @@ std::vector<ComparedResult> ResultRows(const FilterDesign& design, const Respons
     std::vector<ComparedResult> rows;
     for (const auto& [name, value] : DescribeResults(design, results))
         rows.push_back({name, value, {}});
+    return rows;
+}
+
+std::vector<ComparedResult> CompareLimits(const LimitReport& design, const LimitReport* reference,
+                                          const std::vector<NamedReport>& measured) {
+    std::vector<ComparedResult> rows;
+    if (design.Rows.empty()) return rows;
+    rows.push_back({"limits", SummaryOf(design), reference ? SummaryOf(*reference) : ""});
+    for (const NamedReport& other : measured)
+        rows.push_back({"limits, " + other.Name, SummaryOf(other.Report), ""});
+    return rows;
+}
+
+std::vector<ComparedResult> CompareEachLimit(const LimitReport& design,
+                                             const LimitReport* reference,
+                                             const std::vector<NamedReport>& measured) {
+    std::vector<ComparedResult> rows;
+    for (std::size_t i = 0; i < design.Rows.size(); ++i) {
+        const std::string name = ShortTextOf(design.Rows[i].Line);
+        rows.push_back({name, TextOf(design.Rows[i]), reference ? TextOf(reference->Rows[i]) : ""});
+        for (const NamedReport& other : measured)
+            rows.push_back({name + ", " + other.Name, TextOf(other.Report.Rows[i]), ""});
+    }
     return rows;
 }
 

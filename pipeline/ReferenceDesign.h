@@ -5,6 +5,7 @@
 #include <string>
 
 #include "files/FileReadSave.h"
+#include "limits/LimitMargin.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/ResultsText.h"
 
@@ -56,5 +57,19 @@ std::vector<ComparedResult> CompareResults(const FilterDesign& design,
 /// The rows of the results of a design, with those of a reference beside them, if there is one.
 std::vector<ComparedResult> ResultRows(const FilterDesign& design, const ResponseResults& results,
                                        const ReferenceDesign* reference);
+
+/// How something measured keeps limits.
+struct NamedReport {
+    std::string Name;
+    LimitReport Report{};
+};
+
+/// What became of limits as rows of the results: all of them together, and each; beside the
+/// design's those of a reference, if there is one, and below them those of what was measured.
+std::vector<ComparedResult> CompareLimits(const LimitReport& design, const LimitReport* reference,
+                                          const std::vector<NamedReport>& measured);
+std::vector<ComparedResult> CompareEachLimit(const LimitReport& design,
+                                             const LimitReport* reference,
+                                             const std::vector<NamedReport>& measured);
 
 }  // namespace ladderwise

@@ -71,6 +71,12 @@ void AddMeasured(std::string& text, std::string_view key, const MeasuredFiles& f
                 NumberText(int{file.Hidden}), NumberText(file.Colour), Hex(file.Others));
 }
 
+void AddLimits(std::string& text, std::string_view key, const LimitLines& lines) {
+    for (const LimitLine& line : lines)
+        AddLine(text, key, NameOf(line.Kind), NumberText(line.From), NumberText(line.To),
+                NumberText(line.Value));
+}
+
 // --- reading; what is no such thing is thrown as a NoWork, never out of DecodeWork
 
 struct NoWork {};
@@ -185,6 +191,18 @@ MeasuredFiles KeptMeasured(const KeyedLines& lines, std::string_view key) {
     return files;
 }
 
+LimitLines KeptLimits(const KeyedLines& lines, std::string_view key) {
+    LimitLines limits;
+    for (const Words& words : lines.All(key, 4)) {
+        const auto kind = LimitKindNamed(words[0]);
+        if (!kind) throw NoWork{};
+        limits.push_back({*kind, NumberOf<double>(words[1]), NumberOf<double>(words[2]),
+                          NumberOf<double>(words[3])});
+        if (!FaultOf(limits.back()).empty() || limits.size() > MaxLimitLines) throw NoWork{};
+    }
+    return limits;
+}
+
 MarkerState KeptMarkers(const KeyedLines& lines) {
     MarkerState markers;
     for (const Words& words : lines.All("read-out", 3)) {
@@ -257,6 +275,8 @@ std::string EncodeWork(const UnsavedWork& work) {
     AddMarkers(text, "level-marker", markers.DbMarkers, markers.DbMarkerCount);
     AddMeasured(text, "measured", work.Measured);
     AddMeasured(text, "saved-measured", work.SavedMeasured);
+    AddLimits(text, "limit", work.Limits);
+    AddLimits(text, "saved-limit", work.SavedLimits);
     AddLine(text, WorkEnd);
     return text;
 }
@@ -281,6 +301,8 @@ std::optional<UnsavedWork> DecodeWork(std::string_view text) {
         work.Markers = KeptMarkers(keyed);
         work.Measured = KeptMeasured(keyed, "measured");
         work.SavedMeasured = KeptMeasured(keyed, "saved-measured");
+        work.Limits = KeptLimits(keyed, "limit");
+        work.SavedLimits = KeptLimits(keyed, "saved-limit");
         return work;
     } catch (const NoWork&) {
         return {};

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "design/FilterDesign.h"
+#include "design/LimitLine.h"
 #include "design/MarkerState.h"
 #include "design/MeasuredFile.h"
 #include "files/FileReadSave.h"
@@ -43,6 +44,8 @@ struct UnsavedWork {
     MarkerState Markers{};
     MeasuredFiles Measured{};       ///< shown with the design
     MeasuredFiles SavedMeasured{};  ///< and with that in the file
+    LimitLines Limits{};            ///< of the design
+    LimitLines SavedLimits{};       ///< and of that in the file
 };
 
 /// More bytes than this are no kept work.

@@ -10,7 +10,7 @@ namespace {
 TEST(Companion, KeepsWhatItKnowsAndWhatItDoesNot) {
     const std::string text = R"({
   "ladderwise_companion": 1,
-  "limits": [{"from": 1e6, "exact": 0.10000000000000000001}],
+  "later": [{"from": 1e6, "exact": 0.10000000000000000001}],
   "measured": [{"file": "Gr\u00f6\u00dfe 50 \ud83d\ude00.s2p", "note": "red", "hidden": true,
                 "port_delay_s": [1e-10, 0]}],
   "edited": [{"slot": 2, "row": 1, "type": "SeriesInd", "calculated": 1e-7, "value": 1.2e-7}]
@@ -30,6 +30,25 @@ TEST(Companion, KeepsWhatItKnowsAndWhatItDoesNot) {
     for (const char* kept : {"0.10000000000000000001", "\"note\": \"red\"", "1.2e-07"})
         EXPECT_NE(again.find(kept), std::string::npos) << again;
     EXPECT_EQ(CompanionText(ReadCompanion(again).Companion), again);
+}
+
+TEST(Companion, OfTheLimitsOnlyTheDamagedOnesAreLeftOut) {
+    const LimitLines lines = {{LimitKind::AttenMax, 0.0, 30e6, 0.1},
+                              {LimitKind::DelayVariationMax, 1.8e6, 29.7e6, 7.3e-9}};
+    DesignCompanion companion;
+    companion.Limits = lines;
+    std::string text = CompanionText(companion);
+    EXPECT_EQ(ReadCompanion(text).Companion.Limits, lines);
+    text.insert(text.find('[') + 1, R"({"kind": "atten-min", "from_hz": 2, "to_hz": 1,
+        "value_db": 3}, {"kind": "odd"}, 7, )");
+    const CompanionResult read = ReadCompanion(text);
+    EXPECT_EQ(
+        read.Error + "; " + read.Remark,
+        "; limit 1 is left out, because it ends below its beginning; limit 2 is left out, "
+        "because its kind \"odd\" is not known; limit 3 is left out, because it is no object");
+    EXPECT_EQ(read.Companion.Limits, lines);
+    EXPECT_EQ(ReadCompanion(R"({"ladderwise_companion": 1, "limits": {}})").Remark,
+              "its limits are not a list");
 }
 
 TEST(Companion, FilesWithoutAColourDiffer) {

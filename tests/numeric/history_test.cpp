@@ -9,6 +9,7 @@
 #include <random>
 
 #include "files/FileReadSave.h"
+#include "limits/LimitTable.h"
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
 #include "pipeline/Notes.h"
@@ -57,7 +58,7 @@ std::string DesignBytesOf(const DesignDocument& document) {
     for (const Note& note : CollectNotes(document.Work))
         if (!IsOfOneCalculation(note)) bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
-    return bytes;
+    return bytes + LimitTableText(document.Limits);
 }
 
 /// With the draws of the worst case, all notes and the looks of the boxes: every bit that a user
@@ -125,7 +126,7 @@ private:
 void ActAtRandom(DocumentHands& hands, std::mt19937& random) {
     const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
     DesignDocument& document = hands.Document;
-    switch (below(9)) {
+    switch (below(10)) {
         case 0:
         case 1: {
             static const char* const texts[] = {"1",   "7",       "145.825", "50",
@@ -144,6 +145,10 @@ void ActAtRandom(DocumentHands& hands, std::mt19937& random) {
         case 6:
             document.Markers.FreqMarkerCount = 1 + below(5);
             document.Markers.FreqMarkers[1] = below(1000);
+            return hands.Note();
+        case 9:
+            document.Limits.assign(static_cast<std::size_t>(below(3)),
+                                   {LimitKind::AttenMin, 1e8 / 3, 1e9, 1.0 + below(50)});
             return hands.Note();
         case 7:
             document.SetReference({});
@@ -262,6 +267,12 @@ TEST(History, StepsAreNamedAndMerged) {
     EXPECT_EQ(document.UndoName(), "Fo MHz 200 \u2192 100");
     hands.Calculate();  // no step
     EXPECT_EQ(document.UndoName(), "Fo MHz 200 \u2192 100");
+    document.Limits = {{LimitKind::AttenMax, 1e6, 2e6, 1.0}};
+    hands.Note();
+    EXPECT_EQ(document.UndoName(), "Limits 0 \u2192 1");
+    document.Limits[0].Value = 0.5;
+    hands.Note(0.1);
+    EXPECT_EQ(document.UndoName(), "Limit to attenuation at most 0.5 dB from 1 MHz to 2 MHz");
     for (int i = 0; i < 600; ++i)
         hands.Type(InputId::F0, i % 2 == 0 ? "50" : "60");
     EXPECT_EQ(document.Steps(), MostUndoSteps);
@@ -285,7 +296,9 @@ TEST(Document, FilesAreTiedToStates) {
     hands.Type(InputId::F0, "7");
     EXPECT_FALSE(document.Load(std::string(bytes.size(), 'x'), "/bad"));
     EXPECT_EQ(document.File() + document.Work.Inputs.Box(InputId::F0).Text, "/a7");
+    document.Limits = {{LimitKind::AttenMax, 1e6, 2e6, 1.0}};
     ASSERT_TRUE(document.Load(bytes, "/dir/b"));
+    EXPECT_TRUE(document.Limits.empty());
     hands.Calculate();
     document.CountAsSaved();
     EXPECT_EQ(document.UndoName(), "Open b");
@@ -306,4 +319,12 @@ TEST(Document, FilesAreTiedToStates) {
     EXPECT_FALSE(document.Modified());
     hands.PressKey(FormKey::F1, 1, 1);
     EXPECT_TRUE(document.Modified());
+    // And so do limits.
+    document.WasSavedTo("/a");
+    document.Limits = {{LimitKind::AttenMax, 1e6, 2e6, 1.0}};
+    EXPECT_TRUE(document.Modified());
+    document.WasSavedTo("/a", false);
+    EXPECT_TRUE(document.Modified());
+    document.WasSavedTo("/a");
+    EXPECT_FALSE(document.Modified());
 }

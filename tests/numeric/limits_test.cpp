@@ -72,6 +72,8 @@ TEST(LimitPresets, LieWhereTheTaskPutsThem) {
     // 98 MHz heard with 10.7 MHz: the image is 21.4 MHz away.
     EXPECT_EQ(ImageAndIntermediate({97e6, 99e6}, 10.7e6, true, 2.0, 50.0)[1],
               (LimitLine{LimitKind::AttenMin, 118.4e6, 120.4e6, 50.0}));
+    EXPECT_EQ(PromiseOfDesign({{0, 30e6}}, 0.2, 28e6, 40).back(),
+              (LimitLine{LimitKind::AttenMin, 84e6, 84e6, 40.0}));
     EXPECT_EQ(ImageAndIntermediate({97e6, 99e6}, 10.7e6, false, 2.0, 50.0)[1].To, 77.6e6);
     EXPECT_EQ(ImageAndIntermediate({9e6, 10e6}, 10.7e6, false, 2.0, 50.0).size(), 2u);
 }

@@ -18,6 +18,7 @@ namespace {
 constexpr double standardDeviations = 1.96;  // of a 95 % interval
 constexpr double undeterminedWidth = 0.1;    // half, in ln value
 constexpr std::size_t mostLags = 30;         // of the residuals' autocorrelation
+constexpr double noLoss = 1e-5;              // of a coil, 1 / Q
 constexpr double leastResidual = 1e-30;
 
 using Residuals = std::vector<std::array<Complex, NumBoardParameters>>;
@@ -144,7 +145,8 @@ std::vector<BoardPart> PartsOf(const Fitted& fitted, const DesignState& design) 
                            fitted.Of({{unknown, 1.0}}, 1.0),
                            {}};
             const auto next = static_cast<std::size_t>(unknown) + 1;
-            if (fitted.Model.Unknowns()[next].Kind == BoardUnknownKind::CoilLoss && x[next] > 0.0)
+            if (fitted.Model.Unknowns()[next].Kind == BoardUnknownKind::CoilLoss &&
+                x[next] > noLoss)
                 part.Q = 1.0 / x[next];
             parts.push_back(std::move(part));
         }
@@ -179,7 +181,7 @@ std::optional<double> QOf(const Fitted& fitted) {
         sum += weight * fitted.Solution.State.X[i];
         weights += weight;
     }
-    if (!(sum > 0.0)) return {};
+    if (!(sum > noLoss * weights)) return {};
     return weights / sum;
 }
 

@@ -254,21 +254,34 @@ FilterDesign LowPass() {
 }
 
 TEST(ReadBoard, SaysWhichCoilToTurn) {
-    const FilterDesign design = LowPass();
-    FilterDesign built = design;
-    built.Elements[2].V1 *= 1.08;
-    Board board({built, 100.0, padOfBoard, viaOfBoard, 0.0, 0.001}, 1);
-    const BoardReading reading = ReadBoard(board.Measured(Linear(1e6, 60e6, 201)), design);
-    ASSERT_TRUE(reading.Understood);
-    for (const BoardPart& part : reading.Parts)
-        EXPECT_NEAR(part.Deviation(), part.Designator == "L2" ? 0.08 : 0.0, 0.01);
-    EXPECT_NEAR(MeasuredLadder(reading, design)[2].V1, built.Elements[2].V1, 5e-9);
-    ASSERT_FALSE(reading.Next.empty());
-    EXPECT_EQ(reading.Next.front().Designator, "L2");
-    EXPECT_NEAR(reading.Next.front().Change, 1.0 / 1.08 - 1.0, 0.01);
-    EXPECT_GT(reading.Next.front().Gain, 0.1);
-    EXPECT_EQ(reading.Next.front().Text.rfind("L2 8.", 0), 0u) << reading.Next.front().Text;
-    EXPECT_NEAR(*reading.Q, 100.0, 20.0);
+    for (const bool ideal : {false, true}) {
+        FilterDesign design = LowPass();
+        FilterDesign built = design;
+        built.Elements[2].V1 *= 1.08;
+        Built what{built, 100.0, padOfBoard, viaOfBoard, 0.0, 0.001};
+        if (ideal) {  // a calculated file
+            design.PartModel.Choice = PartChoice::IdealParts;
+            PartModel& none = what.Design.PartModel;
+            none.IndC = none.CapL = none.CapR = 0.0;
+            what = {what.Design, 1e9, 0.0, 0.0, 0.0, 0.0};
+        }
+        Board board(what, 1);
+        const BoardReading reading = ReadBoard(board.Measured(Linear(1e6, 60e6, 201)), design);
+        ASSERT_TRUE(reading.Understood);
+        for (const BoardPart& part : reading.Parts)
+            EXPECT_NEAR(part.Deviation(), part.Designator == "L2" ? 0.08 : 0.0, 0.01);
+        EXPECT_NEAR(MeasuredLadder(reading, design)[2].V1, built.Elements[2].V1, 5e-9);
+        ASSERT_FALSE(reading.Next.empty());
+        EXPECT_EQ(reading.Next.front().Designator, "L2");
+        EXPECT_NEAR(reading.Next.front().Change, 1.0 / 1.08 - 1.0, 0.01);
+        EXPECT_GT(reading.Next.front().Gain, 0.1);
+        EXPECT_EQ(reading.Next.front().Text.rfind("L2 8.", 0), 0u) << reading.Next.front().Text;
+        if (ideal) {
+            EXPECT_FALSE(reading.Q);
+        } else {
+            EXPECT_NEAR(*reading.Q, 100.0, 20.0);
+        }
+    }
 }
 
 /// Three parts, all different.

@@ -59,7 +59,7 @@ std::vector<ElementList> DesignSession::WorstCaseLadders(int count) {
 // --- limits
 
 const LimitLines& DesignSession::ShownLimits() const {
-    return dragged ? dragged->Now : Document.Limits;
+    return dragged && dragged->Before == Document.Limits ? dragged->Now : Document.Limits;
 }
 
 const LimitReport& DesignSession::Judged() const {

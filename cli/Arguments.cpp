@@ -232,7 +232,7 @@ std::string UsageText() {
         "  --picture plot|schematic|both\n"
         "                --plot for a report: with a drawn schematic and the results; --white\n"
         "  --save FILE   the inputs as a design file (*.tk_ldfilt)\n"
-        "  --limits FILE.csv            what the design must do, judged in table and JSON\n"
+        "  --limits FILE.csv            what the design must do, judged in table, JSON and plot\n"
         "  --measured FILE.s2p          a measured network into the JSON; again for more\n"
         "  --touchstone FILE.s2p        S-parameters; --touchstone-version 2, --reference OHMS "
         "(50)\n"

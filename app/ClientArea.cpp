@@ -162,6 +162,13 @@ void ClientArea::resizeEvent(QResizeEvent*) {
     emit Resized();
 }
 
+void ClientArea::ShowShares(const std::vector<ShareRow>& rows) {
+    std::vector<StripShare> shares;
+    for (const ShareRow& row : rows)
+        shares.push_back({row.Share.Slot, row.Share.Row, row.Share.Share});
+    plotArea->ShowShares(std::move(shares));
+}
+
 void ClientArea::LightPart(int slot, int row) {
     if (slot < 0 || slot > SlotsInUse(design)) slot = 0;
     if (slot == litSlot && row == litRow) return;

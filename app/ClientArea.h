@@ -8,6 +8,7 @@
 #include "controls/InputBinder.h"
 #include "display/Plot.h"
 #include "pipeline/Calculation.h"
+#include "pipeline/PartShares.h"
 
 class QScrollArea;
 class QScrollBar;
@@ -47,6 +48,9 @@ public:
 
     /// The order of the Tab key from the panel on; `last` follows.
     void SetTabOrder(QWidget* last);
+
+    /// Bars at the symbols of the parts that rows of a table tell of.
+    void ShowShares(const std::vector<ShareRow>& rows);
 
     /// Lights a part in strip and grid; slot 0: none.
     void LightPart(int slot, int row = -1);

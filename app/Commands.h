@@ -25,8 +25,10 @@ enum class Command {
     BringBack,      ///< values edited by hand
     BringBackLoad,  ///< the load that the user asked for
     PartValues,     ///< shown at the designators
+    PartShares,     ///< which part matters
     Options,
     Limits,
+    Choices,  ///< which filter
     FixSeed,
     SetSeed,
     Help,

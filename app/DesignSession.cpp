@@ -104,6 +104,8 @@ void DesignSession::ShowStatus() {
     views.Windows->RefreshLimits(Judged());
     if (views.Windows->ShowsMeasuredData())
         views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
+    if (views.Windows->ShowsShares()) views.Windows->RefreshShares(ShareTables());
+    if (!compared) views.Windows->RefreshChoices();
 }
 
 /// Figures and markers.

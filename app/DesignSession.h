@@ -16,6 +16,8 @@
 #include "pipeline/DesignDocument.h"
 #include "pipeline/Keystrokes.h"
 #include "pipeline/LimitMargins.h"
+#include "pipeline/PartShares.h"
+#include "windows/ChoicesWindow.h"
 #include "windows/NortonWindow.h"
 
 namespace ladderwise {
@@ -42,6 +44,7 @@ public:
     /// What the controls of all windows do.
     InputActions Actions();
     NortonActions ActionsOfNorton();
+    ChoiceActions ActionsOfChoices();
 
     /// The views, built with these actions. `askForCoefficients` asks for a coefficients file and
     /// uses it; false: none was chosen.
@@ -115,6 +118,8 @@ public:
     /// The ladders of the first `count` runs of the worst case that is drawn.
     std::vector<ElementList> WorstCaseLadders(int count);
 
+    /// Which part matters, in words.
+    std::vector<ShareTable> ShareTables() const;
     // --- limits
 
     /// The limits that are shown and judged: the document's, or what a drag makes of them.
@@ -163,6 +168,8 @@ private:
         Traces,  ///< everything, at the size of the client area
     };
 
+    void TakeInputs(const DesignInputs& inputs);
+    void CompareWith(const DesignInputs* inputs);
     bool StoreChanges();
     std::vector<PictureRow> Answers() const;
     void RepeatRuns(const PlotRunCallback& run);
@@ -184,12 +191,13 @@ private:
         LimitLines Now, Before;
     };
     std::optional<DraggedLimits> dragged;
-    mutable LimitJudge judge;           ///< keeps what it has judged of the design
-    mutable LimitJudge referenceJudge;  ///< and of the reference
-    mutable MeasuredSet measured;       ///< keeps what it has calculated of its files
-    std::string measuredFaults;         ///< that nobody has been told
-    QTimer noInputWaits;                ///< runs out when all input that has come is taken
-    QElapsedTimer clock;                ///< of the history
+    mutable LimitJudge judge;               ///< keeps what it has judged of the design
+    mutable LimitJudge referenceJudge;      ///< and of the reference
+    std::unique_ptr<Calculation> compared;  ///< shown beside the design for a moment
+    mutable MeasuredSet measured;           ///< keeps what it has calculated of its files
+    std::string measuredFaults;             ///< that nobody has been told
+    QTimer noInputWaits;                    ///< runs out when all input that has come is taken
+    QElapsedTimer clock;                    ///< of the history
 };
 
 }  // namespace ladderwise

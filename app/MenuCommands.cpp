@@ -66,10 +66,15 @@ void MenuCommands::Run(Command command) {
             return BringBackLoad();
         case Command::PartValues:
             return ShowPartValues();
+        case Command::PartShares:
+            return windows.ShowShares(session.ShareTables());
         case Command::Options:
             return windows.ShowOptions();
         case Command::Limits:
             return windows.ShowLimits(session.Judged());
+        case Command::Choices:
+            session.ReadEntries();
+            return windows.ShowChoices();
         case Command::FixSeed:
             return ToggleFixedSeed();
         case Command::SetSeed:

@@ -141,6 +141,11 @@ void PlotArea::ShowMarkers() {
     view->update();
 }
 
+void PlotArea::ShowShares(std::vector<StripShare> shares) {
+    plot.ShowShares(std::move(shares));
+    ScrollStrip(placement.StripScroll);
+}
+
 void PlotArea::ScrollStrip(int scroll) {
     placement.StripScroll = scroll;
     plot.ScrollStrip(content().Design, scroll);

@@ -28,6 +28,9 @@ public:
     /// Values at the designators, from the next run 0 on.
     void ShowPartValues(bool shown) { plot.ShowPartValues(shown); }
 
+    /// Bars at the symbols of the strip, at once.
+    void ShowShares(std::vector<StripShare> shares);
+
     /// True if the picture is as large and as dense as the area. Any other has to be drawn anew.
     bool Fits() const;
 

@@ -15,7 +15,8 @@ namespace ladderwise {
 SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& design,
                                    const InputActions& actions, const NortonActions& nortonActions,
                                    const MeasuredActions& measuredActions,
-                                   const LimitActions& limitActions, QWidget* owner)
+                                   const LimitActions& limitActions, const SharesShown& sharesShown,
+                                   const ChoiceActions& choiceActions, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -26,6 +27,8 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     measured = new MeasuredWindow(measuredActions, owner);
     limits = new LimitsWindow(limitActions, owner);
     options = new OptionsWindow(inputs, actions, owner);
+    shares = new SharesWindow(sharesShown, owner);
+    choices = new ChoicesWindow(choiceActions, owner);
 }
 
 void SecondaryWindows::StoreInputs() {
@@ -81,6 +84,27 @@ void SecondaryWindows::RefreshMeasuredData(const MeasuredFiles& files,
     measured->ShowFiles(files, summaries);
 }
 
+void SecondaryWindows::ShowShares(const std::vector<ShareTable>& tables) {
+    shares->ShowBesideOwner();
+    shares->ShowTables(tables);
+}
+
+bool SecondaryWindows::ShowsShares() const {
+    return shares->isVisible();
+}
+
+void SecondaryWindows::RefreshShares(const std::vector<ShareTable>& tables) {
+    shares->ShowTables(tables);
+}
+
+void SecondaryWindows::ShowChoices() {
+    choices->Open();
+}
+
+void SecondaryWindows::RefreshChoices() {
+    choices->NoteDesign();
+}
+
 void SecondaryWindows::ShowLimits(const LimitReport& report) {
     limits->ShowLimits(report);
     limits->ShowBesidePlot();
@@ -131,8 +155,9 @@ void SecondaryWindows::CloseAll() {
         window->close();
 }
 
-std::array<QWidget*, 8> SecondaryWindows::All() const {
-    return {partDefinitions, help, directCoupled, mathErrors, measured, limits, norton, options};
+std::array<QWidget*, 10> SecondaryWindows::All() const {
+    return {partDefinitions, help,   directCoupled, mathErrors, measured,
+            limits,          norton, options,       shares,     choices};
 }
 
 }  // namespace ladderwise

@@ -5,9 +5,11 @@
 
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
+#include "windows/ChoicesWindow.h"
 #include "windows/LimitsWindow.h"
 #include "windows/MeasuredWindow.h"
 #include "windows/NortonWindow.h"
+#include "windows/SharesWindow.h"
 
 class QWidget;
 
@@ -24,7 +26,8 @@ public:
     /// Each window is a child of `owner`.
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
                      const NortonActions& nortonActions, const MeasuredActions& measuredActions,
-                     const LimitActions& limitActions, QWidget* owner);
+                     const LimitActions& limitActions, const SharesShown& sharesShown,
+                     const ChoiceActions& choiceActions, QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
     void StoreInputs();
@@ -37,6 +40,15 @@ public:
     void ShowAbout();
     void ShowMeasuredData(const MeasuredFiles& files,
                           const std::vector<MeasuredSummary>& summaries);
+
+    /// Which part matters; open, it is to be shown what has become of that.
+    void ShowShares(const std::vector<ShareTable>& tables);
+    bool ShowsShares() const;
+    void RefreshShares(const std::vector<ShareTable>& tables);
+
+    /// Which filter: the list, and what it is to be told after a change.
+    void ShowChoices();
+    void RefreshChoices();
 
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
@@ -64,7 +76,7 @@ public:
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 8> All() const;
+    std::array<QWidget*, 10> All() const;
 
 private:
     const FilterDesign& design;
@@ -77,6 +89,8 @@ private:
     MeasuredWindow* measured;
     LimitsWindow* limits;
     OptionsWindow* options;
+    SharesWindow* shares;
+    ChoicesWindow* choices;
 };
 
 }  // namespace ladderwise

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "cli/BoardOutput.h"
 #include "numbers/PlainNumbers.h"
 #include "pipeline/NamedSettings.h"
 
@@ -13,15 +14,17 @@ namespace ladderwise {
 namespace {
 
 constexpr double Megahertz = 1e6;
+constexpr int MostChosenRows = 5000;
 
 const std::vector<std::string> options = {
-    "--set",           "--table",     "--json",       "--plot",
-    "--size",          "--save",      "--help",       "--version",
-    "--touchstone",    "--reference", "--netlist",    "--touchstone-version",
-    "--netlist-for",   "--subckt",    "--schematic",  "--touchstone-runs",
-    "--csv",           "--limits",    "--parts-list", "--measured",
-    "--csv-separator", "--from",      "--to",         "--points",
-    "--spacing",       "--picture",   "--white"};
+    "--set",           "--table",      "--json",       "--plot",
+    "--size",          "--save",       "--help",       "--version",
+    "--touchstone",    "--reference",  "--netlist",    "--touchstone-version",
+    "--netlist-for",   "--subckt",     "--schematic",  "--touchstone-runs",
+    "--csv",           "--limits",     "--parts-list", "--measured",
+    "--csv-separator", "--from",       "--to",         "--points",
+    "--spacing",       "--picture",    "--white",      "--choose",
+    "--only",          "--read-board", "--free"};
 
 /// "1280x800" or "297x210mm".
 bool ParseSize(std::string text, PictureSize& size) {
@@ -63,13 +66,14 @@ std::string TakeNumber(std::optional<double>& number, const std::string& option,
     return {};
 }
 
-std::string TakeCount(int& count, const std::string& option, const std::string& value) {
+std::string TakeCount(int& count, const std::string& option, const std::string& value,
+                      int most = MostExportPoints) {
     int n = 0;
     const char* const end = value.data() + value.size();
     const auto result = std::from_chars(value.data(), end, n);
-    if (result.ec != std::errc() || result.ptr != end || n < 1 || n > MostExportPoints)
-        return option + " takes a number from 1 to " + std::to_string(MostExportPoints) +
-               ", not \"" + value + "\"";
+    if (result.ec != std::errc() || result.ptr != end || n < 1 || n > most)
+        return option + " takes a number from 1 to " + std::to_string(most) + ", not \"" + value +
+               "\"";
     count = n;
     return {};
 }
@@ -94,7 +98,8 @@ std::string* FileOf(Arguments& arguments, const std::string& option) {
     const std::pair<const char*, std::string*> files[] = {{"--save", &arguments.SaveFile},
                                                           {"--json", &arguments.JsonFile},
                                                           {"--plot", &arguments.PlotFile},
-                                                          {"--limits", &arguments.LimitsFile}};
+                                                          {"--limits", &arguments.LimitsFile},
+                                                          {"--read-board", &arguments.BoardFile}};
     constexpr std::pair<const char*, ExportKind> kinds[] = {
         {"--touchstone", ExportKind::Touchstone},
         {"--netlist", ExportKind::Netlist},
@@ -156,6 +161,15 @@ std::string PictureConflict(const Arguments& arguments) {
     return {};
 }
 
+/// What the list of filters lacks; empty if nothing.
+std::string ChoosingConflict(const Arguments& arguments) {
+    if (arguments.ChosenRows > 0 && arguments.LimitsFile.empty())
+        return "--choose needs --limits FILE.csv, which says what the filter must do";
+    if (arguments.ChosenRows == 0 && arguments.Only != WhatCounts::AsSet)
+        return "--only is about the list of --choose N";
+    return {};
+}
+
 /// An option's value into its place; the reason if it is unfit.
 std::string TakeValue(Arguments& arguments, const std::string& option, const std::string& value) {
     if (option == "--set") {
@@ -166,6 +180,16 @@ std::string TakeValue(Arguments& arguments, const std::string& option, const std
         *file = value;
     } else if (option == "--measured") {
         arguments.MeasuredFiles.push_back(value);
+    } else if (option == "--choose") {
+        return TakeCount(arguments.ChosenRows, option, value, MostChosenRows);
+    } else if (option == "--only") {
+        return TakeWord<WhatCounts>(arguments.Only, option, value,
+                                    {{"ideal", WhatCounts::Ideal},
+                                     {"parts", WhatCounts::Parts},
+                                     {"std", WhatCounts::Standard}});
+    } else if (option == "--free") {
+        arguments.FreedomNamed = true;
+        return ReadFreedom(value, arguments.Freedom);
     } else if (option == "--picture") {
         return TakeWord<PictureParts>(arguments.Picture, option, value,
                                       {{"plot", PictureParts::Plot},
@@ -213,6 +237,9 @@ Arguments ParseArguments(const std::vector<std::string>& words) {
     }
     if (arguments.Error.empty()) arguments.Error = ExportConflict(arguments.Exports);
     if (arguments.Error.empty()) arguments.Error = PictureConflict(arguments);
+    if (arguments.Error.empty()) arguments.Error = ChoosingConflict(arguments);
+    if (arguments.Error.empty() && arguments.FreedomNamed && arguments.BoardFile.empty())
+        arguments.Error = "--free needs --read-board";
     if (arguments.JsonFile.empty() && arguments.PlotFile.empty() && arguments.SaveFile.empty() &&
         !arguments.Exports.Any())
         arguments.Table = true;
@@ -233,7 +260,15 @@ std::string UsageText() {
         "                --plot for a report: with a drawn schematic and the results; --white\n"
         "  --save FILE   the inputs as a design file (*.tk_ldfilt)\n"
         "  --limits FILE.csv            what the design must do, judged in table, JSON and plot\n"
+        "  --choose N                   the N best filters that keep the limits, of the pass type, "
+        "the\n"
+        "                               resistances and the parts that are set; --only "
+        "ideal|parts|std\n"
         "  --measured FILE.s2p          a measured network into the JSON; again for more\n"
+        "  --read-board FILE.s2p        every part's actual value from what was measured, and what "
+        "to\n"
+        "                               turn; --free q,coil-c,cap-l,cap-r,ports (all): fitted "
+        "too\n"
         "  --touchstone FILE.s2p        S-parameters; --touchstone-version 2, --reference OHMS "
         "(50)\n"
         "  --touchstone-runs N          files of worst-case runs 1 to N too: FILE-run1.s2p\n"

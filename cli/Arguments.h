@@ -7,8 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "choosing/FilterChoices.h"
 #include "display/PictureLayout.h"
 #include "exchange/ExportTexts.h"
+#include "measured/BoardModel.h"
 
 namespace ladderwise {
 
@@ -34,6 +36,11 @@ struct Arguments {
     std::string PlotFile;
     std::vector<std::string> MeasuredFiles;
     std::string LimitsFile;
+    int ChosenRows = 0;  ///< --choose; 0: no list
+    WhatCounts Only = WhatCounts::AsSet;
+    std::string BoardFile;  ///< measured, to be read
+    BoardFreedom Freedom;   ///< of its fit
+    bool FreedomNamed = false;
     ExportArguments Exports;
     PictureSize Size;                     ///< of the plot
     std::optional<PictureParts> Picture;  ///< not the window's plot: a picture for reports

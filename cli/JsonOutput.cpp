@@ -33,15 +33,9 @@ std::string Quoted(std::string_view text) {
     return JsonQuoted(text);
 }
 
-/// A list of `count` items, each made by `item(index)`.
 template <typename Item>
 std::string List(std::size_t count, Item item) {
-    std::string list = "[";
-    for (std::size_t i = 0; i < count; ++i) {
-        if (i > 0) list += ", ";
-        list += item(i);
-    }
-    return list + "]";
+    return JsonListOf(count, item);
 }
 
 std::string Numbers(std::span<const double> values) {
@@ -68,19 +62,6 @@ std::string InputsText(const Calculation& calculation) {
     list.front() = '{';
     list.back() = '}';
     return list;
-}
-
-std::string ElementText(const CircuitElement& element, std::size_t slot) {
-    const ElementInfo& info = InfoOf(element.Type);
-    std::string text = "{\"slot\": " + std::to_string(slot) +
-                       ", \"code\": " + std::to_string(static_cast<int>(element.Type)) +
-                       ", \"type\": " + Quoted(info.Name);
-    for (int row = 0; row < 4; ++row) {
-        const double value = element.Value(row);
-        const bool shown = info.Values[row] != ValueKind::Unused && !(value > NotUsedLimit);
-        text += ", \"V" + std::to_string(row + 1) + "\": " + (shown ? Number(value) : "null");
-    }
-    return text + "}";
 }
 
 const char* NameOf(BoxColour colour) {
@@ -250,8 +231,22 @@ std::string ShareObject(const PartShare& share) {
 
 }  // namespace
 
+std::string ElementObject(const CircuitElement& element, std::size_t slot) {
+    const ElementInfo& info = InfoOf(element.Type);
+    std::string text = "{\"slot\": " + std::to_string(slot) +
+                       ", \"code\": " + std::to_string(static_cast<int>(element.Type)) +
+                       ", \"type\": " + Quoted(info.Name);
+    for (int row = 0; row < 4; ++row) {
+        const double value = element.Value(row);
+        const bool shown = info.Values[row] != ValueKind::Unused && !(value > NotUsedLimit);
+        text += ", \"V" + std::to_string(row + 1) + "\": " + (shown ? Number(value) : "null");
+    }
+    return text + "}";
+}
+
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
-                     const std::vector<MeasuredNetwork>& measured, const LimitReport& limits) {
+                     const std::vector<MeasuredNetwork>& measured, const LimitReport& limits,
+                     const JsonMembers& more) {
     // Texts made from here on have points; what the calculation has left is turned where it stands.
     const char separator = SystemFormatSettings().DecimalSeparator;
     const FormatSettingsScope points({'.'});
@@ -268,7 +263,7 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     member("form", Quoted(design.FormCLC ? "clc" : "lcl"));
     if (design.Elliptic.NumTraps > 0) member("elliptic", EllipticObject(design));
     member("elements", List(design.NumElements, [&](std::size_t i) {
-               return ElementText(design.Elements[i + 1], i + 1);
+               return ElementObject(design.Elements[i + 1], i + 1);
            }));
     if (design.PassType == PassType::DirectCoupled)
         member("direct_coupled", DirectCoupledObject(design.DirectCoupledLimits, separator));
@@ -296,6 +291,8 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     const std::vector<PartShare> shares = SharesOf(design, calculation.Results, limits);
     member("sensitivity",
            List(shares.size(), [&](std::size_t i) { return ShareObject(shares[i]); }));
+    for (const auto& [name, value] : more)
+        member(name.c_str(), value);
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));

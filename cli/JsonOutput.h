@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/JsonPieces.h"
 #include "measured/MeasuredSet.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/LimitMargins.h"
@@ -17,9 +18,9 @@ struct RecordedMessage {
 };
 
 /// Numbers have 17 significant digits and a point whatever the locale; NaN, infinities, blank
-/// points and values that are not in use are null.
+/// points and values that are not in use are null. `more` stands behind the limits.
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
                      const std::vector<MeasuredNetwork>& measured = {},
-                     const LimitReport& limits = {});
+                     const LimitReport& limits = {}, const JsonMembers& more = {});
 
 }  // namespace ladderwise

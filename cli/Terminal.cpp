@@ -40,6 +40,10 @@ void PrepareStreams() {
     SetConsoleOutputCP(CP_UTF8);
 }
 
+const char* PaintingPlatform() {
+    return "windows";
+}
+
 #else
 
 std::vector<std::string> ArgumentWords(int argc, char** argv) {
@@ -47,6 +51,10 @@ std::vector<std::string> ArgumentWords(int argc, char** argv) {
 }
 
 void PrepareStreams() {}
+
+const char* PaintingPlatform() {
+    return "offscreen";
+}
 
 #endif
 

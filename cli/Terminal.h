@@ -15,6 +15,10 @@ std::vector<std::string> ArgumentWords(int argc, char** argv);
 /// Standard output takes bytes as they are, line ends included; a console shows them as UTF-8.
 void PrepareStreams();
 
+/// The toolkit's platform that paints with the system's fonts and needs no screen. That of Windows
+/// does so until a window is shown; the screenless one knows no font there.
+const char* PaintingPlatform();
+
 /// Writes all bytes to standard output; an empty text, or why that failed.
 std::string WriteToOutput(std::string_view bytes);
 

@@ -7,11 +7,14 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/Arguments.h"
+#include "cli/BoardOutput.h"
+#include "cli/ChoicesOutput.h"
 #include "cli/DesignFiles.h"
 #include "cli/Exports.h"
 #include "cli/JsonOutput.h"
@@ -53,7 +56,8 @@ struct Session {
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
     LimitLines Limits;
-    MeasuredFiles Drawn;  ///< those, with what the companion says about them
+    std::optional<MeasuredNetwork> Board;  ///< to be read
+    MeasuredFiles Drawn;                   ///< those, with what the companion says about them
 };
 
 void PrintError(const std::string& text) {
@@ -152,7 +156,19 @@ bool ReadMeasured(Session& session, const Arguments& arguments) {
         PrintError(session.Measured.back().Error);
         return false;
     }
-    return true;
+    if (arguments.BoardFile.empty()) return true;
+    session.Board = OpenMeasured(arguments.BoardFile);
+    if (!session.Board->Error.empty()) PrintError(session.Board->Error);
+    return session.Board->Error.empty();
+}
+
+/// What the measured board says about the ladder in hand.
+std::optional<BoardReading> ReadBoardOf(const Session& session, const Arguments& arguments) {
+    if (!session.Board) return {};
+    BoardOptions options;
+    options.Freedom = arguments.Freedom;
+    options.Limits = session.Limits;
+    return ReadBoard(session.Board->Network, session.Calc.Design, options);
 }
 
 /// Reads the limits of the command line, else takes those of the design. False if the file cannot
@@ -262,7 +278,7 @@ void TakeToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString
 /// Painting needs fonts but no screen, whatever the desktop has set up for its programs; and the
 /// toolkit gets none of the words that are meant for this program.
 bool DrawPlot(const Session& session, const Arguments& arguments) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", PaintingPlatform());
     qunsetenv("QT_QPA_PLATFORMTHEME");
     static char name[] = "ladderwise-cli";
     static char* words[] = {name, nullptr};
@@ -270,6 +286,17 @@ bool DrawPlot(const Session& session, const Arguments& arguments) {
     const QGuiApplication application(count, words);
     InitResources();
     return WritePlot(session, arguments);
+}
+
+ChoosingRequest RequestOf(const Session& session, const Arguments& arguments) {
+    ChoosingRequest request;
+    request.Inputs = session.Calc.Inputs;
+    request.Present = session.Calc.Design;
+    request.Limits = session.Limits;
+    request.Only = arguments.Only;
+    request.MostRows = arguments.ChosenRows;
+    if (session.Calc.FixedSeed) request.Seed = *session.Calc.FixedSeed;
+    return request;
 }
 
 int Run(const Arguments& arguments) {
@@ -304,12 +331,25 @@ int Run(const Arguments& arguments) {
         return ExitUsage;
     }
     const LimitReport limits = JudgeLimits(session->Calc.Design, session->Limits);
+    const ChoosingRequest request = RequestOf(*session, arguments);
+    ChoosingMemory memory;
+    const FilterList choices =
+        arguments.ChosenRows > 0 ? ChooseFilters(request, memory) : FilterList{};
     bool written = SaveDesign(*session, arguments);
     written = WriteExports(arguments.Exports, session->Calc, session->Runs, WriteOutput) && written;
-    if (arguments.Table) written = WriteOutput("-", TableText(session->Calc, limits)) && written;
+    const bool list = arguments.ChosenRows > 0;
+    const std::optional<BoardReading> board = ReadBoardOf(*session, arguments);
+    if (arguments.Table)
+        written =
+            WriteOutput("-", list ? ChoicesTable(request, choices)
+                                  : TableText(session->Calc, limits) +
+                                        (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
+            written;
+    JsonMembers more = list ? ChoicesMembers(request, choices) : JsonMembers{};
+    if (board) more.emplace_back("board", BoardObject(*board));
     if (!arguments.JsonFile.empty())
         written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
-                                                           session->Measured, limits)) &&
+                                                           session->Measured, limits, more)) &&
                   written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;

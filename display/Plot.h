@@ -36,6 +36,9 @@ public:
     /// Values at the designators of the strip, from the next run 0 on.
     void ShowPartValues(bool shown) { partValues = shown; }
 
+    /// Bars at the symbols, from the next run 0 or ScrollStrip on.
+    void ShowShares(std::vector<StripShare> shown) { shares = std::move(shown); }
+
     /// Run 0: repaints frame, strip, the chosen traces of all layers, markers and legend, and fixes
     /// layout, scales and choices.
     void PaintContent(const PlotContent& content, const PlotPlacement& placement);
@@ -77,6 +80,7 @@ private:
     PlotScales scales;
     TraceChoices choices;
     bool partValues = false;
+    std::vector<StripShare> shares;
     PlotPlacement placement;
     OverlayWork work;
     PlotAnnotations annotations;

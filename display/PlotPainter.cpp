@@ -280,7 +280,7 @@ void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& c
 }
 
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
-                StripLook look, SchematicPictures& pictures) {
+                const StripLook& look, SchematicPictures& pictures) {
     for (const StripPicture& place : PlaceSchematics(design, gridTop, scroll)) {
         const QImage& picture = pictures.Of(place.Type, look.Doubled);
         if (picture.isNull()) {
@@ -290,6 +290,8 @@ void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int 
         }
     }
     PaintStripSigns(painter, design, gridTop, scroll, look.WithValues);
+    for (const PlotRect& bar : BuildShareBars(look.Shares, gridTop, scroll))
+        painter.fillRect(bar.Left, bar.Top, bar.Width, bar.Height, ToQColor(ShareBarColour));
 }
 
 void PaintValueTable(QPainter& painter, const std::vector<GridColumn>& columns, int gridTop) {

@@ -86,11 +86,12 @@ void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& c
 /// The schematic strip, or the notice that the ladder is empty. A picture that is missing is
 /// replaced by a box with the type's name.
 struct StripLook {
-    bool Doubled = false;     ///< pictures of twice the density
-    bool WithValues = false;  ///< at the designators
+    bool Doubled = false;              ///< pictures of twice the density
+    bool WithValues = false;           ///< at the designators
+    std::vector<StripShare> Shares{};  ///< bars at the symbols
 };
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,
-                StripLook look, SchematicPictures& pictures);
+                const StripLook& look, SchematicPictures& pictures);
 
 /// Pixels that the designators reach above the pictures.
 inline constexpr int StripOverhang = 4;

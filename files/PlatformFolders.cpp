@@ -144,6 +144,8 @@ void KeepBeforeTermination(std::function<void()> keep) {
 
 void UseCallersTerminal() {
 #ifdef Q_OS_WIN
+    // Output that goes into a file or a pipe stays there.
+    if (GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) != FILE_TYPE_UNKNOWN) return;
     if (!AttachConsole(ATTACH_PARENT_PROCESS)) return;
     std::freopen("CONOUT$", "w", stdout);
     std::freopen("CONOUT$", "w", stderr);

@@ -54,23 +54,6 @@ void SetSweepLimits(FilterDesign& design) {
     }
 }
 
-void ScaleLadder(FilterDesign& design, const MessageCallback& report) {
-    switch (design.PassType) {
-        case PassType::LowPass:
-            return ScaleLowPass(design);
-        case PassType::HighPass:
-            return ScaleHighPass(design);
-        case PassType::BandPassCanonical:
-            return ScaleBandPass(design);
-        case PassType::Notch:
-            return ScaleNotch(design);
-        case PassType::DirectCoupled:
-            return CalcDirectCoupled(design, report);
-        case PassType::Norton:
-            return BuildNortonLadder(design);
-    }
-}
-
 /// Index of the sweep point nearest to F0 at which both extremes are numbers.
 int NearestUsablePoint(const FilterDesign& design, const WorstCaseResult& result) {
     int nearest = 0;
@@ -288,6 +271,23 @@ void BuildSweepGrid(FilterDesign& design) {
         const double logRatio = GuardedLog(f2 / f1);
         for (int i = 0; i < NumSweepPoints; ++i)
             design.SweepFreqs[i] = f1 * GuardedExp(i * logRatio / NumSweepPoints);
+    }
+}
+
+void ScaleLadder(FilterDesign& design, const MessageCallback& report) {
+    switch (design.PassType) {
+        case PassType::LowPass:
+            return ScaleLowPass(design);
+        case PassType::HighPass:
+            return ScaleHighPass(design);
+        case PassType::BandPassCanonical:
+            return ScaleBandPass(design);
+        case PassType::Notch:
+            return ScaleNotch(design);
+        case PassType::DirectCoupled:
+            return CalcDirectCoupled(design, report);
+        case PassType::Norton:
+            return BuildNortonLadder(design);
     }
 }
 

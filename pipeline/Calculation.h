@@ -91,6 +91,9 @@ void ClearElements(ElementList& elements);
 /// a linear sweep starts at no less than 1 Hz.
 void BuildSweepGrid(FilterDesign& design);
 
+/// The prototype in Elements to the ladder of the design's pass type.
+void ScaleLadder(FilterDesign& design, const MessageCallback& report);
+
 /// From the design inputs in `design` to the unanalysed ladder in Elements: clearing, sweep grid,
 /// prototype, scaling.
 void BuildLadder(FilterDesign& design, const MessageCallback& report);

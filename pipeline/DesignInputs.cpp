@@ -11,7 +11,23 @@ namespace {
 constexpr double EllipticALoadRatio = 2.0;  ///< RLoad / RSource
 constexpr double EllipticBLoadRatio = 0.5;
 
-/// The load that a response prescribes for a source; Butterworth and Chebyshev keep the user's.
+bool ForcesLoad(ResponseType response) {
+    return response != ResponseType::Butterworth && response != ResponseType::Chebyshev;
+}
+
+void ForceLoad(DesignInputs& inputs, FilterDesign& design) {
+    NumberBox& box = inputs.Box(InputId::RLoad);
+    const ResponseType response = design.ResponseType;
+    box.WriteValue(design.RLoad);
+    if (!ForcesLoad(response)) return;
+    design.RLoad = LoadFor(response, design.RSource, design.RLoad);
+    box.MoveTo(design.RLoad, response == ResponseType::EllipticA   ? LoadReason::Twice
+                             : response == ResponseType::EllipticB ? LoadReason::Half
+                                                                   : LoadReason::Equal);
+}
+
+}  // namespace
+
 double LoadFor(ResponseType response, double source, double load) {
     switch (response) {
         case ResponseType::Butterworth:
@@ -34,23 +50,6 @@ double LoadFor(ResponseType response, double source, double load) {
     }
     return load;
 }
-
-bool ForcesLoad(ResponseType response) {
-    return response != ResponseType::Butterworth && response != ResponseType::Chebyshev;
-}
-
-void ForceLoad(DesignInputs& inputs, FilterDesign& design) {
-    NumberBox& box = inputs.Box(InputId::RLoad);
-    const ResponseType response = design.ResponseType;
-    box.WriteValue(design.RLoad);
-    if (!ForcesLoad(response)) return;
-    design.RLoad = LoadFor(response, design.RSource, design.RLoad);
-    box.MoveTo(design.RLoad, response == ResponseType::EllipticA   ? LoadReason::Twice
-                             : response == ResponseType::EllipticB ? LoadReason::Half
-                                                                   : LoadReason::Equal);
-}
-
-}  // namespace
 
 const char* TextOf(LoadReason why) {
     switch (why) {

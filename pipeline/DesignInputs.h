@@ -39,6 +39,10 @@ struct DesignInputs {
     std::array<int, NumChoices> Choices{};
 };
 
+/// The load (ohm) that a response prescribes for a source; Butterworth and Chebyshev keep the
+/// user's.
+double LoadFor(ResponseType response, double source, double load);
+
 /// Why a load was moved, for people: "equal to R Source, as this response needs it".
 const char* TextOf(LoadReason why);
 

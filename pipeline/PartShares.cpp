@@ -1,16 +1,19 @@
 // Linear shares by the adjoint, and by samples where a response has no slope.
 #include "pipeline/PartShares.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <memory>
 #include <random>
+#include <utility>
 
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "analysis/ResponseSamples.h"
 #include "analysis/Sensitivities.h"
 #include "design/Designators.h"
+#include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 
@@ -186,7 +189,7 @@ private:
             const bool counts = tolerances[i] > 0.0 && squares > 0.0;
             shares.push_back({names[static_cast<std::size_t>(slot)][static_cast<std::size_t>(row)],
                               slot, row, counts ? part / squares : 0.0, slopes[i] * percentOfValue,
-                              watched.At, bySamples});
+                              watched.At, bySamples, tolerances[i]});
         }
     }
 
@@ -196,7 +199,90 @@ private:
     std::unique_ptr<FilterDesign> work;
 };
 
+constexpr int shareDigits = 1;
+constexpr int slopeDigits = 3;
+constexpr int spreadDigits = 2;
+constexpr int valueDigitsAfterFirst = 2;
+constexpr double hundred = 100.0;
+constexpr double deviationsShown = 2.0;
+constexpr double onePercent = 0.01;
+
+bool IsAt(double a, double b) {
+    return std::abs(a - b) <= sameFrequency * b;
+}
+
+/// What is looked at, and where: "attenuation at 13.2 MHz, -3 dB edge".
+std::string PlaceText(const FilterDesign& design, const ResponseResults& results,
+                      const LimitReport& limits, double at) {
+    constexpr int digits = 4;
+    const std::string frequency = FormatWithPrefix(at, digits, "Hz");
+    if (const LimitMargin* const tightest = limits.Tightest()) {
+        switch (tightest->Line.Kind) {
+            case LimitKind::AttenMin:
+            case LimitKind::AttenMax:
+                return "attenuation at " + frequency + ", the tightest limit";
+            case LimitKind::ReturnLossMin:
+                return "return loss at " + frequency + ", the tightest limit";
+            case LimitKind::DelayVariationMax:
+                return "delay variation up to " + frequency + ", the tightest limit";
+        }
+    }
+    for (const auto& edge : {results.Edges.Lower, results.Edges.Upper})
+        if (edge && IsAt(at, *edge)) return "attenuation at " + frequency + ", -3 dB edge";
+    return "attenuation at " + frequency + (IsAt(at, design.F0) ? ", Fo" : "");
+}
+
+/// Variance in dB^2 that a part of a tolerance makes.
+double VarianceOf(const PartShare& share, double tolerance) {
+    return std::pow(share.DbPerPercent * hundred * tolerance * DeviationOfDraw(), 2);
+}
+
+std::string SpreadText(double variance) {
+    return "\u00b1" +
+           FormatFixed(deviationsShown * std::sqrt(std::max(0.0, variance)), spreadDigits) + " dB";
+}
+
+ShareRow RowOf(const FilterDesign& design, const PartShare& share, double variance, bool isDb) {
+    const CircuitElement& slot = design.Elements[static_cast<std::size_t>(share.Slot)];
+    const ValueKind kind = InfoOf(slot.Type).Values[static_cast<std::size_t>(share.Row)];
+    ShareRow row;
+    row.Share = share;
+    row.Value = FormatWithPrefix(slot.Value(share.Row), valueDigitsAfterFirst, UnitOf(kind));
+    if (share.Tolerance > 0.0) row.Tolerance = FormatPlain(hundred * share.Tolerance, 3) + " %";
+    row.Percent = FormatFixed(hundred * share.Share, shareDigits) + " %";
+    if (!isDb) return row;
+    if (!share.BySamples) row.PerPercent = FormatFixed(share.DbPerPercent, slopeDigits) + " dB";
+    if (share.Tolerance > onePercent)
+        row.WithOne = SpreadText(variance - VarianceOf(share, share.Tolerance) +
+                                 VarianceOf(share, onePercent));
+    return row;
+}
+
 }  // namespace
+
+std::vector<ShareTable> DescribeShares(const FilterDesign& design, const ResponseResults& results,
+                                       const LimitReport& limits,
+                                       const std::vector<PartShare>& shares) {
+    const LimitMargin* const tightest = limits.Tightest();
+    const bool isDb = !tightest || tightest->Line.Kind != LimitKind::DelayVariationMax;
+    std::vector<ShareTable> tables;
+    for (std::size_t first = 0, end = 0; first < shares.size(); first = end) {
+        double variance = 0.0;
+        for (end = first; end < shares.size() && shares[end].At == shares[first].At; ++end)
+            variance += VarianceOf(shares[end], shares[end].Tolerance);
+        ShareTable table;
+        table.Place = PlaceText(design, results, limits, shares[first].At);
+        if (isDb) table.Spread = "95 % of the boards lie within " + SpreadText(variance);
+        if (shares[first].BySamples) table.Spread += ", by samples";
+        for (std::size_t i = first; i < end; ++i)
+            table.Rows.push_back(RowOf(design, shares[i], variance, isDb));
+        std::stable_sort(
+            table.Rows.begin(), table.Rows.end(),
+            [](const ShareRow& a, const ShareRow& b) { return a.Share.Share > b.Share.Share; });
+        tables.push_back(std::move(table));
+    }
+    return tables;
+}
 
 std::vector<PartShare> SharesOf(const FilterDesign& design, const ResponseResults& results,
                                 const LimitReport& limits) {

@@ -23,6 +23,7 @@ struct PartShare {
     double DbPerPercent = 0.0;
     double At = 0.0;  ///< Hz
     bool BySamples = false;
+    double Tolerance = 0.0;  ///< of the part, a fraction; 0: none
 };
 
 /// The shares of all values in use at the tightest limit or, without limits, at the -3 dB edges and
@@ -33,5 +34,28 @@ struct PartShare {
 /// one. All shares are 0 where nothing moves the response.
 std::vector<PartShare> SharesOf(const FilterDesign& design, const ResponseResults& results,
                                 const LimitReport& limits);
+
+/// One part of a table of shares, in words.
+struct ShareRow {
+    PartShare Share;
+    std::string Value;       ///< "79.6 nH"
+    std::string Tolerance;   ///< "10 %"
+    std::string Percent;     ///< of the spread: "42.3 %"
+    std::string PerPercent;  ///< what 1 % more does: "-0.031 dB"
+    std::string WithOne;     ///< the spread with a part of 1 % there: "±0.21 dB"
+};
+
+/// The shares at one frequency, the largest first.
+struct ShareTable {
+    std::string Place;   ///< "13.2 MHz, -3 dB edge"
+    std::string Spread;  ///< "95 % of the boards lie within ±0.52 dB"
+    std::vector<ShareRow> Rows;
+};
+
+/// The shares of a design by frequency, as SharesOf gave them. Of a limited delay variation there
+/// are shares alone. The spread is that of two standard deviations.
+std::vector<ShareTable> DescribeShares(const FilterDesign& design, const ResponseResults& results,
+                                       const LimitReport& limits,
+                                       const std::vector<PartShare>& shares);
 
 }  // namespace ladderwise

@@ -2,6 +2,8 @@
 #include "schematic/SchematicStrip.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "design/Designators.h"
 #include "design/ElementNetworks.h"
@@ -31,7 +33,10 @@ constexpr int seriesNamesTop[] = {34, 42, 54};
 constexpr std::size_t namesInARow = 2;
 constexpr std::size_t mostWithValues = 2;  // parts of an element; more have no room for them
 constexpr int valueDigits = 2;             // after the first, as in the grid
-constexpr int textMargin = 1;              // within a picture's width
+constexpr int barWidth = 4;
+constexpr int barPitch = 5;  // of the bars of one slot
+constexpr int barMargin = 2;
+constexpr int textMargin = 1;  // within a picture's width
 
 std::size_t SymbolRows(const Network& network) {
     const bool parallel = network.Kind == NetworkKind::InParallel;
@@ -148,6 +153,27 @@ StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll, 
                            ohms(design.RLoad), Black});
     AddDesignators(design, top, scroll, withValues, metrics, signs.Texts);
     return signs;
+}
+
+std::vector<PlotRect> BuildShareBars(const std::vector<StripShare>& shares, int gridTop,
+                                     int scroll) {
+    std::vector<PlotRect> bars;
+    double largest = 0.0;
+    for (const StripShare& share : shares)
+        largest = std::max(largest, share.Share);
+    if (!(largest > 0.0)) return bars;
+    std::array<int, NumSlots> inSlot{};
+    for (const StripShare& share : shares)
+        ++inSlot[static_cast<std::size_t>(share.Slot)];
+    for (const StripShare& share : shares) {
+        int& rest = inSlot[static_cast<std::size_t>(share.Slot)];
+        const int right = ValueGridLeft + SchematicWidth * (share.Slot + 1) - scroll - barMargin;
+        const int x = right - rest * barPitch;
+        --rest;
+        const int height = static_cast<int>(std::lround(ShareBarHeight * share.Share / largest));
+        if (height > 0) bars.push_back({x, gridTop - barMargin - height, barWidth, height});
+    }
+    return bars;
 }
 
 int SlotAt(int x, int y, const FilterDesign& design, int gridTop, int scroll) {

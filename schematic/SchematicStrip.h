@@ -34,6 +34,20 @@ struct StripSigns {
 StripSigns BuildStripSigns(const FilterDesign& design, int gridTop, int scroll, bool withValues,
                            const TextMetrics& metrics);
 
+/// What part of something a value has, 0 to 1.
+struct StripShare {
+    int Slot = 0;  ///< from 1
+    int Row = 0;   ///< 0 .. 3 for V1 .. V4
+    double Share = 0.0;
+};
+
+/// A bar for each value at the right edge of its picture, in the order of rows: the largest share
+/// is ShareBarHeight high, others in proportion. Empty where nothing has a share.
+inline constexpr int ShareBarHeight = 30;
+inline constexpr PlotColour ShareBarColour{196, 96, 0};
+std::vector<PlotRect> BuildShareBars(const std::vector<StripShare>& shares, int gridTop,
+                                     int scroll);
+
 /// The slot whose picture lies at x, y; 0 if none does.
 int SlotAt(int x, int y, const FilterDesign& design, int gridTop, int scroll);
 

@@ -72,6 +72,9 @@ TEST(Exports, ArgumentsThatCannotBeMetEndWithTheirReason) {
         {"--plot a.png --picture all", "takes plot or schematic or both"},
         {"--measured bad.s2p", "bad.s2p: line 3: 7 numbers"},
         {"--measured none.s2p", "cannot read none.s2p"},
+        {"--read-board bad.s2p", "bad.s2p: line 3: 7 numbers"},
+        {"--read-board none.s2p --free q,coils", "or none, not \"coils\""},
+        {"--free q", "--free needs --read-board"},
     };
     for (const auto& c : cases) {
         const Ended ended = RunIn(folder, c.Arguments);
@@ -79,6 +82,35 @@ TEST(Exports, ArgumentsThatCannotBeMetEndWithTheirReason) {
         EXPECT_TRUE(ended.Error.contains(c.Error)) << ended.Error.toStdString();
         EXPECT_FALSE(QFile::exists(folder.filePath("a.s2p")));
     }
+}
+
+TEST(Exports, AFileOfTheDesignReadsAsItsBoard) {
+    const QTemporaryDir folder;
+    const QString design = "--set f0=14 --set poles=5 --set parts=real --set ind-q=80";
+    RunIn(folder, design + " --touchstone a.s2p --from 1 --to 60 --points 101");
+    const Ended ended = RunIn(folder, design + " --read-board a.s2p --json - --free q,ports");
+    ASSERT_EQ(ended.ExitCode, 0) << ended.Error.toStdString();
+    const QJsonObject board = QJsonDocument::fromJson(ended.Out).object()["board"].toObject();
+    EXPECT_TRUE(board["understood"].toBool());
+    EXPECT_TRUE(board["hypothesis"].isNull());
+    EXPECT_NEAR(board["q"].toDouble(), 80.0, 2.0);
+    EXPECT_EQ(board["port_delay_s"].toArray().size(), 2);
+    EXPECT_TRUE(board["next"].toArray().isEmpty());
+    const QJsonArray parts = board["parts"].toArray();
+    ASSERT_EQ(parts.size(), 5);
+    for (const QJsonValue& part : parts) {
+        const double nominal = part["nominal"].toDouble();
+        EXPECT_FALSE(part["undetermined"].toBool());
+        EXPECT_NEAR(part["actual"].toDouble(), nominal, 0.003 * nominal);
+        EXPECT_LT(part["low"].toDouble(), nominal);
+        EXPECT_GT(part["high"].toDouble(), nominal);
+    }
+    EXPECT_EQ(parts[1]["designator"], "L2");
+    EXPECT_EQ(parts[1]["slot"], 2);
+    EXPECT_EQ(parts[1]["row"], 0);
+    // Another filter's file is no board of this one.
+    const Ended foreign = RunIn(folder, "--set f0=14 --set pass=high-pass --read-board a.s2p");
+    EXPECT_TRUE(foreign.Out.contains("not understood: wrong schematic, a short, or data out of"));
 }
 
 TEST(Exports, TablesForSpreadsheets) {

@@ -120,6 +120,39 @@ TEST(Program, JudgesTheLimitsOfAFile) {
     EXPECT_TRUE(refused.Error.contains("broken.csv: line 2: it ends below its beginning"));
 }
 
+TEST(Program, ListsFiltersWithTheSettingsThatMakeThem) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("need.csv");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("kind,from_mhz,to_mhz,value\natten-max,28,30,0.8\natten-min,56,60,30\n");
+    file.close();
+    const QStringList asked = {"--set", "parts=real", "--limits", path, "--choose", "4"};
+    const QByteArray text = Launch(asked + QStringList{"--json", "-"}, "de_DE.UTF-8").Out;
+    const QJsonObject json = QJsonDocument::fromJson(text).object();
+    const QJsonArray choices = json["choices"].toArray();
+    ASSERT_EQ(choices.size(), 4);
+    EXPECT_TRUE(json["nearest_misses"].toArray().isEmpty());
+    for (const QJsonValue row : choices) {
+        QStringList words = {"--json", "-"};
+        const QJsonObject set = row["set"].toObject();
+        for (auto setting = set.begin(); setting != set.end(); ++setting)
+            words += {"--set",
+                      setting.key() + "=" +
+                          (setting->isString() ? setting->toString()
+                                               : QString::number(setting->toDouble(), 'g', 17))};
+        const Outcome made = Launch(words);
+        EXPECT_EQ(made.ExitCode, 0) << made.Error.toStdString();
+        EXPECT_EQ(QJsonDocument::fromJson(made.Out)["elements"], row["elements"]);
+        EXPECT_GT(row["margin_db"].toDouble(), 0.0);
+        EXPECT_GT(row["passing_share"].toDouble(), 0.0);
+    }
+    EXPECT_TRUE(Launch(asked).Out.contains("Fewest parts at the load that is set: "));
+    for (const QStringList& unfit :
+         {QStringList{"--choose", "4"}, {"--only", "std"}, {"--limits", path, "--choose", "5001"}})
+        EXPECT_EQ(Launch(unfit).ExitCode, 2);
+}
+
 TEST(Program, JsonKeepsItsPointInACommaLocale) {
     const QStringList design = {"--set", "f0=145.825", "--json", "-"};
     const Outcome point = Launch(design), comma = Launch(design, "de_DE.UTF-8");

@@ -85,8 +85,8 @@ QStringList FaultsSeen(QWidget* window) {
         const QWidget* const parent = control->parentWidget();
         for (auto* const other :
              parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-            if (parent->layout() && other > control && other->isVisibleTo(window) &&
-                other->geometry().intersects(control->geometry()))
+            if (parent->layout() && !other->isWindow() && other > control &&
+                other->isVisibleTo(window) && other->geometry().intersects(control->geometry()))
                 faults << control->objectName() + " shares room with " + other->objectName();
         if (text.isEmpty() || !control->isEnabled()) continue;
         const QColor ground = control->palette().color(control->backgroundRole());
@@ -116,7 +116,10 @@ private slots:
             {"TNortonForm", "NortonMenu"},
             {"PartDefinitionsWindow", "PartDefinitionsMenu"},
             {"OptionsForm", "OptionsWindowMenu"},
+            {"SharesWindow", "PartSharesMenu"},
+            {"MeasuredWindow", "MeasuredDataMenu"},
             {"LimitsWindow", "LimitsMenu"},
+            {"ChoicesWindow", "ChoicesMenu"},
             {"MathErrForm", "MathErrMenu"},
             {"HelpWindow", "HelpWindowMenu"}};
         WindowFixture f;

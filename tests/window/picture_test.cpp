@@ -117,11 +117,47 @@ private slots:
                     if (lit.pixel(x, y) != trap.pixel(x, y)) changed += QRect(x, y, 1, 1);
             return changed.boundingRect();
         };
-        const QRect coil = symbols(0), capacitor = symbols(1);
-        QVERIFY(coil.width() > 20 && capacitor.width() > 10 && !coil.intersects(capacitor));
+        const QRect capacitor = symbols(1), coil = symbols(0);
+        QVERIFY2(coil.width() > 20 && capacitor.width() > 10 && coil.bottom() < capacitor.bottom(),
+                 qPrintable(QString::number(coil.width())));
         const QColor unlit = f.Grid->item(0, 1)->background().color();
-        QCOMPARE(f.Grid->item(0, 2)->background().color(), unlit);
-        QVERIFY(f.Grid->item(1, 2)->background().color() != unlit);
+        QCOMPARE(f.Grid->item(1, 2)->background().color(), unlit);
+        QVERIFY(f.Grid->item(0, 2)->background().color() != unlit);
+    }
+
+    // A symmetrical ladder: what C1 has C3 has too. The shares make one, and stand at the symbols.
+    void SharesStandAtTheSymbols() {
+        PictureFixture f;
+        const auto barOf = [&f](int slot) {
+            const QRect right(50 + 64 * slot + 52, f.Grid->y() - 36, 12, 36);
+            return f.Shown().Ink(right, QColor(196, 96, 0));
+        };
+        f.Trigger("PartDefinitionsMenu");
+        f.Check("TwoPercentInd");
+        QCOMPARE(barOf(1), 0);
+        f.Trigger("PartSharesMenu");
+        const auto* const table = f.Find<QTableWidget>("SharesTable");
+        const auto shares = [&] {
+            QMap<QString, double> found;
+            for (int row = 0; row < table->rowCount(); ++row)
+                found[table->item(row, 0)->text()] =
+                    table->item(row, 3)->text().section(' ', 0, 0).toDouble();
+            return found;
+        };
+        const auto before = shares();
+        QCOMPARE(before["C1"], before["C3"]);
+        QVERIFY(std::abs(before["C1"] + before["L2"] + before["C3"] - 100.0) < 0.2);
+        QVERIFY(barOf(1) > 15 && barOf(2) > 100);
+        QCOMPARE(barOf(3), barOf(1));
+        QVERIFY(std::abs(double(barOf(1)) / barOf(2) - before["C1"] / before["L2"]) < 0.05);
+        // Half the tolerance makes half the deviation, and a quarter of its square.
+        f.Check("OnePercentInd");
+        f.Find("PartDefinitionsWindow")->close();
+        const auto after = shares();
+        const double ratio = (before["L2"] / before["C1"]) / (after["L2"] / after["C1"]);
+        QVERIFY2(std::abs(ratio - 4.0) < 0.3, qPrintable(QString::number(ratio)));
+        f.Find("SharesWindow")->close();
+        QCOMPARE(barOf(1), 0);
     }
 
     void TheLadderScrollsWithItsCells() {

@@ -1,0 +1,151 @@
+// Families by orders by forms by ripples by attenuations.
+#include "choosing/CandidateList.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "choosing/PlacementSearch.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double justBelowLargest = 0.999;  ///< of the largest ripple: all but equal ripple
+/// Ripples (dB) and steps of attenuation (dB) that stay where they are when a limit moves, so that
+/// prototypes and places that are known are asked for again.
+constexpr std::array rippleRaster = {0.7, 0.4, 0.2, 0.1, 0.05, 0.02, 0.008, 0.003};
+constexpr int ripplesOfRaster = 5;
+constexpr double coarsestOfRaster = 0.85;  ///< of the largest
+constexpr double attenRaster = 4.0, leastBelowNeed = 12.0, mostAboveNeed = 10.0;
+constexpr double aboveRound = 0.02;  ///< dB: people ask for round numbers
+constexpr double fallbackNeedDb = 40.0;
+constexpr double widestCoupled = 0.25;  ///< of the centre: beyond coupled resonators are off
+
+constexpr std::array allPole = {ResponseType::Butterworth, ResponseType::BesselFreq,
+                                ResponseType::BesselDelay, ResponseType::Papoulis,
+                                ResponseType::Gauss,       ResponseType::LinearChebyshev};
+constexpr std::array elliptic = {ResponseType::EllipticA, ResponseType::EllipticB,
+                                 ResponseType::EllipticC, ResponseType::EllipticD,
+                                 ResponseType::EllipticE};
+
+double NeedOf(const LimitLines& limits) {
+    double need = 0.0;
+    for (const LimitLine& line : limits)
+        if (line.Kind == LimitKind::AttenMin) need = std::max(need, line.Value);
+    return need > 0.0 ? need : fallbackNeedDb;
+}
+
+class Lister {
+public:
+    Lister(const FilterDesign& design, const LimitLines& limits)
+        : base(design), largestRipple(LargestRippleFor(limits)), need(NeedOf(limits)) {}
+
+    void AllPole(const Candidate& pattern, int fewest, int most, int stride) {
+        for (int poles = fewest; poles <= most; poles += stride) {
+            Candidate candidate = pattern;
+            candidate.Poles = poles;
+            for (const ResponseType family : allPole) {
+                candidate.Response = family;
+                list.push_back({candidate});
+            }
+            if (base.CoefFileRead &&
+                base.CoefficientTable[static_cast<std::size_t>(poles)][0] > 0.0) {
+                candidate.Response = ResponseType::CoefficientsFile;
+                list.push_back({candidate});
+            }
+            candidate.Response = ResponseType::Chebyshev;
+            Rippled(candidate, 0);
+        }
+    }
+
+    void Elliptic(const Candidate& pattern, int fewest, int most) {
+        for (int traps = fewest; traps <= most; ++traps) {
+            for (const ResponseType family : elliptic) {
+                Candidate candidate = pattern;
+                candidate.Response = family;
+                candidate.Poles = traps;
+                candidate.FormCLC = base.FormCLC;
+                const int first =
+                    static_cast<int>(std::ceil((need - leastBelowNeed) / attenRaster));
+                const int last = static_cast<int>(std::floor((need + mostAboveNeed) / attenRaster));
+                for (int step = first; step <= last; ++step) {
+                    candidate.AttenDb =
+                        std::clamp(step * attenRaster + aboveRound, LeastNeedDb, MostNeedDb);
+                    Rippled(candidate, step);
+                }
+            }
+        }
+    }
+
+    std::vector<ListedCandidate> list{};
+
+private:
+    void Rippled(Candidate candidate, int attenIndex) {
+        candidate.RippleDb = std::max(justBelowLargest * largestRipple, FinestRippleDb);
+        list.push_back({candidate, -1, attenIndex});
+        int taken = 0;
+        for (std::size_t i = 0; i < rippleRaster.size() && taken < ripplesOfRaster; ++i) {
+            if (rippleRaster[i] > coarsestOfRaster * largestRipple) continue;
+            candidate.RippleDb = rippleRaster[i];
+            list.push_back({candidate, static_cast<int>(i), attenIndex});
+            ++taken;
+        }
+    }
+
+    const FilterDesign& base;
+    double largestRipple, need;
+};
+
+bool IsBand(PassType pass) {
+    return HasBandWidth(pass) && pass != PassType::Notch;
+}
+
+}  // namespace
+
+double LargestRippleFor(const LimitLines& limits) {
+    double largest = CoarsestRippleDb;
+    for (const LimitLine& line : limits) {
+        if (line.Kind == LimitKind::AttenMax) largest = std::min(largest, line.Value);
+        // What is reflected does not pass: A = -10 log10(1 - |Gamma|^2).
+        if (line.Kind == LimitKind::ReturnLossMin)
+            largest =
+                std::min(largest, -10.0 * std::log10(1.0 - std::pow(10.0, -0.1 * line.Value)));
+    }
+    return std::max(largest, FinestRippleDb);
+}
+
+std::vector<ListedCandidate> ListCandidates(const FilterDesign& base, const LimitLines& limits,
+                                            int fewestTraps, int mostTraps) {
+    Lister lister(base, limits);
+    Candidate pattern;
+    pattern.Pass = IsBand(base.PassType) ? PassType::BandPassCanonical : base.PassType;
+    if (fewestTraps <= 1)
+        for (const bool form : {true, false}) {
+            pattern.FormCLC = form;
+            lister.AllPole(pattern, 1, MaxPoles, 1);
+        }
+    lister.Elliptic(pattern, fewestTraps, mostTraps);
+    const NeedBands bands = BandsOf(limits, base.PassType);
+    const double centre = 0.5 * (bands.PassLow + bands.PassHigh);
+    if (fewestTraps > 1 || !IsBand(base.PassType) ||
+        !(bands.PassHigh - bands.PassLow <= widestCoupled * centre))
+        return lister.list;
+    pattern.FormCLC = true;
+    pattern.Pass = PassType::DirectCoupled;
+    for (const InverterType inverter :
+         {InverterType::SeriesInductor, InverterType::SeriesCapacitor}) {
+        pattern.Inverter = inverter;
+        lister.AllPole(pattern, 1, MaxPoles, 1);
+    }
+    pattern.Inverter = InverterType::SeriesInductor;
+    pattern.Pass = PassType::Norton;
+    for (const NortonType type :
+         {NortonType::TCap, NortonType::TInd, NortonType::PiCap, NortonType::PiInd}) {
+        pattern.NortonType = type;
+        lister.AllPole(pattern, 3, 5, 2);
+    }
+    return lister.list;
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,462 @@
+// The search over all candidates, its refinement, and the order of what does.
+#include "choosing/FilterChoices.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "choosing/BoardYield.h"
+#include "choosing/CandidateList.h"
+#include "choosing/RowMaker.h"
+#include "numbers/Matherrmain.h"
+#include "numbers/PlainNumbers.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int searchPoints = 256;  ///< of the analysis, which works in blocks of as many
+constexpr int narrowPoints = 1024;
+constexpr double narrowMarginDb = 0.05;  ///< margins closer to 0 are bracketed again
+constexpr double doubtDb = 0.01;         ///< what a row may fail by on the points, to be judged
+constexpr double surelyMetDb = 1e-6;     ///< a smaller margin is rounding
+constexpr int usualTraps = 5, mostTraps = 10;
+constexpr double refineBelowDb = 0.3;  ///< margins that are refined
+constexpr double refineAboveDb = -6.0;
+constexpr int refineTries = 26;
+constexpr double trapFormsAboveDb = -0.5;
+constexpr std::size_t mostMisses = 10;  ///< of each kind
+constexpr std::size_t missesJudged = 60, missesSearched = 80;
+constexpr int candidatesPerCall = 16;  ///< between two calls of the progress callback
+constexpr double shareOfSearch = 0.8;
+constexpr int rowsInReserve = 8;
+constexpr std::size_t mostPrototypes = 8000;
+constexpr int typedDigits = 5;  ///< of ripple and attenuation
+
+double RoundedTyped(double x) {
+    ReadPlainNumber(RoundedNumber(x, typedDigits), x);
+    return x;
+}
+
+/// Puts the log back as it was: a candidate that cannot be built is nobody's error.
+class QuietMathErrors {
+public:
+    QuietMathErrors() : before(MathErrors()) {}
+    ~QuietMathErrors() { MathErrors() = before; }
+    QuietMathErrors(const QuietMathErrors&) = delete;
+    QuietMathErrors& operator=(const QuietMathErrors&) = delete;
+
+private:
+    const MathErrorLog before;
+};
+
+/// A candidate at the best place that was found.
+struct Found {
+    ListedCandidate Listed{};
+    Placement At{};
+    PartCounts Parts{};
+    std::optional<double> Loss{};  ///< dB, on the points
+};
+
+bool AtLeastAsFew(const PartCounts& a, const PartCounts& b) {
+    return a.Inductors <= b.Inductors && a.Both() <= b.Both();
+}
+
+bool Fewer(const PartCounts& a, const PartCounts& b) {
+    return AtLeastAsFew(a, b) && (a.Inductors < b.Inductors || a.Both() < b.Both());
+}
+
+class Chooser {
+public:
+    Chooser(const ChoosingRequest& asked, ChoosingMemory& kept, const ChoosingProgress& callback)
+        : request(asked),
+          memory(kept),
+          progress(callback),
+          rows(asked),
+          maker(rows.Base(), kept.Prototypes),
+          coarse(asked.Limits, searchPoints),
+          fine(asked.Limits, narrowPoints),
+          standard(rows.Base().StdLCValues),
+          notIdeal(standard || rows.Base().PartModel.Choice != PartChoice::IdealParts) {}
+
+    FilterList Run() {
+        FilterList list;
+        ForgetOthers();
+        Search(list);
+        if (!list.Stopped) {
+            TryTrapForms();
+            Refine();
+            FinishRows(list);
+            list.Candidates = static_cast<int>(found.size());
+            if (list.Choices.empty() && !list.Stopped) FindMisses(list);
+            list.Analyses = analyses;
+        }
+        if (list.Stopped) list = {.Stopped = true};
+        return list;
+    }
+
+private:
+    bool Report(double done) const { return !progress || progress(done); }
+
+    /// What was found for other terminations, parts or pass types is of no use.
+    void ForgetOthers() {
+        const FilterDesign& base = rows.Base();
+        const PartModel& model = base.PartModel;
+        std::vector<double> signature = {double(base.PassType),
+                                         base.RSource,
+                                         base.RLoad,
+                                         double(model.Choice),
+                                         double(standard),
+                                         model.IndQ,
+                                         model.IndC,
+                                         model.CapR,
+                                         model.CapL,
+                                         double(model.CapSeriesStep),
+                                         double(model.IndSeriesStep)};
+        if (signature != memory.Signature) memory.Places.clear();
+        if (memory.Prototypes.size() > mostPrototypes) memory.Prototypes.clear();
+        memory.Signature = std::move(signature);
+    }
+
+    /// Searches one candidate, from `start` where there is one.
+    Placement Place(Candidate& candidate, KeptLimits kept, const Placement* start,
+                    LimitGrid& grid) {
+        PlacementSearch search(maker, grid, candidate.Pass, kept);
+        maker.UseStandardValues(false);
+        Placement at;
+        if (maker.Use(candidate)) {
+            at = search.Find(candidate, start);
+            if (standard && at.Margin > HopelessDb) {
+                maker.UseStandardValues(true);
+                at = search.FindStandard(candidate, at);
+            }
+        }
+        maker.UseStandardValues(standard);
+        analyses += search.Analyses();
+        return at;
+    }
+
+    /// A first place for what is made even at its place.
+    bool Prepare(Candidate& candidate) {
+        if (candidate.Pass != PassType::DirectCoupled && candidate.Pass != PassType::Norton)
+            return true;
+        const NeedBands bands = BandsOf(request.Limits, candidate.Pass);
+        const double width = std::max(bands.PassHigh - bands.PassLow, 0.01 * bands.PassHigh);
+        return maker.Use(candidate) &&
+               maker.MakeEven(candidate, std::sqrt(bands.PassLow * bands.PassHigh), 1.15 * width);
+    }
+
+    void SearchList(const std::vector<ListedCandidate>& candidates, FilterList& list) {
+        std::set<std::tuple<decltype(GroupOf(Candidate{})), double, double>> seen;
+        int count = 0;
+        for (ListedCandidate listed : candidates) {
+            if (++count % candidatesPerCall == 0 &&
+                !Report(shareOfSearch * count / double(candidates.size()))) {
+                list.Stopped = true;
+                return;
+            }
+            listed.What.RippleDb = RoundedTyped(listed.What.RippleDb);
+            listed.What.AttenDb = RoundedTyped(listed.What.AttenDb);
+            const ChoosingMemory::Key key{GroupOf(listed.What), listed.RippleIndex,
+                                          listed.AttenIndex};
+            const auto remembered = memory.Places.find(key);
+            const bool known = remembered != memory.Places.end();
+            if (known) {
+                listed.What.TankNanohenries = remembered->second.What.TankNanohenries;
+                listed.What.NortonK = remembered->second.What.NortonK;
+                listed.What.NortonM = remembered->second.What.NortonM;
+            } else if (!Prepare(listed.What)) {
+                continue;
+            }
+            if (!maker.Use(listed.What)) continue;
+            // The terminations decide some forms, and attenuations are raised where they must be.
+            Candidate made = listed.What;
+            made.FormCLC = maker.Design().FormCLC;
+            const double atten =
+                IsElliptic(made.Response) ? maker.Design().Elliptic.AttenUsedDb : 0.0;
+            const double ripple = HasRipple(made) ? made.RippleDb : 0.0;
+            if (!seen.insert({GroupOf(made), ripple, atten}).second) continue;
+            listed.What.FormCLC = made.FormCLC;
+            const Placement at = Place(listed.What, KeptLimits::All,
+                                       known ? &remembered->second.At : nullptr, coarse);
+            if (at.Margin == HopelessDb) continue;
+            found.push_back({listed, at, CountParts(maker.Design())});
+            memory.Places[key] = {listed.What, at};
+        }
+    }
+
+    void Search(FilterList& list) {
+        const FilterDesign& base = rows.Base();
+        SearchList(ListCandidates(base, request.Limits, 1, usualTraps), list);
+        const bool met = std::any_of(found.begin(), found.end(), [](const Found& f) {
+            return f.At.Margin > 0.0 && IsElliptic(f.Listed.What.Response);
+        });
+        if (!met && !list.Stopped)
+            SearchList(ListCandidates(base, request.Limits, usualTraps + 1, mostTraps), list);
+    }
+
+    /// The other forms of the traps of a band: other values, the same response but for what parts
+    /// lose and for standard values.
+    void TryTrapForms() {
+        const std::size_t count = found.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            Found of = found[i];
+            if (!IsElliptic(of.Listed.What.Response) || !HasTrapPanel(of.Listed.What.Pass))
+                continue;
+            if (of.At.Margin < trapFormsAboveDb) continue;
+            if (!notIdeal && maker.Use(of.Listed.What) && maker.Place(of.At.F0, of.At.BandWidth))
+                of.Loss = found[i].Loss = LossOnPoints();  // that of all forms
+            for (int form = 2; form <= 4; ++form) {
+                Found other = of;
+                other.Listed.What.TrapType = form;
+                if (notIdeal) other.At = Place(other.Listed.What, KeptLimits::All, &of.At, coarse);
+                if (other.At.Margin > HopelessDb) found.push_back(other);
+            }
+        }
+    }
+
+    /// True if the same family meets it with fewer inductors or parts and no more of the others.
+    bool IsBehind(const Found& group) const {
+        return std::any_of(found.begin(), found.end(), [&](const Found& f) {
+            return f.At.Margin >= 0.0 && f.Listed.What.Pass == group.Listed.What.Pass &&
+                   f.Listed.What.Response == group.Listed.What.Response &&
+                   Fewer(f.Parts, group.Parts);
+        });
+    }
+
+    /// Ripple and attenuation of the best of each group near the front, beside those of the raster.
+    void Refine() {
+        std::map<decltype(GroupOf(Candidate{})), Found> best;
+        for (const Found& f : found) {
+            if (!HasRipple(f.Listed.What)) continue;
+            const auto [place, isNew] = best.try_emplace(GroupOf(f.Listed.What), f);
+            if (!isNew && f.At.Margin > place->second.At.Margin) place->second = f;
+        }
+        std::vector<Found> groups;
+        for (const auto& [group, f] : best)
+            if (f.At.Margin < refineBelowDb && f.At.Margin > refineAboveDb) groups.push_back(f);
+        std::sort(groups.begin(), groups.end(),
+                  [](const Found& a, const Found& b) { return a.Parts.Both() < b.Parts.Both(); });
+        for (const Found& group : groups)
+            if (!IsBehind(group)) RefineGroup(group);
+    }
+
+    /// Compass search in the logarithm of the ripple and in the attenuation.
+    void RefineGroup(Found f) {
+        const double largest = LargestRippleFor(request.Limits);
+        const bool traps = IsElliptic(f.Listed.What.Response);
+        double stepRipple = 0.35, stepAtten = 3.0;
+        constexpr double smallestStep = 0.01;
+        bool better = false;
+        for (int tries = 0; tries < refineTries && stepRipple > smallestStep;) {
+            bool moved = false;
+            const std::array<std::pair<double, double>, 6> moves = {{{-stepRipple, 0.0},
+                                                                     {stepRipple, 0.0},
+                                                                     {0.0, stepAtten},
+                                                                     {0.0, -stepAtten},
+                                                                     {-stepRipple, stepAtten},
+                                                                     {stepRipple, -stepAtten}}};
+            for (const auto& [ripple, atten] : moves) {
+                if (!traps && atten != 0.0) continue;
+                Found tried = f;
+                Candidate& what = tried.Listed.What;
+                what.RippleDb = RoundedTyped(
+                    std::clamp(what.RippleDb * std::exp(ripple), FinestRippleDb, 0.9999 * largest));
+                what.AttenDb =
+                    RoundedTyped(std::clamp(what.AttenDb + atten, LeastNeedDb, MostNeedDb));
+                if (what == f.Listed.What) continue;
+                ++tries;
+                tried.At = Place(what, KeptLimits::All, &f.At, coarse);
+                if (!(tried.At.Margin > f.At.Margin)) continue;
+                f = tried;
+                moved = better = true;
+                break;
+            }
+            if (!moved) stepRipple *= 0.5, stepAtten *= 0.5;
+        }
+        if (better) found.push_back(f);
+    }
+
+    /// The largest attenuation in the limits of attenuation at most, of the ladder in hand.
+    double LossOnPoints() {
+        double loss = 0.0;
+        const std::vector<RowMargin>& margins = coarse.Judge(maker.Design(), 0.0);
+        for (std::size_t i = 0; i < margins.size(); ++i)
+            if (request.Limits[i].Kind == LimitKind::AttenMax)
+                loss = std::max(loss, request.Limits[i].Value - margins[i].Least());
+        return loss;
+    }
+
+    /// Rows of everything that meets the limits, best first.
+    void FinishRows(FilterList& list) {
+        struct Draft {
+            const Found* From;
+            double Cost;
+        };
+        std::vector<Draft> drafts;
+        for (Found& f : found) {
+            if (std::abs(f.At.Margin) < narrowMarginDb && !standard) {
+                const Placement again = Place(f.Listed.What, KeptLimits::All, &f.At, fine);
+                if (again.Margin > HopelessDb) f.At = again, f.Loss.reset();
+            }
+            if (f.At.Margin < -doubtDb) continue;
+            if (!maker.Use(f.Listed.What) || !maker.Place(f.At.F0, f.At.BandWidth)) continue;
+            if (!f.Loss) f.Loss = LossOnPoints();
+            drafts.push_back(
+                {&f, rows.CostOf(maker.Design()) + request.Weights.PerDbOfLoss * *f.Loss});
+        }
+        std::stable_sort(drafts.begin(), drafts.end(),
+                         [](const Draft& a, const Draft& b) { return a.Cost < b.Cost; });
+        int count = 0;
+        for (const Draft& draft : drafts) {
+            // The loss of a draft is that on the points: a few more than are shown.
+            if (static_cast<int>(list.Choices.size()) >= request.MostRows + rowsInReserve) break;
+            if (++count % candidatesPerCall == 0 &&
+                !Report(shareOfSearch + (1.0 - shareOfSearch) * count / double(drafts.size()))) {
+                list.Stopped = true;
+                return;
+            }
+            const Found& f = *draft.From;
+            FilterChoice row = rows.Make(f.Listed.What, f.At.F0, f.At.BandWidth);
+            if (row.Report.Met() && row.MarginDb >= surelyMetDb)
+                list.Choices.push_back(std::move(row));
+        }
+        Sort(list);
+    }
+
+    void Sort(FilterList& list) {
+        std::vector<FilterChoice>& choices = list.Choices;
+        std::stable_sort(choices.begin(), choices.end(),
+                         [](const FilterChoice& a, const FilterChoice& b) {
+                             if (a.Cost != b.Cost) return a.Cost < b.Cost;
+                             return a.MarginDb > b.MarginDb;
+                         });
+        for (const FilterChoice& row : choices) {
+            FewestParts& fewest = row.OtherLoad ? list.AtOtherLoad : list.AtUsersLoad;
+            const auto lower = [](std::optional<int>& least, int value) {
+                least = least ? std::min(*least, value) : value;
+            };
+            lower(fewest.Inductors, row.Parts.Inductors);
+            lower(fewest.Parts, row.Parts.Both());
+        }
+        if (choices.size() > static_cast<std::size_t>(request.MostRows))
+            choices.resize(static_cast<std::size_t>(request.MostRows));
+        Fold(choices);
+        const std::size_t judged =
+            std::min(choices.size(), static_cast<std::size_t>(request.YieldRows));
+        for (std::size_t i = 0; i < judged; ++i)
+            choices[i].PassingShare =
+                PassingShare(rows.Build(choices[i]), coarse, fine, request.Boards, request.Seed);
+    }
+
+    /// A row is folded if one of those before it is at least as good in parts, cost, margin and
+    /// loss at the same kind of load. Rows that are alike in all leave the first.
+    static void Fold(std::vector<FilterChoice>& choices) {
+        std::vector<const FilterChoice*> front;
+        for (FilterChoice& row : choices) {
+            row.Folded = std::any_of(front.begin(), front.end(), [&](const FilterChoice* other) {
+                return other->OtherLoad == row.OtherLoad && AtLeastAsFew(other->Parts, row.Parts) &&
+                       other->MarginDb >= row.MarginDb &&
+                       other->LossDb.value_or(0.0) <= row.LossDb.value_or(0.0);
+            });
+            if (!row.Folded) front.push_back(&row);
+        }
+    }
+
+    /// What came nearest with all margins alike, no more than a few of each group.
+    std::vector<Found> NearOnes() const {
+        std::vector<Found> near = found;
+        std::stable_sort(near.begin(), near.end(),
+                         [](const Found& a, const Found& b) { return a.At.Margin > b.At.Margin; });
+        std::map<decltype(GroupOf(Candidate{})), int> taken;
+        std::erase_if(near, [&](const Found& f) { return ++taken[GroupOf(f.Listed.What)] > 3; });
+        if (near.size() > missesSearched) near.resize(missesSearched);
+        return near;
+    }
+
+    /// What comes nearest, with either kind of limits kept.
+    void FindMisses(FilterList& list) {
+        const std::vector<Found> near = NearOnes();
+        for (const KeptLimits kept : {KeptLimits::Pass, KeptLimits::Stop}) {
+            found.clear();
+            for (Found f : near) {
+                if (!Report(1.0)) {
+                    list.Stopped = true;
+                    return;
+                }
+                f.At = Place(f.Listed.What, kept, nullptr, coarse);
+                if (f.At.Margin > HopelessDb) found.push_back(f);
+            }
+            const auto missing = [&](const Found& f) {
+                return kept == KeptLimits::Pass ? f.At.Stop : f.At.Pass;
+            };
+            std::stable_sort(found.begin(), found.end(), [&](const Found& a, const Found& b) {
+                return missing(a) > missing(b);
+            });
+            std::vector<FilterChoice> misses;
+            for (std::size_t i = 0; i < found.size() && i < missesJudged; ++i) {
+                FilterChoice row = MissOf(found[i], kept);
+                if (!row.Relax.empty()) misses.push_back(std::move(row));
+            }
+            std::stable_sort(misses.begin(), misses.end(),
+                             [](const FilterChoice& a, const FilterChoice& b) {
+                                 return LargestOf(a) < LargestOf(b);
+                             });
+            if (misses.size() > mostMisses) misses.resize(mostMisses);
+            for (FilterChoice& miss : misses)
+                list.NearestMisses.push_back(std::move(miss));
+        }
+    }
+
+    /// The most that a limit has to yield, of delays as dB.
+    static double LargestOf(const FilterChoice& row) {
+        double largest = 0.0;
+        for (const RelaxedLimit& relaxed : row.Relax) {
+            const LimitLine& line = row.Report.Rows[relaxed.Limit].Line;
+            constexpr double tenth = 10.0;
+            const bool delay = line.Kind == LimitKind::DelayVariationMax;
+            largest = std::max(largest, delay ? tenth * relaxed.By / line.Value : relaxed.By);
+        }
+        return largest;
+    }
+
+    /// The row with what has to be relaxed; with nothing if a limit that was to be kept is not.
+    FilterChoice MissOf(const Found& f, KeptLimits kept) {
+        constexpr double reserve = 1.0 + 1e-9;  // lest rounding leaves the relaxed limit failed
+        FilterChoice row = rows.Make(f.Listed.What, f.At.F0, f.At.BandWidth);
+        row.Kept = kept;
+        for (std::size_t i = 0; i < row.Report.Rows.size(); ++i) {
+            const LimitMargin& limit = row.Report.Rows[i];
+            if (limit.Holds()) continue;
+            if (!std::isfinite(limit.Margin) ||
+                IsPassLimit(limit.Line.Kind) == (kept == KeptLimits::Pass)) {
+                row.Relax.clear();
+                return row;
+            }
+            row.Relax.push_back({i, -limit.Margin * reserve});
+        }
+        return row;
+    }
+
+    const ChoosingRequest& request;
+    ChoosingMemory& memory;
+    const ChoosingProgress& progress;
+    RowMaker rows;
+    LadderMaker maker;
+    LimitGrid coarse, fine;
+    bool standard, notIdeal;
+    std::vector<Found> found;
+    long analyses = 0;
+};
+
+}  // namespace
+
+FilterList ChooseFilters(const ChoosingRequest& request, ChoosingMemory& memory,
+                         const ChoosingProgress& progress) {
+    if (request.Limits.empty()) return {};
+    const QuietMathErrors quiet;
+    const auto chooser = std::make_unique<Chooser>(request, memory, progress);
+    return chooser->Run();
+}
+
+}  // namespace ladderwise

@@ -1,0 +1,80 @@
+// Where a candidate does best: the F0, and the bandwidth, that make its smallest margin largest. No
+// Qt.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "choosing/Candidate.h"
+#include "choosing/LimitGrid.h"
+
+namespace ladderwise {
+
+/// Which limits must hold first. All: all margins count alike.
+enum class KeptLimits { All, Pass, Stop };
+
+/// A candidate at its place.
+struct Placement {
+    double F0 = 0.0;             ///< Hz
+    double BandWidth = 0.0;      ///< Hz; of low-pass and high-pass not in use
+    double Margin = HopelessDb;  ///< smallest, dB
+    double Pass = HopelessDb;    ///< smallest of the pass limits, dB
+    double Stop = HopelessDb;    ///< smallest of the stop limits
+    double Score = HopelessDb;   ///< what was made largest
+};
+
+/// The frequencies of a need, from which searches start.
+struct NeedBands {
+    double PassLow = 0.0, PassHigh = 0.0;     ///< Hz, all pass limits; 0: none
+    double StopLow = 0.0, StopHigh = 0.0;     ///< Hz, all stop limits; 0: none
+    double StopBelow = 0.0, StopAbove = 0.0;  ///< the ends next to the pass band; 0: none
+    double InnerLow = 0.0, InnerHigh = 0.0;   ///< of a notch: the pass limits next to the stop band
+    std::vector<double> NarrowStops{};        ///< centres of stop limits that a trap may sit in
+};
+NeedBands BandsOf(const LimitLines& limits, PassType pass);
+
+class PlacementSearch {
+public:
+    PlacementSearch(LadderMaker& maker, LimitGrid& grid, PassType pass, KeptLimits kept);
+
+    /// Searches for the candidate that `maker` has taken up; from `start` with fewer analyses.
+    /// A low-pass or high-pass is bracketed in F0: one kind of limit gains what the other loses. A
+    /// band is centred, by what gains as it moves up against what loses, at each width; the width
+    /// is bracketed between too narrow for the pass limits and too wide for the others, or, with
+    /// limits on one side of it alone, searched by golden section.
+    Placement Find(const Candidate& candidate, const Placement* start = nullptr);
+
+    /// Looks around a placement for one whose standard values do better.
+    Placement FindStandard(const Candidate& candidate, const Placement& around);
+
+    /// How many ladders were analysed so far.
+    long Analyses() const { return analyses; }
+
+private:
+    struct Seen {
+        Placement At{};
+        double Widening = 0.0;  ///< what gains as the pass band widens, less what loses
+        double Rising = 0.0;    ///< what gains as the band moves up, less what loses
+    };
+
+    Seen Look(double f0, double bandWidth);
+    Seen LookAt(double centre, double width);
+    void Keep(const Seen& seen);
+    void FindCorner(const Candidate& candidate, const Placement* start);
+    void BracketCorner(double low, double high, int steps);
+    void TryTraps(double low, double high);
+    void FindBand(const Candidate& candidate, const Placement* start);
+    Seen Centred(double& centre, double width, int steps);
+    void GoldenWidth(double a, double b, double& centre, int steps, int inner);
+    void BracketWidth(double low, double high, double& centre, int steps);
+
+    LadderMaker& maker;
+    LimitGrid& grid;
+    NeedBands bands;
+    bool band, upward;
+    KeptLimits kept;
+    Placement best{};
+    long analyses = 0;
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,176 @@
+// Starts and the order in which they are tried.
+#include "measured/BoardSearch.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <random>
+#include <utility>
+
+namespace ladderwise {
+
+namespace {
+
+constexpr double narrowBand = 0.15;  // relative bandwidth
+constexpr std::array<double, 6> smoothings = {0.1, 0.05, 0.02, 0.01, 0.004, 0.001};
+constexpr BoardStage smoothedStage{false, 0.0, 8, 1e-2};
+constexpr BoardStage heldStage{false, 0.0, 30, 1e-3};
+constexpr BoardStage freeStage{true, 0.0, 60, 1e-5};
+
+constexpr std::size_t glancePoints = 150;
+constexpr std::size_t screenPoints = 50;
+constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
+constexpr int screenSteps = 5;
+
+constexpr int randomStarts = 400;
+constexpr std::size_t fittedStarts = 24, finishedStarts = 3;
+constexpr std::size_t randomPoints = 100;
+constexpr double tuningSpread = 0.05;    // of a random start, in ln of sqrt(L C)
+constexpr double impedanceSpread = 0.1;  // and of sqrt(C / L), and of single parts
+constexpr unsigned startSeed = 20011;    // the same board gives the same answer
+
+constexpr double equalCost = 9.0;          // squares of the noise: three standard deviations
+constexpr double farthestExchange = 0.25;  // of ln value, from nominal: no part is so far off
+
+}  // namespace
+
+bool IsNarrow(const DesignState& design) {
+    return HasBandWidth(design.PassType) && design.BandWidth < narrowBand * design.F0;
+}
+
+BoardSearch::BoardSearch(const DesignState& built, const BoardModel& fitted,
+                         const BoardData& measured)
+    : design(built), model(fitted), data(measured) {}
+
+BoardState BoardSearch::Screened() const {
+    const BoardData few = Thinned(data, screenPoints);
+    const BoardFit fit(model, few);
+    BoardState state{model.Means()};
+    for (const double width : screenSmoothings)
+        if (IsNarrow(design) || width == 0.0)
+            state = fit.Improved(std::move(state), {false, width, screenSteps, 1e-2});
+    return state;
+}
+
+BoardState BoardSearch::Glance(std::vector<double> start) const {
+    const BoardData few = Thinned(data, glancePoints);
+    const BoardFit fit(model, few);
+    BoardState state{std::move(start)};
+    if (IsNarrow(design)) {
+        for (const double width : smoothings) {
+            BoardStage stage = smoothedStage;
+            stage.Smoothing = width;
+            state = fit.Improved(std::move(state), stage);
+        }
+    }
+    return fit.Improved(std::move(state), heldStage);
+}
+
+BoardSolution BoardSearch::Finished(const BoardState& glance) const {
+    const BoardFit fit(model, data);
+    BoardSolution solution{fit.Improved(glance, freeStage)};
+    solution.Excess = std::sqrt(solution.State.Misfit / fit.Count());
+    return solution;
+}
+
+/// Random values about the nominal ones, the best of which are fitted; the best of those.
+BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
+    const BoardData few = Thinned(data, randomPoints);
+    const BoardFit fit(model, few);
+    std::mt19937 random(startSeed);
+    std::normal_distribution<double> normal;
+    std::vector<BoardState> starts;
+    for (int i = 0; i < randomStarts; ++i) {
+        std::vector<double> x = model.Means();
+        for (std::size_t k = 0; k < x.size(); ++k) {
+            const BoardUnknown& unknown = model.Unknowns()[k];
+            if (unknown.Kind == BoardUnknownKind::Value && unknown.Free)
+                x[k] = impedanceSpread * normal(random);
+            else if (unknown.Kind == BoardUnknownKind::CoilLoss ||
+                     unknown.Kind == BoardUnknownKind::PortDelay)
+                x[k] = best.X[k];
+        }
+        for (const BoardModel::Resonator& tank : model.Resonators()) {
+            const double tuning = tuningSpread * normal(random),
+                         impedance = impedanceSpread * normal(random);
+            x[static_cast<std::size_t>(tank.Coil)] = tuning - impedance;
+            x[static_cast<std::size_t>(tank.Capacitor)] = tuning + impedance;
+        }
+        starts.push_back(fit.At(std::move(x)));
+    }
+    const auto cheaper = [](const BoardState& a, const BoardState& b) {
+        return a.Cost() < b.Cost();
+    };
+    std::partial_sort(starts.begin(), starts.begin() + fittedStarts, starts.end(), cheaper);
+    starts.resize(fittedStarts);
+    for (BoardState& start : starts)
+        start = fit.Improved(std::move(start), heldStage);
+    return *std::min_element(starts.begin(), starts.end(), cheaper);
+}
+
+/// The state with the values of two slots of one type exchanged, for all such pairs; with
+/// `commuting` only of those that can change places without anybody noticing: two arms in a row.
+std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
+                                                        bool commuting) const {
+    std::vector<std::vector<double>> starts;
+    const auto exchange = [&](PartPlace a, PartPlace b, std::vector<double>& x) {
+        const int one = model.ValueAt(a), other = model.ValueAt(b);
+        if (one < 0 || other < 0) return;
+        const double ratio = std::log(model.Nominal(one) / model.Nominal(other));
+        x[static_cast<std::size_t>(one)] = state.X[static_cast<std::size_t>(other)] - ratio;
+        x[static_cast<std::size_t>(other)] = state.X[static_cast<std::size_t>(one)] + ratio;
+    };
+    const auto keep = [&](std::vector<double> x) {
+        for (std::size_t k = 0; k < x.size(); ++k)
+            if (model.Unknowns()[k].Kind == BoardUnknownKind::Value &&
+                std::fabs(x[k]) > farthestExchange)
+                return;
+        starts.push_back(std::move(x));
+    };
+    for (int a = 1; a <= SlotsInUse(design); ++a) {
+        const ElementType type = design.Elements[a].Type;
+        if (type == ElementType::DualSeriesLC || type == ElementType::DualShuntLC) {
+            std::vector<double> x = state.X;
+            exchange({a, 0}, {a, 2}, x);
+            exchange({a, 1}, {a, 3}, x);
+            keep(std::move(x));
+        }
+        for (int b = a + 1;
+             b <= (commuting ? std::min(a + 1, SlotsInUse(design)) : SlotsInUse(design)); ++b) {
+            if (design.Elements[b].Type != type) continue;
+            std::vector<double> x = state.X;
+            for (int row = 0; row < 4; ++row)
+                exchange({a, row}, {b, row}, x);
+            keep(std::move(x));
+        }
+    }
+    return starts;
+}
+
+/// Finds solutions beside the best that explain the data as well.
+void BoardSearch::AddEquals(BoardSolution& solution) const {
+    for (const std::vector<double>& start : Exchanged(solution.State, true)) {
+        BoardSolution other = Finished(Glance(start));
+        if (other.State.Cost() < solution.State.Cost()) std::swap(other.State, solution.State);
+        if (other.State.Cost() < solution.State.Cost() + equalCost)
+            solution.Equals.push_back(other.State);
+    }
+}
+
+BoardSolution BoardSearch::Solve() const {
+    BoardSolution best = Finished(Glance(model.Means()));
+    const auto consider = [&](const BoardState& glance) {
+        BoardSolution other = Finished(glance);
+        if (other.State.Cost() < best.State.Cost()) best = std::move(other);
+    };
+    if (!Explains(best) && IsNarrow(design)) {
+        consider(BestOfRandom(best.State));
+        if (!Explains(best))
+            for (const std::vector<double>& start : Exchanged(best.State, false))
+                if (!Explains(best)) consider(Glance(start));
+    }
+    if (Explains(best)) AddEquals(best);
+    return best;
+}
+
+}  // namespace ladderwise

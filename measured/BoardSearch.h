@@ -1,0 +1,56 @@
+// Finds the least misfit of a board: one fit from the nominal values where the band is wide, and
+// where it is narrow, a part off by more than the bandwidth, the ways that lead past wrong minima.
+// No Qt.
+#pragma once
+
+#include <vector>
+
+#include "measured/BoardFit.h"
+
+namespace ladderwise {
+
+/// How a fit came out.
+struct BoardSolution {
+    BoardState State{};
+    double Excess = 0.0;  ///< rms of model minus data, in units of the noise
+    /// Solutions with other values that explain the data as well.
+    std::vector<BoardState> Equals{};
+};
+
+/// A fit with more than this Excess does not explain the data: noise, and what no model has.
+inline constexpr double LargestExcess = 2.0;
+/// Nor does one that needs unknowns so far from where they are expected.
+inline constexpr double LargestPull = 150.0;
+
+/// True if a fit explains the data.
+inline bool Explains(const BoardSolution& solution) {
+    return solution.Excess <= LargestExcess && solution.State.Pull <= LargestPull;
+}
+
+/// True if the pass band of a design is narrow enough for parts to be off by more than it is wide.
+bool IsNarrow(const DesignState& design);
+
+class BoardSearch {
+public:
+    BoardSearch(const DesignState& built, const BoardModel& fitted, const BoardData& measured);
+
+    /// A first look with the parasitics held, on few points: what the values must be about.
+    BoardState Glance(std::vector<double> start) const;
+    /// The same from the nominal values, briefer yet: what tells a likely ladder from others.
+    BoardState Screened() const;
+    /// From a glance to the end, with everything free.
+    BoardSolution Finished(const BoardState& glance) const;
+    /// The whole: glance and end; where residue is left in a narrow band, from many starts.
+    BoardSolution Solve() const;
+
+private:
+    BoardState BestOfRandom(const BoardState& best) const;
+    std::vector<std::vector<double>> Exchanged(const BoardState& state, bool commuting) const;
+    void AddEquals(BoardSolution& solution) const;
+
+    const DesignState& design;
+    const BoardModel& model;
+    const BoardData& data;
+};
+
+}  // namespace ladderwise

@@ -1,0 +1,145 @@
+"""Compares the console program for Windows with the native one, over random designs.
+
+Run: `python3 compare.py NATIVE COUNT SEED WINDOWS...`, where WINDOWS... is the command that starts
+the program for Windows (`wine .../ladderwise-cli.exe`); exit code 1 on a difference.
+
+Numbers that are held to 1e-12 of themselves: inputs, part values, frequencies, figures. What is the
+small difference of large numbers cannot be: transfer and reflection coefficient are compared at
+1e-12 absolute, their decibels as amplitudes, phase and group delay on what 1e-12 in the transfer
+makes of them there. Texts, counts and signs are the same.
+"""
+import json
+import math
+import random
+import subprocess
+import sys
+
+LIMIT = 1e-12
+RESPONSES = ("butterworth chebyshev bessel-freq bessel-delay papoulis gauss linear-chebyshev "
+             "elliptic-a elliptic-b elliptic-c elliptic-d elliptic-e").split()
+PASSES = "low-pass high-pass notch band-pass direct-coupled norton low-pass-prototype".split()
+
+
+def random_design(rng):
+    """Words for --set over every pass type, response and kind of part, within the boxes' bounds."""
+    source = 10.0 ** rng.uniform(-1, 4)
+    numbers = {"poles": rng.randint(1, 10), "ripple": rng.uniform(0.001, 1.0),
+               "f0": 10.0 ** rng.uniform(-3, 5), "bw-percent": rng.uniform(0.5, 199.0),
+               "atten": rng.uniform(5, 100), "trap": rng.randint(1, 4), "r-source": source,
+               "r-load": source * rng.choice((1.0, 10.0 ** rng.uniform(-1, 1))),
+               "ind-q": rng.uniform(5, 300), "ind-c": rng.uniform(0, 2),
+               "cap-r": rng.uniform(0, 1), "cap-l": rng.uniform(0, 2),
+               "threshold": -rng.uniform(1, 120), "factor": rng.uniform(0.2, 1),
+               "a": 10.0 ** rng.uniform(0, 2), "k": rng.uniform(1.001, 10),
+               "m": rng.uniform(1.001, 10)}
+    choices = {"pass": PASSES, "response": RESPONSES, "form": ("clc", "lcl"),
+               "sweep": ("linear", "1-octave", "2-octaves", "3-octaves", "1-decade", "2-decades"),
+               "parts": ("ideal", "real", "deembed"), "std": ("off", "on"),
+               "cap-tol": "1 2 5 10".split(), "ind-tol": "1 2 5 10".split(),
+               "tank": "0 1 5 6 7 8 2 3 4 9".split(), "inverter": ("inductor", "capacitor", "line"),
+               "norton-type": ("t-cap", "t-ind", "pi-cap", "pi-ind"), "optimize": ("c", "l"),
+               "auto-optimize": ("off", "on")}
+    words = [(name, rng.choice(values)) for name, values in choices.items()]
+    words += [(name, repr(value)) for name, value in numbers.items()]
+    if rng.random() < 0.2:
+        words += [("worst-case", "on"), ("runs", "20"), ("seed", str(rng.randint(0, 2 ** 32 - 1)))]
+    return words + [("traces", "mag1,mag10,phase,gd,pulse,rl")]
+
+
+def run(command, words):
+    arguments = [part for name, value in words for part in ("--set", "%s=%s" % (name, value))]
+    done = subprocess.run(command + arguments + ["--json", "-"], capture_output=True, timeout=120,
+                          check=False)
+    return done.returncode, done.stdout, done.stderr
+
+
+def is_number(value):
+    return isinstance(value, (int, float)) and not isinstance(value, bool)
+
+
+def near(a, b, scale):
+    return abs(a - b) <= LIMIT * scale
+
+
+def amplitude(db):
+    return 10.0 ** (db / 20.0)
+
+
+class Comparison:
+    """What differs in one design, and the largest relative distance of plain numbers so far."""
+
+    def __init__(self):
+        self.worst = 0.0
+
+    def differences(self, ours, theirs):
+        self.found = []
+        self.ours = ours
+        for key in ours.keys() | theirs.keys():
+            self.value(key, key, ours.get(key), theirs.get(key))
+        return self.found
+
+    def value(self, key, place, a, b, index=None):
+        if isinstance(a, dict) and isinstance(b, dict) and a.keys() == b.keys():
+            for name in a:
+                self.value(name, place + "." + name, a[name], b[name], index)
+        elif isinstance(a, list) and isinstance(b, list) and len(a) == len(b):
+            for i, (x, y) in enumerate(zip(a, b)):
+                self.value(key, "%s[%d]" % (place, i), x, y, i if index is None else index)
+        elif is_number(a) and is_number(b):
+            if not self.number(place, a, b, index):
+                self.found.append("%s: %r, on Windows %r" % (place, a, b))
+        elif a != b:
+            self.found.append("%s: %r, on Windows %r" % (place, a, b))
+
+    def number(self, place, a, b, index):
+        root = place.split("[")[0].split(".")[-1]
+        top = place.split("[")[0].split(".")[0]
+        if top == "transfer":
+            return near(a, b, 1.0)
+        if root.endswith("_db") or root == "db":
+            return near(amplitude(a), amplitude(b), max(1.0, amplitude(a))) or near(a, b, abs(a))
+        if top in ("phase_deg", "group_delay_s"):
+            return self.by_transfer(top, a, b, index)
+        if a == b:
+            return True
+        distance = abs(a - b) / max(abs(a), abs(b))
+        self.worst = max(self.worst, distance)
+        return distance <= LIMIT
+
+    def by_transfer(self, kind, a, b, i):
+        """What LIMIT in the transfer makes of a phase, and between two points of a delay."""
+        transfer, grid = self.ours["transfer"], self.ours["sweep_hz"]
+        around = range(max(i - 2, 0), min(i + 3, len(grid)))
+        levels = [math.hypot(*transfer[j]) for j in around if None not in transfer[j]]
+        radians = 4 * LIMIT / max(min(levels, default=0.0), 1e-30)
+        if kind == "phase_deg":
+            turn = abs(a - b) % 360.0
+            return min(turn, 360.0 - turn) <= math.degrees(radians) + LIMIT * 360.0
+        step = min(grid[j + 1] - grid[j] for j in around if j + 1 < len(grid))
+        return abs(a - b) <= LIMIT * abs(a) + (radians + 1e-14) / (2 * math.pi * step)
+
+
+def main():
+    native, count, seed, windows = sys.argv[1], int(sys.argv[2]), int(sys.argv[3]), sys.argv[4:]
+    rng = random.Random(seed)
+    comparison, failures = Comparison(), 0
+    for number in range(count):
+        words = random_design(rng)
+        ours, theirs = run([native], words), run(windows, words)
+        if ours[0] != theirs[0]:
+            found = ["exit code %d, on Windows %d" % (ours[0], theirs[0])]
+        elif ours[2] != theirs[2].replace(b"\r\n", b"\n"):
+            found = ["remarks: %r, on Windows %r" % (ours[2], theirs[2])]
+        else:
+            found = comparison.differences(json.loads(ours[1]), json.loads(theirs[1]))
+        if found:
+            failures += 1
+            print("design %d (%s):" % (number, " ".join("%s=%s" % pair for pair in words)))
+            print("\n".join("    " + text for text in found[:5]), "(%d)" % len(found))
+    print("%d designs, seed %d: %d differ; plain numbers by %.1e at most" %
+          (count, seed, failures, comparison.worst))
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

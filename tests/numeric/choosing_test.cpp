@@ -1,0 +1,216 @@
+// The list of filters for a need: orders against closed forms, rows against the console's way to
+// the same ladder and a dense search, boards against boards judged one by one.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "analysis/PartValues.h"
+#include "analysis/ResponseSamples.h"
+#include "choosing/BoardYield.h"
+#include "choosing/FilterChoices.h"
+#include "tests/numeric/support.h"
+
+namespace ladderwise {
+namespace {
+
+using enum LimitKind;
+
+std::unique_ptr<ChoosingRequest> Asked(const Settings& settings, const LimitLines& limits,
+                                       int rows = 40) {
+    auto request = std::make_unique<ChoosingRequest>();
+    const auto calculation = Designed(settings);
+    request->Inputs = calculation->Inputs;
+    request->Present = calculation->Design;
+    request->Limits = limits;
+    request->MostRows = rows;
+    request->YieldRows = 0;
+    return request;
+}
+
+FilterList Chosen(const ChoosingRequest& request) {
+    ChoosingMemory memory;
+    return ChooseFilters(request, memory);
+}
+
+/// The smallest margin of a ladder at 1500 points of each limit, dB.
+double DenseMargin(const FilterDesign& design, const LimitLines& limits) {
+    double least = 1e9;
+    for (const LimitLine& line : limits) {
+        for (int i = 0; i <= 1500; ++i) {
+            const double f = std::max(line.From, 1e-5 * line.To) +
+                             (line.To - std::max(line.From, 1e-5 * line.To)) * i / 1500.0;
+            const double loss = -LevelAt(design, f);
+            least =
+                std::min(least, line.Kind == AttenMin        ? loss - line.Value
+                                : line.Kind == ReturnLossMin ? -ReflectionAt(design, f) - line.Value
+                                                             : line.Value - loss);
+        }
+    }
+    return least;
+}
+
+/// The ladder that the row's settings make in a fresh program.
+std::unique_ptr<Calculation> Remade(const ChoosingRequest& request, const FilterChoice& row) {
+    return Designed(SettingsOf(request, row));
+}
+
+const LimitLines transmitter = {
+    {AttenMax, 144e6, 148e6, 1.0}, {AttenMin, 288e6, 296e6, 45.0}, {AttenMin, 432e6, 444e6, 45.0}};
+const LimitLines band = {
+    {AttenMax, 96e6, 104e6, 1.5}, {AttenMin, 40e6, 80e6, 35.0}, {AttenMin, 125e6, 300e6, 35.0}};
+const LimitLines stopped = {
+    {AttenMin, 98e6, 102e6, 30.0}, {AttenMax, 30e6, 85e6, 1.0}, {AttenMax, 118e6, 250e6, 1.0}};
+
+// Butterworth: n >= log(k) / log(x); Chebyshev: n >= acosh(sqrt(k)) / acosh(x), at equal ends the
+// next odd one, with k = (10^(As/10) - 1) / (10^(Ap/10) - 1) and x the ratio of the edges.
+TEST(Choosing, SmallestOrdersAreThoseOfTheClosedForms) {
+    for (const auto& [ripple, need, ratio] : {std::tuple{0.5, 40.0, 2.0}, {0.3, 50.0, 2.9}}) {
+        const LimitLines limits = {{AttenMax, 0.0, 30e6, ripple},
+                                   {AttenMin, 30e6 * ratio, 300e6, need}};
+        const double k =
+            (std::pow(10.0, need / 10.0) - 1.0) / (std::pow(10.0, ripple / 10.0) - 1.0);
+        const int butterworth = int(std::ceil(0.5 * std::log(k) / std::log(ratio)));
+        int chebyshev = int(std::ceil(std::acosh(std::sqrt(k)) / std::acosh(ratio)));
+        chebyshev += chebyshev % 2 == 0;
+        const auto request = Asked({}, limits, 1500);
+        std::map<ResponseType, int> least;
+        for (const FilterChoice& row : Chosen(*request).Choices) {
+            if (row.OtherLoad) continue;
+            int& n = least.try_emplace(row.What.Response, 99).first->second;
+            n = std::min(n, row.What.Poles);
+        }
+        EXPECT_EQ(least[ResponseType::Butterworth], butterworth) << ripple;
+        EXPECT_EQ(least[ResponseType::Chebyshev], chebyshev) << ripple;
+    }
+}
+
+TEST(Choosing, EveryRowDoesWhatItSaysAndIsMadeByItsSettings) {
+    const struct {
+        Settings Set;
+        LimitLines Limits;
+        double Load = 50.0;
+    } needs[] = {
+        {{{"parts", "real"}, {"ind-q", "60"}}, transmitter},
+        {{{"pass", "norton"}, {"poles", "3"}}, band},
+        {{{"pass", "band-pass"}, {"parts", "deembed"}, {"ind-q", "300"}}, band},
+        {{{"pass", "notch"}, {"response", "bessel-freq"}, {"r-load", "75"}}, stopped, 75.0},
+        {{{"pass", "high-pass"}, {"std", "on"}},
+         {{ReturnLossMin, 30e6, 60e6, 12.0}, {AttenMin, 5e6, 15e6, 30.0}}}};
+    for (const auto& need : needs) {
+        const auto request = Asked(need.Set, need.Limits, 120);
+        const FilterList list = Chosen(*request);
+        ASSERT_GT(list.Choices.size(), 5u);
+        std::set<std::pair<PassType, ResponseType>> seen;
+        double cost = 0.0;
+        for (const FilterChoice& row : list.Choices) {
+            EXPECT_GE(row.Cost, cost);
+            cost = row.Cost;
+            EXPECT_EQ(row.OtherLoad, std::abs(row.RLoad - need.Load) > 1e-3);
+            if (!seen.insert({row.What.Pass, row.What.Response}).second) continue;
+            const auto remade = Remade(*request, row);
+            ASSERT_EQ(remade->Design.NumElements, row.NumElements);
+            for (int slot = 1; slot <= row.NumElements; ++slot)
+                for (int value = 0; value < 4; ++value)
+                    EXPECT_EQ(remade->Design.Elements[std::size_t(slot)].Value(value),
+                              row.Elements[std::size_t(slot)].Value(value));
+            EXPECT_GT(row.MarginDb, 0.0);
+            EXPECT_NEAR(DenseMargin(remade->Design, need.Limits), row.MarginDb, 2e-3);
+        }
+        EXPECT_GT(seen.size(), 2u);
+    }
+}
+
+// An elliptic of two coils, 0.34 dB at a coarse scan, is worth more than a Chebyshev of seven
+// poles.
+TEST(Choosing, TrapsOnTheHarmonicsStandAboveSevenPoles) {
+    const auto request = Asked({{"parts", "real"}, {"ind-q", "60"}}, transmitter, 400);
+    const std::vector<FilterChoice> rows = Chosen(*request).Choices;
+    const auto first = [&](auto fits) {
+        return std::find_if(rows.begin(), rows.end(), fits) - rows.begin();
+    };
+    const auto elliptic = first([](const FilterChoice& row) {
+        return IsElliptic(row.What.Response) && row.Parts.Inductors == 2 && !row.OtherLoad &&
+               *row.LossDb < 0.36;
+    });
+    const auto chebyshev = first([](const FilterChoice& row) {
+        return row.What.Response == ResponseType::Chebyshev && row.What.Poles == 7;
+    });
+    EXPECT_LT(elliptic, chebyshev);
+    EXPECT_LT(chebyshev, std::ssize(rows));
+    for (const FilterChoice& row : rows) {  // only what is behind another row is folded
+        if (row.Folded) continue;
+        for (const FilterChoice& other : rows)
+            EXPECT_FALSE(other.OtherLoad == row.OtherLoad && other.Cost < row.Cost &&
+                         other.Parts.Inductors <= row.Parts.Inductors &&
+                         other.Parts.Both() <= row.Parts.Both() && other.MarginDb >= row.MarginDb &&
+                         *other.LossDb <= *row.LossDb);
+    }
+}
+
+TEST(Choosing, NearestMissesKeepTheirKindAndTellHowFarToRelax) {
+    LimitLines limits = transmitter;
+    limits[0] = {AttenMax, 130e6, 280e6, 0.05};
+    const auto request = Asked({{"parts", "real"}, {"ind-q", "60"}}, limits);
+    const FilterList list = Chosen(*request);
+    EXPECT_TRUE(list.Choices.empty());
+    ASSERT_FALSE(list.NearestMisses.empty());
+    double last = 0.0;
+    for (const FilterChoice& miss : list.NearestMisses) {
+        LimitLines relaxed = limits;
+        double most = 0.0;
+        for (const RelaxedLimit& by : miss.Relax) {
+            LimitLine& line = relaxed[by.Limit];
+            EXPECT_EQ(line.Kind == AttenMin, miss.Kept == KeptLimits::Pass);
+            line.Value += line.Kind == AttenMin ? -by.By : by.By;
+            most = std::max(most, by.By);
+        }
+        EXPECT_GE(DenseMargin(Remade(*request, miss)->Design, relaxed), -2e-3);
+        EXPECT_GE(most, last);
+        last = most;
+    }
+}
+
+TEST(Choosing, GoesOnFromTheLastListAndStops) {
+    const auto request = Asked({}, transmitter, 2000);
+    ChoosingMemory memory;
+    const FilterList first = ChooseFilters(*request, memory);
+    request->Limits[1].Value = 46.0;
+    const FilterList next = ChooseFilters(*request, memory);
+    EXPECT_LT(next.Analyses, first.Analyses / 2);
+    const FilterList anew = Chosen(*request);
+    ASSERT_FALSE(next.Choices.empty());
+    EXPECT_EQ(next.AtUsersLoad.Inductors, anew.AtUsersLoad.Inductors);
+    EXPECT_EQ(next.AtUsersLoad.Parts, anew.AtUsersLoad.Parts);
+    int calls = 0;
+    const FilterList stopped = ChooseFilters(*request, memory, [&](double) { return ++calls < 3; });
+    EXPECT_TRUE(stopped.Stopped && stopped.Choices.empty());
+    EXPECT_EQ(calls, 3);
+}
+
+TEST(Choosing, BoardsThatPassAreThoseOfADenseSearch) {
+    const LimitLines limits = {{AttenMax, 1e6, 95e6, 0.9}, {AttenMin, 180e6, 400e6, 30.0}};
+    const auto calculation = Designed({{"response", "chebyshev"},
+                                       {"poles", "5"},
+                                       {"f0", "108"},
+                                       {"parts", "real"},
+                                       {"ind-q", "200"}});
+    FilterDesign& design = calculation->Design;
+    LimitGrid coarse(limits, 256), fine(limits, 1024);
+    constexpr int boards = 60;
+    const double share = PassingShare(design, coarse, fine, boards, 5);
+    std::mt19937 generator(5);
+    const ElementList nominal = design.Elements;
+    design.NominalElements = nominal;
+    int passed = 0;
+    for (int board = 0; board < boards; ++board) {
+        RandomiseParts(design, generator);
+        passed += DenseMargin(design, limits) >= 0.0;
+    }
+    EXPECT_NEAR(share, double(passed) / boards, 0.5 / boards);
+    EXPECT_GT(share, 0.1);
+    EXPECT_LT(share, 0.95);
+}
+
+}  // namespace
+}  // namespace ladderwise

@@ -69,7 +69,7 @@ std::vector<ShareTable> DesignSession::ShareTables() const {
 // --- limits
 
 const LimitLines& DesignSession::ShownLimits() const {
-    return dragged ? dragged->Now : Document.Limits;
+    return dragged && dragged->Before == Document.Limits ? dragged->Now : Document.Limits;
 }
 
 const LimitReport& DesignSession::Judged() const {

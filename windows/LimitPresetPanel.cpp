@@ -137,8 +137,9 @@ void LimitPresetPanel::Refresh() {
     if (task->currentIndex() != FromDesign) return;
     filled = promise();
     const bool any = !filled.Pass.empty();
-    const auto show = [](QLineEdit* field, const QString& text) {
-        if (!field->isModified() && field->text() != text) field->setText(text);
+    const auto show = [this](QLineEdit* field, const QString& text) {
+        const bool cleared = field->text().isEmpty() && field != attenuation;
+        if ((cleared || !field->isModified()) && field->text() != text) field->setText(text);
     };
     show(bandFrom, any ? EndText(filled.Pass.front().From, false) : QString());
     show(bandTo, any ? EndText(filled.Pass.front().To, true) : QString());

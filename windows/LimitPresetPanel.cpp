@@ -110,9 +110,9 @@ void LimitPresetPanel::Build() {
                          "need not be Fo");
     intermediate = AddField(3, 3, "LimitIntermediate", "&IF", "MHz", "Intermediate frequency");
     auto* const buttons = new QHBoxLayout;
-    auto* const add = NewPresetButton(this, "LimitPresetAdd", "Add T&hese",
+    auto* const add = NewPresetButton(this, "LimitPresetAdd", "Add Th&ese",
                                       "Adds these limits to those in the table");
-    auto* const instead = NewPresetButton(this, "LimitPresetInstead", "R&eplace All",
+    auto* const instead = NewPresetButton(this, "LimitPresetInstead", "&Replace All",
                                           "Puts these limits in place of those in the table");
     buttons->addStretch(1);
     buttons->addWidget(add);

@@ -51,7 +51,7 @@ TEST(LimitTables, AreRefusedWithTheLine) {
         {header + "# a\natten-min,1,2\n", "line 3: 3 fields"},
         {header + "atten-min,1,2,3,4\n", "line 2: 5 fields"},
         {header + "atten-min,1,2x,3\n", "\"2x\" is no number"},
-        {header + "atten-min,1,,3\n", "\"\" is no number"},
+        {header + "atten-min,1,,3\n", "a number is missing"},
         {header + "atten-min,1,inf,3\n", "out of range"},
         {header + "atten-min,-1,2,3\n", "out of range"}, {header + "atten-min,0,0,3\n", "out of range"},
         {header + "atten-min,2,1,3\n", "ends below its beginning"},
@@ -175,12 +175,12 @@ TEST(LimitMargins, AreThoseOfADenseSearch) {
     }
 }
 
-// Magnitude straight from 1 to 0.5; phases of 0, -0.1 and -0.3 make delays of 1, 1.5 and 2 tenths
-// of 0.1 / (2 pi 10^8).
+// Magnitude straight from 1 over 0.5 to 0.6; phases of 0, -0.1 and -0.3 make delays of 1, 1.5 and 2
+// tenths of 0.1 / (2 pi 10^8).
 TEST(LimitMargins, OfMeasuredDataReachAsFarAsThat) {
     const MeasuredTraces traces{
         {1e8, 2e8, 3e8},
-        {std::polar(1.0, 0.0), std::polar(0.5, -0.1), std::polar(0.5, -0.3)},
+        {std::polar(1.0, 0.0), std::polar(0.5, -0.1), std::polar(0.6, -0.3)},
         {},
         {}};
     const double tenth = 0.1 / (2.0 * std::acos(-1.0) * 1e8);

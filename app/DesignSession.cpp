@@ -106,6 +106,7 @@ void DesignSession::ShowStatus() {
         views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
     if (views.Windows->ShowsShares()) views.Windows->RefreshShares(ShareTables());
     if (!compared) views.Windows->RefreshChoices();
+    NoteBoardDesign();
 }
 
 /// Figures and markers.

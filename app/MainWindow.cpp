@@ -81,7 +81,7 @@ void MainWindow::Build() {
         session.Document.Work.Inputs, document.Work.Design, session.Actions(),
         session.ActionsOfNorton(), measured->Actions(), limits->Actions(),
         [this](const std::vector<ShareRow>& rows) { client->ShowShares(rows); },
-        session.ActionsOfChoices(), this);
+        session.ActionsOfChoices(), session.ActionsOfBoard(), this);
     recovery = std::make_unique<Recovery>(session.Document);
     filter = std::make_unique<InputFilter>(this, *client->Grid(), *windows);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);

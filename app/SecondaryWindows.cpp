@@ -16,7 +16,8 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
                                    const InputActions& actions, const NortonActions& nortonActions,
                                    const MeasuredActions& measuredActions,
                                    const LimitActions& limitActions, const SharesShown& sharesShown,
-                                   const ChoiceActions& choiceActions, QWidget* owner)
+                                   const ChoiceActions& choiceActions,
+                                   const BoardActions& boardActions, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -29,6 +30,7 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     options = new OptionsWindow(inputs, actions, owner);
     shares = new SharesWindow(sharesShown, owner);
     choices = new ChoicesWindow(choiceActions, owner);
+    board = new BoardWindow(boardActions, owner);
 }
 
 void SecondaryWindows::StoreInputs() {
@@ -101,6 +103,14 @@ void SecondaryWindows::ShowChoices() {
     choices->Open();
 }
 
+void SecondaryWindows::ShowBoard() {
+    board->Open();
+}
+
+void SecondaryWindows::RefreshBoard() {
+    board->NoteDesign();
+}
+
 void SecondaryWindows::RefreshChoices() {
     choices->NoteDesign();
 }
@@ -155,9 +165,9 @@ void SecondaryWindows::CloseAll() {
         window->close();
 }
 
-std::array<QWidget*, 10> SecondaryWindows::All() const {
-    return {partDefinitions, help,   directCoupled, mathErrors, measured,
-            limits,          norton, options,       shares,     choices};
+std::array<QWidget*, 11> SecondaryWindows::All() const {
+    return {partDefinitions, help,    directCoupled, mathErrors, measured, limits,
+            norton,          options, shares,        choices,    board};
 }
 
 }  // namespace ladderwise

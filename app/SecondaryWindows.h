@@ -5,6 +5,7 @@
 
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
+#include "windows/BoardWindow.h"
 #include "windows/ChoicesWindow.h"
 #include "windows/LimitsWindow.h"
 #include "windows/MeasuredWindow.h"
@@ -27,7 +28,8 @@ public:
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
                      const NortonActions& nortonActions, const MeasuredActions& measuredActions,
                      const LimitActions& limitActions, const SharesShown& sharesShown,
-                     const ChoiceActions& choiceActions, QWidget* owner);
+                     const ChoiceActions& choiceActions, const BoardActions& boardActions,
+                     QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
     void StoreInputs();
@@ -49,6 +51,10 @@ public:
     /// Which filter: the list, and what it is to be told after a change.
     void ShowChoices();
     void RefreshChoices();
+
+    /// A measured board, and that the design is another one than it was read for.
+    void ShowBoard();
+    void RefreshBoard();
 
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
@@ -76,7 +82,7 @@ public:
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 10> All() const;
+    std::array<QWidget*, 11> All() const;
 
 private:
     const FilterDesign& design;
@@ -91,6 +97,7 @@ private:
     OptionsWindow* options;
     SharesWindow* shares;
     ChoicesWindow* choices;
+    BoardWindow* board;
 };
 
 }  // namespace ladderwise

@@ -14,8 +14,8 @@ PlotContent DesignSession::Content() const {
     const Calculation& work = Document.Work;
     std::vector<PlotLayer> layers;
     if (compared) {
-        layers.push_back(LayerOf(compared->Design, compared->Quantities, LayerRole::Reference,
-                                 "Compared: " + DesignTitle(compared->Design)));
+        layers.push_back(
+            LayerOf(compared->Design, compared->Quantities, LayerRole::Reference, comparedName));
     } else if (Document.ReferenceShown()) {
         const ReferenceDesign& reference = *Document.Reference();
         layers.push_back(LayerOf(reference.Design, reference.Quantities, LayerRole::Reference,
@@ -66,46 +66,10 @@ std::vector<ShareTable> DesignSession::ShareTables() const {
                           SharesOf(work.Design, work.Results, limits));
 }
 
-// --- the list of filters
-
-ChoiceActions DesignSession::ActionsOfChoices() {
-    const auto request = [this] {
-        ChoosingRequest made;
-        made.Inputs = Document.Work.Inputs;
-        made.Present = Document.Work.Design;
-        made.Limits = Document.Limits;
-        return made;
-    };
-    return {request, [this](const DesignInputs& inputs) { TakeInputs(inputs); },
-            [this](const DesignInputs* inputs) { CompareWith(inputs); }};
-}
-
-/// A design of the list: one step, which undo takes back.
-void DesignSession::TakeInputs(const DesignInputs& inputs) {
-    StoreInputs();
-    const PassType before = Document.Work.Design.PassType;
-    Document.Work.Inputs = inputs;
-    ShowLoaded(before);
-}
-
-/// What the list offers beside the design, in the place of the reference; null: no more. Nothing of
-/// the document changes.
-void DesignSession::CompareWith(const DesignInputs* inputs) {
-    if (!inputs && !compared) return;
-    compared.reset();
-    if (inputs) {
-        compared = std::make_unique<Calculation>();
-        compared->Inputs = *inputs;
-        compared->FixedSeed = 0;
-        ladderwise::Calculate(*compared, nullptr);
-    }
-    Redraw();
-}
-
 // --- limits
 
 const LimitLines& DesignSession::ShownLimits() const {
-    return dragged ? dragged->Now : Document.Limits;
+    return dragged && dragged->Before == Document.Limits ? dragged->Now : Document.Limits;
 }
 
 const LimitReport& DesignSession::Judged() const {

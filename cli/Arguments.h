@@ -48,6 +48,10 @@ struct Arguments {
     std::string Error;                    ///< not empty: a usage error
 };
 
+/// What --choose says where neither the command line nor the design has limits.
+inline constexpr const char* NoLimitsToChooseBy =
+    "--choose needs --limits FILE.csv, which says what the filter must do";
+
 /// Reads the arguments after the program's name. With no output option, --table is meant.
 Arguments ParseArguments(const std::vector<std::string>& words);
 

@@ -246,7 +246,7 @@ QWidget* ChoicesWindow::BuildCosts() {
     const auto edit = [&](const char* caption, const char* name, const char* tip, double value) {
         auto* const label = new QLabel(QString::fromLatin1(caption), group);
         QLineEdit* const made = NewCostEdit(group, name, tip, value);
-        label->setBuddy(made);
+        if (label->text().contains('&')) label->setBuddy(made);
         row->addWidget(label);
         row->addWidget(made);
         return made;

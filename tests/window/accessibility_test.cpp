@@ -120,6 +120,7 @@ private slots:
             {"MeasuredWindow", "MeasuredDataMenu"},
             {"LimitsWindow", "LimitsMenu"},
             {"ChoicesWindow", "ChoicesMenu"},
+            {"BoardWindow", "BoardMenu"},
             {"MathErrForm", "MathErrMenu"},
             {"HelpWindow", "HelpWindowMenu"}};
         WindowFixture f;

@@ -26,8 +26,10 @@ enum class Command {
     BringBackLoad,  ///< the load that the user asked for
     PartValues,     ///< shown at the designators
     PartShares,     ///< which part matters
+    Board,          ///< read a measured one
     Options,
     Limits,
+    Choices,  ///< which filter
     FixSeed,
     SetSeed,
     Help,

@@ -105,6 +105,8 @@ void DesignSession::ShowStatus() {
     if (views.Windows->ShowsMeasuredData())
         views.Windows->RefreshMeasuredData(Document.Measured, MeasuredSummaries());
     if (views.Windows->ShowsShares()) views.Windows->RefreshShares(ShareTables());
+    if (!compared) views.Windows->RefreshChoices();
+    NoteBoardDesign();
 }
 
 /// Figures and markers.

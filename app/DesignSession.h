@@ -17,6 +17,8 @@
 #include "pipeline/Keystrokes.h"
 #include "pipeline/LimitMargins.h"
 #include "pipeline/PartShares.h"
+#include "windows/BoardWindow.h"
+#include "windows/ChoicesWindow.h"
 #include "windows/NortonWindow.h"
 
 namespace ladderwise {
@@ -43,6 +45,8 @@ public:
     /// What the controls of all windows do.
     InputActions Actions();
     NortonActions ActionsOfNorton();
+    ChoiceActions ActionsOfChoices();
+    BoardActions ActionsOfBoard();
 
     /// The views, built with these actions. `askForCoefficients` asks for a coefficients file and
     /// uses it; false: none was chosen.
@@ -166,6 +170,13 @@ private:
         Traces,  ///< everything, at the size of the client area
     };
 
+    void TakeInputs(const DesignInputs& inputs);
+    void CompareWith(const DesignInputs* inputs);
+    void ShowBeside(std::unique_ptr<Calculation> other, const std::string& name);
+    std::optional<BoardReading> ReadBoardFile(const std::string& path, Adjustable turned,
+                                              const std::function<void(double)>& progress);
+    void ShowNextStep(const BoardReading* reading);
+    void NoteBoardDesign();
     bool StoreChanges();
     std::vector<PictureRow> Answers() const;
     void RepeatRuns(const PlotRunCallback& run);
@@ -187,12 +198,15 @@ private:
         LimitLines Now, Before;
     };
     std::optional<DraggedLimits> dragged;
-    mutable LimitJudge judge;           ///< keeps what it has judged of the design
-    mutable LimitJudge referenceJudge;  ///< and of the reference
-    mutable MeasuredSet measured;       ///< keeps what it has calculated of its files
-    std::string measuredFaults;         ///< that nobody has been told
-    QTimer noInputWaits;                ///< runs out when all input that has come is taken
-    QElapsedTimer clock;                ///< of the history
+    mutable LimitJudge judge;               ///< keeps what it has judged of the design
+    mutable LimitJudge referenceJudge;      ///< and of the reference
+    std::unique_ptr<Calculation> compared;  ///< shown beside the design for a moment
+    std::string comparedName;
+    std::vector<double> boardOf;   ///< the ladder that a board was read for
+    mutable MeasuredSet measured;  ///< keeps what it has calculated of its files
+    std::string measuredFaults;    ///< that nobody has been told
+    QTimer noInputWaits;           ///< runs out when all input that has come is taken
+    QElapsedTimer clock;           ///< of the history
 };
 
 }  // namespace ladderwise

@@ -78,10 +78,12 @@ const std::vector<MenuTable>& MenuTables() {
         C{BringBack, "BringBackMenu", "Bring Back &Edited Values"},
         C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"},
         C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"},
-        C{PartShares, "PartSharesMenu", "&Which Part Matters..."}}},
+        C{PartShares, "PartSharesMenu", "&Which Part Matters..."},
+        C{Board, "BoardMenu", "&Read the Board..."}}},
     {"OptionsMenu", "&Options", {
         C{Options, "OptionsWindowMenu", "&Options..."},
         C{Limits, "LimitsMenu", "&Limits..."},
+        C{Choices, "ChoicesMenu", "&Which Filter..."},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
         C{SetSeed, "SetSeedMenu", "Worst-Case &Seed..."}}},
     {"HelpMenu", "&Help", {
@@ -129,6 +131,8 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
     if (row.Id == Command::Export) action->setShortcut(QKeySequence("Ctrl+E"));
     if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
     if (row.Id == Command::BringBackLoad) action->setShortcut(QKeySequence("Ctrl+L"));
+    if (row.Id == Command::Board) action->setShortcut(QKeySequence("F11"));
+    if (row.Id == Command::Choices) action->setShortcut(QKeySequence("F10"));
     if (row.Id == Command::Limits) action->setShortcut(QKeySequence("F9"));
     action->setCheckable(row.Id == Command::FixSeed || row.Id == Command::PartValues);
     return action;

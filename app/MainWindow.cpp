@@ -80,7 +80,8 @@ void MainWindow::Build() {
     windows = std::make_unique<SecondaryWindows>(
         session.Document.Work.Inputs, document.Work.Design, session.Actions(),
         session.ActionsOfNorton(), measured->Actions(), limits->Actions(),
-        [this](const std::vector<ShareRow>& rows) { client->ShowShares(rows); }, this);
+        [this](const std::vector<ShareRow>& rows) { client->ShowShares(rows); },
+        session.ActionsOfChoices(), session.ActionsOfBoard(), this);
     recovery = std::make_unique<Recovery>(session.Document);
     filter = std::make_unique<InputFilter>(this, *client->Grid(), *windows);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);

@@ -72,6 +72,11 @@ void MenuCommands::Run(Command command) {
             return windows.ShowOptions();
         case Command::Limits:
             return windows.ShowLimits(session.Judged());
+        case Command::Board:
+            return windows.ShowBoard();
+        case Command::Choices:
+            session.ReadEntries();
+            return windows.ShowChoices();
         case Command::FixSeed:
             return ToggleFixedSeed();
         case Command::SetSeed:

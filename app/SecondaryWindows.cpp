@@ -16,7 +16,8 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
                                    const InputActions& actions, const NortonActions& nortonActions,
                                    const MeasuredActions& measuredActions,
                                    const LimitActions& limitActions, const SharesShown& sharesShown,
-                                   QWidget* owner)
+                                   const ChoiceActions& choiceActions,
+                                   const BoardActions& boardActions, QWidget* owner)
     : design(design), owner(owner) {
     const std::string helpFolder = FindRunTimeFolder(AskSystem()) + "/Help Files";
     partDefinitions = new PartDefinitionsWindow(inputs, actions, owner);
@@ -28,6 +29,8 @@ SecondaryWindows::SecondaryWindows(DesignInputs& inputs, const FilterDesign& des
     limits = new LimitsWindow(limitActions, owner);
     options = new OptionsWindow(inputs, actions, owner);
     shares = new SharesWindow(sharesShown, owner);
+    choices = new ChoicesWindow(choiceActions, owner);
+    board = new BoardWindow(boardActions, owner);
 }
 
 void SecondaryWindows::StoreInputs() {
@@ -96,6 +99,22 @@ void SecondaryWindows::RefreshShares(const std::vector<ShareTable>& tables) {
     shares->ShowTables(tables);
 }
 
+void SecondaryWindows::ShowChoices() {
+    choices->Open();
+}
+
+void SecondaryWindows::ShowBoard() {
+    board->Open();
+}
+
+void SecondaryWindows::RefreshBoard() {
+    board->NoteDesign();
+}
+
+void SecondaryWindows::RefreshChoices() {
+    choices->NoteDesign();
+}
+
 void SecondaryWindows::ShowLimits(const LimitReport& report) {
     limits->ShowLimits(report);
     limits->ShowBesidePlot();
@@ -146,9 +165,9 @@ void SecondaryWindows::CloseAll() {
         window->close();
 }
 
-std::array<QWidget*, 9> SecondaryWindows::All() const {
-    return {partDefinitions, help,   directCoupled, mathErrors, measured,
-            limits,          norton, options,       shares};
+std::array<QWidget*, 11> SecondaryWindows::All() const {
+    return {partDefinitions, help,    directCoupled, mathErrors, measured, limits,
+            norton,          options, shares,        choices,    board};
 }
 
 }  // namespace ladderwise

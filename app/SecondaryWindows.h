@@ -5,6 +5,8 @@
 
 #include "controls/InputBinder.h"
 #include "design/FilterDesign.h"
+#include "windows/BoardWindow.h"
+#include "windows/ChoicesWindow.h"
 #include "windows/LimitsWindow.h"
 #include "windows/MeasuredWindow.h"
 #include "windows/NortonWindow.h"
@@ -26,6 +28,7 @@ public:
     SecondaryWindows(DesignInputs& inputs, const FilterDesign& design, const InputActions& actions,
                      const NortonActions& nortonActions, const MeasuredActions& measuredActions,
                      const LimitActions& limitActions, const SharesShown& sharesShown,
+                     const ChoiceActions& choiceActions, const BoardActions& boardActions,
                      QWidget* owner);
 
     /// Takes the texts of all boxes into the inputs, and shows the inputs again.
@@ -44,6 +47,14 @@ public:
     void ShowShares(const std::vector<ShareTable>& tables);
     bool ShowsShares() const;
     void RefreshShares(const std::vector<ShareTable>& tables);
+
+    /// Which filter: the list, and what it is to be told after a change.
+    void ShowChoices();
+    void RefreshChoices();
+
+    /// A measured board, and that the design is another one than it was read for.
+    void ShowBoard();
+    void RefreshBoard();
 
     /// The window of a band-pass that has one of its own.
     void ShowFor(PassType pass);
@@ -71,7 +82,7 @@ public:
     /// The list of math errors, if it is open, as it is now.
     void RefreshMathErrors();
     void CloseAll();
-    std::array<QWidget*, 9> All() const;
+    std::array<QWidget*, 11> All() const;
 
 private:
     const FilterDesign& design;
@@ -85,6 +96,8 @@ private:
     LimitsWindow* limits;
     OptionsWindow* options;
     SharesWindow* shares;
+    ChoicesWindow* choices;
+    BoardWindow* board;
 };
 
 }  // namespace ladderwise

@@ -13,7 +13,10 @@ namespace ladderwise {
 PlotContent DesignSession::Content() const {
     const Calculation& work = Document.Work;
     std::vector<PlotLayer> layers;
-    if (Document.ReferenceShown()) {
+    if (compared) {
+        layers.push_back(
+            LayerOf(compared->Design, compared->Quantities, LayerRole::Reference, comparedName));
+    } else if (Document.ReferenceShown()) {
         const ReferenceDesign& reference = *Document.Reference();
         layers.push_back(LayerOf(reference.Design, reference.Quantities, LayerRole::Reference,
                                  ReferenceName(reference, work.Design)));
@@ -66,7 +69,7 @@ std::vector<ShareTable> DesignSession::ShareTables() const {
 // --- limits
 
 const LimitLines& DesignSession::ShownLimits() const {
-    return dragged ? dragged->Now : Document.Limits;
+    return dragged && dragged->Before == Document.Limits ? dragged->Now : Document.Limits;
 }
 
 const LimitReport& DesignSession::Judged() const {

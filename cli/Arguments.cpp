@@ -259,7 +259,7 @@ std::string UsageText() {
         "  --picture plot|schematic|both\n"
         "                --plot for a report: with a drawn schematic and the results; --white\n"
         "  --save FILE   the inputs as a design file (*.tk_ldfilt)\n"
-        "  --limits FILE.csv            what the design must do, judged in table and JSON\n"
+        "  --limits FILE.csv            what the design must do, judged in table, JSON and plot\n"
         "  --choose N                   the N best filters that keep the limits, of the pass type, "
         "the\n"
         "                               resistances and the parts that are set; --only "

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "choosing/ChoiceTexts.h"
 #include "design/ChoiceNames.h"
 #include "exchange/Json.h"
 #include "limits/LimitTable.h"
@@ -13,8 +14,6 @@
 namespace ladderwise {
 
 namespace {
-
-constexpr int shownDigits = 3;  ///< after the first, of values for people
 
 std::string WordOf(ChoiceId id, int code) {
     const ChoiceRow* const row = FindRow(id, code);
@@ -100,37 +99,6 @@ std::string PaddedTo(std::string text, std::size_t width) {
     return text + "  ";
 }
 
-/// "Chebyshev, 5 poles, 0.1 dB" and what else tells a row from its neighbours.
-std::string NameOfRow(const FilterChoice& row) {
-    const Candidate& what = row.What;
-    const bool traps = IsElliptic(what.Response);
-    std::string text = WordOf(ChoiceId::Response, static_cast<int>(what.Response)) + ", " +
-                       std::to_string(what.Poles) + (traps ? " traps" : " poles");
-    if (!traps) text += row.FormCLC ? ", clc" : ", lcl";
-    if (HasRipple(what)) text += ", " + FormatPlain(what.RippleDb, shownDigits) + " dB";
-    if (traps) text += ", " + FormatPlain(what.AttenDb, shownDigits) + " dB";
-    if (what.Pass == PassType::DirectCoupled)
-        text += ", coupled by " +
-                WordOf(ChoiceId::InverterType,
-                       static_cast<int>(InverterFor(what.Inverter, TankType::ShuntLC)));
-    if (what.Pass == PassType::Norton)
-        text += ", norton " + WordOf(ChoiceId::NortonType, static_cast<int>(what.NortonType));
-    if (row.OtherLoad) text += ", R load " + FormatWithPrefix(row.RLoad, shownDigits, "ohm");
-    return text;
-}
-
-std::string RangeOfParts(const ValueRange& range, const char* unit) {
-    if (range.Largest == 0.0) return "-";
-    return FormatWithPrefix(range.Smallest, 2, unit) + " to " +
-           FormatWithPrefix(range.Largest, 2, unit);
-}
-
-std::string PlaceText(const FilterChoice& row) {
-    std::string text = "Fo " + FormatWithPrefix(row.F0, 5, "Hz");
-    if (HasBandWidth(row.What.Pass)) text += ", BW " + FormatWithPrefix(row.BandWidth, 5, "Hz");
-    return text;
-}
-
 std::string RowLine(const FilterChoice& row) {
     const std::string yield =
         row.PassingShare ? FormatFixed(100.0 * *row.PassingShare, 1) + " %" : std::string("-");
@@ -140,8 +108,8 @@ std::string RowLine(const FilterChoice& row) {
                     10) +
            PaddedTo(row.LossDb ? FormatFixed(*row.LossDb, 2) : std::string("-"), 7) +
            PaddedTo(FormatFixed(row.MarginDb, 2), 7) + PaddedTo(yield, 7) +
-           PaddedTo(NameOfRow(row), 44) + PaddedTo(PlaceText(row), 18) +
-           RangeOfParts(row.Inductors, "H") + ", " + RangeOfParts(row.Capacitors, "F") + "\n";
+           PaddedTo(NameOf(row), 44) + PaddedTo(PlaceOf(row), 18) + RangeText(row.Inductors, "H") +
+           ", " + RangeText(row.Capacitors, "F") + "\n";
 }
 
 std::string FewestLine(const char* where, const FewestParts& fewest) {
@@ -152,13 +120,7 @@ std::string FewestLine(const char* where, const FewestParts& fewest) {
 }
 
 std::string MissLine(const FilterChoice& row) {
-    std::string text = NameOfRow(row) + ", " + PlaceText(row) + ": ";
-    for (std::size_t i = 0; i < row.Relax.size(); ++i) {
-        const LimitLine& line = row.Report.Rows[row.Relax[i].Limit].Line;
-        text += (i > 0 ? "; " : "") + TextOf(line) + " by " +
-                FormatFixed(row.Relax[i].By / UnitFactor(line.Kind), 2) + " " + UnitOf(line.Kind);
-    }
-    return text + "\n";
+    return NameOf(row) + ", " + PlaceOf(row) + ": " + RelaxText(row) + "\n";
 }
 
 std::string MissesText(const FilterList& list) {

@@ -237,10 +237,19 @@ bool WriteOutput(const std::string& name, const std::string& bytes) {
     return error.empty();
 }
 
-std::vector<PictureRow> ResultLines(const Calculation& calc) {
+/// As the window's panel has them: all limits together first, each of them behind the figures.
+std::vector<PictureRow> ResultLines(const Session& session, const LimitReport& limits,
+                                    MeasuredSet& measured) {
+    const Calculation& calc = session.Calc;
+    std::vector<NamedReport> others;
+    for (MeasuredVerdict& verdict : measured.Judge(session.Drawn, calc.Design, session.Limits))
+        others.push_back({std::move(verdict.ShortName), std::move(verdict.Report)});
     std::vector<PictureRow> rows;
-    for (const ComparedResult& row : ResultRows(calc.Design, calc.Results, nullptr))
-        rows.push_back({row.Name, row.OfDesign, row.OfReference});
+    for (const auto& some :
+         {CompareLimits(limits, nullptr, others), ResultRows(calc.Design, calc.Results, nullptr),
+          CompareEachLimit(limits, nullptr, others)})
+        for (const ComparedResult& row : some)
+            rows.push_back({row.Name, row.OfDesign, row.OfReference});
     for (const auto& [name, value] : DescribeWorstCase(calc.WorstCase))
         rows.push_back({name, value, {}});
     return rows;
@@ -260,7 +269,8 @@ bool WritePlot(const Session& session, const Arguments& arguments) {
     const QFont font = QGuiApplication::font();
     const PlotFile file =
         arguments.Picture
-            ? PaintPictureFile(arguments.PlotFile, arguments.Size, {content, ResultLines(calc)},
+            ? PaintPictureFile(arguments.PlotFile, arguments.Size,
+                               {content, ResultLines(session, content.Limits, measured)},
                                {*arguments.Picture, arguments.White}, font)
             : PaintPlotFile(arguments.PlotFile, PixelsOf(arguments.Size), content, font);
     if (file.Error.empty()) return WriteOutput(arguments.PlotFile, file.Bytes);

@@ -153,6 +153,34 @@ bool AreOneFault(const std::vector<const Hypothesis*>& same) {
            count(FaultKind::Swapped) == 1;
 }
 
+/// The rows of a network whose being open, or shorted, nobody can tell from the same of row `row`:
+/// members of one joint in series, or in parallel.
+std::vector<int> AlikeIn(const Network& network, NetworkKind joint, int row) {
+    std::vector<int> rows;
+    bool holds = false;
+    for (const Network& member : network.Members) {
+        const std::vector<int> deeper = AlikeIn(member, joint, row);
+        if (!deeper.empty()) return deeper;
+        const bool isPart =
+            member.Kind == NetworkKind::Inductor || member.Kind == NetworkKind::Capacitor;
+        if (isPart && network.Kind == joint) rows.push_back(member.Row);
+        holds = holds || (isPart && network.Kind == joint && member.Row == row);
+    }
+    return holds ? rows : std::vector<int>{};
+}
+
+/// A hypothesis about a part that is missing or shorted, with all parts that it can be as well.
+Hypothesis WithAlike(const DesignState& design, Hypothesis what) {
+    if (what.Kind != FaultKind::Missing && what.Kind != FaultKind::Shorted) return what;
+    const PartPlace place = what.Places.front();
+    const NetworkKind joint =
+        what.Kind == FaultKind::Missing ? NetworkKind::InSeries : NetworkKind::InParallel;
+    for (const Network& network : NetworksOf(design.Elements[place.Slot].Type))
+        for (const int row : AlikeIn(network, joint, place.Row))
+            if (row != place.Row) what.Places.push_back({place.Slot, row});
+    return what;
+}
+
 /// The fault of the first, with those that are alike: the parts of its slot in one list, and what
 /// they can be in the text.
 BoardFault FaultOf(const DesignState& design, const std::vector<const Hypothesis*>& same) {
@@ -163,21 +191,23 @@ BoardFault FaultOf(const DesignState& design, const std::vector<const Hypothesis
             list.push_back(names[place.Slot][place.Row]);
         return list;
     };
-    BoardFault fault{same.front()->Kind, same.front()->Places, {}, {}};
+    const Hypothesis& first = *same.front();
+    BoardFault fault{first.Kind, first.Places, {}, {}};
+    const auto add = [](std::vector<PartPlace>& places, PartPlace place) {
+        if (std::find(places.begin(), places.end(), place) == places.end()) places.push_back(place);
+    };
     std::vector<Hypothesis> kinds;  // each with all its parts, but a swap by itself
-    for (const Hypothesis* const what : same) {
-        const bool isSingle = what->Places.size() == 1;
+    for (const Hypothesis* const one : same) {
+        const bool isSingle = one->Places.size() == 1;
+        const Hypothesis what = WithAlike(design, *one);
         const auto like = std::find_if(kinds.begin(), kinds.end(), [&](const Hypothesis& other) {
-            return isSingle && other.Kind == what->Kind;
+            return isSingle && other.Kind == what.Kind;
         });
-        if (like == kinds.end())
-            kinds.push_back(*what);
-        else
-            like->Places.push_back(what->Places.front());
-        if (isSingle && same.front()->Places.size() == 1 &&
-            std::find(fault.Places.begin(), fault.Places.end(), what->Places.front()) ==
-                fault.Places.end())
-            fault.Places.push_back(what->Places.front());
+        Hypothesis& kind = like == kinds.end() ? kinds.emplace_back(what) : *like;
+        for (const PartPlace& place : what.Places) {
+            if (isSingle) add(kind.Places, place);
+            if (isSingle && first.Places.size() == 1) add(fault.Places, place);
+        }
     }
     fault.Designators = namesOf(fault.Places);
     for (const Hypothesis& what : kinds)

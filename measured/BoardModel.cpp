@@ -20,17 +20,16 @@ namespace {
 // What is expected of a board before it is measured.
 constexpr double partSpread = 0.12;  // of ln value: a pull that only matters where data tell little
 constexpr double lineSpread = 0.1;
-constexpr double padMean = 0.28e-12, padSpread = 0.15e-12;      // F
-constexpr double viaMean = 0.55e-9, viaSpread = 0.3e-9;         // H
-constexpr double innerMean = 0.15e-12, innerSpread = 0.12e-12;  // of a pad within a slot, F
-constexpr double gapMean = 0.03e-12, gapSpread = 0.03e-12;      // across a missing part
+constexpr double padMean = 0.28e-12, padSpread = 0.13e-12;     // F
+constexpr double viaMean = 0.55e-9, viaSpread = 0.26e-9;       // H
+constexpr double innerMean = 0.15e-12, innerSpread = 0.1e-12;  // of a pad within a slot, F
+constexpr double gapMean = 0.03e-12, gapSpread = 0.03e-12;     // across a missing part
 constexpr double shortMean = 0.3e-9, shortSpread = 0.3e-9;
 constexpr double coilSpread = 0.12, capacitorSpread = 0.15;  // between parts of one kind
 constexpr double leastCoilSpread = 0.02e-12, leastInductanceSpread = 0.03e-9,
                  leastResistanceSpread = 0.02;
-constexpr double shortResistance = 0.02;    // ohm
-constexpr double delaySpread = 1e-9;        // s
-constexpr double calibrationSpread = 2e-3;  // of each real or imaginary part
+constexpr double shortResistance = 0.02;  // ohm
+constexpr double delaySpread = 1e-9;      // s
 
 constexpr double smallestAdmittance = 1e-14;  ///< S, of an arm at an exact resonance
 constexpr double smallestImpedance = 1e-9;    ///< ohm
@@ -66,9 +65,8 @@ const Network* DirectPart(const Network& network, NetworkKind kind, NetworkKind 
     return nullptr;
 }
 
-/// An analyser's errors, to first order, after Rytting ("Network analyzer error models and
-/// calibration methods", Hewlett-Packard RF and Microwave Measurement Symposium 1984): of S11 and
-/// S22 directivity, tracking and match, and the tracking of S21.
+/// An analyser's errors, to first order: of S11 and S22 directivity, tracking and match, and the
+/// tracking of S21 (Dunsmore, "Handbook of Microwave Component Measurements", 2012, ch. 3).
 enum CalibrationError { Directivity1, Directivity2, Tracking1, Tracking2, Match1, Match2, Through };
 constexpr int numCalibrationErrors = 7;
 
@@ -121,7 +119,7 @@ void BoardModel::AddPorts() {
         Add({Kind::PortDelay, port, 0, 0.0, delaySpread, freedom.Ports});
     firstOfCalibration = static_cast<int>(unknowns.size());
     for (int part = 0; part < 2 * numCalibrationErrors; ++part)
-        Add({Kind::Calibration, part / 2, part % 2, 0.0, calibrationSpread});
+        Add({Kind::Calibration, part / 2, part % 2, 0.0, UsualCalibrationSpread});
 }
 
 /// A pad at a node between two slots, or within one, where it is smaller.
@@ -238,6 +236,11 @@ std::vector<double> BoardModel::Means() const {
     for (const BoardUnknown& unknown : unknowns)
         means.push_back(unknown.Mean);
     return means;
+}
+
+void BoardModel::SetCalibrationSpread(double spread) {
+    for (std::size_t i = static_cast<std::size_t>(firstOfCalibration); i < unknowns.size(); ++i)
+        unknowns[i].Spread = spread;
 }
 
 int BoardModel::ValueAt(PartPlace place) const {

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <span>
-#include <string>
 #include <vector>
 
 #include "analysis/SParameters.h"
@@ -65,6 +64,9 @@ struct BoardSlopes {
     std::vector<Complex> S11, S21, S22;
 };
 
+/// What an analyser's errors are expected to be before anything is known of it: -51 dB.
+inline constexpr double UsualCalibrationSpread = 2e-3;
+
 class BoardModel {
 public:
     /// The ladder of `design` between `ports`, with one part at fault or none.
@@ -94,6 +96,9 @@ public:
         int Capacitor = 0;
     };
     const std::vector<Resonator>& Resonators() const { return resonators; }
+
+    /// What is expected of each real or imaginary part of the analyser's errors.
+    void SetCalibrationSpread(double spread);
 
     /// Moves the references for other terminations.
     void SetPorts(PortResistances resistances) { ports = resistances; }

@@ -21,8 +21,9 @@ constexpr int coarseSteps = 5;   // to either side
 constexpr int refinements = 14;  // of a golden section
 constexpr std::size_t mostTurns = 4;
 constexpr double leastGainDb = 0.02;
-constexpr double delayStep = 1e-4;  // relative
-constexpr double delayDb = 10.0;    // dB that a delay variation of all that is allowed counts for
+constexpr double compensatingShare = 0.8;  // what help by turning a good part counts for
+constexpr double delayStep = 1e-4;         // relative
+constexpr double delayDb = 10.0;  // dB that a delay variation of all that is allowed counts for
 constexpr double goldenShare = 0.6180339887498949;
 
 double LevelOf(const BoardModel& model, std::span<const double> x, double f) {
@@ -69,18 +70,37 @@ double MarginTo(const LimitLine& line, const BoardModel& model, std::span<const 
     return worst;
 }
 
-/// The nominal ladder with the design's parasitics and the losses that were found.
-std::vector<double> AimOf(const BoardModel& board, std::span<const double> x) {
+/// The nominal ladder with the losses that were found, which nobody can turn away, and with the
+/// coils' capacitance and the capacitors' inductance that the design counts on: none if it is
+/// ideal.
+std::vector<double> AimOf(const FilterDesign& design, const BoardModel& board,
+                          std::span<const double> x) {
+    const bool ideal = design.PartModel.Choice == PartChoice::IdealParts;
     std::vector<double> aim = board.Means();
     for (std::size_t i = 0; i < aim.size(); ++i) {
-        const BoardUnknownKind kind = board.Unknowns()[i].Kind;
-        if (kind == BoardUnknownKind::CoilLoss) aim[i] = x[i];
-        if (kind == BoardUnknownKind::Pad || kind == BoardUnknownKind::Via) aim[i] = 0.0;
+        switch (board.Unknowns()[i].Kind) {
+            case BoardUnknownKind::CoilLoss:
+            case BoardUnknownKind::CapacitorResistance:
+                aim[i] = x[i];
+                break;
+            case BoardUnknownKind::CoilCapacitance:
+            case BoardUnknownKind::CapacitorInductance:
+                if (ideal) aim[i] = 0.0;
+                break;
+            case BoardUnknownKind::Pad:
+            case BoardUnknownKind::Via:
+                aim[i] = 0.0;
+                break;
+            case BoardUnknownKind::Value:
+            case BoardUnknownKind::PortDelay:
+            case BoardUnknownKind::Calibration:
+                break;
+        }
     }
     return aim;
 }
 
-Distance DistanceTo(const BoardModel& board, std::span<const double> x,
+Distance DistanceTo(const FilterDesign& design, const BoardModel& board, std::span<const double> x,
                     const std::vector<double>& freqs, const LimitLines& limits) {
     if (!limits.empty())
         return [&board, limits](std::span<const double> at) {
@@ -89,7 +109,7 @@ Distance DistanceTo(const BoardModel& board, std::span<const double> x,
                 worst = std::min(worst, MarginTo(line, board, at));
             return -worst;
         };
-    const std::vector<double> aim = AimOf(board, x);
+    const std::vector<double> aim = AimOf(design, board, x);
     std::vector<double> levels;
     for (const double f : freqs)
         levels.push_back(LevelOf(board, aim, f));
@@ -195,6 +215,12 @@ std::string WordsOf(const BoardTurn& turn, const BoardPart& part, double moved,
     return text;
 }
 
+/// True if a change brings a part no nearer to its nominal value.
+bool LeadsAway(const BoardPart& part, double change) {
+    const double off = part.Deviation();
+    return std::fabs((1.0 + off) * (1.0 + change) - 1.0) >= std::fabs(off);
+}
+
 bool CanTurn(const BoardPart& part, Adjustable what) {
     switch (what) {
         case Adjustable::Coils:
@@ -214,7 +240,7 @@ std::vector<BoardTurn> TurnsFor(const FilterDesign& design, const BoardModel& fi
                                 const std::vector<BoardPart>& parts, const BoardOptions& options) {
     BoardModel board = fitted;
     board.SetPorts({design.RSource, design.RLoad});
-    const Distance distance = DistanceTo(board, x, freqs, options.Limits);
+    const Distance distance = DistanceTo(design, board, x, freqs, options.Limits);
     const bool upper = design.PassType != PassType::HighPass;
     const std::string edge = !HasBandWidth(design.PassType) ? "-3 dB edge" : "upper -3 dB edge";
     std::vector<double> now(x.begin(), x.end());
@@ -222,14 +248,20 @@ std::vector<BoardTurn> TurnsFor(const FilterDesign& design, const BoardModel& fi
     std::vector<bool> done(parts.size(), false);
     while (turns.size() < mostTurns) {
         const double before = distance(now);
-        Best best{0.0, before - leastGainDb};
+        Best best;
+        double mostGain = leastGainDb;
         std::size_t which = parts.size();
         for (std::size_t i = 0; i < parts.size(); ++i) {
             if (done[i] || parts[i].Value.Undetermined || !CanTurn(parts[i], options.Turned))
                 continue;
             const Best found = BestChange(
                 [&](double change) { return distance(Turned(board, now, parts[i], change)); });
-            if (found.Distance < best.Distance) best = found, which = i;
+            // Of two parts that help about alike the one that is off is to blame.
+            const double gain =
+                (before - found.Distance) *
+                (options.Limits.empty() && LeadsAway(parts[i], found.Change) ? compensatingShare
+                                                                             : 1.0);
+            if (gain > mostGain) mostGain = gain, best = found, which = i;
         }
         if (which == parts.size()) break;
         done[which] = true;

@@ -18,6 +18,7 @@ namespace {
 constexpr double standardDeviations = 1.96;  // of a 95 % interval
 constexpr double undeterminedWidth = 0.1;    // half, in ln value
 constexpr std::size_t mostLags = 30;         // of the residuals' autocorrelation
+constexpr double noLoss = 1e-5;              // of a coil, 1 / Q
 constexpr double leastResidual = 1e-30;
 
 using Residuals = std::vector<std::array<Complex, NumBoardParameters>>;
@@ -105,6 +106,30 @@ struct Fitted {
     }
 };
 
+/// Learns from the data how good the analyser's calibration was: the sum of squares of its errors
+/// over the number of those that the data tell (MacKay, "Bayesian interpolation", Neural
+/// Computation 4 (1992), eq. 4.2 ff.), one error of the usual size taken for granted.
+void LearnCalibration(BoardExplanation& found) {
+    constexpr int rounds = 2;
+    constexpr BoardStage stage{true, 0.0, 6, 1e-5};
+    constexpr double least = 2e-4, most = 5e-3;
+    const BoardFit fit(*found.Model, found.Data);
+    for (int round = 0; round < rounds; ++round) {
+        const std::vector<double>& x = found.Solution.State.X;
+        const std::vector<double> covariance = fit.Covariance(x);
+        double sum = UsualCalibrationSpread * UsualCalibrationSpread, told = 1.0;
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            const BoardUnknown& unknown = found.Model->Unknowns()[i];
+            if (unknown.Kind != BoardUnknownKind::Calibration) continue;
+            sum += x[i] * x[i];
+            told += 1.0 - covariance[i * x.size() + i] / (unknown.Spread * unknown.Spread);
+        }
+        found.Model->SetCalibrationSpread(std::clamp(std::sqrt(sum / told), least, most));
+        found.Solution.State = fit.Improved(std::move(found.Solution.State), stage);
+    }
+    found.Solution.Excess = std::sqrt(found.Solution.State.Misfit / fit.Count());
+}
+
 std::vector<BoardPart> PartsOf(const Fitted& fitted, const DesignState& design) {
     std::vector<BoardPart> parts;
     const auto names = DesignatorsOf(design);
@@ -120,7 +145,8 @@ std::vector<BoardPart> PartsOf(const Fitted& fitted, const DesignState& design) 
                            fitted.Of({{unknown, 1.0}}, 1.0),
                            {}};
             const auto next = static_cast<std::size_t>(unknown) + 1;
-            if (fitted.Model.Unknowns()[next].Kind == BoardUnknownKind::CoilLoss && x[next] > 0.0)
+            if (fitted.Model.Unknowns()[next].Kind == BoardUnknownKind::CoilLoss &&
+                x[next] > noLoss)
                 part.Q = 1.0 / x[next];
             parts.push_back(std::move(part));
         }
@@ -155,7 +181,7 @@ std::optional<double> QOf(const Fitted& fitted) {
         sum += weight * fitted.Solution.State.X[i];
         weights += weight;
     }
-    if (!(sum > 0.0)) return {};
+    if (!(sum > noLoss * weights)) return {};
     return weights / sum;
 }
 
@@ -213,13 +239,15 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
     reading.Text = NotUnderstoodText;
     const BoardData data = DataOfNetwork(network, design);
     if (!CanBeRead(data, design)) return reading;
-    const BoardExplanation found = Explain(design, data, options.Freedom, options.Progress);
+    BoardExplanation found = Explain(design, data, options.Freedom, options.Progress);
+    const bool understood = found.Holds();
+    if (understood) LearnCalibration(found);
     const BoardFit fit(*found.Model, found.Data);
     const std::vector<double>& x = found.Solution.State.X;
     const Residuals residuals = fit.Residuals(x);
     SetResidual(reading, residuals, found.Data);
     reading.Excess = found.Solution.Excess;
-    reading.Understood = found.Holds();
+    reading.Understood = understood;
     if (!reading.Understood) return reading;
     reading.Fault = found.Fault;
     reading.Text = found.Fault ? found.Fault->Text : "understood";

@@ -23,7 +23,7 @@ constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
 constexpr int screenSteps = 5;
 
 constexpr int randomStarts = 400;
-constexpr std::size_t fittedStarts = 24, finishedStarts = 3;
+constexpr std::size_t fittedStarts = 24;
 constexpr std::size_t randomPoints = 100;
 constexpr double tuningSpread = 0.05;    // of a random start, in ln of sqrt(L C)
 constexpr double impedanceSpread = 0.1;  // and of sqrt(C / L), and of single parts

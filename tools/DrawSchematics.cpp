@@ -109,8 +109,8 @@ bool SaveIcons(const QString& folder, const QString& name) {
     }
     bool saved = SaveIconFile(drawing, path + ".ico");
     for (const int size : {64, LargestIcon})
-        saved = Save(PixelsOf(drawing, size), QStringLiteral("%1-%2.png").arg(path).arg(size)) &&
-                saved;
+        saved =
+            Save(PixelsOf(drawing, size), QStringLiteral("%1-%2.png").arg(path).arg(size)) && saved;
     return saved;
 }
 

@@ -110,9 +110,9 @@ void LimitPresetPanel::Build() {
                          "need not be Fo");
     intermediate = AddField(3, 3, "LimitIntermediate", "&IF", "MHz", "Intermediate frequency");
     auto* const buttons = new QHBoxLayout;
-    auto* const add = NewPresetButton(this, "LimitPresetAdd", "Add T&hese",
+    auto* const add = NewPresetButton(this, "LimitPresetAdd", "Add Th&ese",
                                       "Adds these limits to those in the table");
-    auto* const instead = NewPresetButton(this, "LimitPresetInstead", "R&eplace All",
+    auto* const instead = NewPresetButton(this, "LimitPresetInstead", "&Replace All",
                                           "Puts these limits in place of those in the table");
     buttons->addStretch(1);
     buttons->addWidget(add);
@@ -137,8 +137,9 @@ void LimitPresetPanel::Refresh() {
     if (task->currentIndex() != FromDesign) return;
     filled = promise();
     const bool any = !filled.Pass.empty();
-    const auto show = [](QLineEdit* field, const QString& text) {
-        if (!field->isModified() && field->text() != text) field->setText(text);
+    const auto show = [this](QLineEdit* field, const QString& text) {
+        const bool cleared = field->text().isEmpty() && field != attenuation;
+        if ((cleared || !field->isModified()) && field->text() != text) field->setText(text);
     };
     show(bandFrom, any ? EndText(filled.Pass.front().From, false) : QString());
     show(bandTo, any ? EndText(filled.Pass.front().To, true) : QString());

@@ -30,9 +30,12 @@ enum LimitColumn { KindColumn, FromColumn, ToColumn, AmountColumn, UnitColumn, R
 constexpr int NumLimitColumns = 6;
 constexpr int FirstNumber = FromColumn;  ///< the columns of LimitEntry::Texts
 
-constexpr QSize LimitsStartSize(620, 420);
 constexpr int LimitRowMargin = 8;     ///< pixels added to a line of text
 constexpr int LeastLimitTable = 110;  ///< pixels
+constexpr int StartRows = 4;          ///< of the table, seen at start
+/// A row as wide as they mostly are.
+constexpr const char* WideRow =
+    "delay variation at most  From MHz  To MHz  Value  Unit  holds by 21.77 dB at 432.5 MHz   ";
 constexpr QColor FaultInk(192, 0, 0);
 constexpr int DarkLightness = 128;  ///< of a ground on which that ink is too dark
 
@@ -73,6 +76,15 @@ QString Localised(std::string text) {
     return SystemFormatSettings().DecimalSeparator == ',' ? number.replace('.', ',') : number;
 }
 
+QTableWidgetItem* NewCell(int column) {
+    auto* const item = new QTableWidgetItem;
+    const bool typed = column < UnitColumn;
+    item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled |
+                   (typed ? Qt::ItemIsEditable : Qt::NoItemFlags));
+    if (typed && column >= FirstNumber) item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return item;
+}
+
 QColor FaultInkOn(const QPalette& palette) {
     const bool dark = palette.color(QPalette::Base).lightness() < DarkLightness;
     return dark ? FaultInk.lighter() : FaultInk;
@@ -102,7 +114,10 @@ LimitsWindow::LimitsWindow(LimitActions asked, QWidget* parent)
     column->addWidget(BuildFileButtons(), 4, 0);
     column->setRowStretch(0, 1);
     Say({});
-    resize(LimitsStartSize.boundedTo(RoomOnScreen(this)));
+    const QFontMetrics metrics = table->fontMetrics();
+    const int rows = StartRows * (metrics.height() + LimitRowMargin);
+    const QSize start(metrics.horizontalAdvance(WideRow), sizeHint().height() + rows / 2);
+    resize(start.boundedTo(RoomOnScreen(this)));
     Fill();
 }
 
@@ -205,13 +220,8 @@ void LimitsWindow::FillRow(int row) {
         if (entry.InForce && one.Line == *entry.InForce) margin = &one;
     const bool bad = !entry.Fault.empty() || (margin && !margin->Holds());
     for (int column = 0; column < NumLimitColumns; ++column) {
-        QTableWidgetItem* item = table->item(row, column);
-        if (!item) table->setItem(row, column, item = new QTableWidgetItem);
-        const bool typed = column < UnitColumn;
-        item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled |
-                       (typed ? Qt::ItemIsEditable : Qt::NoItemFlags));
-        if (column >= FirstNumber && column < UnitColumn)
-            item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        if (!table->item(row, column)) table->setItem(row, column, NewCell(column));
+        QTableWidgetItem* const item = table->item(row, column);
         if (item->text() != cells[column]) item->setText(cells[column]);
         if (column != ResultColumn) continue;
         item->setToolTip(cells[column]);

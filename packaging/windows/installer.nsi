@@ -1,6 +1,6 @@
 ; The installer for one user, without administrator's rights: program, start menu, file type with its
 ; icon, uninstaller. Given on the command line: VERSION, FOLDER (what is installed), FILES (the list of
-; commands that remove exactly that again), OUTPUT. /S installs silently, /D=FOLDER elsewhere.
+; commands that remove exactly that again), OUTPUT, ICONS, LICENCE (of the installer's own parts). /S installs silently, /D=FOLDER elsewhere.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -57,6 +57,9 @@ Section
     SetOutPath "$INSTDIR"
     SetOverwrite on
     File /r "${FOLDER}\*"
+    SetOutPath "$INSTDIR\licences"
+    File /oname=nsis.txt "${LICENCE}"  ; what makes the installer is in it
+    SetOutPath "$INSTDIR"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     WriteRegStr HKCU "Software\${NAME}" "Folder" "$INSTDIR"
 

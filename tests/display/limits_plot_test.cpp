@@ -8,6 +8,7 @@
 
 #include "display/AnnotationPainter.h"
 #include "display/Annotations.h"
+#include "display/PlotExport.h"
 #include "display/PlotPainter.h"
 #include "pipeline/LimitMargins.h"
 #include "pipeline/NamedSettings.h"
@@ -56,13 +57,16 @@ struct LimitScene {
     }
 };
 
-/// Rows of ink in the column x of edges painted alone, from .. to; -1: none.
-std::pair<int, int> InkIn(const std::vector<LimitEdge>& edges, int x) {
+QImage Painted(const LimitEdge& edge) {
     QImage image(1280, 800, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
-    PaintLimits(painter, edges);
-    painter.end();
+    PaintLimits(painter, {edge});
+    return image;
+}
+
+/// Rows of ink in the column x of an edge painted alone, from .. to; -1: none.
+std::pair<int, int> InkIn(const QImage& image, int x) {
     int first = -1, last = -1;
     for (int y = 0; y < image.height(); ++y) {
         if (qGray(image.pixel(x, y)) > 128) continue;
@@ -95,19 +99,20 @@ TEST(LimitPlot, EdgesLieWhereTheirAxisSays) {
         ASSERT_EQ(edges.size(), std::size(expected)) << sweep;
         for (std::size_t i = 0; i < edges.size(); ++i) {
             const auto& [y, from, to, above] = expected[i];
+            const QImage image = Painted(edges[i]);
             const double left = scene.XOf(from), right = scene.XOf(to);
             // Between two hatches nothing but the edge, on its forbidden side.
             int thinnest = 100, at = 0;
             for (int x = static_cast<int>(left) + 9; x < right - 9; ++x) {
-                const auto [first, last] = InkIn({edges[i]}, x);
+                const auto [first, last] = InkIn(image, x);
                 ASSERT_GE(first, 0) << sweep << i;
                 const double edge = above ? last : first;
                 ASSERT_NEAR(edge, y, 0.51) << sweep << i << " " << x;
                 if (last - first < thinnest) thinnest = last - first, at = x;
             }
             EXPECT_LE(thinnest, 4) << at;
-            EXPECT_EQ(InkIn({edges[i]}, static_cast<int>(left) - 3).first, -1);
-            EXPECT_EQ(InkIn({edges[i]}, static_cast<int>(right) + 3).first, -1);
+            EXPECT_EQ(InkIn(image, static_cast<int>(left) - 3).first, -1);
+            EXPECT_EQ(InkIn(image, static_cast<int>(right) + 3).first, -1);
         }
         scene.Choices.ReturnLoss = scene.Choices.GroupDelay = scene.Choices.Mag10dB = false;
         EXPECT_EQ(scene.Edges().size(), 1u);
@@ -135,6 +140,22 @@ TEST(LimitPlot, LegendAndLabelsKeepOffTheEdges) {
         if (label.Text.find("5 dB: ") != std::string::npos) text = label.Text;
     // A third-order Butterworth response loses 10 log10(1 + 2^6) dB an octave above its corner.
     EXPECT_EQ(text, "atten \u2265 5 dB: holds by 13.13 dB");
+}
+
+TEST(LimitPlot, FilesShowThem) {
+    const LimitScene scene("1-decade", {{StopKind, 200e6, 400e6, 25.0}});
+    const QSize size(1280, 800);
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    PaintPlot(painter, size, scene.Content(), QFont());
+    painter.end();
+    const PlotLayout layout = ComputePlotLayout(
+        {size.width(), size.height(), 0, TableTop(size, scene.Shown.Design), 0}, {});
+    const std::vector<LimitEdge> edges = BuildLimitEdges(scene.Content(), layout, scene.Scales());
+    ASSERT_EQ(edges.size(), 1u);
+    EXPECT_NEAR(edges[0].Y, layout.PlotTop + 0.35 * layout.PlotHeight, 0.51);
+    for (int x = edges[0].Left; x <= edges[0].Right; ++x)
+        ASSERT_EQ(image.pixel(x, edges[0].Y), ToQColor(edges[0].Colour).rgb()) << x;
 }
 
 TEST(LimitPlot, DragsMoveWhatTheMouseHolds) {

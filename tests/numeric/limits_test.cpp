@@ -10,6 +10,7 @@
 #include "analysis/ResponseSamples.h"
 #include "limits/LimitPresets.h"
 #include "limits/LimitTable.h"
+#include "measured/MeasuredMargins.h"
 #include "pipeline/LimitMargins.h"
 #include "tests/numeric/support.h"
 
@@ -50,7 +51,7 @@ TEST(LimitTables, AreRefusedWithTheLine) {
         {header + "# a\natten-min,1,2\n", "line 3: 3 fields"},
         {header + "atten-min,1,2,3,4\n", "line 2: 5 fields"},
         {header + "atten-min,1,2x,3\n", "\"2x\" is no number"},
-        {header + "atten-min,1,,3\n", "\"\" is no number"},
+        {header + "atten-min,1,,3\n", "a number is missing"},
         {header + "atten-min,1,inf,3\n", "out of range"},
         {header + "atten-min,-1,2,3\n", "out of range"}, {header + "atten-min,0,0,3\n", "out of range"},
         {header + "atten-min,2,1,3\n", "ends below its beginning"},
@@ -170,6 +171,67 @@ TEST(LimitMargins, AreThoseOfADenseSearch) {
                   dense + 1e-12 + 1e-3 * (kind == LimitKind::DelayVariationMax) * std::abs(dense));
         if (!deep) {
             EXPECT_GE(margin, dense - allowed);
+        }
+    }
+}
+
+// Magnitude straight from 1 over 0.5 to 0.6; phases of 0, -0.1 and -0.3 make delays of 1, 1.5 and 2
+// tenths of 0.1 / (2 pi 10^8).
+TEST(LimitMargins, OfMeasuredDataReachAsFarAsThat) {
+    const MeasuredTraces traces{
+        {1e8, 2e8, 3e8},
+        {std::polar(1.0, 0.0), std::polar(0.5, -0.1), std::polar(0.6, -0.3)},
+        {},
+        {}};
+    const double tenth = 0.1 / (2.0 * std::acos(-1.0) * 1e8);
+    const LimitReport report =
+        JudgeMeasured(traces, {{LimitKind::AttenMax, 1.5e8, 4e8, 7.0},
+                               {LimitKind::AttenMin, 1.2e8, 1.8e8, 1.0},
+                               {LimitKind::ReturnLossMin, 1e8, 2e8, 10.0},
+                               {LimitKind::AttenMax, 0.0, 9e7, 1.0},
+                               {LimitKind::DelayVariationMax, 1e8, 2.5e8, tenth}});
+    const struct {
+        double Margin, At;
+        LimitReach Reach;
+    } expected[] = {{7.0 + 20.0 * std::log10(0.5), 2e8, LimitReach::Part},
+                    {-20.0 * std::log10(0.9) - 1.0, 1.2e8, LimitReach::Whole},
+                    {std::nan(""), 1e8, LimitReach::Nothing},
+                    {std::nan(""), 0.0, LimitReach::Nothing},
+                    {0.25 * tenth, 2.5e8, LimitReach::Whole}};
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        const LimitMargin& row = report.Rows[i];
+        EXPECT_EQ(row.Reach, expected[i].Reach) << i;
+        EXPECT_EQ(std::isnan(row.Margin), std::isnan(expected[i].Margin)) << i;
+        if (std::isnan(row.Margin)) continue;
+        EXPECT_NEAR(row.Margin, expected[i].Margin, 1e-9 * (i < 4 ? 1.0 : tenth)) << i;
+        EXPECT_NEAR(row.At, expected[i].At, 1.0) << i;
+    }
+    EXPECT_FALSE(JudgeMeasured(traces, {{LimitKind::AttenMax, 1.5e8, 4e8, 7.0}}).Met());
+    EXPECT_EQ(SummaryOf(report).substr(0, 14), "1 of 5 fails b");
+}
+
+TEST(LimitMargins, WhatIsKeptOfThemIsThatOfTheLadderInHand) {
+    const auto design = Designed({{"poles", "3"}});
+    LimitJudge judge;
+    LimitLines lines;
+    std::mt19937 random(1);
+    for (int n = 0; n < 60; ++n) {
+        const double f = 1e6 * static_cast<double>(150 + random() % 300);
+        const std::size_t at = lines.empty() ? 0 : random() % lines.size();
+        if (lines.size() < 4)
+            lines.insert(lines.begin() + static_cast<long>(at), {LimitKind::AttenMin, f, f, 20.0});
+        else if (n % 3 == 0)
+            lines.erase(lines.begin() + static_cast<long>(at));
+        else
+            lines[at].To = lines[at].From = f;
+        if (n % 4 == 0) design->Design.Elements[2].V1 *= 1.01;
+        const LimitReport fresh = JudgeLimits(design->Design, lines);
+        const LimitReport& kept = judge.Judge(design->Design, lines);
+        ASSERT_EQ(kept.Rows.size(), lines.size());
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            ASSERT_EQ(kept.Rows[i].Line, lines[i]) << n;
+            // A limit alone has other samples about it.
+            ASSERT_NEAR(kept.Rows[i].Margin, fresh.Rows[i].Margin, 1e-9) << n;
         }
     }
 }

@@ -119,6 +119,8 @@ private slots:
             {"SharesWindow", "PartSharesMenu"},
             {"MeasuredWindow", "MeasuredDataMenu"},
             {"LimitsWindow", "LimitsMenu"},
+            {"ChoicesWindow", "ChoicesMenu"},
+            {"BoardWindow", "BoardMenu"},
             {"MathErrForm", "MathErrMenu"},
             {"HelpWindow", "HelpWindowMenu"}};
         WindowFixture f;

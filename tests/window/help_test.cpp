@@ -1,5 +1,6 @@
 // The help window with the texts that are delivered: links, search and contents, and what it shows
 // where texts are missing or broken; the printed page; the About window.
+#include <QComboBox>
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
@@ -55,6 +56,9 @@ QStringList TextsIn(const QObject& window) {
         texts << Plain(label->text());
     for (const auto* const box : window.findChildren<QLineEdit*>())
         texts << Plain(box->accessibleName());
+    for (const auto* const choice : window.findChildren<QComboBox*>())
+        for (int i = 0; i < choice->count(); ++i)
+            texts << choice->itemText(i);
     for (const auto* const group : window.findChildren<QGroupBox*>())
         texts << Plain(group->title());
     for (const auto* const menu : window.findChildren<QMenu*>())

@@ -96,6 +96,8 @@ private slots:
         QLineEdit* const open = f.OpenCell(0, 3, f.Table);
         open->selectAll();
         QTest::keyClicks(open, "17");
+        f.Window->resize(1200, 740);  // draws everything anew
+        f.Settle();
         f.Trigger("SaveMenu");
         QCOMPARE(f.Limits()[0].Value, 17.0);
         QVERIFY(!f.Window->isWindowModified());

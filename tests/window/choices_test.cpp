@@ -1,0 +1,88 @@
+// The window "Which Filter": from limits to a design that keeps them.
+#include <QClipboard>
+#include <QLabel>
+
+#include "limits/LimitTable.h"
+#include "pipeline/LimitMargins.h"
+#include "tests/window/WindowFixture.h"
+
+using namespace ladderwise;
+
+namespace {
+
+/// 144 to 148 MHz, at most 1 dB; 45 dB at the second and third harmonic.
+const LimitLines transmitter = {{LimitKind::AttenMax, 144e6, 148e6, 1.0},
+                                {LimitKind::AttenMin, 288e6, 296e6, 45.0},
+                                {LimitKind::AttenMin, 432e6, 444e6, 45.0}};
+
+}  // namespace
+
+class ChoicesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ARowBecomesTheDesignAndIsUndone() {
+        WindowFixture f;
+        Paste(f, transmitter);
+        f.Trigger("ChoicesMenu");
+        auto* const table = f.Find<QTableWidget>("ChoicesTable");
+        QVERIFY(table->rowCount() >= 3);
+        for (int row = 1; row < table->rowCount(); ++row)
+            QVERIFY(Number(table, row, "Cost") >= Number(table, row - 1, "Cost"));
+        const int inductors = static_cast<int>(Number(table, 0, "L"));
+        const double margin = Number(table, 0, "Margin dB"), loss = Number(table, 0, "Loss dB");
+        const std::string before = DesignTitle(f.Design());
+        // Held, the space bar shows the row beside the design, which stays.
+        table->setFocus();
+        const auto ink = [&] { return f.Find("BitMap")->grab().toImage(); };
+        const QImage alone = ink();
+        QTest::keyPress(table, Qt::Key_Space);
+        QVERIFY(ink() != alone);
+        QCOMPARE(DesignTitle(f.Design()), before);
+        QTest::keyRelease(table, Qt::Key_Space);
+        QVERIFY(ink() == alone);
+        f.Click("ChoicesTake");
+        const LimitReport judged = JudgeLimits(f.Design(), transmitter);
+        QVERIFY(judged.Met());
+        QVERIFY(std::abs(judged.Tightest()->Margin - margin) < 0.011);
+        QVERIFY(std::abs(1.0 - judged.Rows[0].Margin - loss) < 0.011);
+        int coils = 0;
+        for (int slot = 1; slot <= f.Design().NumElements; ++slot)
+            for (int row = 0; row < 4; ++row)
+                coils +=
+                    InfoOf(f.Design().Elements[slot].Type).Values[row] == ValueKind::Inductance &&
+                    f.Design().Elements[slot].Value(row) < UnusedValue;
+        QCOMPARE(coils, inductors);
+        QVERIFY(DesignTitle(f.Design()) != before);
+        f.Trigger("UndoMenu");
+        QCOMPARE(DesignTitle(f.Design()), before);
+    }
+
+    void WhatCannotBeDoneSaysSo() {
+        WindowFixture f;
+        f.Trigger("ChoicesMenu");
+        QVERIFY(f.Find<QLabel>("ChoicesTold")->text().startsWith("Without limits"));
+        // 200 dB a tenth above the pass band.
+        Paste(f,
+              {{LimitKind::AttenMax, 1e6, 100e6, 0.1}, {LimitKind::AttenMin, 102e6, 200e6, 150.0}});
+        f.Click("ChoicesSearch");
+        QVERIFY(f.Find<QLabel>("ChoicesTold")->text().startsWith("No filter meets"));
+    }
+
+private:
+    static void Paste(WindowFixture& f, const LimitLines& limits) {
+        QApplication::clipboard()->setText(QString::fromStdString(LimitTableText(limits)));
+        f.Trigger("LimitsMenu");
+        f.Click("LimitPasteButton");
+        f.Find("LimitsWindow")->close();
+    }
+    static double Number(const QTableWidget* table, int row, const QString& column) {
+        for (int i = 0; i < table->columnCount(); ++i)
+            if (table->horizontalHeaderItem(i)->text() == column)
+                return table->item(row, i)->text().toDouble();
+        qFatal("no column %s", qPrintable(column));
+    }
+};
+
+QTEST_MAIN(ChoicesTest)
+#include "choices_test.moc"

@@ -1,0 +1,77 @@
+// The window "Which Filter": all filters that keep the limits, best first, each to be compared and
+// taken.
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <vector>
+
+#include "choosing/FilterChoices.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QTableWidget;
+
+namespace ladderwise {
+
+/// What the window asks for; it changes nothing by itself.
+struct ChoiceActions {
+    std::function<ChoosingRequest()> Request;          ///< for the design in hand and its limits
+    std::function<void(const DesignInputs&)> Take;     ///< as the design, one step
+    std::function<void(const DesignInputs*)> Compare;  ///< beside the design; null: no more
+};
+
+class ChoicesWindow : public QDialog {
+    Q_OBJECT
+
+public:
+    ChoicesWindow(ChoiceActions actions, QWidget* parent);
+
+    /// Searches, and shows the window at its owner's lower left corner, but always on screen.
+    void Open();
+
+    /// Says that the list is of other limits or another need, if the design has moved on.
+    void NoteDesign();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QWidget* BuildNeed();
+    QWidget* BuildCosts();
+    QWidget* BuildButtons();
+    void BuildTable();
+    QLineEdit* NewCostEdit(QWidget* group, const char* name, const char* tip, double value);
+    void Search();
+    void ReadCosts();
+    void ShowList();
+    void FillChoiceRow(int row, std::size_t choice);
+    void ShowCounts();
+    const FilterChoice* Selected() const;
+    void TakeSelected();
+    void CompareSelected(bool on);
+    void CopyTable();
+
+    ChoiceActions actions;
+    ChoosingRequest request;
+    ChoosingMemory memory;
+    FilterList list;
+    bool misses = false;  ///< the table shows the nearest misses
+    bool comparing = false;
+    QLabel* need;
+    QComboBox* counts;
+    QCheckBox* folded;
+    QLineEdit *inductorCost, *impracticalCost, *lossCost;
+    QLineEdit *leastC, *mostC, *leastL, *mostL;
+    QTableWidget* table;
+    QLabel* told;
+    QProgressBar* progress;
+    QPushButton* take;
+};
+
+}  // namespace ladderwise

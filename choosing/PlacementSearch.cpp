@@ -21,7 +21,8 @@ constexpr double closeShare = 0.02;     ///< of the margin, where there is much 
 constexpr double hopelessShare = 0.1;   ///< of a margin that no other place makes good
 constexpr double hopelessBelowDb = -2.0;
 constexpr double closeAtMost = 0.5;  ///< dB
-constexpr double leastStep = 1e-9;   ///< relative
+constexpr double movedDb = 1.5;
+constexpr double leastStep = 1e-9;  ///< relative
 constexpr int cornerSteps = 12, cornerStepsFromStart = 5;
 constexpr int widthSteps = 9, widthStepsFromStart = 4;
 constexpr int goldenMore = 3;
@@ -36,6 +37,12 @@ bool Balanced(double difference, const Placement& at) {
             ? -hopelessShare * at.Margin
             : std::clamp(closeShare * std::abs(at.Margin), closeEnough, closeAtMost);
     return std::abs(difference) < allowed;
+}
+
+/// Whether a search that went on from `start` has found about what was there: limits that have
+/// moved farther ask for the whole search.
+bool IsNear(const Placement& found, const Placement& start) {
+    return std::abs(found.Margin - start.Margin) < movedDb;
 }
 
 /// Bracketing by the Illinois rule of regula falsi on flattened values, halving every third step.
@@ -151,20 +158,21 @@ void PlacementSearch::Keep(const Seen& seen) {
     if (seen.At.Score > best.Score) best = seen.At;
 }
 
-void PlacementSearch::BracketCorner(double low, double high, int steps) {
+bool PlacementSearch::BracketCorner(double low, double high, int steps) {
     // In ln F0; with F0 a low-pass widens, a high-pass narrows.
     double a = std::log(low), b = std::log(high);
     if (!upward) std::swap(a, b);
     const Seen first = Look(std::exp(a), 0.0), last = Look(std::exp(b), 0.0);
-    if (first.At.Margin == HopelessDb || last.At.Margin == HopelessDb) return;
-    if (first.Widening > 0.0 || last.Widening < 0.0) return;  // one end does best
+    if (first.At.Margin == HopelessDb || last.At.Margin == HopelessDb) return false;
+    if (first.Widening > 0.0 || last.Widening < 0.0) return false;  // one end does best
     Bracket bracket(a, first.Widening, b, last.Widening);
     for (int step = 0; step < steps && !bracket.Closed(); ++step) {
         const double x = bracket.Next();
         const Seen seen = Look(std::exp(x), 0.0);
-        if (Balanced(seen.Widening, seen.At)) return;
+        if (Balanced(seen.Widening, seen.At)) break;
         bracket.Take(x, seen.Widening);
     }
+    return true;
 }
 
 void PlacementSearch::TryTraps(double low, double high) {
@@ -186,7 +194,9 @@ void PlacementSearch::FindCorner(const Candidate& candidate, const Placement* st
     if (start) {
         constexpr double nearby = 1.03;
         Look(start->F0, 0.0);
-        return BracketCorner(start->F0 / nearby, start->F0 * nearby, cornerStepsFromStart);
+        if (BracketCorner(start->F0 / nearby, start->F0 * nearby, cornerStepsFromStart) ||
+            IsNear(best, *start))
+            return;
     }
     // Families that are not normalised to 3 dB have their corner within a few times F0.
     constexpr double farther = 5.0, far = 1.6;
@@ -255,7 +265,7 @@ PlacementSearch::Seen PlacementSearch::Centred(double& centre, double width, int
     return bestHere;
 }
 
-void PlacementSearch::BracketWidth(double low, double high, double& centre, int steps) {
+bool PlacementSearch::BracketWidth(double low, double high, double& centre, int steps) {
     const double sign = upward ? 1.0 : -1.0;  // a wider notch takes from the pass limits
     const int inner = steps == widthSteps ? centreSteps : centreStepsFromStart;
     double a = std::log(low), b = std::log(high);
@@ -268,19 +278,22 @@ void PlacementSearch::BracketWidth(double low, double high, double& centre, int 
         a = 0.5 * (a + b);
         first = Centred(centre, std::exp(a), inner);
     }
-    if (first.At.Margin == HopelessDb || last.At.Margin == HopelessDb) return;
+    if (first.At.Margin == HopelessDb || last.At.Margin == HopelessDb) return false;
     // With limits on one side alone the centre balances them at any width.
     const bool bothSides = upward ? bands.StopBelow > 0.0 && bands.StopAbove > 0.0
                                   : bands.InnerLow > 0.0 && bands.InnerHigh > 0.0;
-    if (!bothSides || sign * first.Widening > 0.0 || sign * last.Widening < 0.0)
-        return GoldenWidth(a, b, centre, steps + goldenMore, inner);
+    if (!bothSides || sign * first.Widening > 0.0 || sign * last.Widening < 0.0) {
+        if (steps == widthSteps) GoldenWidth(a, b, centre, steps + goldenMore, inner);
+        return false;
+    }
     Bracket bracket(a, sign * first.Widening, b, sign * last.Widening);
     for (int step = 0; step < steps && !bracket.Closed(); ++step) {
         const double x = bracket.Next();
         const Seen seen = Centred(centre, std::exp(x), inner);
-        if (seen.At.Margin == HopelessDb || Balanced(seen.Widening, seen.At)) return;
+        if (seen.At.Margin == HopelessDb || Balanced(seen.Widening, seen.At)) break;
         bracket.Take(x, sign * seen.Widening);
     }
+    return true;
 }
 
 void PlacementSearch::GoldenWidth(double a, double b, double& centre, int steps, int inner) {
@@ -308,8 +321,10 @@ void PlacementSearch::FindBand(const Candidate& candidate, const Placement* star
         if (upward)
             centre = std::sqrt(start->F0 * start->F0 - 0.25 * start->BandWidth * start->BandWidth);
         Centred(centre, start->BandWidth, centreStepsFromStart);
-        return BracketWidth(start->BandWidth / nearby, start->BandWidth * nearby, centre,
-                            widthStepsFromStart);
+        if (BracketWidth(start->BandWidth / nearby, start->BandWidth * nearby, centre,
+                         widthStepsFromStart) ||
+            IsNear(best, *start))
+            return;
     }
     const double low = upward ? bands.PassLow : bands.StopLow;
     const double high = upward ? bands.PassHigh : bands.StopHigh;

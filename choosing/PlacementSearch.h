@@ -61,12 +61,13 @@ private:
     Seen LookAt(double centre, double width);
     void Keep(const Seen& seen);
     void FindCorner(const Candidate& candidate, const Placement* start);
-    void BracketCorner(double low, double high, int steps);
+    /// False if the ends do not enclose a balance.
+    bool BracketCorner(double low, double high, int steps);
     void TryTraps(double low, double high);
     void FindBand(const Candidate& candidate, const Placement* start);
     Seen Centred(double& centre, double width, int steps);
     void GoldenWidth(double a, double b, double& centre, int steps, int inner);
-    void BracketWidth(double low, double high, double& centre, int steps);
+    bool BracketWidth(double low, double high, double& centre, int steps);
 
     LadderMaker& maker;
     LimitGrid& grid;

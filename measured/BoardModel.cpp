@@ -20,8 +20,8 @@ namespace {
 // What is expected of a board before it is measured.
 constexpr double partSpread = 0.12;  // of ln value: a pull that only matters where data tell little
 constexpr double lineSpread = 0.1;
-constexpr double padMean = 0.28e-12, padSpread = 0.13e-12;     // F
-constexpr double viaMean = 0.55e-9, viaSpread = 0.26e-9;       // H
+constexpr double padMean = 0.28e-12, padSpread = 0.14e-12;     // F
+constexpr double viaMean = 0.55e-9, viaSpread = 0.28e-9;       // H
 constexpr double innerMean = 0.15e-12, innerSpread = 0.1e-12;  // of a pad within a slot, F
 constexpr double gapMean = 0.03e-12, gapSpread = 0.03e-12;     // across a missing part
 constexpr double shortMean = 0.3e-9, shortSpread = 0.3e-9;

@@ -108,16 +108,17 @@ struct Fitted {
 
 /// Learns from the data how good the analyser's calibration was: the sum of squares of its errors
 /// over the number of those that the data tell (MacKay, "Bayesian interpolation", Neural
-/// Computation 4 (1992), eq. 4.2 ff.), one error of the usual size taken for granted.
+/// Computation 4 (1992), eq. 4.2 ff.), three errors of the usual size taken for granted.
 void LearnCalibration(BoardExplanation& found) {
     constexpr int rounds = 2;
     constexpr BoardStage stage{true, 0.0, 6, 1e-5};
     constexpr double least = 2e-4, most = 5e-3;
+    constexpr double granted = 3.0;
     const BoardFit fit(*found.Model, found.Data);
     for (int round = 0; round < rounds; ++round) {
         const std::vector<double>& x = found.Solution.State.X;
         const std::vector<double> covariance = fit.Covariance(x);
-        double sum = UsualCalibrationSpread * UsualCalibrationSpread, told = 1.0;
+        double sum = granted * UsualCalibrationSpread * UsualCalibrationSpread, told = granted;
         for (std::size_t i = 0; i < x.size(); ++i) {
             const BoardUnknown& unknown = found.Model->Unknowns()[i];
             if (unknown.Kind != BoardUnknownKind::Calibration) continue;

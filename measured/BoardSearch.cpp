@@ -52,11 +52,11 @@ BoardState BoardSearch::Screened() const {
     return state;
 }
 
-BoardState BoardSearch::Glance(std::vector<double> start) const {
+BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
     const BoardData few = Thinned(data, glancePoints);
     const BoardFit fit(model, few);
     BoardState state{std::move(start)};
-    if (IsNarrow(design)) {
+    if (smoothed || IsNarrow(design)) {
         for (const double width : smoothings) {
             BoardStage stage = smoothedStage;
             stage.Smoothing = width;
@@ -163,9 +163,10 @@ BoardSolution BoardSearch::Solve() const {
         BoardSolution other = Finished(glance);
         if (other.State.Cost() < best.State.Cost()) best = std::move(other);
     };
-    if (!Explains(best) && IsNarrow(design)) {
+    if (!Explains(best) && !IsNarrow(design)) consider(Glance(model.Means(), true));
+    if (!Explains(best)) {
         consider(BestOfRandom(best.State));
-        if (!Explains(best))
+        if (!Explains(best) && IsNarrow(design))
             for (const std::vector<double>& start : Exchanged(best.State, false))
                 if (!Explains(best)) consider(Glance(start));
     }

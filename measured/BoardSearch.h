@@ -34,8 +34,9 @@ class BoardSearch {
 public:
     BoardSearch(const DesignState& built, const BoardModel& fitted, const BoardData& measured);
 
-    /// A first look with the parasitics held, on few points: what the values must be about.
-    BoardState Glance(std::vector<double> start) const;
+    /// A first look with the parasitics held, on few points: what the values must be about. In a
+    /// narrow band, or if asked for, from smoothed data to the data themselves.
+    BoardState Glance(std::vector<double> start, bool smoothed = false) const;
     /// The same from the nominal values, briefer yet: what tells a likely ladder from others.
     BoardState Screened() const;
     /// From a glance to the end, with everything free.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -133,7 +134,8 @@ TEST(Program, ListsFiltersWithTheSettingsThatMakeThem) {
     const QJsonArray choices = json["choices"].toArray();
     ASSERT_EQ(choices.size(), 4);
     EXPECT_TRUE(json["nearest_misses"].toArray().isEmpty());
-    for (const QJsonValue row : choices) {
+    for (const auto& item : choices) {
+        const QJsonValue row = item;
         QStringList words = {"--json", "-"};
         const QJsonObject set = row["set"].toObject();
         for (auto setting = set.begin(); setting != set.end(); ++setting)

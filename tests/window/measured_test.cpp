@@ -4,6 +4,7 @@
 #include <QPlainTextEdit>
 
 #include "WindowFixture.h"
+#include "exchange/Touchstone.h"
 #include "files/DiskFile.h"
 
 using namespace ladderwise;
@@ -240,6 +241,44 @@ private slots:
         f.Window->Start(folders, "");
         QVERIFY(f.DrawnAt(-25) && f.Window->Measured()[0].PortsSwapped);
         QVERIFY(f.Window->isWindowModified());
+    }
+
+    // L2 of a low-pass is 8 % high; then it is turned, and the analyser writes its file anew.
+    void ABoardIsReadAndReadAgain() {
+        MeasuredFixture f;
+        f.Enter("F0Box", "14");
+        f.Check("RealPartsButton");
+        const auto measure = [&f](double factor) {
+            FilterDesign board = f.Design();
+            board.Elements[2].V1 *= factor;
+            std::vector<double> freqs(200);
+            for (std::size_t i = 0; i < freqs.size(); ++i)
+                freqs[i] = 1.4e6 * std::pow(100.0, static_cast<double>(i) / 199.0);
+            WriteWholeFile("board.s2p", TouchstoneText(board, freqs, {}));
+        };
+        measure(1.08);
+        f.Drop({QDir::current().filePath("board.s2p")});
+        f.Trigger("BoardMenu");
+        const auto* const table = f.Find<QTableWidget>("BoardParts");
+        const auto off = [table](int row) {
+            return table->item(row, 3)->text().section(' ', 0, 0).toDouble();
+        };
+        QCOMPARE(table->rowCount(), 3);
+        QCOMPARE(table->item(1, 0)->text(), "L2");
+        QVERIFY(std::abs(off(1) - 8.0) < 0.2 && std::abs(off(0)) < 0.3 && std::abs(off(2)) < 0.3);
+        const auto* const next = f.Find<QTableWidget>("BoardNext");
+        QCOMPARE(next->item(0, 0)->text(), "L2");
+        QVERIFY(next->item(0, 1)->text().startsWith('-'));
+        const double nominal = f.Design().Elements[2].V1;
+        f.Click("BoardPutButton");
+        QVERIFY(std::abs(f.Design().Elements[2].V1 / nominal - 1.08) < 0.002);
+        f.Trigger("UndoMenu");
+        QCOMPARE(f.Design().Elements[2].V1, nominal);
+        QCOMPARE(table->rowCount(), 0);  // it was read for another ladder
+        f.Click("BoardReadButton");
+        measure(1.0);
+        QVERIFY(QTest::qWaitFor([&] { return table->rowCount() == 3 && std::abs(off(1)) < 0.2; }));
+        f.Find("BoardWindow")->close();
     }
 };
 

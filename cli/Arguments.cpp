@@ -24,7 +24,8 @@ const std::vector<std::string> options = {
     "--csv",           "--limits",     "--parts-list", "--measured",
     "--csv-separator", "--from",       "--to",         "--points",
     "--spacing",       "--picture",    "--white",      "--choose",
-    "--only",          "--read-board", "--free"};
+    "--only",          "--read-board", "--free",       "--boards",
+    "--hold"};
 
 /// "1280x800" or "297x210mm".
 bool ParseSize(std::string text, PictureSize& size) {
@@ -180,6 +181,8 @@ std::string TakeValue(Arguments& arguments, const std::string& option, const std
         *file = value;
     } else if (option == "--measured") {
         arguments.MeasuredFiles.push_back(value);
+    } else if (IsBoardOption(option)) {
+        return TakeBoardValue(arguments.Boards, option, value);
     } else if (option == "--choose") {
         return TakeCount(arguments.ChosenRows, option, value, MostChosenRows);
     } else if (option == "--only") {
@@ -260,6 +263,10 @@ std::string UsageText() {
         "                --plot for a report: with a drawn schematic and the results; --white\n"
         "  --save FILE   the inputs as a design file (*.tk_ldfilt)\n"
         "  --limits FILE.csv            what the design must do, judged in table, JSON and plot\n"
+        "  --boards N                   how many of N boards keep the limits, in table and JSON\n"
+        "  --hold PART=VALUE            with standard values: a part that is there, C3=1e-10; "
+        "again\n"
+        "                               for more\n"
         "  --choose N                   the N best filters that keep the limits, of the pass type, "
         "the\n"
         "                               resistances and the parts that are set; --only "

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "choosing/FilterChoices.h"
+#include "cli/BoardArguments.h"
 #include "display/PictureLayout.h"
 #include "exchange/ExportTexts.h"
 #include "measured/BoardModel.h"
@@ -36,6 +37,7 @@ struct Arguments {
     std::string PlotFile;
     std::vector<std::string> MeasuredFiles;
     std::string LimitsFile;
+    BoardArguments Boards;
     int ChosenRows = 0;  ///< --choose; 0: no list
     WhatCounts Only = WhatCounts::AsSet;
     std::string BoardFile;  ///< measured, to be read

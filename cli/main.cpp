@@ -18,6 +18,7 @@
 #include "cli/DesignFiles.h"
 #include "cli/Exports.h"
 #include "cli/JsonOutput.h"
+#include "cli/PartsOutput.h"
 #include "cli/TableOutput.h"
 #include "cli/Terminal.h"
 #include "display/Picture.h"
@@ -56,6 +57,7 @@ struct Session {
     DesignCompanion Companion;        ///< of the design file that was opened
     std::vector<MeasuredNetwork> Measured;
     LimitLines Limits;
+    BoardWork Boards;
     std::optional<MeasuredNetwork> Board;  ///< to be read
     MeasuredFiles Drawn;                   ///< those, with what the companion says about them
 };
@@ -333,11 +335,19 @@ int Run(const Arguments& arguments) {
     if (!ApplySettings(*session, arguments) || !ReadMeasured(*session, arguments) ||
         !ReadLimits(*session, arguments.LimitsFile))
         return ExitUsage;
+    session->Boards.Asked = arguments.Boards;
+    session->Boards.Limits = session->Limits;
+    ChooseParts(session->Calc, session->Boards);
     if (arguments.ChosenRows > 0 && session->Limits.empty()) {
         PrintError(NoLimitsToChooseBy);
         return ExitUsage;
     }
     Design(*session, arguments);
+    if (!session->Boards.Error.empty()) {
+        PrintError(session->Boards.Error);
+        return ExitUsage;
+    }
+    BuildBoards(session->Calc, session->Boards);
     PrintRemarks(*session, arguments);
     const std::string unfit = ExportUsageError(arguments.Exports, session->Calc);
     if (!unfit.empty()) {
@@ -356,10 +366,12 @@ int Run(const Arguments& arguments) {
     if (arguments.Table)
         written =
             WriteOutput("-", list ? ChoicesTable(request, choices)
-                                  : TableText(session->Calc, limits) +
+                                  : TableText(session->Calc, limits) + BoardText(session->Boards) +
                                         (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
             written;
     JsonMembers more = list ? ChoicesMembers(request, choices) : JsonMembers{};
+    const JsonMembers parts = BoardMembers(session->Calc, session->Boards);
+    more.insert(more.end(), parts.begin(), parts.end());
     if (board) more.emplace_back("board", BoardObject(*board));
     if (!arguments.JsonFile.empty())
         written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,

@@ -38,6 +38,10 @@ enum class ChoiceId {
     NortonType,
     NortonGoal,
     AutoOptimize,
+    Absorb,
+    FitWidth,
+    CapAbsolute,
+    Draw,
     Count
 };
 inline constexpr int NumChoices = static_cast<int>(ChoiceId::Count);

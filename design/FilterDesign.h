@@ -76,6 +76,10 @@ enum class SweepType : int {
 /// Which part models the analysis uses.
 enum class PartChoice : int { IdealParts = 0, RealParts = 1, DeEmbed = 2 };
 
+/// How standard values are chosen: each the nearest one; together for the closest response, with
+/// single parts or with capacitors as two in parallel; or for the highest yield.
+enum class StdMethod : int { Nearest = 1, Together = 2, Pairs = 3, Yield = 4 };
+
 inline constexpr double TwoPi = 6.283185307179586;
 inline constexpr double TwoPiSquared = 39.47841760435743;    ///< (2 pi)^2
 inline constexpr double OneOverTwoPi = 0.15915494309189535;  ///< 1 / (2 pi)
@@ -125,6 +129,16 @@ struct PartModel {
     int CapSeriesStep = 4;       ///< stride through the standard-value table for capacitors
     int IndSeriesStep = 8;       ///< stride through the standard-value table for inductors
     int MonteCarloRuns = 100;    ///< 1 .. 1000
+};
+
+/// How the values of parts as bought differ from those of the design, beside their tolerances.
+struct BoardDraw {
+    /// Tolerance of capacitors below SmallCapacitor, F, in the place of the percentage; 0: none.
+    double CapAbsolute = 0.0;
+    double Reel = 0.0;    ///< chance that a part takes the draw of the first one of its value
+    bool Normal = false;  ///< normal with a standard deviation of tolerance / 3, cut at tolerance
+
+    static constexpr double SmallCapacitor = 10e-12;  ///< F
 };
 
 /// The sweep of the ladder: one entry per sweep point, overwritten by every analysis.
@@ -216,7 +230,11 @@ struct DesignState {
     std::optional<ElementList> CalculatedElements{};  ///< Elements as a calculation left them
     ElementList NominalElements{};  ///< Elements at the start of the last worst-case run
     ladderwise::PartModel PartModel{};
-    bool StdLCValues = false;       ///< snap every value to its standard series
+    bool StdLCValues = false;       ///< take every value from its standard series
+    ladderwise::StdMethod StdMethod = ladderwise::StdMethod::Nearest;
+    bool AbsorbParasitics = false;  ///< refit the values so that lossy parts give the ideal shape
+    bool FitWidth = false;  ///< adjust what the synthesis is given until centre and width are right
+    BoardDraw Boards{};
     bool WorstCase = false;         ///< repeat the analysis with randomised values
     double KeyStepFraction = 0.05;  ///< by which F1 and F2 change a part value
 

@@ -102,7 +102,13 @@ const std::vector<RecordField> fields = {
     {2944, Text, TextBytes, "NortonTypeItem", 0, "TCapMenu", "structure of Norton filters"},
     {2976, Text, TextBytes, "AutoOptimizeBox", 0, "", "K and M optimised at every change"},
     {3008, Text, TextBytes, "OptimizeItem", 0, "OptimizeLButton", "the kind of parts that the optimiser evens out"},
-    {3040, Unused, 408, "Reserved3", 0, "", ""},
+    {3040, Text, TextBytes, "AbsorbBox", 0, "", "parasitics absorbed by other values"},
+    {3072, Text, TextBytes, "FitWidthBox", 0, "", "centre and width fitted"},
+    {3104, Text, TextBytes, "CapAbsItem", 0, "CapAbsOffButton", "absolute tolerance of capacitors below 10 pF"},
+    {3136, Text, TextBytes, "DrawItem", 0, "UniformButton", "distribution of the values of boards"},
+    {3168, Double, 1, "Reel", 0, "", "chance that a part takes the draw of the first one of its value"},
+    {3176, Int32, 1, "StdMethod", 0, "", "how standard values are chosen: 2 together, 3 with pairs of capacitors, 4 for the highest yield; 0: each the nearest"},
+    {3180, Unused, 268, "Reserved3", 0, "", ""},
 };
 // clang-format on
 

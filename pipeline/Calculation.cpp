@@ -12,6 +12,7 @@
 #include "directcoupled/DirectCoupled.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/DisplayScale.h"
+#include "pipeline/FitBandWidth.h"
 #include "pipeline/NortonSequence.h"
 #include "pipeline/ResultsText.h"
 #include "prototypes/Prototype.h"
@@ -204,7 +205,12 @@ void PrepareAnalysis(Calculation& calculation, std::uint64_t errorsBefore,
     FilterDesign& design = calculation.Design;
     calculation.IdealElements = design.Elements;
     if (design.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(design);
-    if (design.StdLCValues) SnapToStdValue(design);
+    if (calculation.ArrangeParts) {
+        const auto remarks = calculation.ArrangeParts(design, calculation.IdealElements);
+        calculation.Remarks.insert(calculation.Remarks.end(), remarks.begin(), remarks.end());
+    } else if (design.StdLCValues) {
+        SnapToStdValue(design);
+    }
     design.CalculatedElements = design.Elements;
     calculation.SynthesisMathErrors = MathErrors().ErrorCount() - errorsBefore;
     AnalyseAsItStands(calculation, report);
@@ -357,6 +363,8 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     ReadInputs(calculation.Inputs, design, report);
     ReadNortonInputs(calculation.Inputs, design, report);
     BuildLadder(design, report);
+    calculation.Remarks.clear();
+    if (design.FitWidth) calculation.Remarks = FitBandWidth(design);
     LookForEvenest(calculation.Inputs, design);
     MarkInputs(calculation.Inputs, design);
     PrepareAnalysis(calculation, errorsBefore, report);

@@ -38,6 +38,18 @@ struct WorstCaseResult {
     double SpreadAtF0Db = 0.0;  ///< highest less lowest at the sweep point nearest to F0
 };
 
+/// What the choice of parts has to say, a sentence each.
+struct PartsRemark {
+    std::string Name{};  ///< the console program's name of the input
+    std::string Text{};
+    bool Wrong = false;  ///< a demand that is not met; else good to know
+};
+
+/// Puts parts that can be bought, or that make up for their parasitics, in the place of those in
+/// design.Elements; `ideal` is the ladder as it was scaled.
+using PartsArranger =
+    std::function<std::vector<PartsRemark>(FilterDesign& design, const ElementList& ideal)>;
+
 /// A design whose values were changed by hand, with the inputs that it was calculated from.
 struct HandMadeDesign {
     DesignInputs Inputs{};
@@ -64,6 +76,10 @@ struct Calculation {
     WorstCaseResult WorstCase{};
     /// Seed of the worst case that the last calculation asks for and that has not run yet.
     std::optional<std::uint32_t> PendingSeed{};
+    /// Standard values beyond the nearest ones and absorbed parasitics; without it each value is
+    /// snapped to the nearest one.
+    PartsArranger ArrangeParts{};
+    std::vector<PartsRemark> Remarks{};  ///< of the last calculation
     ElementList IdealElements{};  ///< as scaled, before de-embedding and standard values
     /// The last values changed by hand that a calculation has discarded.
     std::optional<HandMadeDesign> Discarded{};

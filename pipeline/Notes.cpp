@@ -203,6 +203,11 @@ std::vector<Note> CollectNotes(const Calculation& calculation) {
     if (const std::string text = NortonSearchText(design); !text.empty())
         notes.push_back({NoteKind::NotOptimised, "auto-optimize", text});
     AddResponseNotes(calculation, !hopeless, notes);
+    for (const PartsRemark& remark : calculation.Remarks) {
+        Note note{remark.Wrong ? NoteKind::TooLossy : NoteKind::Advice, remark.Name, remark.Text};
+        note.Advice = !remark.Wrong;
+        notes.push_back(note);
+    }
     AddReplacedBoxes(calculation.Inputs, notes);
     return notes;
 }

@@ -14,6 +14,7 @@ namespace ladderwise {
 
 namespace {
 
+constexpr int On = 1;            ///< code of a checked box
 constexpr double NoSeed = -1.0;  ///< every worst case draws its own
 constexpr double LargestSeed = 4294967295.0;
 constexpr int TypedDigits = 15;     ///< significant; no one types more
@@ -62,9 +63,14 @@ void StoreChoices(const DesignInputs& inputs, DesignRecord& record) {
         const int code = inputs.Choice(table.Id);
         const ChoiceRow* const row = FindRow(table.Id, code);
         record.Text(table.Record) = row ? row->Component : "";
-        if (*table.RecordCode)
+        if (IsSwitch(table.Id)) {  // a kind of "on" without a control of its own stands in the code
+            const bool ofItsOwn = !row || *row->Component || code == 0;
+            if (code != 0) record.Text(table.Record) = FindRow(table.Id, On)->Component;
+            if (*table.RecordCode) record.Number(table.RecordCode) = ofItsOwn ? 0 : code;
+        } else if (*table.RecordCode) {
             record.Number(table.RecordCode) =
                 table.Id == ChoiceId::Pass ? static_cast<int>(inputs.Pass()) : code;
+        }
     }
 }
 
@@ -133,7 +139,11 @@ int LoadedChoice(const DesignRecord& record, const ChoiceTable& table) {
     const std::string& name = record.Text(table.Record);
     if (name.empty() && IsSwitch(table.Id)) return 0;
     const auto found = FindComponent(name);
-    if (found && found->Id == table.Id) return found->Code;
+    if (found && found->Id == table.Id) {
+        const bool kinds = IsSwitch(table.Id) && *table.RecordCode;
+        const int kind = kinds ? static_cast<int>(record.Number(table.RecordCode)) : 0;
+        return kind > found->Code && FindRow(table.Id, kind) ? kind : found->Code;
+    }
     if (*table.RecordCode) {
         const int code = static_cast<int>(record.Number(table.RecordCode));
         if (FindRow(table.Id, code)) return code;

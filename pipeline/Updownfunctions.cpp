@@ -236,6 +236,12 @@ const std::vector<InputRow> singleRows = {
 };
 // clang-format on
 
+/// A row that stands behind those of the tanks.
+const InputRow reelRow = {
+    InputId::Reel, "reel", "Reel", "Ree&l", "Chance that a part takes the draw of the first one of its value", "", "0",
+    {"0", "0", "1"}, 0, 1, Nothing, PartField<&FilterDesign::Boards, &BoardDraw::Reel>::Get,
+    PartField<&FilterDesign::Boards, &BoardDraw::Reel>::Put};
+
 /// The row of the value of tank Index + 1. All ten share one console name, which takes a list.
 template <std::size_t Index>
 InputRow TankRow() {
@@ -262,6 +268,7 @@ InputRow TankRow() {
 template <std::size_t... Index>
 std::vector<InputRow> WithTankRows(std::vector<InputRow> rows, std::index_sequence<Index...>) {
     (rows.push_back(TankRow<Index>()), ...);
+    rows.push_back(reelRow);
     return rows;
 }
 

@@ -43,6 +43,7 @@ enum class InputId {
     NortonA,
     NortonK,
     NortonM,
+    Reel,
     Count
 };
 inline constexpr int NumInputs = static_cast<int>(InputId::Count);

@@ -1,0 +1,189 @@
+// Derivatives by differences of the reference analysis, Gram-Schmidt, and the K best.
+#include "boards/PairLattice.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <numeric>
+
+#include "analysis/Circuitanalysis.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr int everyPoint = 4;  ///< of the grid that the closeness is judged on
+constexpr double stepInLn = 1e-6;
+
+using Column = std::vector<double>;
+
+/// E and K at some of the judge's frequencies, weighted: real and imaginary parts.
+Column Residuals(const FilterDesign& design, const Closeness& judge,
+                 const std::vector<double>& freqs, const std::vector<double>& scale) {
+    Column column;
+    for (std::size_t i = 0; i < freqs.size(); i += everyPoint) {
+        const LadderPoint point = AnalysePoint(design, design.F0, freqs[i]);
+        const Complex E = GuardedDivide(1.0, point.Transfer);
+        const Complex K = point.Reflection * E;
+        const double w = judge.Weights()[i] * (scale.empty() ? 1.0 : scale[i / everyPoint]);
+        for (const double x : {E.real(), E.imag(), K.real(), K.imag()})
+            column.push_back(std::isfinite(w * x) ? w * x : 0.0);
+    }
+    return column;
+}
+
+/// 1 / |E|: what counts is the relative change, where little comes through too.
+std::vector<double> ScaleOf(const FilterDesign& design, const std::vector<double>& freqs) {
+    std::vector<double> scale;
+    for (std::size_t i = 0; i < freqs.size(); i += everyPoint)
+        scale.push_back(std::abs(AnalysePoint(design, design.F0, freqs[i]).Transfer));
+    return scale;
+}
+
+double Dot(const Column& a, const Column& b) {
+    return std::inner_product(a.begin(), a.end(), b.begin(), 0.0);
+}
+
+/// The triangle of the derivatives: R[i][j], j >= i, over columns in the order of `Order`.
+struct Triangle {
+    std::vector<int> Order{};
+    std::vector<Column> R{};
+};
+
+/// Sorted modified Gram-Schmidt: of the columns of one kind the shortest remaining is taken first,
+/// so that those decided first, the last ones, have long diagonals. Capacitors stand before coils.
+Triangle Decompose(std::vector<Column> columns, const std::vector<PartToChoose>& parts) {
+    const std::size_t n = columns.size();
+    Triangle triangle;
+    triangle.R.assign(n, Column(n, 0.0));
+    std::vector<int> left(n);
+    std::iota(left.begin(), left.end(), 0);
+    std::vector<Column> units;
+    const auto rank = [&](int part) {
+        const auto at = static_cast<std::size_t>(part);
+        return std::make_pair(parts[at].Kind == PartKind::Inductor, Dot(columns[at], columns[at]));
+    };
+    while (!left.empty()) {
+        const auto next = std::min_element(left.begin(), left.end(),
+                                           [&](int a, int b) { return rank(a) < rank(b); });
+        const int part = *next;
+        left.erase(next);
+        Column unit = columns[static_cast<std::size_t>(part)];
+        const double length = std::sqrt(Dot(unit, unit));
+        for (double& x : unit)
+            x = length > 0.0 ? x / length : 0.0;
+        const std::size_t row = triangle.Order.size();
+        triangle.Order.push_back(part);
+        triangle.R[row][static_cast<std::size_t>(part)] = length;
+        for (const int other : left) {
+            Column& column = columns[static_cast<std::size_t>(other)];
+            const double along = Dot(unit, column);
+            triangle.R[row][static_cast<std::size_t>(other)] = along;
+            for (std::size_t k = 0; k < column.size(); ++k)
+                column[k] -= along * unit[k];
+        }
+    }
+    return triangle;
+}
+
+/// A beginning: the choices made so far, by part, and the sum of squares that they leave.
+struct Beginning {
+    PartChoices Choices;
+    double Sum = 0.0;
+};
+
+double ChangeOf(const PartToChoose& part, int choice) {
+    return std::log(part.Choices[static_cast<std::size_t>(choice)].Value / part.Exact);
+}
+
+class KBest {
+public:
+    KBest(const Triangle& given, const std::vector<PartToChoose>& toChoose)
+        : triangle(given), parts(toChoose) {
+        for (const PartToChoose& part : parts) {
+            changes.emplace_back();
+            for (int i = 0; i < static_cast<int>(part.Choices.size()); ++i)
+                changes.back().push_back(ChangeOf(part, i));
+        }
+    }
+
+    std::vector<Beginning> Run() {
+        std::vector<Beginning> survivors{{PartChoices(parts.size(), 0), 0.0}};
+        for (std::size_t row = parts.size(); row-- > 0;) {
+            std::vector<Beginning> next;
+            for (const Beginning& beginning : survivors)
+                Continue(beginning, row, next);
+            const auto width = std::min<std::size_t>(LatticeWidth, next.size());
+            std::partial_sort(next.begin(), next.begin() + static_cast<std::ptrdiff_t>(width),
+                              next.end(),
+                              [](const Beginning& a, const Beginning& b) { return a.Sum < b.Sum; });
+            next.resize(width);
+            survivors = std::move(next);
+        }
+        return survivors;
+    }
+
+private:
+    /// The next part of one beginning: about the value at which its row of the triangle vanishes.
+    void Continue(const Beginning& beginning, std::size_t row, std::vector<Beginning>& next) const {
+        const auto part = static_cast<std::size_t>(triangle.Order[row]);
+        const Column& R = triangle.R[row];
+        double rest = 0.0;
+        for (std::size_t later = row + 1; later < triangle.Order.size(); ++later) {
+            const auto other = static_cast<std::size_t>(triangle.Order[later]);
+            rest += R[other] * changes[other][static_cast<std::size_t>(beginning.Choices[other])];
+        }
+        const double diagonal = R[part];
+        const double wanted = diagonal > 0.0 ? -rest / diagonal : 0.0;
+        const std::vector<double>& all = changes[part];
+        const int count = static_cast<int>(all.size());
+        const int above =
+            static_cast<int>(std::lower_bound(all.begin(), all.end(), wanted) - all.begin());
+        const int children = std::min(LatticeChildren, count);
+        const int first = std::clamp(above - children / 2, 0, count - children);
+        for (int choice = first; choice < first + children; ++choice) {
+            const double left = rest + diagonal * all[static_cast<std::size_t>(choice)];
+            next.push_back(beginning);
+            next.back().Choices[part] = choice;
+            next.back().Sum += left * left;
+        }
+    }
+
+    const Triangle& triangle;
+    const std::vector<PartToChoose>& parts;
+    std::vector<std::vector<double>> changes;
+};
+
+}  // namespace
+
+PartChoices DescendFromLattice(const FilterDesign& exact, Closeness& judge,
+                               const std::vector<PartToChoose>& parts, ValueSearch& search) {
+    const std::vector<double>& freqs = judge.Grid().Freqs();
+    const auto work = std::make_unique<FilterDesign>(exact);
+    const std::vector<double> scale = ScaleOf(exact, freqs);
+    const Column at = Residuals(exact, judge, freqs, scale);
+    std::vector<Column> columns;
+    for (const PartToChoose& part : parts) {
+        double& value =
+            work->Elements[static_cast<std::size_t>(part.Place.Slot)].Value(part.Place.Row);
+        value *= std::exp(stepInLn);
+        columns.push_back(Residuals(*work, judge, freqs, scale));
+        for (std::size_t i = 0; i < at.size(); ++i)
+            columns.back()[i] = (columns.back()[i] - at[i]) / stepInLn;
+        value = part.Exact;
+    }
+    const Triangle triangle = Decompose(std::move(columns), parts);
+    std::vector<Beginning> found = KBest(triangle, parts).Run();
+    for (Beginning& each : found)
+        each.Sum = search.IsDone() ? each.Sum : search.CostOf(each.Choices);
+    std::sort(found.begin(), found.end(),
+              [](const Beginning& a, const Beginning& b) { return a.Sum < b.Sum; });
+    found.resize(std::min<std::size_t>(LatticeDescents, found.size()));
+    for (Beginning& each : found)
+        each.Sum = search.Descend(each.Choices);
+    return std::min_element(found.begin(), found.end(),
+                            [](const Beginning& a, const Beginning& b) { return a.Sum < b.Sum; })
+        ->Choices;
+}
+
+}  // namespace ladderwise

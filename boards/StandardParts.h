@@ -1,0 +1,60 @@
+// Which standard values to buy: each the nearest, all chosen together for the closest response,
+// with capacitors as two in parallel, or for the highest yield. No Qt.
+//
+// H. J. Orchard, "Inductorless filters", Electronics Letters 2 (1966) 224-225, on why the pass band
+// of a doubly terminated ladder hardly feels its values: a good set far from each nearest value
+// exists.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "boards/StandardSeries.h"
+#include "boards/ValueSearch.h"
+#include "design/FilterDesign.h"
+#include "design/LimitLine.h"
+
+namespace ladderwise {
+
+/// What is chosen, and what the user has said about it.
+struct StandardTask {
+    StdMethod Method = StdMethod::Nearest;
+    std::vector<HeldPart> Held{};
+    LimitLines Limits{};  ///< for the highest yield
+    /// Of the highest yield the first answer alone, by slopes, in a few milliseconds.
+    bool FirstAnswer = false;
+    double Effort = 1.0;  ///< share of the usual evaluations, above 0: less is a poorer choice
+    ProgressCallback Progress{};
+};
+
+/// One part as it is to be bought.
+struct ChosenPart {
+    ValuePlace Place{};
+    SeriesValue Value{};
+    bool Held = false;
+};
+
+/// A choice beside that of the nearest values.
+struct StandardParts {
+    std::vector<ChosenPart> Parts{};
+    ElementList Nearest{};     ///< the ladder of the nearest values and the held ones
+    ElementList Chosen{};      ///< the ladder that was chosen
+    double NearestCost = 0.0;  ///< J of Closeness, dB; NaN where it cannot be judged
+    double ChosenCost = 0.0;
+    double NearestDeviation = 0.0;  ///< Closeness::WorstDeviation, dB
+    double ChosenDeviation = 0.0;
+    int Evaluations = 0;
+    bool ByYield = false;  ///< chosen by limits; J and deviation may be worse then
+};
+
+/// Chooses standard values for the exact ones in exact.Elements; `ideal` is the ladder as it was
+/// scaled, before any allowance for parasitics. The same every time. The choice is never worse than
+/// the nearest values, neither in J nor in the worst deviation of the pass band;
+/// of the highest yield, which needs limits, never in ConfirmingBoards boards of its own. Held
+/// parts keep their values and are among the nearest ones too.
+StandardParts ChooseStandardParts(const FilterDesign& exact, const ElementList& ideal,
+                                  const StandardTask& task);
+
+inline constexpr int SearchEvaluations = 10000;
+
+}  // namespace ladderwise

@@ -1,0 +1,81 @@
+// How many of the boards that are built keep the limits. No Qt.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "boards/BoardJudge.h"
+#include "boards/StandardParts.h"
+
+namespace ladderwise {
+
+/// Draws boards of a ladder: every coil and capacitor within its tolerance. Without the options of
+/// BoardDraw as RandomiseParts does, draw by draw.
+class BoardDrawer {
+public:
+    /// `parts` may say which capacitors are two in parallel, each of which is drawn by itself.
+    BoardDrawer(const FilterDesign& design, const std::vector<ChosenPart>& parts = {});
+
+    /// The next board, into board.Elements.
+    void Draw(std::mt19937& generator, FilterDesign& board);
+
+    /// Single things that are drawn, pairs counted as two.
+    int Count() const { return static_cast<int>(members.size()); }
+    /// The board of given draws from -1 to 1, one for each thing.
+    void Place(const std::vector<double>& draws, FilterDesign& board) const;
+    /// For each thing the first one of its value, itself if there is none before it.
+    const std::vector<int>& FirstOfValue() const { return first; }
+    const BoardDraw& Options() const { return options; }
+
+private:
+    struct Member {
+        ValuePlace Place{};
+        double Value = 0.0;
+        double Spread = 0.0;     ///< what a draw of 1 adds, H or F
+        bool Continues = false;  ///< the second of a pair
+    };
+
+    double DrawOne(std::mt19937& generator) const;
+
+    BoardDraw options;
+    std::vector<Member> members;
+    std::vector<int> first;
+    std::vector<double> draws;
+};
+
+/// A range that holds a share with 95 % probability.
+struct ShareInterval {
+    double Low = 0.0;
+    double High = 1.0;
+};
+
+/// The interval for a share of which `passed` of `boards` are known. E. B. Wilson, "Probable
+/// inference, the law of succession, and statistical inference", J. Amer. Stat. Assoc. 22 (1927)
+/// 209-212; on how well it covers L. D. Brown, T. T. Cai and A. DasGupta, Statistical Science 16
+/// (2001) 101-133.
+ShareInterval WilsonInterval(int passed, int boards);
+
+struct YieldTask {
+    LimitLines Limits{};
+    int Boards = 1000;
+    std::uint32_t Seed = 1;  ///< repeats the boards
+    ProgressCallback Progress{};
+};
+
+struct YieldResult {
+    int Boards = 0;  ///< that were built; fewer than asked for after a stop
+    int Passed = 0;
+    ShareInterval Interval{};
+    std::vector<int> Failures{};  ///< by limit: boards that failed, each once at its worst limit
+    ElementList Worst{};          ///< the board with the smallest margin
+    BoardVerdict WorstVerdict{};
+
+    double Share() const { return Boards > 0 ? static_cast<double>(Passed) / Boards : 0.0; }
+};
+
+/// Builds boards of the ladder in design.Elements and judges them.
+YieldResult YieldOf(const FilterDesign& design, const std::vector<ChosenPart>& parts,
+                    const YieldTask& task);
+
+}  // namespace ladderwise

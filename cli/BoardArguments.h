@@ -1,0 +1,25 @@
+// Options of the console program about parts that are bought and boards that are built.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ladderwise {
+
+inline constexpr int MostBoards = 1000000;
+
+/// What was asked for.
+struct BoardArguments {
+    int Boards = 0;                                    ///< --boards N; 0: none
+    std::vector<std::pair<std::string, double>> Held;  ///< --hold C3=1e-10: designator, H or F
+};
+
+/// True for the options that TakeBoardValue takes.
+bool IsBoardOption(const std::string& option);
+
+/// Their value into its place; the reason if it is unfit.
+std::string TakeBoardValue(BoardArguments& boards, const std::string& option,
+                           const std::string& value);
+
+}  // namespace ladderwise

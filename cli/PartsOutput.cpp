@@ -1,0 +1,166 @@
+// From the boards' room to the console.
+#include "cli/PartsOutput.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "boards/Absorb.h"
+#include "design/Designators.h"
+#include "exchange/Json.h"
+#include "numbers/Formatfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+constexpr std::uint32_t usualSeed = 1;
+
+/// The parts that are to be held, by their places in `design`.
+std::vector<HeldPart> HeldParts(const FilterDesign& design, BoardWork& work) {
+    const auto names = DesignatorsOf(design);
+    std::vector<HeldPart> held;
+    for (const auto& [name, value] : work.Asked.Held) {
+        const auto before = held.size();
+        for (const PartToChoose& part : PartsToChoose(design, {}, 0))
+            if (names[static_cast<std::size_t>(part.Place.Slot)]
+                     [static_cast<std::size_t>(part.Place.Row)] == name)
+                held.push_back({part.Place, value});
+        if (held.size() == before)
+            work.Error = "--hold: this ladder has no coil or capacitor \"" + name + "\"";
+    }
+    return held;
+}
+
+std::string Decibels(double db) {
+    constexpr int decimals = 2;
+    return FormatFixed(db, decimals) + " dB";
+}
+
+PartsRemark Absorb(FilterDesign& design, const ElementList& ideal) {
+    if (design.PartModel.Choice == PartChoice::IdealParts)
+        return {"absorb", "Ideal parts have no parasitics to absorb."};
+    const AbsorbedLadder absorbed = AbsorbParasitics(design, ideal);
+    if (std::isnan(absorbed.MissDb))
+        return {"absorb", "There is no pass band whose shape could be kept.", true};
+    design.Elements = absorbed.Elements;
+    const std::string shape =
+        Decibels(absorbed.MissDb) + " of the ideal shape with " + Decibels(absorbed.LossDb) +
+        " of loss; without it the values miss by " + Decibels(absorbed.MissedDb);
+    if (absorbed.MissDb <= AbsorbedLadder::ShapeKeptDb)
+        return {"absorb", "Parasitics absorbed: within " + shape + "."};
+    constexpr int digits = 2;
+    return {"absorb",
+            "Q too low to absorb the parasitics: within " + shape + "." +
+                (absorbed.NeededQ > 0.0
+                     ? " It takes coils of Q " +
+                           FormatPlain(RoundToSignificant(absorbed.NeededQ, digits), digits) + "."
+                     : ""),
+            true};
+}
+
+std::vector<PartsRemark> Arrange(FilterDesign& design, const ElementList& ideal, BoardWork& work) {
+    work.Standard.reset();
+    std::vector<PartsRemark> remarks;
+    if (design.AbsorbParasitics) remarks.push_back(Absorb(design, ideal));
+    if (!design.StdLCValues) {
+        if (!work.Asked.Held.empty()) work.Error = "--hold needs standard values: --set std=on";
+        return remarks;
+    }
+    StandardTask task;
+    task.Method = design.StdMethod;
+    task.Held = HeldParts(design, work);
+    task.Limits = work.Limits;
+    work.Standard = ChooseStandardParts(design, ideal, task);
+    design.Elements = work.Standard->Chosen;
+    if (task.Method == StdMethod::Yield && task.Limits.empty())
+        remarks.push_back({"std",
+                           "A highest yield needs limits; without them the standard values are "
+                           "those of the closest response.",
+                           true});
+    return remarks;
+}
+
+std::string StdObject(const Calculation& calculation, const BoardWork& work) {
+    const StandardParts& parts = *work.Standard;
+    const auto names = DesignatorsOf(calculation.Design);
+    const auto both = [](double nearest, double chosen) {
+        return "{\"nearest\": " + JsonNumber(nearest) + ", \"chosen\": " + JsonNumber(chosen) + "}";
+    };
+    std::string text =
+        "{\"worst_deviation_db\": " + both(parts.NearestDeviation, parts.ChosenDeviation);
+    if (work.Yield && work.NearestYield)
+        text += ", \"yield\": " + both(work.NearestYield->Share(), work.Yield->Share());
+    text += ",\n    \"parts\": [";
+    for (const ChosenPart& part : parts.Parts) {
+        const auto slot = static_cast<std::size_t>(part.Place.Slot);
+        const auto row = static_cast<std::size_t>(part.Place.Row);
+        if (&part != &parts.Parts.front()) text += ", ";
+        text += "{\"designator\": " + JsonQuoted(names[slot][row]) +
+                ", \"slot\": " + std::to_string(slot) + ", \"row\": " + std::to_string(row + 1);
+        text += part.Value.IsPair() ? ", \"pair\": [" + JsonNumber(part.Value.Larger) + ", " +
+                                          JsonNumber(part.Value.Smaller) + "]}"
+                                    : ", \"value\": " + JsonNumber(part.Value.Value) + "}";
+    }
+    return text + "]}";
+}
+
+std::string YieldObject(const YieldResult& result) {
+    std::string text = "{\"boards\": " + std::to_string(result.Boards) +
+                       ", \"passed\": " + std::to_string(result.Passed) +
+                       ", \"share\": " + JsonNumber(result.Share()) +
+                       ", \"low\": " + JsonNumber(result.Interval.Low) +
+                       ", \"high\": " + JsonNumber(result.Interval.High) + ", \"failures\": [";
+    for (std::size_t i = 0; i < result.Failures.size(); ++i)
+        text += (i > 0 ? ", " : "") + std::string("{\"limit\": ") + std::to_string(i + 1) +
+                ", \"boards\": " + std::to_string(result.Failures[i]) + "}";
+    return text + "]}";
+}
+
+}  // namespace
+
+void ChooseParts(Calculation& calculation, BoardWork& work) {
+    if (work.Asked.Boards > 0 && work.Limits.empty())
+        work.Error = "--boards needs what a board must do: --limits FILE.csv";
+    calculation.ArrangeParts = [&work](FilterDesign& design, const ElementList& ideal) {
+        return Arrange(design, ideal, work);
+    };
+}
+
+void BuildBoards(const Calculation& calculation, BoardWork& work) {
+    if (work.Asked.Boards < 1) return;
+    YieldTask task;
+    task.Limits = work.Limits;
+    task.Boards = work.Asked.Boards;
+    task.Seed = calculation.FixedSeed.value_or(usualSeed);
+    work.Yield = YieldOf(calculation.Design,
+                         work.Standard ? work.Standard->Parts : std::vector<ChosenPart>{}, task);
+    if (!work.Standard) return;
+    auto nearest = std::make_unique<FilterDesign>(calculation.Design);
+    nearest->Elements = work.Standard->Nearest;
+    work.NearestYield = YieldOf(*nearest, {}, task);
+}
+
+std::vector<std::pair<std::string, std::string>> BoardMembers(const Calculation& calculation,
+                                                              const BoardWork& work) {
+    std::vector<std::pair<std::string, std::string>> members;
+    if (work.Standard) members.emplace_back("std", StdObject(calculation, work));
+    if (work.Yield) members.emplace_back("yield", YieldObject(*work.Yield));
+    return members;
+}
+
+std::string BoardText(const BoardWork& work) {
+    if (!work.Yield) return {};
+    constexpr int decimals = 1;
+    const auto percent = [](double share) { return FormatFixed(100.0 * share, decimals); };
+    const YieldResult& result = *work.Yield;
+    std::string text = std::to_string(result.Passed) + " of " + std::to_string(result.Boards) +
+                       " boards pass: " + percent(result.Share()) + " % (" +
+                       percent(result.Interval.Low) + " to " + percent(result.Interval.High) +
+                       " %)";
+    if (work.NearestYield && work.NearestYield->Passed != result.Passed)
+        text += "; of the nearest standard values " + percent(work.NearestYield->Share()) + " %";
+    return text + "\n";
+}
+
+}  // namespace ladderwise

@@ -12,6 +12,7 @@
 #include "app/SecondaryWindows.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
+#include "choosing/PartsArrangement.h"
 #include "display/MarkerTable.h"
 #include "pipeline/SavedDesigns.h"
 
@@ -32,6 +33,9 @@ bool IsCoefficientsFile(const ChoiceCode& chosen) {
 DesignSession::DesignSession(MessageCallback& report) : report(report) {
     SeedFromClock(Document.Work);
     Document.Work.PulseInWorstCase = false;
+    Document.Work.ArrangeParts = [this](FilterDesign& design, const ElementList& ideal) {
+        return ArrangeParts(design, ideal, {{}, Document.Limits}).Remarks;
+    };
     clock.start();
     noInputWaits.setSingleShot(true);
     connect(&noInputWaits, &QTimer::timeout, this, &DesignSession::FinishDrawing);

@@ -84,6 +84,10 @@ DesignInputs InputsFor(const ChoosingRequest& request) {
             inputs.Choice(ChoiceId::StdLCValues) = 1;
             break;
     }
+    // Rows are judged with the nearest standard values, and as they are designed.
+    int& standard = inputs.Choice(ChoiceId::StdLCValues);
+    standard = std::min(standard, 1);
+    inputs.Choice(ChoiceId::Absorb) = inputs.Choice(ChoiceId::FitWidth) = 0;
     inputs.Choice(ChoiceId::WorstCase) = 0;
     inputs.Choice(ChoiceId::AutoOptimize) = 0;
     return inputs;

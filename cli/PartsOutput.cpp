@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <utility>
 
-#include "boards/Absorb.h"
+#include "choosing/PartsArrangement.h"
 #include "design/Designators.h"
 #include "exchange/Json.h"
 #include "numbers/Formatfunctions.h"
@@ -15,71 +16,6 @@ namespace ladderwise {
 namespace {
 
 constexpr std::uint32_t usualSeed = 1;
-
-/// The parts that are to be held, by their places in `design`.
-std::vector<HeldPart> HeldParts(const FilterDesign& design, BoardWork& work) {
-    const auto names = DesignatorsOf(design);
-    std::vector<HeldPart> held;
-    for (const auto& [name, value] : work.Asked.Held) {
-        const auto before = held.size();
-        for (const PartToChoose& part : PartsToChoose(design, {}, 0))
-            if (names[static_cast<std::size_t>(part.Place.Slot)]
-                     [static_cast<std::size_t>(part.Place.Row)] == name)
-                held.push_back({part.Place, value});
-        if (held.size() == before)
-            work.Error = "--hold: this ladder has no coil or capacitor \"" + name + "\"";
-    }
-    return held;
-}
-
-std::string Decibels(double db) {
-    constexpr int decimals = 2;
-    return FormatFixed(db, decimals) + " dB";
-}
-
-PartsRemark Absorb(FilterDesign& design, const ElementList& ideal) {
-    if (design.PartModel.Choice == PartChoice::IdealParts)
-        return {"absorb", "Ideal parts have no parasitics to absorb."};
-    const AbsorbedLadder absorbed = AbsorbParasitics(design, ideal);
-    if (std::isnan(absorbed.MissDb))
-        return {"absorb", "There is no pass band whose shape could be kept.", true};
-    design.Elements = absorbed.Elements;
-    const std::string shape =
-        Decibels(absorbed.MissDb) + " of the ideal shape with " + Decibels(absorbed.LossDb) +
-        " of loss; without it the values miss by " + Decibels(absorbed.MissedDb);
-    if (absorbed.MissDb <= AbsorbedLadder::ShapeKeptDb)
-        return {"absorb", "Parasitics absorbed: within " + shape + "."};
-    constexpr int digits = 2;
-    return {"absorb",
-            "Q too low to absorb the parasitics: within " + shape + "." +
-                (absorbed.NeededQ > 0.0
-                     ? " It takes coils of Q " +
-                           FormatPlain(RoundToSignificant(absorbed.NeededQ, digits), digits) + "."
-                     : ""),
-            true};
-}
-
-std::vector<PartsRemark> Arrange(FilterDesign& design, const ElementList& ideal, BoardWork& work) {
-    work.Standard.reset();
-    std::vector<PartsRemark> remarks;
-    if (design.AbsorbParasitics) remarks.push_back(Absorb(design, ideal));
-    if (!design.StdLCValues) {
-        if (!work.Asked.Held.empty()) work.Error = "--hold needs standard values: --set std=on";
-        return remarks;
-    }
-    StandardTask task;
-    task.Method = design.StdMethod;
-    task.Held = HeldParts(design, work);
-    task.Limits = work.Limits;
-    work.Standard = ChooseStandardParts(design, ideal, task);
-    design.Elements = work.Standard->Chosen;
-    if (task.Method == StdMethod::Yield && task.Limits.empty())
-        remarks.push_back({"std",
-                           "A highest yield needs limits; without them the standard values are "
-                           "those of the closest response.",
-                           true});
-    return remarks;
-}
 
 std::string StdObject(const Calculation& calculation, const BoardWork& work) {
     const StandardParts& parts = *work.Standard;
@@ -123,7 +59,10 @@ void ChooseParts(Calculation& calculation, BoardWork& work) {
     if (work.Asked.Boards > 0 && work.Limits.empty())
         work.Error = "--boards needs what a board must do: --limits FILE.csv";
     calculation.ArrangeParts = [&work](FilterDesign& design, const ElementList& ideal) {
-        return Arrange(design, ideal, work);
+        ArrangedParts arranged = ArrangeParts(design, ideal, {work.Asked.Held, work.Limits});
+        work.Standard = std::move(arranged.Standard);
+        if (!arranged.Error.empty()) work.Error = "--hold: " + arranged.Error;
+        return arranged.Remarks;
     };
 }
 

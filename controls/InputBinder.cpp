@@ -129,7 +129,9 @@ void InputBinder::ShowInputs(const FilterDesign& design) {
         const QSignalBlocker blocker(bound.Control);
         const ChoiceTable& table = TableOf(bound.Id);
         const int shown = table.InUse ? table.InUse(design) : inputs.Choice(bound.Id);
-        bound.Control->setProperty("checked", shown == bound.Code);
+        // A switch that is on in another way than its own is on.
+        const bool on = IsSwitch(bound.Id) ? shown != 0 : shown == bound.Code;
+        bound.Control->setProperty("checked", on);
         // The Tab key stops at the one in use; the arrow keys go on from there.
         if (auto* const radio = qobject_cast<QRadioButton*>(bound.Control))
             radio->setFocusPolicy(shown == bound.Code ? Qt::TabFocus : Qt::NoFocus);

@@ -100,8 +100,8 @@ void Plot::PaintBackground(const PlotContent& content) {
     QPainter painter(&traces);
     painter.setFont(font);
     PaintFrame(painter, BuildPlotFrame(design, choices, layout, MetricsOf(painter)));
-    PaintStrip(painter, design, placement.GridTop, placement.StripScroll, {Doubled(), partValues, shares},
-               pictures);
+    PaintStrip(painter, design, placement.GridTop, placement.StripScroll,
+               {Doubled(), partValues, shares}, pictures);
 }
 
 void Plot::PaintOverlay(const PlotTraces& run) {
@@ -119,7 +119,8 @@ void Plot::ScrollStrip(const FilterDesign& design, int scroll) {
     painter.setFont(font);
     painter.setClipRect(band);
     painter.fillRect(band, ToQColor(BackgroundColour));
-    PaintStrip(painter, design, placement.GridTop, scroll, {Doubled(), partValues, shares}, pictures);
+    PaintStrip(painter, design, placement.GridTop, scroll, {Doubled(), partValues, shares},
+               pictures);
 }
 
 }  // namespace ladderwise

@@ -237,10 +237,19 @@ const std::vector<InputRow> singleRows = {
 // clang-format on
 
 /// A row that stands behind those of the tanks.
-const InputRow reelRow = {
-    InputId::Reel, "reel", "Reel", "Ree&l", "Chance that a part takes the draw of the first one of its value", "", "0",
-    {"0", "0", "1"}, 0, 1, Nothing, PartField<&FilterDesign::Boards, &BoardDraw::Reel>::Get,
-    PartField<&FilterDesign::Boards, &BoardDraw::Reel>::Put};
+const InputRow reelRow = {InputId::Reel,
+                          "reel",
+                          "Reel",
+                          "Ree&l",
+                          "Chance that a part takes the draw of the first one of its value",
+                          "",
+                          "0",
+                          {"0", "0", "1"},
+                          0,
+                          1,
+                          Nothing,
+                          PartField<&FilterDesign::Boards, &BoardDraw::Reel>::Get,
+                          PartField<&FilterDesign::Boards, &BoardDraw::Reel>::Put};
 
 /// The row of the value of tank Index + 1. All ten share one console name, which takes a list.
 template <std::size_t Index>

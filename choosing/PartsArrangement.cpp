@@ -1,0 +1,82 @@
+// Standard values and absorbed parasitics in the middle of a calculation.
+#include "choosing/PartsArrangement.h"
+
+#include <cmath>
+
+#include "boards/Absorb.h"
+#include "design/Designators.h"
+#include "numbers/Formatfunctions.h"
+
+namespace ladderwise {
+
+namespace {
+
+/// The parts that are to be held, by their places in `design`.
+std::vector<HeldPart> HeldParts(const FilterDesign& design, const PartsTask& task,
+                                std::string& error) {
+    const auto names = DesignatorsOf(design);
+    std::vector<HeldPart> held;
+    for (const auto& [name, value] : task.Held) {
+        const auto before = held.size();
+        for (const PartToChoose& part : PartsToChoose(design, {}, 0))
+            if (names[static_cast<std::size_t>(part.Place.Slot)]
+                     [static_cast<std::size_t>(part.Place.Row)] == name)
+                held.push_back({part.Place, value});
+        if (held.size() == before) error = "this ladder has no coil or capacitor \"" + name + "\"";
+    }
+    return held;
+}
+
+std::string Decibels(double db) {
+    constexpr int decimals = 2;
+    return FormatFixed(db, decimals) + " dB";
+}
+
+PartsRemark Absorb(FilterDesign& design, const ElementList& ideal) {
+    if (design.PartModel.Choice == PartChoice::IdealParts)
+        return {"absorb", "Ideal parts have no parasitics to absorb."};
+    const AbsorbedLadder absorbed = AbsorbParasitics(design, ideal);
+    if (std::isnan(absorbed.MissDb))
+        return {"absorb", "There is no pass band whose shape could be kept.", true};
+    design.Elements = absorbed.Elements;
+    const std::string shape =
+        Decibels(absorbed.MissDb) + " of the ideal shape with " + Decibels(absorbed.LossDb) +
+        " of loss; without it the values miss by " + Decibels(absorbed.MissedDb);
+    if (absorbed.MissDb <= AbsorbedLadder::ShapeKeptDb)
+        return {"absorb", "Parasitics absorbed: within " + shape + "."};
+    constexpr int digits = 2;
+    return {"absorb",
+            "Q too low to absorb the parasitics: within " + shape + "." +
+                (absorbed.NeededQ > 0.0
+                     ? " It takes coils of Q " +
+                           FormatPlain(RoundToSignificant(absorbed.NeededQ, digits), digits) + "."
+                     : ""),
+            true};
+}
+
+}  // namespace
+
+ArrangedParts ArrangeParts(FilterDesign& design, const ElementList& ideal, const PartsTask& asked) {
+    ArrangedParts arranged;
+    if (design.AbsorbParasitics) arranged.Remarks.push_back(Absorb(design, ideal));
+    if (!design.StdLCValues) {
+        if (!asked.Held.empty())
+            arranged.Error = "parts are held among standard values, which are off";
+        return arranged;
+    }
+    StandardTask task;
+    task.Method = design.StdMethod;
+    task.Held = HeldParts(design, asked, arranged.Error);
+    task.Limits = asked.Limits;
+    arranged.Standard = ChooseStandardParts(design, ideal, task);
+    design.Elements = arranged.Standard->Chosen;
+    if (task.Method == StdMethod::Yield && task.Limits.empty())
+        arranged.Remarks.push_back(
+            {"std",
+             "A highest yield needs limits; without them the standard values are those of the "
+             "closest response.",
+             true});
+    return arranged;
+}
+
+}  // namespace ladderwise

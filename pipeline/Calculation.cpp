@@ -348,6 +348,7 @@ bool BringBackEdits(Calculation& calculation) {
     calculation.IdealElements = back.IdealElements;
     calculation.SynthesisMathErrors = back.SynthesisMathErrors;
     calculation.CountChanged = false;
+    calculation.Remarks.clear();  // they were of other values
     KeepWhatOnlyShows(shown, calculation);
     BuildSweepGrid(design);
     return true;

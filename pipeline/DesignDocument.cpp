@@ -228,6 +228,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->UsedInputs = Work.UsedInputs;
     snapshot->DiscardedNow = Work.DiscardedNow;
     snapshot->CountChanged = Work.CountChanged;
+    snapshot->Remarks = Work.Remarks;
     snapshot->FixedSeed = Work.FixedSeed;
     snapshot->DrawnSeed = Work.PendingSeed;
     if (!snapshot->DrawnSeed && Work.WorstCase.Runs > 0) snapshot->DrawnSeed = Work.WorstCase.Seed;
@@ -260,6 +261,7 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     Work.UsedInputs = snapshot.UsedInputs;
     Work.DiscardedNow = snapshot.DiscardedNow;
     Work.CountChanged = snapshot.CountChanged;
+    Work.Remarks = snapshot.Remarks;
     Work.FixedSeed = snapshot.FixedSeed;
     Work.PendingSeed = snapshot.DrawnSeed;
     Work.SynthesisMathErrors = snapshot.SynthesisMathErrors;

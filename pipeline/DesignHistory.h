@@ -40,6 +40,7 @@ struct DesignSnapshot {
     DesignInputs UsedInputs;
     bool DiscardedNow = false;
     bool CountChanged = false;
+    std::vector<PartsRemark> Remarks{};
     std::optional<std::uint32_t> FixedSeed;
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown
     std::uint64_t SynthesisMathErrors = 0;

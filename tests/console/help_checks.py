@@ -115,6 +115,9 @@ _DC_CHECKS = {
 }
 
 _START_CHECKS = {
+    "Rows stand by their cost": "=1000 =20",
+    "Parts, Read the Board": "=95",
+    "Parts, Which Part Matters": "=-3 =1 =1 =1 =95 =1",
     "A transmitter at 28": "=28 =56 tx.poles tx.f0 tx.r_source",
     "Type 30 into": "tx.f0/1e6 tx.poles tx.ripple",
     "The grid below the schematic": "tx[1,1] tx[2,1] tx[3,1] tx[4,1] tx[5,1]",

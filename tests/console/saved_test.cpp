@@ -206,6 +206,7 @@ TEST(SavedDesigns, ExchangingTwiceReturnsEverything) {
         for (const std::string& wanted : {first, second}) {
             ExchangeReference(reference, *calculation, {});
             Calculate(*calculation, {});
+            Calculate(*calculation, {});  // the first one may tell that a number counts traps now
             EXPECT_TRUE(Json(*calculation) == wanted) << "state " << i;
         }
     }

@@ -115,6 +115,7 @@ _DC_CHECKS = {
 }
 
 _START_CHECKS = {
+    "Options, Which Filter": "=25",
     "Rows stand by their cost": "=1000 =20",
     "Parts, Read the Board": "=95",
     "Parts, Which Part Matters": "=-3 =1 =1 =1 =95 =1",

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "analysis/PartValues.h"
 #include "app/ClientArea.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
@@ -34,6 +35,11 @@ DesignSession::DesignSession(MessageCallback& report) : report(report) {
     SeedFromClock(Document.Work);
     Document.Work.PulseInWorstCase = false;
     Document.Work.ArrangeParts = [this](FilterDesign& design, const ElementList& ideal) {
+        // What a window asks most is answered at once; the other ways take a search.
+        if (design.StdMethod == StdMethod::Nearest && !design.AbsorbParasitics) {
+            if (design.StdLCValues) SnapToStdValue(design);
+            return std::vector<PartsRemark>{};
+        }
         return ArrangeParts(design, ideal, {{}, Document.Limits}).Remarks;
     };
     clock.start();

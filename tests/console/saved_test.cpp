@@ -74,6 +74,8 @@ void Randomise(Calculation& calculation, std::mt19937& random) {
     if (below(2) == 0) UseCoefficients(calculation, "3,1,2,1\n4,.7,1.8,1.8,.7\n5,1,1,2,1,0.3");
     for (const ChoiceTable& table : ChoiceTables())
         inputs.Choice(table.Id) = table.Rows[below(table.Rows.size())].Code;
+    // A width that is fitted takes its time: one in eight.
+    if (below(4) > 0) inputs.Choice(ChoiceId::FitWidth) = 0;
     ForbidEllipticCoupling(inputs, {});
     ReadInputs(inputs, calculation.Design, {});
     for (const InputRow& row : InputRows()) {

@@ -137,10 +137,8 @@ void ActAtRandom(DocumentHands& hands, std::mt19937& random) {
         case 3: {
             const ChoiceTable& table = TableOf(static_cast<ChoiceId>(below(NumChoices)));
             const auto row = static_cast<std::size_t>(below(static_cast<int>(table.Rows.size())));
-            if (table.Id == ChoiceId::FitWidth) {  // it takes its time: for one step
-                hands.Choose(table.Id, 1);
-                return hands.Choose(table.Id, 0);
-            }
+            if (table.Id == ChoiceId::FitWidth)  // it takes its time
+                return hands.Choose(table.Id, below(8) == 0);
             return hands.Choose(table.Id, table.Rows[row].Code);
         }
         case 4:

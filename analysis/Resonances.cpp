@@ -166,13 +166,17 @@ bool IsLine(const Network& network) {
            network.Kind == NetworkKind::OpenStub;
 }
 
-/// Adds the frequencies up to `highest` (Hz) at which a line of `length` (degrees at F0) is `first`,
-/// first + 1, ... half waves long; none for a length of zero.
+/// A line of more half waves is not looked at beyond them: a length of 1e12 degrees, which can be
+/// typed, would fill the memory.
+constexpr double MostHalfWaves = 200.0;
+
+/// Adds the frequencies up to `highest` (Hz) at which a line of `length` (degrees at F0) is
+/// `first`, first + 1, ... half waves long, at most MostHalfWaves; none for a length of zero.
 void AddHalfWaves(double F0, double length, double first, double highest,
                   std::vector<double>& places) {
     if (!(length > 0.0)) return;
     const double half = F0 * HalfTurn / length;
-    for (double turns = first; turns * half <= highest; turns += 1.0)
+    for (double turns = first; turns * half <= highest && turns <= MostHalfWaves; turns += 1.0)
         places.push_back(turns * half);
 }
 

@@ -230,7 +230,7 @@ struct DesignState {
     std::optional<ElementList> CalculatedElements{};  ///< Elements as a calculation left them
     ElementList NominalElements{};  ///< Elements at the start of the last worst-case run
     ladderwise::PartModel PartModel{};
-    bool StdLCValues = false;       ///< take every value from its standard series
+    bool StdLCValues = false;  ///< take every value from its standard series
     ladderwise::StdMethod StdMethod = ladderwise::StdMethod::Nearest;
     bool AbsorbParasitics = false;  ///< refit the values so that lossy parts give the ideal shape
     bool FitWidth = false;  ///< adjust what the synthesis is given until centre and width are right

@@ -52,8 +52,9 @@ struct Legend {
 /// stands in the plot.
 int LegendHeightBelow(const PlotContent& content);
 
-/// Lays the rows out in one line, or two if there is the room, between the labels of the plot and the strip, smaller where that
-/// is too long; empty where it would be too small, or a layout has no line for it.
+/// Lays the rows out in one line, or two if there is the room, between the labels of the plot and
+/// the strip, smaller where that is too long; empty where it would be too small, or a layout has no
+/// line for it.
 Legend LayLegendBelow(const std::vector<LegendRow>& rows, const PlotLayout& layout,
                       const TextMetrics& metrics);
 

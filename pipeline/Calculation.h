@@ -80,7 +80,7 @@ struct Calculation {
     /// snapped to the nearest one.
     PartsArranger ArrangeParts{};
     std::vector<PartsRemark> Remarks{};  ///< of the last calculation
-    ElementList IdealElements{};  ///< as scaled, before de-embedding and standard values
+    ElementList IdealElements{};         ///< as scaled, before de-embedding and standard values
     /// The last values changed by hand that a calculation has discarded.
     std::optional<HandMadeDesign> Discarded{};
     DesignInputs UsedInputs{};  ///< of the last calculation, and as it left them

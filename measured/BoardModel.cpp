@@ -27,11 +27,24 @@ constexpr double viaMean = 0.4e-9, viaSpread = 0.4e-9, viaDiffers = 0.25e-9;    
 constexpr double innerShare = 0.5;  // of a pad within a slot, which may not be there
 constexpr double gapMean = 0.03e-12, gapSpread = 0.03e-12;  // across a missing part
 constexpr double shortMean = 0.3e-9, shortSpread = 0.3e-9;
-constexpr double coilSpread = 0.12, capacitorSpread = 0.15;  // between parts of one kind
-constexpr double leastCoilSpread = 0.02e-12, leastInductanceSpread = 0.03e-9,
-                 leastResistanceSpread = 0.02;
-constexpr double shortResistance = 0.02;  // ohm
-constexpr double delaySpread = 1e-9;      // s
+
+/// How far a parasitic of the parts is from what the design counts on: of all parts together, and
+/// of one from the others. The shares are of the design's figure, but no spread is below the least.
+struct ParasiticSpread {
+    double CommonShare, CommonLeast, OwnShare, OwnLeast;
+
+    /// A design with ideal parts counts on nothing: then the figure is a guess.
+    double Common(const PartModel& model, double figure) const {
+        const double share = model.Choice == PartChoice::IdealParts ? 1.0 : CommonShare;
+        return std::max(share * figure, CommonLeast);
+    }
+    double Own(double figure) const { return std::max(OwnShare * figure, OwnLeast); }
+};
+constexpr ParasiticSpread coilCapacitance{0.28, 0.05e-12, 0.12, 0.02e-12};  // F
+constexpr ParasiticSpread capacitorInductance{0.2, 0.1e-9, 0.15, 0.05e-9};  // H
+constexpr ParasiticSpread capacitorResistance{0.5, 0.05, 0.2, 0.03};        // ohm
+constexpr double shortResistance = 0.02;                                    // ohm
+constexpr double delaySpread = 1e-9;                                        // s
 
 constexpr double smallestAdmittance = 1e-14;  ///< S, of an arm at an exact resonance
 constexpr double smallestImpedance = 1e-9;    ///< ohm
@@ -112,11 +125,11 @@ int BoardModel::Add(const BoardUnknown& unknown, double nominal) {
 void BoardModel::AddCommon() {
     using Kind = BoardUnknownKind;
     const PartModel& model = design.PartModel;
-    Add({Kind::CoilCapacitance, 0, 0, model.IndC, 0.3 * model.IndC + 0.08e-12,
+    Add({Kind::CoilCapacitance, 0, 0, model.IndC, coilCapacitance.Common(model, model.IndC),
          freedom.CoilCapacitance});
-    Add({Kind::CapacitorInductance, 0, 0, model.CapL, 0.3 * model.CapL + 0.1e-9,
+    Add({Kind::CapacitorInductance, 0, 0, model.CapL, capacitorInductance.Common(model, model.CapL),
          freedom.CapacitorInductance});
-    Add({Kind::CapacitorResistance, 0, 0, model.CapR, 0.5 * model.CapR + 0.05,
+    Add({Kind::CapacitorResistance, 0, 0, model.CapR, capacitorResistance.Common(model, model.CapR),
          freedom.CapacitorResistance});
     Add({Kind::Pad, 0, 0, padMean, padSpread});
     Add({Kind::Via, 0, 0, viaMean, viaSpread});
@@ -164,15 +177,13 @@ int BoardModel::AddLeaf(const Network& network, int slot) {
     } else if (network.Kind == NetworkKind::Inductor) {
         const double loss = model.IndQ > 0.0 ? 1.0 / model.IndQ : 0.0;
         Add({Kind::CoilLoss, slot, row, loss, std::max(loss, 0.02), freedom.CoilQ});
-        Add({Kind::CoilCapacitance, slot, row, 0.0, coilSpread * model.IndC + leastCoilSpread,
+        Add({Kind::CoilCapacitance, slot, row, 0.0, coilCapacitance.Own(model.IndC),
              freedom.CoilCapacitance, commonCoilCapacitance});
     } else if (network.Kind == NetworkKind::Capacitor) {
-        Add({Kind::CapacitorInductance, slot, row, 0.0,
-             capacitorSpread * model.CapL + leastInductanceSpread, freedom.CapacitorInductance,
-             commonCapacitorInductance});
-        Add({Kind::CapacitorResistance, slot, row, 0.0,
-             capacitorSpread * model.CapR + leastResistanceSpread, freedom.CapacitorResistance,
-             commonCapacitorResistance});
+        Add({Kind::CapacitorInductance, slot, row, 0.0, capacitorInductance.Own(model.CapL),
+             freedom.CapacitorInductance, commonCapacitorInductance});
+        Add({Kind::CapacitorResistance, slot, row, 0.0, capacitorResistance.Own(model.CapR),
+             freedom.CapacitorResistance, commonCapacitorResistance});
     } else {
         Add({Kind::Value, slot, row + 1, 0.0, lineSpread}, design.Elements[slot].Value(row + 1));
     }

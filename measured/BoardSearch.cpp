@@ -15,7 +15,9 @@ constexpr double narrowBand = 0.15;  // relative bandwidth
 constexpr std::array<double, 6> smoothings = {0.1, 0.05, 0.02, 0.01, 0.004, 0.001};
 constexpr BoardStage smoothedStage{false, 0.0, 8, 1e-2};
 constexpr BoardStage heldStage{false, 0.0, 30, 1e-3};
+constexpr BoardStage roughStage{true, 0.0, 60, 2e-3};
 constexpr BoardStage freeStage{true, 0.0, 60, 1e-5};
+constexpr double hopeless = 20.0;  // Excess after the rough stage, beyond which nothing is refined
 
 constexpr std::size_t glancePoints = 150;
 constexpr std::size_t screenPoints = 50;
@@ -23,7 +25,8 @@ constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
 constexpr int screenSteps = 5;
 
 constexpr int randomStarts = 400;
-constexpr std::size_t fittedStarts = 24;
+constexpr std::size_t fittedStarts = 24, finishedStarts = 8;
+constexpr BoardStage briefStage{false, 0.0, 6, 1e-3};
 constexpr std::size_t randomPoints = 100;
 constexpr double tuningSpread = 0.05;    // of a random start, in ln of sqrt(L C)
 constexpr double impedanceSpread = 0.1;  // and of sqrt(C / L), and of single parts
@@ -68,8 +71,13 @@ BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
 
 BoardSolution BoardSearch::Finished(const BoardState& glance) const {
     const BoardFit fit(model, data);
-    BoardSolution solution{fit.Improved(glance, freeStage)};
-    solution.Excess = std::sqrt(solution.State.Misfit / fit.Count());
+    const auto excess = [&](const BoardState& state) {
+        return std::sqrt(state.Misfit / fit.Count());
+    };
+    BoardSolution solution{fit.Improved(glance, roughStage)};
+    if (excess(solution.State) < hopeless)
+        solution.State = fit.Improved(std::move(solution.State), freeStage);
+    solution.Excess = excess(solution.State);
     return solution;
 }
 
@@ -110,10 +118,14 @@ BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
     const auto cheaper = [](const BoardState& a, const BoardState& b) {
         return a.Cost() < b.Cost();
     };
-    std::partial_sort(starts.begin(), starts.begin() + fittedStarts, starts.end(), cheaper);
-    starts.resize(fittedStarts);
-    for (BoardState& start : starts)
-        start = fit.Improved(std::move(start), heldStage);
+    const auto fitBest = [&](std::size_t count, const BoardStage& stage) {
+        std::sort(starts.begin(), starts.end(), cheaper);
+        starts.resize(count);
+        for (BoardState& start : starts)
+            start = fit.Improved(std::move(start), stage);
+    };
+    fitBest(fittedStarts, briefStage);
+    fitBest(finishedStarts, heldStage);
     return *std::min_element(starts.begin(), starts.end(), cheaper);
 }
 

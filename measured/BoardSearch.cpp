@@ -19,7 +19,7 @@ constexpr BoardStage roughStage{true, 0.0, 60, 2e-3};
 constexpr BoardStage freeStage{true, 0.0, 60, 1e-5};
 constexpr double hopeless = 20.0;  // Excess after the rough stage, beyond which nothing is refined
 
-constexpr std::size_t glancePoints = 150;
+constexpr std::size_t glancePoints = 150, smoothedPoints = 80;
 constexpr std::size_t screenPoints = 50;
 constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
 constexpr int screenSteps = 5;
@@ -56,17 +56,18 @@ BoardState BoardSearch::Screened() const {
 }
 
 BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
-    const BoardData few = Thinned(data, glancePoints);
-    const BoardFit fit(model, few);
     BoardState state{std::move(start)};
     if (smoothed || IsNarrow(design)) {
+        const BoardData few = Thinned(data, smoothedPoints);
+        const BoardFit fit(model, few);
         for (const double width : smoothings) {
             BoardStage stage = smoothedStage;
             stage.Smoothing = width;
             state = fit.Improved(std::move(state), stage);
         }
     }
-    return fit.Improved(std::move(state), heldStage);
+    const BoardData few = Thinned(data, glancePoints);
+    return BoardFit(model, few).Improved(std::move(state), heldStage);
 }
 
 BoardSolution BoardSearch::Finished(const BoardState& glance) const {

@@ -15,6 +15,7 @@ import sys
 import time
 
 PATIENCE = 60.0  # seconds for a window or a file
+BLINKING = 4.0   # seconds after which what still changes is a text cursor
 
 
 def run(*command, **options):
@@ -54,10 +55,10 @@ def screen():
 
 
 def settle():
-    """Until the screen has stood still for half a second."""
+    """Until the screen has stood still for a third of a second; a text cursor that blinks never does."""
     last, since = screen(), time.monotonic()
-    end = since + PATIENCE
-    while time.monotonic() < end and time.monotonic() - since < 0.5:
+    end = since + BLINKING
+    while time.monotonic() < end and time.monotonic() - since < 0.3:
         time.sleep(0.1)
         now = screen()
         if now != last:

@@ -32,6 +32,7 @@ constexpr double tuningSpread = 0.05;    // of a random start, in ln of sqrt(L C
 constexpr double impedanceSpread = 0.1;  // and of sqrt(C / L), and of single parts
 constexpr unsigned startSeed = 20011;    // the same board gives the same answer
 
+constexpr double likelyCost = 4.0;         // of a glance, beside that of the best solution
 constexpr double equalCost = 9.0;          // squares of the noise: three standard deviations
 constexpr double farthestExchange = 0.25;  // of ln value, from nominal: no part is so far off
 
@@ -131,7 +132,8 @@ BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
 }
 
 /// The state with the values of two slots of one type exchanged, for all such pairs; with
-/// `commuting` only of those that can change places without anybody noticing: two arms in a row.
+/// `commuting` only of those that can change places without anybody noticing: two arms in a row,
+/// and traps, since a ladder can have its transmission zeros in any order.
 std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
                                                         bool commuting) const {
     std::vector<std::vector<double>> starts;
@@ -157,9 +159,9 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
             exchange({a, 1}, {a, 3}, x);
             keep(std::move(x));
         }
-        for (int b = a + 1;
-             b <= (commuting ? std::min(a + 1, SlotsInUse(design)) : SlotsInUse(design)); ++b) {
-            if (design.Elements[b].Type != type) continue;
+        const bool isTrap = type == ElementType::SeriesLC || type == ElementType::ShuntLC;
+        for (int b = a + 1; b <= SlotsInUse(design); ++b) {
+            if (design.Elements[b].Type != type || (commuting && !isTrap && b > a + 1)) continue;
             std::vector<double> x = state.X;
             for (int row = 0; row < 4; ++row)
                 exchange({a, row}, {b, row}, x);
@@ -169,14 +171,24 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
     return starts;
 }
 
-/// Finds solutions beside the best that explain the data as well.
+/// Finds solutions beside the best that explain the data as well. What a glance shows to be far
+/// from that is not fitted to the end.
 void BoardSearch::AddEquals(BoardSolution& solution) const {
-    for (const std::vector<double>& start : Exchanged(solution.State, true)) {
-        BoardSolution other = Finished(Glance(start));
-        if (other.State.Cost() < solution.State.Cost()) std::swap(other.State, solution.State);
-        if (other.State.Cost() < solution.State.Cost() + equalCost)
-            solution.Equals.push_back(other.State);
+    std::vector<std::vector<double>> starts = Exchanged(solution.State, true);
+    const double likely = starts.empty() ? 0.0 : likelyCost * Glance(solution.State.X).Cost();
+    for (const std::vector<double>& start : starts) {
+        const BoardState glance = Glance(start);
+        if (glance.Cost() > likely) continue;
+        BoardSolution other = Finished(glance);
+        if (other.State.Cost() < solution.State.Cost()) {
+            std::swap(other.State, solution.State);
+            solution.Excess = other.Excess;
+        }
+        solution.Equals.push_back(std::move(other.State));
     }
+    std::erase_if(solution.Equals, [&](const BoardState& other) {
+        return other.Cost() > solution.State.Cost() + equalCost;
+    });
 }
 
 BoardSolution BoardSearch::Solve() const {

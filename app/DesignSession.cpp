@@ -2,10 +2,10 @@
 #include "app/DesignSession.h"
 
 #include <QGuiApplication>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <utility>
 
-#include "analysis/PartValues.h"
 #include "app/ClientArea.h"
 #include "app/MainPanel.h"
 #include "app/PlotArea.h"
@@ -13,7 +13,6 @@
 #include "app/SecondaryWindows.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
-#include "choosing/PartsArrangement.h"
 #include "display/MarkerTable.h"
 #include "pipeline/SavedDesigns.h"
 
@@ -34,17 +33,12 @@ bool IsCoefficientsFile(const ChoiceCode& chosen) {
 DesignSession::DesignSession(MessageCallback& report) : report(report) {
     SeedFromClock(Document.Work);
     Document.Work.PulseInWorstCase = false;
-    Document.Work.ArrangeParts = [this](FilterDesign& design, const ElementList& ideal) {
-        // What a window asks most is answered at once; the other ways take a search.
-        if (design.StdMethod == StdMethod::Nearest && !design.AbsorbParasitics) {
-            if (design.StdLCValues) SnapToStdValue(design);
-            return std::vector<PartsRemark>{};
-        }
-        return ArrangeParts(design, ideal, {{}, Document.Limits}).Remarks;
-    };
+    ArrangeDocument();
     clock.start();
     noInputWaits.setSingleShot(true);
     connect(&noInputWaits, &QTimer::timeout, this, &DesignSession::FinishDrawing);
+    noEventWaits.setSingleShot(true);
+    connect(&noEventWaits, &QTimer::timeout, this, &DesignSession::ImproveParts);
 }
 
 InputActions DesignSession::Actions() {
@@ -117,6 +111,7 @@ void DesignSession::ShowStatus() {
     if (views.Windows->ShowsShares()) views.Windows->RefreshShares(ShareTables());
     if (!compared) views.Windows->RefreshChoices();
     NoteBoardDesign();
+    ShowChoosing();
 }
 
 /// Figures and markers.
@@ -224,6 +219,7 @@ void DesignSession::PressKey(FormKey key) {
     ValueGrid* const grid = views.Client->Grid();
     grid->FinishEditing();
     StoreInputs();
+    if (ChangesValue(key)) FinishChoosing();
     switch (ApplyFormKey(Document.Work, key, grid->SelectedCell(), report)) {
         case KeyOutcome::Nothing:
             ShowInputs();
@@ -242,7 +238,9 @@ void DesignSession::PressKey(FormKey key) {
 
 void DesignSession::SimulateGrid() {
     StoreInputs();
-    for (const auto& [at, value] : views.Client->Grid()->TakeTyped())
+    const auto typed = views.Client->Grid()->TakeTyped();
+    if (!typed.empty()) FinishChoosing();
+    for (const auto& [at, value] : typed)
         Document.Edit(at.Slot, at.Row, value);
     AnalyseAndDraw();
 }
@@ -258,6 +256,8 @@ void DesignSession::Recalculate(const std::function<bool()>& amend) {
     Hold();
     views.Status->EndNotice();
     views.Client->Grid()->ForgetRejected();
+    // What amends a design was made for its final values.
+    const QScopedValueRollback<bool> whole(choosesAtOnce, choosesAtOnce || amend);
     Document.Prepare(report);
     if (amend && amend()) Document.AnalyseEdits(report);
     ShowInputs();
@@ -280,6 +280,7 @@ void DesignSession::ShowBroughtBack() {
 void DesignSession::AnalyseAndDraw() {
     Hold();
     Document.AnalyseEdits(report);
+    parts.Resume(Document.Work, Document.Limits);
     ShowInputs();
     Draw(Waiting::Traces);
 }
@@ -311,6 +312,8 @@ void DesignSession::ShowRestored(std::optional<PassType> shown) {
     views.Status->EndNotice();
     views.Client->Grid()->ForgetRejected();
     views.Windows->CloseOthers(Document.Work.Inputs.Pass());
+    // Undone to a moment when its values were still being chosen.
+    if (parts.Resume(Document.Work, Document.Limits)) PutChosen();
     ShowInputs();
     Draw(Waiting::Traces);
     const PassType pass = Document.Work.Design.PassType;
@@ -325,6 +328,7 @@ void DesignSession::Draw(Waiting what) {
     if (waiting == Waiting::FirstShow) return;
     ReadMeasured();
     Note();
+    if (parts.IsSearching()) noEventWaits.start(0);
     waiting = std::max(waiting, what);
     if (!Document.Work.PendingSeed) return FinishDrawing();
     noInputWaits.start();

@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 
+#include "choosing/PartsChoice.h"
 #include "controls/InputBinder.h"
 #include "display/PictureLayout.h"
 #include "display/PlotContent.h"
@@ -88,6 +89,13 @@ public:
     void ShowBroughtBack();
     /// Values that were edited, as they stand.
     void AnalyseAndDraw();
+    /// What the end of the program left, in the place of the document.
+    bool Recover(const UnsavedWork& work);
+
+    // --- standard values beyond the nearest ones
+
+    /// Whoever takes the ladder away, or edits it, gets the values that the search comes to.
+    void FinishChoosing();
 
     // --- history
 
@@ -183,6 +191,11 @@ private:
     void SettleControls();
     void Hold();
     void Note();
+    void ImproveParts();
+    void ArrangeDocument();
+    void PutChosen();
+    void TakeChosen();
+    void ShowChoosing();
     void ReadMeasured();
     void Draw(Waiting what);
     void PlotRun(const AnalysedRun& run);
@@ -205,7 +218,11 @@ private:
     std::vector<double> boardOf;   ///< the ladder that a board was read for
     mutable MeasuredSet measured;  ///< keeps what it has calculated of its files
     std::string measuredFaults;    ///< that nobody has been told
+    PartsChoice parts;             ///< standard values of the document's design
+    bool choosesAtOnce = false;    ///< a calculation ends with the values that the search comes to
+    QElapsedTimer choosing;        ///< since the search in hand began
     QTimer noInputWaits;           ///< runs out when all input that has come is taken
+    QTimer noEventWaits;           ///< likewise, for the search
     QElapsedTimer clock;           ///< of the history
 };
 

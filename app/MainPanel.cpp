@@ -2,6 +2,7 @@
 #include "app/MainPanel.h"
 
 #include <QButtonGroup>
+#include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -158,19 +159,25 @@ QWidget* MainPanel::BuildPartsGroup() {
     AddInput(grid, 3, 0, InputId::PercentChange);
     toleranceLabel = AddLabel(group, "ToleranceLabel", "");
     toleranceLabel->setToolTip("Tolerances; set them in Part Definitions");
-    int row = 0;
-    for (const ChoiceId id : {ChoiceId::StdLCValues, ChoiceId::WorstCase}) {
-        tabOrder.push_back(binder.AddChoice(group, id));
-        grid->addWidget(tabOrder.back(), row++, 1);
-    }
-    grid->addWidget(toleranceLabel, 2, 1);
+    const auto place = [&](QWidget* control, int row, int column) {
+        grid->addWidget(control, row, column);
+        tabOrder.push_back(control);
+    };
+    place(binder.AddChoice(group, ChoiceId::StdLCValues), 0, 1);
+    QComboBox* const methods = binder.AddKinds(group, ChoiceId::StdLCValues, "StdMethodBox");
+    methods->setAccessibleName("Choice of the standard values");
+    place(methods, 1, 1);
+    place(binder.AddChoice(group, ChoiceId::Absorb), 2, 1);
+    place(binder.AddChoice(group, ChoiceId::FitWidth), 2, 2);
+    place(binder.AddChoice(group, ChoiceId::WorstCase), 0, 2);
+    grid->addWidget(toleranceLabel, 1, 2);
     indQLabel = AddLabel(group, "IndQLabel", "");
     indCLabel = AddLabel(group, "IndCLabel", "");
     capRLabel = AddLabel(group, "CapRLabel", "");
     capLLabel = AddLabel(group, "CapLLabel", "");
-    row = 0;
+    int row = 0;
     for (QLabel* const label : {indQLabel, indCLabel, capRLabel, capLLabel})
-        grid->addWidget(label, row++, 2);
+        grid->addWidget(label, row++, 3);
     return group;
 }
 
@@ -263,7 +270,7 @@ void MainPanel::AlignRows() {
             grid->setRowMinimumHeight(row, height);
         // The labels of the part models must not move the traces.
         if (group == capRLabel->parentWidget())
-            grid->setColumnMinimumWidth(2, fontMetrics().horizontalAdvance("Cap Ro = 0.0000 ohm"));
+            grid->setColumnMinimumWidth(3, fontMetrics().horizontalAdvance("Cap Ro = 0.0000 ohm"));
     }
 }
 

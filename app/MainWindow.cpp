@@ -142,7 +142,10 @@ void MainWindow::ConnectClient() {
 }
 
 FileHost MainWindow::HostOfFiles() {
-    return {[this] { session.ReadEntries(); },
+    return {[this] {
+                session.ReadEntries();
+                session.FinishChoosing();
+            },
             [this](const std::function<bool()>& amend) {
                 session.Measured().Clear();  // files may have changed since they were read
                 session.ShowLoaded({}, amend);
@@ -194,7 +197,7 @@ bool MainWindow::OfferUnsavedWork(const std::string& folder) {
         folder, [this](const UnsavedWork& found) { return files->AskRecovery(found); });
     if (!work) return false;
     const PassType shown = session.Document.Work.Design.PassType;
-    const bool fits = session.Document.Recover(*work, report);
+    const bool fits = session.Recover(*work);
     session.ShowRestored(shown);
     session.FinishDrawing();
     if (!fits) report("Program Info", EditsLostText);

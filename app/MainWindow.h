@@ -63,7 +63,10 @@ public:
 
     /// Draws now what waits to be drawn. Steps that follow each other quickly are calculated one
     /// by one up to the worst case; the worst case runs when no more input waits.
-    void FinishDrawing() { session.FinishDrawing(); }
+    void FinishDrawing() {
+        session.FinishChoosing();
+        session.FinishDrawing();
+    }
 
     /// Takes what stands in the controls and recalculates.
     void CalcButtonClick() { session.Calculate(); }

@@ -110,6 +110,7 @@ void MenuCommands::ShowReference(bool shown) {
 
 void MenuCommands::SetReference() {
     session.ReadEntries();
+    session.FinishChoosing();
     session.FinishDrawing();
     session.Document.SetReference(report);
     session.Calculate();
@@ -117,6 +118,7 @@ void MenuCommands::SetReference() {
 
 void MenuCommands::ExchangeWithReference() {
     session.ReadEntries();
+    session.FinishChoosing();
     session.FinishDrawing();
     const PassType before = session.Document.Work.Design.PassType;
     session.Document.ExchangeReference(report);
@@ -124,6 +126,7 @@ void MenuCommands::ExchangeWithReference() {
 }
 
 void MenuCommands::CopyPartsTable() {
+    session.FinishChoosing();
     QApplication::clipboard()->setText(
         QString::fromStdString(PartsTableText(session.Document.Work.Design)));
 }
@@ -169,6 +172,7 @@ void MenuCommands::SetSeed() {
 void MenuCommands::SettleDesign() {
     client.Grid()->FinishEditing();
     session.ReadEntries();
+    session.FinishChoosing();
     session.FinishDrawing();
 }
 

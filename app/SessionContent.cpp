@@ -91,8 +91,10 @@ void DesignSession::DragLimit(std::size_t limit, const LimitLine& line) {
 
 void DesignSession::DropLimit(bool taken) {
     if (!dragged) return;
-    if (taken && Document.Limits == dragged->Before) Document.Limits = dragged->Now;
+    const bool takes = taken && Document.Limits == dragged->Before;
+    const LimitLines lines = takes ? dragged->Now : Document.Limits;
     dragged.reset();
+    if (takes) return ChangeLimits(lines);
     DrawMarkers();
 }
 
@@ -109,8 +111,13 @@ DesignSession::JudgedLimits DesignSession::JudgeShown() const {
 }
 
 void DesignSession::ChangeLimits(const LimitLines& lines) {
+    const bool changed = Document.Limits != lines;
     Document.Limits = lines;
-    DrawMarkers();
+    const FilterDesign& design = Document.Work.Design;
+    const bool choosesByThem = design.StdLCValues && design.StdMethod == StdMethod::Yield;
+    if (!changed || !choosesByThem || HasEdits(design)) return DrawMarkers();
+    views.Binder->StoreInputs();
+    Recalculate();
 }
 
 // --- measured data

@@ -77,6 +77,7 @@ BoardActions DesignSession::ActionsOfBoard() {
                 return ReadBoardFile(path, turned, progress);
             },
             [this](const BoardReading& reading) {
+                FinishChoosing();
                 Document.Work.Design.Elements = MeasuredLadder(reading, Document.Work.Design);
                 AnalyseAndDraw();
                 boardOf = LadderNumbers(Document.Work.Design);

@@ -20,6 +20,15 @@ constexpr int ProgressWidth = 200;   ///< pixels
 constexpr int FigureMargin = 6;      ///< pixels right of the figures
 constexpr int RepaintInterval = 40;  ///< ms between two looks at a growing overlay
 
+QProgressBar* NewProgress(QWidget* parent, const char* name, const char* format) {
+    auto* const made = new QProgressBar(parent);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setFixedWidth(ProgressWidth);
+    made->setFormat(QString::fromLatin1(format));
+    made->hide();
+    return made;
+}
+
 }  // namespace
 
 StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
@@ -29,11 +38,8 @@ StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     figuresLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     figuresLabel->setContentsMargins(0, 0, FigureMargin, 0);
     figuresLabel->hide();
-    progress = new QProgressBar(bar);
-    progress->setObjectName("WorstCaseProgress");
-    progress->setFixedWidth(ProgressWidth);
-    progress->setFormat("Worst case %v of %m");
-    progress->hide();
+    progress = NewProgress(bar, "WorstCaseProgress", "Worst case %v of %m");
+    choosing = NewProgress(bar, "ChoosingProgress", "Choosing parts: %p %");
     bar->addWidget(label, 1);
     mathErrorButton = new QToolButton(bar);
     mathErrorButton->setObjectName("MathErrorButton");
@@ -43,6 +49,7 @@ StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     mathErrorButton->hide();
     connect(mathErrorButton, &QToolButton::clicked, this, &StatusView::MathErrorsAsked);
     bar->addPermanentWidget(figuresLabel);
+    bar->addPermanentWidget(choosing);
     bar->addPermanentWidget(progress);
     bar->addPermanentWidget(mathErrorButton);
     bar->setSizeGripEnabled(false);
@@ -79,6 +86,11 @@ void StatusView::ShowNotice(const QString& notice, int duration) {
 
 void StatusView::EndNotice() {
     label->EndNotice();
+}
+
+void StatusView::ShowChoosing(double share) {
+    choosing->setValue(static_cast<int>(100.0 * share));
+    choosing->setVisible(share < 1.0);
 }
 
 bool StatusView::ShowProgress(int run, int runs) {

@@ -36,6 +36,9 @@ public:
     /// A run of a worst case has been drawn: 1 .. runs. True if the picture is to be shown now.
     bool ShowProgress(int run, int runs);
 
+    /// How much of a choice of parts is done, 0 to 1; 1: there is none.
+    void ShowChoosing(double share);
+
     QWidget* MathErrorButton() const;
 
 signals:
@@ -46,6 +49,7 @@ private:
     ElidedLabel* label;
     QLabel* figuresLabel;
     QProgressBar* progress;
+    QProgressBar* choosing;
     QToolButton* mathErrorButton;  ///< when there is an error to list
     QElapsedTimer sinceRepaint;
 };

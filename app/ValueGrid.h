@@ -43,6 +43,9 @@ public:
     /// through to the grid before it hands its text over: that text is simulated by itself.
     bool TakesEnter(const QObject* target) const;
 
+    /// True while a cell's editor is open.
+    bool IsEditing() const;
+
     /// Closes an open editor, whose text is taken.
     void FinishEditing();
 
@@ -81,7 +84,6 @@ private:
     void MarkRejected(QTableWidgetItem* item, const GridCell& cell, CellPosition at);
     bool IsReadable(QTableWidgetItem* item, CellPosition at, std::vector<TypedValue>& typed) const;
     void OpenMenu(QPoint at);
-    bool IsEditing() const;
 
     /// A text that is no value.
     struct RejectedCell {

@@ -154,10 +154,9 @@ private:
     std::vector<std::vector<double>> changes;
 };
 
-}  // namespace
-
-PartChoices DescendFromLattice(const FilterDesign& exact, Closeness& judge,
-                               const std::vector<PartToChoose>& parts, ValueSearch& search) {
+/// The derivatives of the residuals in ln(value), decomposed.
+Triangle TriangleOf(const FilterDesign& exact, Closeness& judge,
+                    const std::vector<PartToChoose>& parts) {
     const std::vector<double>& freqs = judge.Grid().Freqs();
     const auto work = std::make_unique<FilterDesign>(exact);
     const std::vector<double> scale = ScaleOf(exact, freqs);
@@ -172,18 +171,49 @@ PartChoices DescendFromLattice(const FilterDesign& exact, Closeness& judge,
             columns.back()[i] = (columns.back()[i] - at[i]) / stepInLn;
         value = part.Exact;
     }
-    const Triangle triangle = Decompose(std::move(columns), parts);
-    std::vector<Beginning> found = KBest(triangle, parts).Run();
-    for (Beginning& each : found)
-        each.Sum = search.IsDone() ? each.Sum : search.CostOf(each.Choices);
-    std::sort(found.begin(), found.end(),
-              [](const Beginning& a, const Beginning& b) { return a.Sum < b.Sum; });
+    return Decompose(std::move(columns), parts);
+}
+
+/// The best choices by the lattice alone.
+std::vector<PartChoices> ChoicesOfLattice(const FilterDesign& exact, Closeness& judge,
+                                          const std::vector<PartToChoose>& parts) {
+    const Triangle triangle = TriangleOf(exact, judge, parts);
+    std::vector<PartChoices> choices;
+    for (Beginning& each : KBest(triangle, parts).Run())
+        choices.push_back(std::move(each.Choices));
+    return choices;
+}
+
+/// Ascending by cost, those of the same cost as they were.
+void SortByCost(std::vector<PartChoices>& choices, ValueSearch& search) {
+    std::stable_sort(choices.begin(), choices.end(),
+                     [&search](const PartChoices& a, const PartChoices& b) {
+                         return search.CostOf(a) < search.CostOf(b);
+                     });
+}
+
+}  // namespace
+
+Slices DescendFromLattice(const FilterDesign& exact, Closeness& judge,
+                          const std::vector<PartToChoose>& parts, ValueSearch& search,
+                          PartChoices& best) {
+    std::vector<PartChoices> found = ChoicesOfLattice(exact, judge, parts);
+    co_yield Pause;
+    std::size_t judged = 0;
+    for (; judged < found.size() && (judged == 0 || !search.IsDone()); ++judged) {
+        search.CostOf(found[judged]);
+        if (search.IsPauseDue()) co_yield Pause;
+    }
+    found.resize(judged);  // the evaluations may be used up
+    SortByCost(found, search);
     found.resize(std::min<std::size_t>(LatticeDescents, found.size()));
-    for (Beginning& each : found)
-        each.Sum = search.Descend(each.Choices);
-    return std::min_element(found.begin(), found.end(),
-                            [](const Beginning& a, const Beginning& b) { return a.Sum < b.Sum; })
-        ->Choices;
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        Slices descent = search.Descend(found[i]);
+        while (descent.Advance())
+            co_yield Pause;
+    }
+    SortByCost(found, search);
+    best = found.front();
 }
 
 }  // namespace ladderwise

@@ -16,9 +16,10 @@ namespace ladderwise {
 /// best beginnings are each continued by the LatticeChildren next values about what the residual
 /// asks for. The coils are decided first, because the capacitors are fine enough to make up for
 /// them. After L. Babai, Combinatorica 6 (1986) 1-13, and E. Agrell et al., "Closest point search
-/// in lattices", IEEE Trans. Inf. Theory 48 (2002) 2201-2214. The best choices found.
-PartChoices DescendFromLattice(const FilterDesign& exact, Closeness& judge,
-                               const std::vector<PartToChoose>& parts, ValueSearch& search);
+/// in lattices", IEEE Trans. Inf. Theory 48 (2002) 2201-2214. The best choices found go to `best`.
+Slices DescendFromLattice(const FilterDesign& exact, Closeness& judge,
+                          const std::vector<PartToChoose>& parts, ValueSearch& search,
+                          PartChoices& best);
 
 inline constexpr int LatticeWidth = 1000;
 inline constexpr int LatticeChildren = 6;

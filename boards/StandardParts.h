@@ -6,6 +6,7 @@
 // exists.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,6 @@ struct StandardTask {
     /// Of the highest yield the first answer alone, by slopes, in a few milliseconds.
     bool FirstAnswer = false;
     double Effort = 1.0;  ///< share of the usual evaluations, above 0: less is a poorer choice
-    ProgressCallback Progress{};
 };
 
 /// One part as it is to be bought.
@@ -45,13 +45,36 @@ struct StandardParts {
     double ChosenDeviation = 0.0;
     int Evaluations = 0;
     bool ByYield = false;  ///< chosen by limits; J and deviation may be worse then
+    bool Final = false;    ///< nothing better will follow
 };
 
 /// Chooses standard values for the exact ones in exact.Elements; `ideal` is the ladder as it was
-/// scaled, before any allowance for parasitics. The same every time. The choice is never worse than
-/// the nearest values, neither in J nor in the worst deviation of the pass band;
-/// of the highest yield, which needs limits, never in ConfirmingBoards boards of its own. Held
-/// parts keep their values and are among the nearest ones too.
+/// scaled, before any allowance for parasitics. The same every time, however it is sliced. The
+/// choice is never worse than the nearest values, neither in J nor in the worst deviation of the
+/// pass band; of the highest yield, which needs limits, never in ConfirmingBoards boards of its
+/// own, nor its first answer in FirstConfirmingBoards. Held parts keep their values and are among
+/// the nearest ones too.
+class StandardSearch {
+public:
+    StandardSearch(const FilterDesign& exact, const ElementList& ideal, const StandardTask& task);
+    ~StandardSearch();
+
+    /// Goes on for a few milliseconds at most, or a board's worth of them; false: all is done.
+    bool Advance();
+
+    /// The nearest values at first, of the highest yield then a first answer, in the end the
+    /// choice.
+    const StandardParts& Present() const;
+
+    /// How much is done, 0 to 1.
+    double DoneShare() const;
+
+private:
+    class Chooser;
+    std::unique_ptr<Chooser> chooser;
+};
+
+/// The whole search at once.
 StandardParts ChooseStandardParts(const FilterDesign& exact, const ElementList& ideal,
                                   const StandardTask& task);
 

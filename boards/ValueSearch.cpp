@@ -16,13 +16,16 @@ constexpr std::uint32_t kickSeed = 1;  ///< the choice is the same every time
 constexpr int fewestKicked = 2;
 constexpr int mostKicked = 4;
 constexpr int kicksWithoutNews = 400;  ///< all known: there is nothing left to be found
-constexpr int progressEvery = 50;
 
 std::uint64_t KeyOf(const PartChoices& choices) {
     std::uint64_t key = 0xcbf29ce484222325u;  // FNV-1a over the indices
     for (const int choice : choices)
         key = (key ^ static_cast<std::uint64_t>(choice + 1)) * 0x100000001b3u;
     return key;
+}
+
+std::size_t Below(std::mt19937& random, std::size_t count) {
+    return static_cast<std::size_t>(random() % count);
 }
 
 }  // namespace
@@ -49,8 +52,7 @@ double ValueSearch::CostOf(const PartChoices& choices) {
     const FilterDesign& ladder = LadderOf(choices);
     const double cost = task.Cost(ladder);
     place->second = cost;
-    if (++evaluations % progressEvery == 0 && task.Progress)
-        stopped = !task.Progress(std::min(1.0, double(evaluations) / task.Evaluations)) || stopped;
+    ++evaluations;
     if (cost < bestCost && (!task.Allowed || task.Allowed(ladder))) {
         bestCost = cost;
         best = choices;
@@ -79,58 +81,78 @@ bool ValueSearch::TrySteps(PartChoices& choices, double& cost, const std::vector
     return false;
 }
 
-bool ValueSearch::ImproveBySingles(PartChoices& choices, double& cost) {
-    bool improved = false;
+Slices ValueSearch::ImproveBySingles(PartChoices& choices, double& cost, bool& improved) {
     for (int i = 0; i < static_cast<int>(parts.size()); ++i)
-        for (const int move : {-1, 1})
-            while (!IsDone() && TrySteps(choices, cost, {{i, move}}))
+        for (int move = -1; move <= 1; move += 2)
+            while (!IsDone() && TrySteps(choices, cost, {{i, move}})) {
                 improved = true;
-    return improved;
+                if (IsPauseDue()) co_yield Pause;
+            }
 }
 
-bool ValueSearch::ImproveByPairs(PartChoices& choices, double& cost) {
+/// Until the first pair that helps.
+Slices ValueSearch::ImproveByPairs(PartChoices& choices, double& cost, bool& improved) {
     const int count = static_cast<int>(parts.size());
     for (int i = 0; i < count; ++i)
         for (int j = i + 1; j < count; ++j) {
             const int apart = parts[static_cast<std::size_t>(j)].Place.Slot -
                               parts[static_cast<std::size_t>(i)].Place.Slot;
             if (apart > 1) break;
-            for (const int a : {-1, 1})
-                for (const int b : {-a, a}) {
-                    if (IsDone()) return false;
-                    if (TrySteps(choices, cost, {{i, a}, {j, b}})) return true;
+            for (int a = -1; a <= 1; a += 2)
+                for (int sign = -1; sign <= 1; sign += 2) {  // against each other first
+                    if (IsDone()) co_return;
+                    improved = TrySteps(choices, cost, {{i, a}, {j, sign * a}});
+                    if (improved) co_return;
+                    if (IsPauseDue()) co_yield Pause;
                 }
         }
-    return false;
 }
 
-double ValueSearch::Descend(PartChoices& choices) {
+Slices ValueSearch::Descend(PartChoices& choices) {
     double cost = CostOf(choices);
-    while (!IsDone())
-        if (!ImproveBySingles(choices, cost) && !ImproveByPairs(choices, cost)) break;
-    return cost;
+    for (bool improved = true; improved && !IsDone();) {
+        improved = false;
+        Slices singles = ImproveBySingles(choices, cost, improved);
+        while (singles.Advance())
+            co_yield Pause;
+        if (improved) continue;
+        Slices pairs = ImproveByPairs(choices, cost, improved);
+        while (pairs.Advance())
+            co_yield Pause;
+    }
 }
 
-void ValueSearch::Wander(PartChoices choices) {
+Slices ValueSearch::Wander(PartChoices choices) {
     std::mt19937 random(kickSeed);
-    const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random() % n); };
-    double cost = Descend(choices);
-    if (parts.empty()) return;
+    Slices first = Descend(choices);
+    while (first.Advance())
+        co_yield Pause;
+    if (parts.empty()) co_return;
     for (int idle = 0; !IsDone() && idle < kicksWithoutNews; ++idle) {
         const int before = evaluations;
         PartChoices kicked = choices;
-        const std::size_t count = fewestKicked + below(mostKicked - fewestKicked + 1);
+        const std::size_t count = fewestKicked + Below(random, mostKicked - fewestKicked + 1);
         for (std::size_t k = 0; k < count; ++k) {
-            const int part = static_cast<int>(below(parts.size()));
-            const int move = below(2) == 0 ? -1 : 1;
+            const int part = static_cast<int>(Below(random, parts.size()));
+            const int move = Below(random, 2) == 0 ? -1 : 1;
             if (CanMove(kicked, part, move)) kicked[static_cast<std::size_t>(part)] += move;
         }
-        const double found = Descend(kicked);
+        Slices next = Descend(kicked);
+        while (next.Advance())
+            co_yield Pause;
         if (evaluations > before) idle = 0;
-        if (!(found < KickTolerance * cost)) continue;
-        choices = kicked;
-        cost = found;
+        if (CostOf(kicked) < KickTolerance * CostOf(choices)) choices = kicked;
     }
+}
+
+double ValueSearch::DoneShare() const {
+    return std::min(1.0, static_cast<double>(evaluations) / std::max(1, task.Evaluations));
+}
+
+bool ValueSearch::IsPauseDue() {
+    if (evaluations < nextPause) return false;
+    nextPause = evaluations + task.InSlice;
+    return true;
 }
 
 }  // namespace ladderwise

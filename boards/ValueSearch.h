@@ -10,14 +10,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "boards/Slices.h"
 #include "boards/StandardSeries.h"
 #include "design/FilterDesign.h"
 
 namespace ladderwise {
-
-/// Told how much is done, 0 to 1, a few hundred times; false stops the work, which then gives the
-/// best that it has.
-using ProgressCallback = std::function<bool(double share)>;
 
 /// The choice of every part, by its index.
 using PartChoices = std::vector<int>;
@@ -28,7 +25,7 @@ struct SearchTask {
     /// Whether a new best one may be kept; null: all may.
     std::function<bool(const FilterDesign&)> Allowed{};
     int Evaluations = 0;
-    ProgressCallback Progress{};
+    int InSlice = 1;  ///< evaluations between two pauses, at least
 };
 
 /// Searches from the parts' choices for `design`, whose other values stay as they are.
@@ -42,14 +39,18 @@ public:
     double CostOf(const PartChoices& choices);
 
     /// Single steps, then pairs of steps within a slot and in adjacent slots, until none helps or
-    /// the evaluations are used up. The cost that it comes to.
-    double Descend(PartChoices& choices);
+    /// the evaluations are used up.
+    Slices Descend(PartChoices& choices);
 
     /// Kicks 2 to 4 parts by one step and descends, again and again; what is worse than the current
     /// by less than KickTolerance becomes the current.
-    void Wander(PartChoices choices);
+    Slices Wander(PartChoices choices);
 
-    bool IsDone() const { return stopped || evaluations >= task.Evaluations; }
+    bool IsDone() const { return evaluations >= task.Evaluations; }
+    /// Share of the evaluations that are used up.
+    double DoneShare() const;
+    /// True once in so many evaluations as a slice has.
+    bool IsPauseDue();
     int Evaluations() const { return evaluations; }
     const PartChoices& Best() const { return best; }
     double BestCost() const { return bestCost; }
@@ -65,8 +66,8 @@ private:
     };
 
     bool TrySteps(PartChoices& choices, double& cost, const std::vector<Step>& steps);
-    bool ImproveBySingles(PartChoices& choices, double& cost);
-    bool ImproveByPairs(PartChoices& choices, double& cost);
+    Slices ImproveBySingles(PartChoices& choices, double& cost, bool& improved);
+    Slices ImproveByPairs(PartChoices& choices, double& cost, bool& improved);
     bool CanMove(const PartChoices& choices, int part, int move) const;
 
     std::unique_ptr<FilterDesign> work;
@@ -76,7 +77,7 @@ private:
     PartChoices best;
     double bestCost;
     int evaluations = 0;
-    bool stopped = false;
+    int nextPause = 0;  ///< in evaluations
 };
 
 }  // namespace ladderwise

@@ -15,7 +15,6 @@ namespace {
 constexpr double halfWidth95 = 1.959963984540054;  ///< of a standard normal distribution
 constexpr double deviationOfNormal = 1.0 / 3.0;    ///< of the tolerance
 constexpr double generatorRange = 4294967296.0;
-constexpr int progressEveryBoards = 250;
 
 /// 0 < u < 1
 double UnitDraw(std::mt19937& generator) {
@@ -98,33 +97,36 @@ ShareInterval WilsonInterval(int passed, int boards) {
             passed == boards ? 1.0 : std::min(1.0, centre + half)};
 }
 
-YieldResult YieldOf(const FilterDesign& design, const std::vector<ChosenPart>& parts,
-                    const YieldTask& task) {
-    YieldResult result;
-    result.Failures.assign(task.Limits.size(), 0);
-    if (task.Limits.empty() || design.NumElements < 1 || !(design.F0 > 0.0)) return result;
-    BoardDrawer drawer(design, parts);
-    BoardJudge judge(design, task.Limits);
-    std::mt19937 generator(task.Seed);
-    const auto board = std::make_unique<FilterDesign>(design);
-    for (int k = 0; k < task.Boards; ++k) {
+BoardCount::BoardCount(const FilterDesign& design, const std::vector<ChosenPart>& parts,
+                       const LimitLines& limits, std::uint32_t seed)
+    : drawer(design, parts),
+      judge(design, limits),
+      generator(seed),
+      board(std::make_unique<FilterDesign>(design)),
+      canBuild(!limits.empty() && design.NumElements >= 1 && design.F0 > 0.0) {
+    result.Failures.assign(limits.size(), 0);
+}
+
+void BoardCount::Build(int boards) {
+    for (int k = 0; canBuild && k < boards; ++k) {
         drawer.Draw(generator, *board);
         const BoardVerdict verdict = judge.Of(*board);
-        ++result.Boards;
         if (verdict.Passes())
             ++result.Passed;
         else
             ++result.Failures[static_cast<std::size_t>(verdict.Row)];
-        if (k == 0 || !(verdict.Margin >= result.WorstVerdict.Margin)) {
-            result.WorstVerdict = verdict;
-            result.Worst = board->Elements;
-        }
-        if (task.Progress && result.Boards % progressEveryBoards == 0 &&
-            !task.Progress(static_cast<double>(result.Boards) / task.Boards))
-            break;
+        if (result.Boards++ > 0 && verdict.Margin >= result.WorstVerdict.Margin) continue;
+        result.WorstVerdict = verdict;
+        result.Worst = board->Elements;
     }
     result.Interval = WilsonInterval(result.Passed, result.Boards);
-    return result;
+}
+
+YieldResult YieldOf(const FilterDesign& design, const std::vector<ChosenPart>& parts,
+                    const YieldTask& task) {
+    BoardCount count(design, parts, task.Limits, task.Seed);
+    count.Build(task.Boards);
+    return count.Result();
 }
 
 }  // namespace ladderwise

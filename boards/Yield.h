@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -60,11 +61,10 @@ struct YieldTask {
     LimitLines Limits{};
     int Boards = 1000;
     std::uint32_t Seed = 1;  ///< repeats the boards
-    ProgressCallback Progress{};
 };
 
 struct YieldResult {
-    int Boards = 0;  ///< that were built; fewer than asked for after a stop
+    int Boards = 0;  ///< that were built
     int Passed = 0;
     ShareInterval Interval{};
     std::vector<int> Failures{};  ///< by limit: boards that failed, each once at its worst limit
@@ -72,6 +72,28 @@ struct YieldResult {
     BoardVerdict WorstVerdict{};
 
     double Share() const { return Boards > 0 ? static_cast<double>(Passed) / Boards : 0.0; }
+};
+
+/// Boards of one ladder, built and judged as many at a time as the caller has time for.
+class BoardCount {
+public:
+    /// Of the ladder in design.Elements; `parts` as of BoardDrawer. Nothing is built of a ladder
+    /// without elements, or without limits.
+    BoardCount(const FilterDesign& design, const std::vector<ChosenPart>& parts,
+               const LimitLines& limits, std::uint32_t seed);
+
+    /// The next boards; the first thousand of ten thousand are the same as a thousand.
+    void Build(int boards);
+    const YieldResult& Result() const { return result; }
+    bool CanBuild() const { return canBuild; }
+
+private:
+    BoardDrawer drawer;
+    BoardJudge judge;
+    std::mt19937 generator;
+    std::unique_ptr<FilterDesign> board;
+    bool canBuild;
+    YieldResult result;
 };
 
 /// Builds boards of the ladder in design.Elements and judges them.

@@ -60,5 +60,6 @@ inline constexpr int SafetyEvaluations = 10000;
 inline constexpr int FirstSafetyEvaluations = 2000;  ///< of an answer that is shown at once
 inline constexpr int FixedBoardEvaluations = 300;
 inline constexpr int ConfirmingBoards = 10000;
+inline constexpr int FirstConfirmingBoards = 1000;
 
 }  // namespace ladderwise

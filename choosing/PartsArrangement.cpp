@@ -56,9 +56,24 @@ PartsRemark Absorb(FilterDesign& design, const ElementList& ideal) {
 
 }  // namespace
 
-ArrangedParts ArrangeParts(FilterDesign& design, const ElementList& ideal, const PartsTask& asked) {
+std::vector<PartsRemark> PrepareParts(Calculation& calculation, const LimitLines& limits) {
+    FilterDesign& design = calculation.Design;
+    std::vector<PartsRemark> remarks;
+    if (design.AbsorbParasitics) remarks.push_back(Absorb(design, calculation.IdealElements));
+    calculation.ExactElements = design.Elements;
+    if (design.StdLCValues && design.StdMethod == StdMethod::Yield && limits.empty())
+        remarks.push_back(
+            {"std",
+             "A highest yield needs limits; without them the standard values are those of the "
+             "closest response.",
+             true});
+    return remarks;
+}
+
+ArrangedParts ArrangeParts(Calculation& calculation, const PartsTask& asked) {
+    FilterDesign& design = calculation.Design;
     ArrangedParts arranged;
-    if (design.AbsorbParasitics) arranged.Remarks.push_back(Absorb(design, ideal));
+    arranged.Remarks = PrepareParts(calculation, asked.Limits);
     if (!design.StdLCValues) {
         if (!asked.Held.empty())
             arranged.Error = "parts are held among standard values, which are off";
@@ -68,14 +83,8 @@ ArrangedParts ArrangeParts(FilterDesign& design, const ElementList& ideal, const
     task.Method = design.StdMethod;
     task.Held = HeldParts(design, asked, arranged.Error);
     task.Limits = asked.Limits;
-    arranged.Standard = ChooseStandardParts(design, ideal, task);
+    arranged.Standard = ChooseStandardParts(design, calculation.IdealElements, task);
     design.Elements = arranged.Standard->Chosen;
-    if (task.Method == StdMethod::Yield && task.Limits.empty())
-        arranged.Remarks.push_back(
-            {"std",
-             "A highest yield needs limits; without them the standard values are those of the "
-             "closest response.",
-             true});
     return arranged;
 }
 

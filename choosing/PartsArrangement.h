@@ -25,8 +25,12 @@ struct ArrangedParts {
     std::string Error{};                      ///< a part to be held that there is not
 };
 
-/// Puts into design.Elements what its settings ask for (Calculation::ArrangeParts): parasitics
-/// absorbed, then standard values by its method; `ideal` is the ladder as it was scaled.
-ArrangedParts ArrangeParts(FilterDesign& design, const ElementList& ideal, const PartsTask& asked);
+/// Puts into Design.Elements what its settings ask for (Calculation::ArrangeParts): parasitics
+/// absorbed, then standard values by its method.
+ArrangedParts ArrangeParts(Calculation& calculation, const PartsTask& asked);
+
+/// The first half: absorbs parasitics if that is asked for, and notes ExactElements. What the
+/// method of the standard values lacks is remarked too.
+std::vector<PartsRemark> PrepareParts(Calculation& calculation, const LimitLines& limits);
 
 }  // namespace ladderwise

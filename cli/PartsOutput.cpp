@@ -58,8 +58,8 @@ std::string YieldObject(const YieldResult& result) {
 void ChooseParts(Calculation& calculation, BoardWork& work) {
     if (work.Asked.Boards > 0 && work.Limits.empty())
         work.Error = "--boards needs what a board must do: --limits FILE.csv";
-    calculation.ArrangeParts = [&work](FilterDesign& design, const ElementList& ideal) {
-        ArrangedParts arranged = ArrangeParts(design, ideal, {work.Asked.Held, work.Limits});
+    calculation.ArrangeParts = [&work](Calculation& of) {
+        ArrangedParts arranged = ArrangeParts(of, {work.Asked.Held, work.Limits});
         work.Standard = std::move(arranged.Standard);
         if (!arranged.Error.empty()) work.Error = "--hold: " + arranged.Error;
         return arranged.Remarks;

@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -14,7 +15,9 @@ namespace ladderwise {
 
 namespace {
 
-constexpr int BoxWidthInDigits = 8;  ///< of an edit box, in widths of the digit 0
+constexpr const char* choiceProperty = "choice";  ///< of a menu of kinds: the choice that it is of
+constexpr const char* kindProperty = "kind";      ///< of a switch: the code that it turns on
+constexpr int BoxWidthInDigits = 8;               ///< of an edit box, in widths of the digit 0
 
 QString ComponentName(const InputRow& row, const char* kind) {
     return QString::fromLatin1(row.Component) + QString::fromLatin1(kind);
@@ -97,6 +100,21 @@ QAbstractButton* InputBinder::AddChoice(QWidget* parent, ChoiceId id, int code) 
     return button;
 }
 
+QComboBox* InputBinder::AddKinds(QWidget* parent, ChoiceId id, const char* name) {
+    auto* const menu = new QComboBox(parent);
+    menu->setObjectName(QString::fromLatin1(name));
+    menu->setProperty(choiceProperty, static_cast<int>(id));
+    menu->setFocusPolicy(Qt::TabFocus);
+    for (const ChoiceRow& row : TableOf(id).Rows) {
+        if (row.Code == 0 || *row.Component) continue;  // off, and on as such
+        menu->addItem(QString::fromLatin1(row.Caption), row.Code);
+        menu->setItemData(menu->count() - 1, QString::fromLatin1(row.Title), Qt::ToolTipRole);
+    }
+    QObject::connect(menu, &QComboBox::activated, menu, [this, menu] { actions.Choose(menu); });
+    kinds.push_back({id, menu});
+    return menu;
+}
+
 void InputBinder::AddChoice(QAction* action, ChoiceId id, int code) {
     action->setObjectName(QString::fromLatin1(FindRow(id, code)->Component));
     action->setCheckable(true);
@@ -136,11 +154,36 @@ void InputBinder::ShowInputs(const FilterDesign& design) {
         if (auto* const radio = qobject_cast<QRadioButton*>(bound.Control))
             radio->setFocusPolicy(shown == bound.Code ? Qt::TabFocus : Qt::NoFocus);
     }
+    ShowKinds();
+}
+
+/// A switch that is off keeps the way that it was on in last.
+void InputBinder::ShowKinds() {
+    for (const BoundKinds& bound : kinds) {
+        const QSignalBlocker blocker(bound.Menu);
+        const int code = inputs.Choice(bound.Id);
+        if (code != 0) bound.Menu->setCurrentIndex(bound.Menu->findData(code));
+        bound.Menu->setEnabled(code != 0);
+        bound.Menu->setToolTip(bound.Menu->currentData(Qt::ToolTipRole).toString());
+        for (const BoundChoice& choice : choices)
+            if (choice.Id == bound.Id)
+                choice.Control->setProperty(kindProperty, bound.Menu->currentData());
+    }
 }
 
 std::optional<ChoiceCode> ChosenBy(const QObject* sender) {
+    if (const auto* const menu = qobject_cast<const QComboBox*>(sender)) {
+        const QVariant id = menu->property(choiceProperty);
+        if (!id.isValid()) return {};
+        return ChoiceCode{static_cast<ChoiceId>(id.toInt()), menu->currentData().toInt()};
+    }
     auto found = FindComponent(sender->objectName().toStdString());
-    if (found && IsSwitch(found->Id) && !sender->property("checked").toBool()) found->Code = 0;
+    if (!found || !IsSwitch(found->Id)) return found;
+    const QVariant kind = sender->property(kindProperty);
+    if (!sender->property("checked").toBool())
+        found->Code = 0;
+    else if (kind.isValid())
+        found->Code = kind.toInt();
     return found;
 }
 

@@ -13,6 +13,7 @@
 
 class QAbstractButton;
 class QAction;
+class QComboBox;
 class QLabel;
 
 namespace ladderwise {
@@ -54,6 +55,10 @@ public:
     /// click, and the second reading would take the mark off a replaced entry.
     QAbstractButton* AddChoice(QWidget* parent, ChoiceId id, int code = 1);
 
+    /// The ways in which a switch can be on, to stand beside its check box, which turns it on in
+    /// the way shown here.
+    QComboBox* AddKinds(QWidget* parent, ChoiceId id, const char* name);
+
     /// Lets a checkable menu entry stand for an entry of a choice, whose component name it gets.
     /// The entries of a choice exclude each other.
     void AddChoice(QAction* action, ChoiceId id, int code);
@@ -80,12 +85,18 @@ private:
         int Code;
         QObject* Control;
     };
+    struct BoundKinds {
+        ChoiceId Id;
+        QComboBox* Menu;
+    };
     BoundBox& Find(InputId id);
+    void ShowKinds();
 
     DesignInputs& inputs;
     InputActions actions;
     std::vector<BoundBox> boxes;
     std::vector<BoundChoice> choices;
+    std::vector<BoundKinds> kinds;
 };
 
 /// Enables a control, or disables it and lets its tool tip say what it is for.
@@ -97,8 +108,8 @@ void EnableFor(Control* control, bool enabled, const char* purpose) {
     control->setToolTip(enabled ? tip : tip + note);
 }
 
-/// Which choice and code a control made by AddChoice asks for when it is used: a check box that is
-/// now off asks for 0. Nothing for any other control.
+/// Which choice and code a control made by AddChoice or AddKinds asks for when it is used: a check
+/// box that is now off asks for 0. Nothing for any other control.
 std::optional<ChoiceCode> ChosenBy(const QObject* sender);
 
 }  // namespace ladderwise

@@ -132,10 +132,10 @@ const std::vector<ChoiceTable> tables = {
     {StdLCValues, "std", Word, 0, PutStandard, none, {
         {0, "off", "", "", ""},
         {1, "on", "StdValuesBox", "Std LC &Values", "Snap every L and C to its standard series"},
-        {1, "nearest", "", "Std LC &Values", ""},
-        {2, "together", "", "Std LC Values together", ""},
-        {3, "pairs", "", "Std LC Values with pairs of capacitors", ""},
-        {4, "yield", "", "Std LC Values for the highest yield", ""}}, "StdValuesBox", "StdMethod"},
+        {1, "nearest", "", "nearest", "Each part has the standard value nearest to its own"},
+        {2, "together", "", "together", "All values are chosen together, for the closest response"},
+        {3, "pairs", "", "with pairs", "As together, and any capacitor may be two in parallel"},
+        {4, "yield", "", "highest yield", "The values of which most boards keep the limits"}}, "StdValuesBox", "StdMethod"},
     Switch(WorstCase, "worst-case", Word, 0, Field<&D::WorstCase>::Put, "on", "WorstCaseBox", "&Worst Case",
            "Overlay runs with every L and C at random within its tolerance"),
     Switch(AutoScale, "auto-scale", Hidden, 1, none, "on", "AutoScaleCheckBox", "Auto Sca&le",
@@ -192,18 +192,18 @@ const std::vector<ChoiceTable> tables = {
         {1, "l", "OptimizeLButton", "Optimize &L's", "Make the inductors as even as possible"}}, "OptimizeItem"},
     Switch(AutoOptimize, "auto-optimize", Word, 0, none, "on", "AutoOptimizeBox", "&Auto Optimize",
            "Optimize on every change in this window; off: K and M have spin buttons of their own"),
-    Switch(Absorb, "absorb", Word, 0, Field<&D::AbsorbParasitics>::Put, "on", "AbsorbBox", "A&bsorb Parasitics",
+    Switch(Absorb, "absorb", Word, 0, Field<&D::AbsorbParasitics>::Put, "on", "AbsorbBox", "Absorb Parasitics (&K)",
            "Refit every L and C so that real parts give the ideal shape with constant loss"),
-    Switch(FitWidth, "fit-width", Word, 0, Field<&D::FitWidth>::Put, "on", "FitWidthBox", "&Fit Width",
+    Switch(FitWidth, "fit-width", Word, 0, Field<&D::FitWidth>::Put, "on", "FitWidthBox", "Fit Width (&J)",
            "Adjust what the synthesis is given until centre and width are what was asked for"),
     {CapAbsolute, "cap-abs", Word, 0, PutCapAbsolute, none, {
         {0, "off", "CapAbsOffButton", "&Off", "Capacitors below 10 pF have the tolerance of all"},
-        {1, "0.1", "CapAbs01Button", "0.&1 pF", "Capacitors below 10 pF: within 0.1 pF"},
-        {2, "0.25", "CapAbs025Button", "0.&25 pF", "Capacitors below 10 pF: within 0.25 pF"},
-        {3, "0.5", "CapAbs05Button", "0.&5 pF", "Capacitors below 10 pF: within 0.5 pF"}}, "CapAbsItem"},
+        {1, "0.1", "CapAbs01Button", "0.1 &pF", "Capacitors below 10 pF: within 0.1 pF"},
+        {2, "0.25", "CapAbs025Button", "0.25 p&F", "Capacitors below 10 pF: within 0.25 pF"},
+        {3, "0.5", "CapAbs05Button", "0.5 pF (&J)", "Capacitors below 10 pF: within 0.5 pF"}}, "CapAbsItem"},
     {Draw, "draw", Word, 0, PutDraw, none, {
         {0, "uniform", "UniformButton", "&Uniform", "All values within the tolerance are equally likely"},
-        {1, "normal", "NormalButton", "&Normal", "Normal with a standard deviation of a third of the tolerance, cut there"}}, "DrawItem"},
+        {1, "normal", "NormalButton", "Nor&mal", "Normal with a standard deviation of a third of the tolerance, cut there"}}, "DrawItem"},
 };
 // clang-format on
 

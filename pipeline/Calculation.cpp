@@ -206,7 +206,7 @@ void PrepareAnalysis(Calculation& calculation, std::uint64_t errorsBefore,
     calculation.IdealElements = design.Elements;
     if (design.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(design);
     if (calculation.ArrangeParts) {
-        const auto remarks = calculation.ArrangeParts(design, calculation.IdealElements);
+        const auto remarks = calculation.ArrangeParts(calculation);
         calculation.Remarks.insert(calculation.Remarks.end(), remarks.begin(), remarks.end());
     } else if (design.StdLCValues) {
         SnapToStdValue(design);

@@ -45,10 +45,11 @@ struct PartsRemark {
     bool Wrong = false;  ///< a demand that is not met; else good to know
 };
 
+struct Calculation;
+
 /// Puts parts that can be bought, or that make up for their parasitics, in the place of those in
-/// design.Elements; `ideal` is the ladder as it was scaled.
-using PartsArranger =
-    std::function<std::vector<PartsRemark>(FilterDesign& design, const ElementList& ideal)>;
+/// Design.Elements, and notes those that standard values take the place of as ExactElements.
+using PartsArranger = std::function<std::vector<PartsRemark>(Calculation& calculation)>;
 
 /// A design whose values were changed by hand, with the inputs that it was calculated from.
 struct HandMadeDesign {
@@ -81,6 +82,7 @@ struct Calculation {
     PartsArranger ArrangeParts{};
     std::vector<PartsRemark> Remarks{};  ///< of the last calculation
     ElementList IdealElements{};         ///< as scaled, before de-embedding and standard values
+    ElementList ExactElements{};         ///< what ArrangeParts chose standard values for
     /// The last values changed by hand that a calculation has discarded.
     std::optional<HandMadeDesign> Discarded{};
     DesignInputs UsedInputs{};  ///< of the last calculation, and as it left them

@@ -178,9 +178,11 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         fits = PutBackLadder(calculation.Design, kept.Ladder) && fits;
         AnalyseAsItStands(calculation, report);
     };
+    Limits = work.Limits;  // the values of the highest yield are chosen by them
     reference.reset();
     if (work.Reference) {
         const auto scratch = std::make_unique<Calculation>();
+        scratch->ArrangeParts = Work.ArrangeParts;
         calculate(*work.Reference, *scratch);
         reference = std::make_shared<ReferenceDesign>(StoreReference(*scratch, report));
         reference->Record = work.Reference->Record;
@@ -194,10 +196,10 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
     SettleControls(report);
     Markers = work.Markers;
     Measured = work.Measured;
-    Limits = work.Limits;
     Work.Discarded.reset();
     if (work.Discarded) {
         const auto scratch = std::make_unique<Calculation>();
+        scratch->ArrangeParts = Work.ArrangeParts;
         calculate(*work.Discarded, *scratch);
         Work.Discarded = HandMadeDesign{scratch->Inputs, scratch->Design, scratch->IdealElements,
                                         scratch->SynthesisMathErrors};
@@ -224,6 +226,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->Inputs = Work.Inputs;
     snapshot->Design = Work.Design;
     snapshot->IdealElements = Work.IdealElements;
+    snapshot->ExactElements = Work.ExactElements;
     snapshot->Discarded = Work.Discarded;
     snapshot->UsedInputs = Work.UsedInputs;
     snapshot->DiscardedNow = Work.DiscardedNow;
@@ -257,6 +260,7 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     AnalyseAsItStands(Work, {});
     restoreState();
     Work.IdealElements = snapshot.IdealElements;
+    Work.ExactElements = snapshot.ExactElements;
     Work.Discarded = snapshot.Discarded;
     Work.UsedInputs = snapshot.UsedInputs;
     Work.DiscardedNow = snapshot.DiscardedNow;

@@ -136,6 +136,10 @@ public:
     /// after every action.
     void NoteStep(double seconds) { history.Note(Snapshot(), seconds); }
 
+    /// The last action has come to another state than was noted: better standard values were found
+    /// since.
+    void AmendStep() { history.Amend(Snapshot()); }
+
     std::size_t Steps() const { return history.Steps(); }
 
     /// What Undo and Redo would do, "N Poles 3 → 4"; empty: nothing to undo or redo.

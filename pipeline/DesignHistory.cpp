@@ -21,20 +21,25 @@ bool SameBits(double a, double b) {
     return a == b || (std::isnan(a) && std::isnan(b));
 }
 
-/// A caption without its mnemonic and without blanks that stand there for the layout only.
+/// A caption without its mnemonic, which may be a letter of its own in brackets, and without blanks
+/// that stand there for the layout only.
 std::string Plain(const std::string& caption) {
+    constexpr std::size_t lettersToBracket = 3;  // "(&K)"
+    const std::size_t own = caption.find("(&");
+    const bool hasOwn =
+        own != std::string::npos && caption.find(')', own) == own + lettersToBracket;
     std::string plain;
-    for (const char c : caption)
+    for (const char c : caption.substr(0, hasOwn ? own : std::string::npos))
         if (c != '&' && !(c == ' ' && (plain.empty() || plain.back() == ' '))) plain += c;
     while (!plain.empty() && plain.back() == ' ')
         plain.pop_back();
     return plain;
 }
 
-/// "Low Pass"; of a switch "on" or "off".
+/// "Low Pass"; of a switch "on" or "off", or its way of being on.
 std::string CodeText(ChoiceId id, int code) {
-    if (IsSwitch(id)) return code != 0 ? "on" : "off";
     const ChoiceRow* const row = FindRow(id, code);
+    if (IsSwitch(id)) return code == 0 ? "off" : code == 1 || !row ? "on" : row->Word;
     return row ? Plain(row->Caption) : std::to_string(code);
 }
 
@@ -162,7 +167,6 @@ std::optional<StepLabel> LimitStep(const LimitLines& before, const LimitLines& a
 
 std::optional<StepLabel> SmallStep(const DesignSnapshot& before, const DesignSnapshot& after) {
     if (auto step = MeasuredStep(before.Measured, after.Measured)) return step;
-    if (auto step = LimitStep(before.Limits, after.Limits)) return step;
     if (before.ShowReference != after.ShowReference)
         return StepLabel{"Plot Ref", before.ShowReference ? "on" : "off",
                          after.ShowReference ? "on" : "off"};
@@ -183,6 +187,8 @@ std::optional<StepLabel> DescribeStep(const DesignSnapshot& before, const Design
     if (auto step = DocumentStep(before, after)) return step;
     if (auto step = ChoiceStep(before.Inputs, after.Inputs)) return step;
     if (auto step = BoxStep(before.Inputs, after.Inputs)) return step;
+    // Values of the highest yield follow the limits.
+    if (auto step = LimitStep(before.Limits, after.Limits)) return step;
     if (auto step = LadderStep(before.Design, after.Design)) return step;
     if (auto step = MarkerStep(before.Markers, after.Markers)) return step;
     return SmallStep(before, after);
@@ -215,6 +221,10 @@ void DesignHistory::Note(State state, double seconds) {
     entries.push_back({std::move(state), *step, seconds});
     if (entries.size() > MostUndoSteps + 1) entries.erase(entries.begin());
     present = entries.size() - 1;
+}
+
+void DesignHistory::Amend(State state) {
+    if (!entries.empty()) entries[present].After = std::move(state);
 }
 
 DesignHistory::State DesignHistory::Undo() {

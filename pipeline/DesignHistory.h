@@ -36,6 +36,7 @@ struct DesignSnapshot {
     DesignInputs Inputs;
     DesignState Design;
     ElementList IdealElements;
+    ElementList ExactElements;
     std::optional<HandMadeDesign> Discarded;
     DesignInputs UsedInputs;
     bool DiscardedNow = false;
@@ -82,6 +83,10 @@ public:
     /// place of that and nothing is forgotten; otherwise it is a step, and what was undone before
     /// cannot be redone any more.
     void Note(State state, double seconds);
+
+    /// The present state is another one than it was noted as: no step, and what was undone before
+    /// can be redone still.
+    void Amend(State state);
 
     /// The state to return to, which is the present one from now on; null: there is none.
     State Undo();

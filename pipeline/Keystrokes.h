@@ -7,6 +7,11 @@ namespace ladderwise {
 
 enum class FormKey { F1, F2, F3, F4, F5, F6, F7, F8 };
 
+/// True if the key changes a value of the ladder in place.
+constexpr bool ChangesValue(FormKey key) {
+    return key != FormKey::F4 && key != FormKey::F7 && key != FormKey::F8;
+}
+
 /// What the window has to do after a key.
 enum class KeyOutcome {
     Nothing,       ///< the cell holds no value that the key could change

@@ -240,7 +240,7 @@ const std::vector<InputRow> singleRows = {
 const InputRow reelRow = {InputId::Reel,
                           "reel",
                           "Reel",
-                          "Ree&l",
+                          "R&eel",
                           "Chance that a part takes the draw of the first one of its value",
                           "",
                           "0",

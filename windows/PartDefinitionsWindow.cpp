@@ -146,11 +146,16 @@ QWidget* PartDefinitionsWindow::BuildToleranceGroup() {
                     "the part values when the Std Value Box is checked.",
                     "The Std Value Box is Std LC Values in the main window"),
         2, 0, 1, 2);
+    grid->addWidget(BuildToleranceColumn("Below 10 pF", ChoiceId::CapAbsolute), 3, 0, 1, 2);
+    grid->addWidget(BuildToleranceColumn("Draws", ChoiceId::Draw), 4, 0, 1, 2);
+    auto* const reel = binder.AddBox(group, InputId::Reel);
+    grid->addWidget(binder.AddLabel(group, InputId::Reel), 5, 0);
+    grid->addWidget(reel, 5, 1, Qt::AlignLeft);
     auto* const runs = binder.AddBox(group, InputId::WorstCaseSims);
     QLabel* const label = binder.AddLabel(group, InputId::WorstCaseSims);
     label->setText(label->text() + " <= 1000");
-    grid->addWidget(label, 3, 0);
-    grid->addWidget(runs, 3, 1, Qt::AlignLeft);
+    grid->addWidget(label, 6, 0);
+    grid->addWidget(runs, 6, 1, Qt::AlignLeft);
     return group;
 }
 

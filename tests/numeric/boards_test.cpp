@@ -216,12 +216,14 @@ TEST(Yield, ChosenValuesPassMoreOftenThanTheNearest) {
     FilterDesign design = calculation->Design;
     const auto passed = [&](const ElementList& elements) {
         design.Elements = elements;
-        return YieldOf(design, {}, {limits, 2000, 7, {}}).Passed;
+        return YieldOf(design, {}, {limits, 2000, 7}).Passed;
     };
     EXPECT_GT(passed(parts.Chosen), passed(parts.Nearest) + 200);
-    int calls = 0;
-    const auto stop = [&](double) { return ++calls < 2; };
-    EXPECT_EQ(YieldOf(design, {}, {limits, 100000, 7, stop}).Boards, 500);
+    BoardCount sliced(design, {}, limits, 7);
+    for (const int boards : {250, 0, 1749, 1})
+        sliced.Build(boards);
+    EXPECT_EQ(sliced.Result().Boards, 2000);
+    EXPECT_EQ(sliced.Result().Passed, passed(design.Elements));
 }
 
 TEST(Yield, FewPointsJudgeAsManyDo) {

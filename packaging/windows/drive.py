@@ -73,7 +73,12 @@ def key(*names):
 
 
 def write(text):
-    run("xdotool", "type", "--delay", "40", text)
+    if text.isascii():
+        run("xdotool", "type", "--delay", "40", text)
+    else:  # letters that the keyboard does not have come from the clipboard
+        subprocess.run(["xclip", "-selection", "clipboard"], input=text.encode(), check=True,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        key("ctrl+v")
     settle()
 
 

@@ -70,6 +70,7 @@ signals:
     void Stepped(FormKey key);          ///< the wheel or the menu: a key on the selected cell
     void PointedAt(int slot, int row);  ///< slot 0: at no value
     void PartsTableAsked();
+    void HoldAsked(int slot, int row, bool hold);
 
 protected:
     void wheelEvent(QWheelEvent* event) override;

@@ -93,15 +93,15 @@ double SnapValue(const PartModel& model, PartKind kind, double x) {
             multiplier = 10 * multiplier;
         }
     }
-    double nearest = StandardValues[0];
-    double leastDistance = 1000;
-    for (int i = 0; i < NumStandardValues; i += stride) {
-        const double distance = std::abs(x - StandardValues[i]);
-        if (distance < leastDistance) {
-            leastDistance = distance;
-            nearest = StandardValues[i];
-        }
-    }
+    // The series rises: of its values the nearest is the last below x or the next one; of two as
+    // near the lower.
+    const auto above = std::lower_bound(StandardValues.begin(), StandardValues.end(), x);
+    const auto index = static_cast<int>(above - StandardValues.begin());
+    const int next = (index + stride - 1) / stride * stride;
+    const auto valueAt = [](int i) { return StandardValues[static_cast<std::size_t>(i)]; };
+    double nearest = valueAt(std::max(next - stride, 0));
+    if (next < NumStandardValues && std::abs(x - valueAt(next)) < std::abs(x - nearest))
+        nearest = valueAt(next);
     return nearest * multiplier;
 }
 

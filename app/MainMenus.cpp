@@ -28,6 +28,7 @@ struct CommandRow {
     const char* Name;
     const char* Caption;
     QKeySequence::StandardKey Key = QKeySequence::UnknownKey;
+    const char* OwnKey = "";  ///< works on every desktop, whatever its standard key is
 };
 
 /// A separating line.
@@ -48,11 +49,12 @@ const std::vector<MenuTable>& MenuTables() {
     using enum Command;
     using C = CommandRow;
     using R = ChoiceRange;
+    constexpr auto NoKey = QKeySequence::UnknownKey;
     static const std::vector<MenuTable> menus = {
     {"FileMenu", "&File", {
         C{Open, "OpenMenu", "&Open...", QKeySequence::Open},
         C{Save, "SaveMenu", "&Save", QKeySequence::Save},
-        C{SaveAs, "SaveAsMenu", "Save &As...", QKeySequence::SaveAs},
+        C{SaveAs, "SaveAsMenu", "Save &As...", QKeySequence::SaveAs, "Ctrl+Shift+S"},
         Line{},
         C{MeasuredData, "MeasuredDataMenu", "&Measured Data..."},
         Line{},
@@ -61,29 +63,29 @@ const std::vector<MenuTable>& MenuTables() {
         C{OpenRecent2, "PrevFile2Menu", ""},
         C{OpenRecent3, "PrevFile3Menu", ""},
         Line{},
-        C{Export, "ExportMenu", "&Export..."},
+        C{Export, "ExportMenu", "&Export...", NoKey, "Ctrl+E"},
         C{CopyPicture, "CopyPictureMenu", "Cop&y Picture"},
         C{Print, "PrintMenu", "&Print Screen...", QKeySequence::Print},
         Line{},
-        C{Exit, "ExitMenu", "E&xit", QKeySequence::Quit}}},
+        C{Exit, "ExitMenu", "E&xit", QKeySequence::Quit, "Ctrl+Q"}}},
     {"EditMenu", "Edit (&Z)", {
         C{Undo, "UndoMenu", "&Undo", QKeySequence::Undo},
-        C{Redo, "RedoMenu", "&Redo", QKeySequence::Redo}}},
+        C{Redo, "RedoMenu", "&Redo", QKeySequence::Redo, "Ctrl+Shift+Z"}}},
     {"PassMenu", "&Pass", {R{ChoiceId::Pass, 0, 5}, Line{}, R{ChoiceId::Pass, PrototypePassCode, PrototypePassCode}}},
     {"ResponseMenu", "Response F&4", {R{ChoiceId::Response, 0, 6}, R{ChoiceId::Response, 13, 13}, Line{}, R{ChoiceId::Form, 0, 1}}},
     {"EllipticMenu", "&Elliptic", {R{ChoiceId::Response, 7, 11}}},
     {"SweepMenu", "Sweep F&7", {R{ChoiceId::Sweep, 0, 5}}},
     {"PartsMenu", "P&arts", {
         C{PartDefinitions, "PartDefinitionsMenu", "Part &Definitions"},
-        C{BringBack, "BringBackMenu", "Bring Back &Edited Values"},
-        C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load"},
+        C{BringBack, "BringBackMenu", "Bring Back &Edited Values", NoKey, "Ctrl+B"},
+        C{BringBackLoad, "BringBackLoadMenu", "Bring Back R &Load", NoKey, "Ctrl+L"},
         C{PartValues, "PartValuesMenu", "Show &Values at the Symbols"},
         C{PartShares, "PartSharesMenu", "&Which Part Matters..."},
-        C{Board, "BoardMenu", "&Read the Board..."}}},
+        C{Board, "BoardMenu", "&Read the Board...", NoKey, "F11"}}},
     {"OptionsMenu", "&Options", {
         C{Options, "OptionsWindowMenu", "&Options..."},
-        C{Limits, "LimitsMenu", "&Limits..."},
-        C{Choices, "ChoicesMenu", "&Which Filter..."},
+        C{Limits, "LimitsMenu", "&Limits...", NoKey, "F9"},
+        C{Choices, "ChoicesMenu", "&Which Filter...", NoKey, "F10"},
         C{ManyBoards, "ManyBoardsMenu", "Build 100 000 &Boards"},
         C{WorstBoard, "WorstBoardMenu", "Worst Boa&rd into the Grid"},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
@@ -124,18 +126,9 @@ QAction* AddCommand(QMenu* menu, const CommandRow& row) {
     if (row.Key != QKeySequence::UnknownKey) action->setShortcuts(row.Key);
     // The help window prints its own page.
     if (row.Key == QKeySequence::Print) action->setShortcutContext(Qt::WindowShortcut);
-    // Some desktops have no standard key for it.
-    if (row.Key == QKeySequence::SaveAs && action->shortcuts().isEmpty())
-        action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
-    const QKeySequence redo(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);  // not every desktop's
-    if (row.Id == Command::Redo && !action->shortcuts().contains(redo))
-        action->setShortcuts(action->shortcuts() << redo);
-    if (row.Id == Command::Export) action->setShortcut(QKeySequence("Ctrl+E"));
-    if (row.Id == Command::BringBack) action->setShortcut(QKeySequence("Ctrl+B"));
-    if (row.Id == Command::BringBackLoad) action->setShortcut(QKeySequence("Ctrl+L"));
-    if (row.Id == Command::Board) action->setShortcut(QKeySequence("F11"));
-    if (row.Id == Command::Choices) action->setShortcut(QKeySequence("F10"));
-    if (row.Id == Command::Limits) action->setShortcut(QKeySequence("F9"));
+    const QKeySequence own(QString::fromLatin1(row.OwnKey));
+    if (!own.isEmpty() && !action->shortcuts().contains(own))
+        action->setShortcuts(action->shortcuts() << own);
     action->setCheckable(row.Id == Command::FixSeed || row.Id == Command::PartValues);
     return action;
 }

@@ -34,6 +34,15 @@ double Rounded(double x) {
     return rounded;
 }
 
+/// Transformers from leastTransformer to mostTransformer by equal ratios, rounded.
+std::vector<double> TransformersTried() {
+    constexpr double ratio = 1.08, first = 1.02;
+    std::vector<double> tried;
+    for (double k = first; k < mostTransformer; k *= ratio)
+        tried.push_back(std::max(Rounded(k), leastTransformer));
+    return tried;
+}
+
 /// How uneven a ladder is: the squares of the ratios' logarithms, of both kinds.
 double UnevennessOf(const DesignState& design) {
     double sum = 0.0;
@@ -118,6 +127,7 @@ bool LadderMaker::PlaceUnchanged(double f0, double bandWidth) {
 
 bool LadderMaker::Place(double f0, double bandWidth) {
     if (!PlaceUnchanged(f0, bandWidth)) return false;
+    if (work.PartModel.Choice != PartChoice::DeEmbed && !work.StdLCValues) return true;
     if (work.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(work);
     if (work.StdLCValues) SnapToStdValue(work);
     return AllCanBeBuilt(work);
@@ -141,7 +151,6 @@ bool LadderMaker::MakeTanksEven(Candidate& candidate, double f0, double bandWidt
 }
 
 bool LadderMaker::MakeTransformersEven(Candidate& candidate, double f0, double bandWidth) {
-    constexpr double ratio = 1.08, first = 1.02;
     PlaceUnchanged(f0, bandWidth);
     const NortonBase base = BaseOf(work, work.Norton.ImpedanceScalar);
     const NortonStructure& structure = StructureOf(candidate.NortonType, candidate.Poles);
@@ -151,10 +160,10 @@ bool LadderMaker::MakeTransformersEven(Candidate& candidate, double f0, double b
     };
     const bool two = candidate.Poles > 3;
     double best = 0.0;
-    for (double k = first; k < mostTransformer; k *= ratio) {
-        for (double m = first; m < (two ? mostTransformer : ratio); m *= ratio) {
-            const double K = std::max(Rounded(k), leastTransformer);
-            const double M = two ? std::max(Rounded(m), leastTransformer) : 1.0;
+    static const std::vector<double> tried = TransformersTried();
+    static const std::vector<double> one = {1.0};
+    for (const double K : tried) {
+        for (const double M : two ? tried : one) {
             const NortonValues values = structure.Transform(base, K, M);
             if (!noneNegative(values.C, structure.NumC) || !noneNegative(values.L, structure.NumL))
                 continue;

@@ -19,6 +19,7 @@ constexpr int searchPoints = 256;  ///< of the analysis, which works in blocks o
 constexpr int narrowPoints = 1024;
 constexpr double narrowMarginDb = 0.05;  ///< margins closer to 0 are bracketed again
 constexpr double doubtDb = 0.01;         ///< what a row may fail by on the points, to be judged
+constexpr double beyondSteps = -4.0;     ///< dB: a margin that standard values do not make good
 constexpr double surelyMetDb = 1e-6;     ///< a smaller margin is rounding
 constexpr int usualTraps = 5, mostTraps = 10;
 constexpr double refineBelowDb = 0.3;  ///< margins that are refined
@@ -126,7 +127,8 @@ private:
         Placement at;
         if (maker.Use(candidate)) {
             at = search.Find(candidate, start);
-            if (standard && at.Margin > HopelessDb) {
+            // Steps of values make a response no better by as much as this.
+            if (standard && at.Margin > (kept == KeptLimits::All ? beyondSteps : HopelessDb)) {
                 maker.UseStandardValues(true);
                 at = search.FindStandard(candidate, at);
             }

@@ -21,14 +21,17 @@ constexpr double closeShare = 0.02;     ///< of the margin, where there is much 
 constexpr double hopelessShare = 0.1;   ///< of a margin that no other place makes good
 constexpr double hopelessBelowDb = -2.0;
 constexpr double closeAtMost = 0.5;  ///< dB
+constexpr double trustedDb = 0.3;    ///< out of balance: still an edge
 constexpr double movedDb = 1.5;
 constexpr double leastStep = 1e-9;  ///< relative
 constexpr int cornerSteps = 12, cornerStepsFromStart = 5;
 constexpr int widthSteps = 9, widthStepsFromStart = 4;
 constexpr int goldenMore = 3;
 constexpr int centreSteps = 6, centreStepsFromStart = 4;
+constexpr double centreReach = 0.25, centreReachMost = 0.3;  ///< of the limits that it lies in
 constexpr double justInside = 1.0 + 1e-7;
 constexpr double smallestRatio = 0.005, largestRatio = 1.99;  ///< BandWidth / F0
+constexpr double widestNotch = 1.9;                           ///< the same, to begin with
 
 /// Whether what gains and what loses are alike enough.
 bool Balanced(double difference, const Placement& at) {
@@ -127,7 +130,13 @@ PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
                               ? std::sqrt(std::max(f0 * f0 - 0.25 * bandWidth * bandWidth, 0.0))
                               : f0;
     const std::vector<RowMargin>& rows = grid.Judge(maker.Design(), centre);
-    double pass = NoLimitDb, stop = NoLimitDb, rising = NoLimitDb, falling = NoLimitDb;
+    double pass = NoLimitDb, stop = NoLimitDb;
+    // As they count for the search: of the pass limits and of the others, below and above.
+    struct Sides {
+        double Below = NoLimitDb, Above = NoLimitDb;
+
+        double Most() const { return std::max(Below, Above); }
+    } passSides, stopSides;
     const auto weighed = [&](double margin, bool isPass) {
         const bool first = kept == (isPass ? KeptLimits::Pass : KeptLimits::Stop);
         return first && margin < NoLimitDb ? keptFirst * (margin - keptReserve) : margin;
@@ -136,20 +145,25 @@ PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
         const bool isPass = IsPassLimit(grid.Limits()[i].Kind);
         double& least = isPass ? pass : stop;
         least = std::min(least, rows[i].Least());
-        // A pass band that moves up covers more above its centre, a stop band clears what is below.
-        const bool aboveGains = isPass == upward;
-        double& ofAbove = aboveGains ? rising : falling;
-        double& ofBelow = aboveGains ? falling : rising;
-        ofAbove = std::min(ofAbove, weighed(rows[i].Above, isPass));
-        ofBelow = std::min(ofBelow, weighed(rows[i].Below, isPass));
+        Sides& sides = isPass ? passSides : stopSides;
+        sides.Below = std::min(sides.Below, weighed(rows[i].Below, isPass));
+        sides.Above = std::min(sides.Above, weighed(rows[i].Above, isPass));
     }
     const double a = weighed(pass, true), b = weighed(stop, false);
     seen.At.Pass = pass;
     seen.At.Stop = stop;
     seen.At.Margin = std::min(pass, stop);
     seen.At.Score = std::min(a, b) + plateauWeight * std::min(std::max(a, b), plateauMost);
+    // A pass band that moves up covers more above its centre, a stop band clears what is below.
+    const Sides &up = upward ? passSides : stopSides, &down = upward ? stopSides : passSides;
+    seen.Rising = std::min(up.Above, down.Below) - std::min(up.Below, down.Above);
     seen.Widening = a - b;
-    seen.Rising = rising - falling;
+    const double unbalanced = std::abs(seen.Rising);
+    if (band && unbalanced < std::max(trustedDb, -hopelessShare * seen.At.Margin) &&
+        std::abs(seen.Widening) <= unbalanced + closeEnough)
+        // Pass and stop limit of one edge alone are balanced at any width. A narrower filter is
+        // steeper there, down to where the other edge has no more to give either.
+        seen.Widening = upward ? passSides.Most() - b : a - stopSides.Most();
     Keep(seen);
     return seen;
 }
@@ -233,6 +247,12 @@ PlacementSearch::Seen PlacementSearch::LookAt(double centre, double width) {
 }
 
 PlacementSearch::Seen PlacementSearch::Centred(double& centre, double width, int steps) {
+    // Where all limits fail by far, what gains leads astray.
+    const double low = upward ? bands.PassLow : bands.StopLow;
+    const double high = upward ? bands.PassHigh : bands.StopHigh;
+    if (centre < low || centre > high) centre = std::sqrt(low * high);
+    const double reach = 1.0 + std::min(centreReach * width / centre, centreReachMost);
+    const double lowest = std::log(low / reach), highest = std::log(high * reach);
     double x = std::log(centre);
     Seen seen = LookAt(centre, width), bestHere = seen;
     const auto note = [&](const Seen& s, double at) {
@@ -245,7 +265,8 @@ PlacementSearch::Seen PlacementSearch::Centred(double& centre, double width, int
     double y = x;
     int used = 0;
     for (; used < steps; ++used) {
-        y = x + step;
+        y = std::clamp(x + step, lowest, highest);
+        if (y == x) return bestHere;
         other = LookAt(std::exp(y), width);
         if (other.At.Margin == HopelessDb) return bestHere;
         note(other, y);
@@ -315,6 +336,9 @@ void PlacementSearch::GoldenWidth(double a, double b, double& centre, int steps,
 }
 
 void PlacementSearch::FindBand(const Candidate& candidate, const Placement* start) {
+    const double low = upward ? bands.PassLow : bands.StopLow;
+    const double high = upward ? bands.PassHigh : bands.StopHigh;
+    if (!(low > 0.0)) return;
     if (start) {
         constexpr double nearby = 1.05;
         double centre = start->F0;
@@ -326,9 +350,6 @@ void PlacementSearch::FindBand(const Candidate& candidate, const Placement* star
             IsNear(best, *start))
             return;
     }
-    const double low = upward ? bands.PassLow : bands.StopLow;
-    const double high = upward ? bands.PassHigh : bands.StopHigh;
-    if (!(low > 0.0)) return;
     double centre = std::sqrt(low * high);
     const double least = std::max(high - low, 2.0 * smallestRatio * centre);
     // Up to where the limits on the other side stand.
@@ -346,7 +367,19 @@ void PlacementSearch::FindBand(const Candidate& candidate, const Placement* star
     }
     constexpr double farther = 3.0, far = 1.3;
     const double reach = candidate.Response == ResponseType::BesselDelay ? farther : far;
-    BracketWidth(least / reach, most * reach, centre, widthSteps);
+    const double widest = upward ? most * reach : std::min(most * reach, widestNotch * centre);
+    if (BracketWidth(least / reach, widest, centre, widthSteps)) TryWider(centre);
+}
+
+void PlacementSearch::TryWider(double centre) {
+    constexpr double narrower = 1.02, wider = 1.3;
+    constexpr double worthItDb = -2.5, enoughDb = 1.0;
+    constexpr int steps = 5;
+    if (maker.Design().PartModel.Choice == PartChoice::IdealParts) return;
+    if (best.Margin < worthItDb || best.Margin > enoughDb) return;
+    const double width = best.BandWidth;
+    GoldenWidth(std::log(width / narrower), std::log(width * wider), centre, steps,
+                centreStepsFromStart);
 }
 
 Placement PlacementSearch::Find(const Candidate& candidate, const Placement* start) {

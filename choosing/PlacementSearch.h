@@ -41,7 +41,8 @@ public:
     /// A low-pass or high-pass is bracketed in F0: one kind of limit gains what the other loses. A
     /// band is centred, by what gains as it moves up against what loses, at each width; the width
     /// is bracketed between too narrow for the pass limits and too wide for the others, or, with
-    /// limits on one side of it alone, searched by golden section.
+    /// limits on one side of it alone, searched by golden section, and so it is, about there, for
+    /// parts with losses.
     Placement Find(const Candidate& candidate, const Placement* start = nullptr);
 
     /// Looks around a placement for one whose standard values do better.
@@ -68,6 +69,8 @@ private:
     Seen Centred(double& centre, double width, int steps);
     void GoldenWidth(double a, double b, double& centre, int steps, int inner);
     bool BracketWidth(double low, double high, double& centre, int steps);
+    /// Parts that lose let through more as the band widens, which may be worth the flatter edges.
+    void TryWider(double centre);
 
     LadderMaker& maker;
     LimitGrid& grid;

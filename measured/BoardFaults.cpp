@@ -140,17 +140,19 @@ std::optional<int> SlotOf(const std::vector<const Hypothesis*>& same) {
     return {};
 }
 
-/// True if the hypotheses are names of one fault: all about one slot, whose parts a narrow look
-/// cannot tell apart, or a swap and the ports. Where others explain the data as well, none of them
-/// is known to be true.
+/// True if the hypotheses are names of one fault: of one kind, all about one slot, whose parts a
+/// narrow look cannot tell apart, or a swap and the ports. Where others explain the data as well,
+/// none of them is known to be true.
 bool AreOneFault(const std::vector<const Hypothesis*>& same) {
-    if (same.size() == 1 || SlotOf(same)) return true;
+    if (same.size() == 1) return true;
     const auto count = [&](FaultKind kind) {
-        return std::count_if(same.begin(), same.end(),
-                             [&](const Hypothesis* what) { return what->Kind == kind; });
+        return static_cast<std::size_t>(std::count_if(
+            same.begin(), same.end(), [&](const Hypothesis* what) { return what->Kind == kind; }));
     };
-    return same.size() == 2 && count(FaultKind::PortsSwapped) == 1 &&
-           count(FaultKind::Swapped) == 1;
+    if (count(FaultKind::PortsSwapped) == 1)
+        return same.size() == 2 && count(FaultKind::Swapped) == 1;
+    const FaultKind kind = same.front()->Kind;
+    return kind != FaultKind::Swapped && count(kind) == same.size() && SlotOf(same);
 }
 
 /// The rows of a network whose being open, or shorted, nobody can tell from the same of row `row`:

@@ -20,16 +20,31 @@ namespace {
 // What is expected of a board before it is measured.
 constexpr double partSpread = 0.12;  // of ln value: a pull that only matters where data tell little
 constexpr double lineSpread = 0.1;
-constexpr double padMean = 0.28e-12, padSpread = 0.14e-12;     // F
-constexpr double viaMean = 0.55e-9, viaSpread = 0.28e-9;       // H
-constexpr double innerMean = 0.15e-12, innerSpread = 0.1e-12;  // of a pad within a slot, F
-constexpr double gapMean = 0.03e-12, gapSpread = 0.03e-12;     // across a missing part
+// All pads of a board, and all its vias, are about as large as each other; how large depends on how
+// it is built, down to none at all, which a calculated file has.
+constexpr double padMean = 0.2e-12, padSpread = 0.2e-12, padDiffers = 0.12e-12;  // F
+constexpr double viaMean = 0.4e-9, viaSpread = 0.4e-9, viaDiffers = 0.25e-9;     // H
+constexpr double innerShare = 0.5;  // of a pad within a slot, which may not be there
+constexpr double gapMean = 0.03e-12, gapSpread = 0.03e-12;  // across a missing part
 constexpr double shortMean = 0.3e-9, shortSpread = 0.3e-9;
-constexpr double coilSpread = 0.12, capacitorSpread = 0.15;  // between parts of one kind
-constexpr double leastCoilSpread = 0.02e-12, leastInductanceSpread = 0.03e-9,
-                 leastResistanceSpread = 0.02;
-constexpr double shortResistance = 0.02;  // ohm
-constexpr double delaySpread = 1e-9;      // s
+
+/// How far a parasitic of the parts is from what the design counts on: of all parts together, and
+/// of one from the others. The shares are of the design's figure, but no spread is below the least.
+struct ParasiticSpread {
+    double CommonShare, CommonLeast, OwnShare, OwnLeast;
+
+    /// A design with ideal parts counts on nothing: then the figure is a guess.
+    double Common(const PartModel& model, double figure) const {
+        const double share = model.Choice == PartChoice::IdealParts ? 1.0 : CommonShare;
+        return std::max(share * figure, CommonLeast);
+    }
+    double Own(double figure) const { return std::max(OwnShare * figure, OwnLeast); }
+};
+constexpr ParasiticSpread coilCapacitance{0.28, 0.05e-12, 0.12, 0.02e-12};  // F
+constexpr ParasiticSpread capacitorInductance{0.2, 0.1e-9, 0.15, 0.05e-9};  // H
+constexpr ParasiticSpread capacitorResistance{0.5, 0.05, 0.2, 0.03};        // ohm
+constexpr double shortResistance = 0.02;                                    // ohm
+constexpr double delaySpread = 1e-9;                                        // s
 
 constexpr double smallestAdmittance = 1e-14;  ///< S, of an arm at an exact resonance
 constexpr double smallestImpedance = 1e-9;    ///< ohm
@@ -50,7 +65,13 @@ inline Complex NotZero(Complex z, double least) {
 }
 
 // The unknowns that all parts of a kind have in common stand first.
-enum { commonCoilCapacitance, commonCapacitorInductance, commonCapacitorResistance };
+enum {
+    commonCoilCapacitance,
+    commonCapacitorInductance,
+    commonCapacitorResistance,
+    commonPad,
+    commonVia
+};
 
 bool IsLeaf(NetworkKind kind) {
     return kind != NetworkKind::InSeries && kind != NetworkKind::InParallel;
@@ -104,12 +125,14 @@ int BoardModel::Add(const BoardUnknown& unknown, double nominal) {
 void BoardModel::AddCommon() {
     using Kind = BoardUnknownKind;
     const PartModel& model = design.PartModel;
-    Add({Kind::CoilCapacitance, 0, 0, model.IndC, 0.3 * model.IndC + 0.08e-12,
+    Add({Kind::CoilCapacitance, 0, 0, model.IndC, coilCapacitance.Common(model, model.IndC),
          freedom.CoilCapacitance});
-    Add({Kind::CapacitorInductance, 0, 0, model.CapL, 0.3 * model.CapL + 0.1e-9,
+    Add({Kind::CapacitorInductance, 0, 0, model.CapL, capacitorInductance.Common(model, model.CapL),
          freedom.CapacitorInductance});
-    Add({Kind::CapacitorResistance, 0, 0, model.CapR, 0.5 * model.CapR + 0.05,
+    Add({Kind::CapacitorResistance, 0, 0, model.CapR, capacitorResistance.Common(model, model.CapR),
          freedom.CapacitorResistance});
+    Add({Kind::Pad, 0, 0, padMean, padSpread});
+    Add({Kind::Via, 0, 0, viaMean, viaSpread});
 }
 
 void BoardModel::AddPorts() {
@@ -124,8 +147,8 @@ void BoardModel::AddPorts() {
 
 /// A pad at a node between two slots, or within one, where it is smaller.
 void BoardModel::AddPad(bool inner) {
-    freePad = Add({BoardUnknownKind::Pad, node++, 0, inner ? innerMean : padMean,
-                   inner ? innerSpread : padSpread});
+    freePad = Add({BoardUnknownKind::Pad, node++, 0, 0.0, padDiffers, true, commonPad,
+                   inner ? innerShare : 1.0});
     sections.push_back({ElementArm::None, 0, 0, freePad});
 }
 
@@ -154,13 +177,13 @@ int BoardModel::AddLeaf(const Network& network, int slot) {
     } else if (network.Kind == NetworkKind::Inductor) {
         const double loss = model.IndQ > 0.0 ? 1.0 / model.IndQ : 0.0;
         Add({Kind::CoilLoss, slot, row, loss, std::max(loss, 0.02), freedom.CoilQ});
-        Add({Kind::CoilCapacitance, slot, row, 0.0, coilSpread * model.IndC + leastCoilSpread,
-             freedom.CoilCapacitance});
+        Add({Kind::CoilCapacitance, slot, row, 0.0, coilCapacitance.Own(model.IndC),
+             freedom.CoilCapacitance, commonCoilCapacitance});
     } else if (network.Kind == NetworkKind::Capacitor) {
-        Add({Kind::CapacitorInductance, slot, row, 0.0,
-             capacitorSpread * model.CapL + leastInductanceSpread, freedom.CapacitorInductance});
-        Add({Kind::CapacitorResistance, slot, row, 0.0,
-             capacitorSpread * model.CapR + leastResistanceSpread, freedom.CapacitorResistance});
+        Add({Kind::CapacitorInductance, slot, row, 0.0, capacitorInductance.Own(model.CapL),
+             freedom.CapacitorInductance, commonCapacitorInductance});
+        Add({Kind::CapacitorResistance, slot, row, 0.0, capacitorResistance.Own(model.CapR),
+             freedom.CapacitorResistance, commonCapacitorResistance});
     } else {
         Add({Kind::Value, slot, row + 1, 0.0, lineSpread}, design.Elements[slot].Value(row + 1));
     }
@@ -186,7 +209,7 @@ void BoardModel::AddArm(ElementArm arm, const Network& network, int slot) {
 
 void BoardModel::AddShunt(const Network& network, int slot) {
     AddArm(ElementArm::Shunt, network, slot);
-    const int via = Add({BoardUnknownKind::Via, slot, 0, viaMean, viaSpread});
+    const int via = Add({BoardUnknownKind::Via, slot, 0, 0.0, viaDiffers, true, commonVia});
     sections.back().Extra = via;
     const auto healthy = [&](const Network* part) {
         return part && ValueAt({slot, part->Row}) >= 0 &&
@@ -269,8 +292,7 @@ Complex BoardModel::LeafImpedance(const Node& leaf, std::span<const double> x, d
     if (leaf.Kind == NetworkKind::Inductor) {
         const double skin = TwoPi * std::sqrt(design.F0 * f) * value;  // R / loss
         const Complex coil(skin * x[i + 1], w * value);
-        const Complex Z =
-            Times(coil, Inverse(1.0 + Times(s, coil) * (x[i + 2] + x[commonCoilCapacitance])));
+        const Complex Z = Times(coil, Inverse(1.0 + Times(s, coil) * Whole(x, leaf.First + 2)));
         const Complex ratio = Times(Z, Inverse(coil));
         slopes[0] = Times(ratio, Z);
         slopes[1] = Times(ratio, ratio) * skin;
@@ -282,8 +304,7 @@ Complex BoardModel::LeafImpedance(const Node& leaf, std::span<const double> x, d
         slopes[0] = -Z;
         slopes[1] = s;
         slopes[2] = 1.0;
-        return Z + s * (x[i + 1] + x[commonCapacitorInductance]) + x[i + 2] +
-               x[commonCapacitorResistance];
+        return Z + s * Whole(x, leaf.First + 1) + Whole(x, leaf.First + 2);
     }
     const double Z0 = nominals[i + 1] * std::exp(x[i + 1]);
     const Complex angle = LineAngle(design.F0, f, value) * Complex(1.0, -lineLoss);
@@ -322,7 +343,7 @@ void BoardModel::SetSections(std::span<const double> x, double f, Scratch& scrat
     scratch.Lines.resize(sections.size());
     for (std::size_t k = 0; k < sections.size(); ++k) {
         const Section& section = sections[k];
-        const double extra = section.Extra < 0 ? 0.0 : x[static_cast<std::size_t>(section.Extra)];
+        const double extra = section.Extra < 0 ? 0.0 : Whole(x, section.Extra);
         if (section.Arm == ElementArm::None) {
             scratch.Arm[k] = Complex(0.0, w * extra);
             continue;
@@ -406,19 +427,32 @@ void BoardModel::AddSlopes(const Scratch& scratch, std::span<const double> x, do
     const auto half = [](Complex a) { return 0.5 * a; };
     for (std::size_t k = 0; k < sections.size(); ++k) {
         if (sections[k].Arm == ElementArm::None) {
-            const auto pad = static_cast<std::size_t>(sections[k].Extra);
             const Complex v1 = Times(scratch.V[0][k], scratch.Scale[0]);
             const Complex v2 = Times(scratch.V[1][k], scratch.Scale[1]);
             const Complex minusS(0.0, -w);
-            slopes.S11[pad] += half(Times(Times(v1, v1), minusS));
-            slopes.S21[pad] += half(Times(Times(v1, v2), minusS));
-            slopes.S22[pad] += half(Times(Times(v2, v2), minusS));
+            AddSlope(sections[k].Extra,
+                     {half(Times(Times(v1, v1), minusS)), half(Times(Times(v1, v2), minusS)),
+                      half(Times(Times(v2, v2), minusS))},
+                     slopes);
         } else if (sections[k].Arm == ElementArm::Line) {
             AddLineSlopes(sections[k], k, scratch, x, f, slopes);
         } else {
             AddArmSlopes(sections[k], k, scratch, w, slopes);
         }
     }
+}
+
+/// Adds a derivative by an unknown, and by what it has in common with others.
+void BoardModel::AddSlope(int unknown, const BoardPoint& slope, BoardSlopes& slopes) const {
+    const auto add = [&](int to, double share) {
+        const auto i = static_cast<std::size_t>(to);
+        slopes.S11[i] += share * slope.S11;
+        slopes.S21[i] += share * slope.S21;
+        slopes.S22[i] += share * slope.S22;
+    };
+    add(unknown, 1.0);
+    const BoardUnknown& own = unknowns[static_cast<std::size_t>(unknown)];
+    if (own.Common >= 0) add(own.Common, own.Share);
 }
 
 /// Of an arm: the current through every leaf of it, then I I dZ / 2.
@@ -435,11 +469,8 @@ void BoardModel::AddArmSlopes(const Section& section, std::size_t index, const S
     const Complex s11 = 0.5 * Times(arm[0], arm[0]), s21 = 0.5 * Times(arm[0], arm[1]),
                   s22 = 0.5 * Times(arm[1], arm[1]);
     const auto add = [&](int unknown, Complex dZ) {
-        const auto u = static_cast<std::size_t>(unknown);
-        if (!unknowns[u].Free) return;
-        slopes.S11[u] += Times(s11, dZ);
-        slopes.S21[u] += Times(s21, dZ);
-        slopes.S22[u] += Times(s22, dZ);
+        if (unknowns[static_cast<std::size_t>(unknown)].Free)
+            AddSlope(unknown, {Times(s11, dZ), Times(s21, dZ), Times(s22, dZ)}, slopes);
     };
     if (section.Extra >= 0) add(section.Extra, Complex(0.0, w));
     for (int k = section.FirstNode; k < section.EndNode; ++k) {
@@ -459,13 +490,6 @@ void BoardModel::AddArmSlopes(const Section& section, std::size_t index, const S
         const Complex square = Times(share[at], share[at]);
         for (int i = 0; i < count; ++i)
             add(part.First + i, Times(square, scratch.Leaf[at][static_cast<std::size_t>(i)]));
-        if (count < 3) continue;
-        if (part.Kind == NetworkKind::Inductor)
-            add(commonCoilCapacitance, Times(square, scratch.Leaf[at][2]));
-        if (part.Kind == NetworkKind::Capacitor) {
-            add(commonCapacitorInductance, Times(square, scratch.Leaf[at][1]));
-            add(commonCapacitorResistance, Times(square, scratch.Leaf[at][2]));
-        }
     }
 }
 

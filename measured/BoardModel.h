@@ -32,6 +32,8 @@ struct BoardUnknown {
     double Mean = 0.0;    ///< it is expected about here,
     double Spread = 1.0;  ///< give or take this much (one standard deviation)
     bool Free = true;     ///< else it stays at its mean
+    int Common = -1;      ///< index of the unknown to which it is added: what all of its kind have
+    double Share = 1.0;   ///< and how much of that
 };
 
 /// Gross faults of a single part.
@@ -88,6 +90,12 @@ public:
     /// The unknown that counts as part of the value: a pad beside a capacitor to ground, a via in
     /// line with a coil to ground; -1 if there is none.
     int MountedWith(int unknown) const { return mounted[static_cast<std::size_t>(unknown)]; }
+    /// An unknown with what all of its kind have in common.
+    double Whole(std::span<const double> x, int unknown) const {
+        const auto i = static_cast<std::size_t>(unknown);
+        const int common = unknowns[i].Common;
+        return x[i] + (common < 0 ? 0.0 : unknowns[i].Share * x[static_cast<std::size_t>(common)]);
+    }
 
     /// A coil and a capacitor that resonate: indices of their values.
     struct Resonator {
@@ -137,6 +145,7 @@ private:
     void Travel(Scratch& scratch) const;
     void AddSlopes(const Scratch& scratch, std::span<const double> x, double f,
                    BoardSlopes& slopes) const;
+    void AddSlope(int unknown, const BoardPoint& slope, BoardSlopes& slopes) const;
     void AddArmSlopes(const Section& section, std::size_t index, const Scratch& scratch, double w,
                       BoardSlopes& slopes) const;
     void AddLineSlopes(const Section& section, std::size_t index, const Scratch& scratch,

@@ -137,7 +137,7 @@ std::vector<double> Turned(const BoardModel& board, std::span<const double> x,
     const auto at = static_cast<std::size_t>(unknown);
     const double own = board.Nominal(unknown) * std::exp(x[at]);
     const int with = board.MountedWith(unknown);
-    const double extra = with < 0 ? 0.0 : x[static_cast<std::size_t>(with)];
+    const double extra = with < 0 ? 0.0 : board.Whole(x, with);
     const double next = std::max((own + extra) * (1.0 + change) - extra, 0.01 * own);
     turned[at] = std::log(next / board.Nominal(unknown));
     return turned;

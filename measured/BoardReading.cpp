@@ -62,7 +62,7 @@ struct Fitted {
     /// A value as mounted.
     double Mounted(const std::vector<double>& x, int unknown) const {
         const int with = Model.MountedWith(unknown);
-        return Own(x, unknown) + (with < 0 ? 0.0 : x[static_cast<std::size_t>(with)]);
+        return Own(x, unknown) + (with < 0 ? 0.0 : Model.Whole(x, with));
     }
     /// Adds `weight` times the derivative of ln(value as mounted) by the unknowns.
     void AddSlope(std::vector<double>& slope, int unknown, double weight) const {
@@ -70,7 +70,10 @@ struct Fitted {
         const double mounted = Mounted(x, unknown);
         slope[static_cast<std::size_t>(unknown)] += weight * Own(x, unknown) / mounted;
         const int with = Model.MountedWith(unknown);
-        if (with >= 0) slope[static_cast<std::size_t>(with)] += weight / mounted;
+        if (with < 0) return;
+        const BoardUnknown& extra = Model.Unknowns()[static_cast<std::size_t>(with)];
+        slope[static_cast<std::size_t>(with)] += weight / mounted;
+        slope[static_cast<std::size_t>(extra.Common)] += extra.Share * weight / mounted;
     }
     double Variance(const std::vector<double>& slope) const {
         double sum = 0.0;

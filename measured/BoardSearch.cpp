@@ -15,20 +15,24 @@ constexpr double narrowBand = 0.15;  // relative bandwidth
 constexpr std::array<double, 6> smoothings = {0.1, 0.05, 0.02, 0.01, 0.004, 0.001};
 constexpr BoardStage smoothedStage{false, 0.0, 8, 1e-2};
 constexpr BoardStage heldStage{false, 0.0, 30, 1e-3};
+constexpr BoardStage roughStage{true, 0.0, 60, 2e-3};
 constexpr BoardStage freeStage{true, 0.0, 60, 1e-5};
+constexpr double hopeless = 20.0;  // Excess after the rough stage, beyond which nothing is refined
 
-constexpr std::size_t glancePoints = 150;
+constexpr std::size_t glancePoints = 150, smoothedPoints = 80;
 constexpr std::size_t screenPoints = 50;
 constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
 constexpr int screenSteps = 5;
 
 constexpr int randomStarts = 400;
-constexpr std::size_t fittedStarts = 24;
+constexpr std::size_t fittedStarts = 24, finishedStarts = 8;
+constexpr BoardStage briefStage{false, 0.0, 6, 1e-3};
 constexpr std::size_t randomPoints = 100;
 constexpr double tuningSpread = 0.05;    // of a random start, in ln of sqrt(L C)
 constexpr double impedanceSpread = 0.1;  // and of sqrt(C / L), and of single parts
 constexpr unsigned startSeed = 20011;    // the same board gives the same answer
 
+constexpr double likelyCost = 4.0;         // of a glance, beside that of the best solution
 constexpr double equalCost = 9.0;          // squares of the noise: three standard deviations
 constexpr double farthestExchange = 0.25;  // of ln value, from nominal: no part is so far off
 
@@ -53,24 +57,39 @@ BoardState BoardSearch::Screened() const {
 }
 
 BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
-    const BoardData few = Thinned(data, glancePoints);
-    const BoardFit fit(model, few);
     BoardState state{std::move(start)};
     if (smoothed || IsNarrow(design)) {
+        const BoardData few = Thinned(data, smoothedPoints);
+        const BoardFit fit(model, few);
         for (const double width : smoothings) {
             BoardStage stage = smoothedStage;
             stage.Smoothing = width;
             state = fit.Improved(std::move(state), stage);
         }
     }
-    return fit.Improved(std::move(state), heldStage);
+    const BoardData few = Thinned(data, glancePoints);
+    return BoardFit(model, few).Improved(std::move(state), heldStage);
 }
 
 BoardSolution BoardSearch::Finished(const BoardState& glance) const {
     const BoardFit fit(model, data);
-    BoardSolution solution{fit.Improved(glance, freeStage)};
-    solution.Excess = std::sqrt(solution.State.Misfit / fit.Count());
+    const auto excess = [&](const BoardState& state) {
+        return std::sqrt(state.Misfit / fit.Count());
+    };
+    BoardSolution solution{fit.Improved(glance, roughStage)};
+    if (excess(solution.State) < hopeless)
+        solution.State = fit.Improved(std::move(solution.State), freeStage);
+    solution.Excess = excess(solution.State);
     return solution;
+}
+
+/// The nominal ladder as it is drawn: in a narrow band the parasitics that are expected may detune
+/// it by more than the bandwidth, and a calculated file has none.
+std::vector<double> BoardSearch::WithoutParasitics() const {
+    std::vector<double> x = model.Means();
+    for (std::size_t i = 0; i < x.size(); ++i)
+        if (model.Unknowns()[i].Free) x[i] = 0.0;
+    return x;
 }
 
 /// Random values about the nominal ones, the best of which are fitted; the best of those.
@@ -101,15 +120,20 @@ BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
     const auto cheaper = [](const BoardState& a, const BoardState& b) {
         return a.Cost() < b.Cost();
     };
-    std::partial_sort(starts.begin(), starts.begin() + fittedStarts, starts.end(), cheaper);
-    starts.resize(fittedStarts);
-    for (BoardState& start : starts)
-        start = fit.Improved(std::move(start), heldStage);
+    const auto fitBest = [&](std::size_t count, const BoardStage& stage) {
+        std::sort(starts.begin(), starts.end(), cheaper);
+        starts.resize(count);
+        for (BoardState& start : starts)
+            start = fit.Improved(std::move(start), stage);
+    };
+    fitBest(fittedStarts, briefStage);
+    fitBest(finishedStarts, heldStage);
     return *std::min_element(starts.begin(), starts.end(), cheaper);
 }
 
 /// The state with the values of two slots of one type exchanged, for all such pairs; with
-/// `commuting` only of those that can change places without anybody noticing: two arms in a row.
+/// `commuting` only of those that can change places without anybody noticing: two arms in a row,
+/// and traps, since a ladder can have its transmission zeros in any order.
 std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
                                                         bool commuting) const {
     std::vector<std::vector<double>> starts;
@@ -135,9 +159,9 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
             exchange({a, 1}, {a, 3}, x);
             keep(std::move(x));
         }
-        for (int b = a + 1;
-             b <= (commuting ? std::min(a + 1, SlotsInUse(design)) : SlotsInUse(design)); ++b) {
-            if (design.Elements[b].Type != type) continue;
+        const bool isTrap = type == ElementType::SeriesLC || type == ElementType::ShuntLC;
+        for (int b = a + 1; b <= SlotsInUse(design); ++b) {
+            if (design.Elements[b].Type != type || (commuting && !isTrap && b > a + 1)) continue;
             std::vector<double> x = state.X;
             for (int row = 0; row < 4; ++row)
                 exchange({a, row}, {b, row}, x);
@@ -147,14 +171,24 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
     return starts;
 }
 
-/// Finds solutions beside the best that explain the data as well.
+/// Finds solutions beside the best that explain the data as well. What a glance shows to be far
+/// from that is not fitted to the end.
 void BoardSearch::AddEquals(BoardSolution& solution) const {
-    for (const std::vector<double>& start : Exchanged(solution.State, true)) {
-        BoardSolution other = Finished(Glance(start));
-        if (other.State.Cost() < solution.State.Cost()) std::swap(other.State, solution.State);
-        if (other.State.Cost() < solution.State.Cost() + equalCost)
-            solution.Equals.push_back(other.State);
+    std::vector<std::vector<double>> starts = Exchanged(solution.State, true);
+    const double likely = starts.empty() ? 0.0 : likelyCost * Glance(solution.State.X).Cost();
+    for (const std::vector<double>& start : starts) {
+        const BoardState glance = Glance(start);
+        if (glance.Cost() > likely) continue;
+        BoardSolution other = Finished(glance);
+        if (other.State.Cost() < solution.State.Cost()) {
+            std::swap(other.State, solution.State);
+            solution.Excess = other.Excess;
+        }
+        solution.Equals.push_back(std::move(other.State));
     }
+    std::erase_if(solution.Equals, [&](const BoardState& other) {
+        return other.Cost() > solution.State.Cost() + equalCost;
+    });
 }
 
 BoardSolution BoardSearch::Solve() const {
@@ -163,6 +197,7 @@ BoardSolution BoardSearch::Solve() const {
         BoardSolution other = Finished(glance);
         if (other.State.Cost() < best.State.Cost()) best = std::move(other);
     };
+    if (!Explains(best)) consider(Glance(WithoutParasitics()));
     if (!Explains(best) && !IsNarrow(design)) consider(Glance(model.Means(), true));
     if (!Explains(best)) {
         consider(BestOfRandom(best.State));

@@ -45,6 +45,7 @@ public:
     BoardSolution Solve() const;
 
 private:
+    std::vector<double> WithoutParasitics() const;
     BoardState BestOfRandom(const BoardState& best) const;
     std::vector<std::vector<double>> Exchanged(const BoardState& state, bool commuting) const;
     void AddEquals(BoardSolution& solution) const;

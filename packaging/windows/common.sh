@@ -26,7 +26,10 @@ quietly() {
     local log status=0
     log=$(mktemp)
     "$@" >"$log" 2>&1 || status=$?
-    if [ $status -ne 0 ]; then tail -n 60 "$log" >&2; fi
+    if [ $status -ne 0 ]; then
+        grep -aE 'error|FAILED|undefined' "$log" | head -n 20 >&2 || true
+        tail -n 20 "$log" >&2
+    fi
     rm -f "$log"
     return $status
 }

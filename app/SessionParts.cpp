@@ -38,7 +38,8 @@ bool DesignSession::Recover(const UnsavedWork& work) {
 /// it would write over.
 void DesignSession::WorkOn() {
     if (!parts.IsSearching()) return WorkOnBoards();
-    if (IsTypingUnread() || views.Client->Grid()->IsEditing()) return noEventWaits.start(TypingMs);
+    if (IsTypingUnread() || views.Client->Grid()->IsEditorOpen())
+        return noEventWaits.start(TypingMs);
     QElapsedTimer slice;
     slice.start();
     bool found = false;

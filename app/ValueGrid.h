@@ -44,7 +44,7 @@ public:
     bool TakesEnter(const QObject* target) const;
 
     /// True while a cell's editor is open.
-    bool IsEditing() const;
+    bool IsEditorOpen() const { return state() == EditingState; }
 
     /// Closes an open editor, whose text is taken.
     void FinishEditing();
@@ -85,6 +85,7 @@ private:
     void MarkRejected(QTableWidgetItem* item, const GridCell& cell, CellPosition at);
     bool IsReadable(QTableWidgetItem* item, CellPosition at, std::vector<TypedValue>& typed) const;
     void OpenMenu(QPoint at);
+    bool IsEditing() const;
 
     /// A text that is no value.
     struct RejectedCell {

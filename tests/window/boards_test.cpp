@@ -206,6 +206,16 @@ private slots:
         const double held = f.Design().Elements[3].V2;
         f.UseGridMenu(1, 3, "&Hold This Value");
         QVERIFY(f.IsHeld(1, 3) && !f.IsHeld(1, 1));
+        f.Grid->setFocus();  // which is no typing
+        f.Trigger("UndoMenu");
+        f.ChooseMethod("nearest");
+        f.ChooseMethod("with pairs");
+        f.Grid->setFocus();
+        QTRY_VERIFY_WITH_TIMEOUT(f.Tells("chosen together, with pairs"), 60000);
+        f.ChooseMethod("together");
+        f.Window->FinishDrawing();
+        f.UseGridMenu(1, 3, "&Hold This Value");
+        QVERIFY(f.IsHeld(1, 3));
         f.Enter("F0Box", "33");
         QCOMPARE(f.Design().Elements[3].V2, held);
         const ElementList around = f.Design().Elements;

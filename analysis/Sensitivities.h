@@ -11,16 +11,9 @@
 #include <vector>
 
 #include "design/FilterDesign.h"
+#include "design/ValuePlace.h"
 
 namespace ladderwise {
-
-/// One value of a ladder.
-struct ValuePlace {
-    int Slot = 0;  ///< from 1
-    int Row = 0;   ///< 0 .. 3 for V1 .. V4
-
-    bool operator==(const ValuePlace&) const = default;
-};
 
 /// The values in use of slots 1 .. NumElements from the source to the load, those of lines too;
 /// none for what is "Not Used".

@@ -24,8 +24,9 @@ constexpr int AxisLabelHeight = 18;        ///< pixels
 }  // namespace
 
 ClientArea::ClientArea(InputBinder& binder, const FilterDesign& design,
-                       std::function<PlotContent()> content, QWidget* parent)
-    : QWidget(parent), design(design) {
+                       std::function<PlotContent()> content,
+                       std::function<void(std::vector<GridColumn>&)> annotate, QWidget* parent)
+    : QWidget(parent), design(design), annotate(std::move(annotate)) {
     setObjectName("Client");
     setMinimumHeight(SmallestClientHeight);
     plotArea = new PlotArea(std::move(content), this);
@@ -94,7 +95,9 @@ void ClientArea::PlotRun(const AnalysedRun& run, bool groupDelay, bool autoScale
 }
 
 void ClientArea::ShowValues() {
-    valueGrid->ShowColumns(BuildValueGrid(design));
+    std::vector<GridColumn> columns = BuildValueGrid(design);
+    annotate(columns);
+    valueGrid->ShowColumns(columns);
 }
 
 void ClientArea::LayOut() {

@@ -9,6 +9,7 @@
 #include "display/Plot.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/PartShares.h"
+#include "schematic/ValueGridContent.h"
 
 class QScrollArea;
 class QScrollBar;
@@ -25,9 +26,11 @@ class ClientArea : public QWidget {
     Q_OBJECT
 
 public:
-    /// `design` is the one that the calculation writes, `content` what the plot shows of it.
+    /// `design` is the one that the calculation writes, `content` what the plot shows of it;
+    /// `annotate` adds to the values what else is known of them.
     ClientArea(InputBinder& binder, const FilterDesign& design,
-               std::function<PlotContent()> content, QWidget* parent);
+               std::function<PlotContent()> content,
+               std::function<void(std::vector<GridColumn>&)> annotate, QWidget* parent);
 
     MainPanel* Panel() const { return panel; }
     PlotArea* Area() const { return plotArea; }
@@ -71,6 +74,7 @@ private:
     int Scroll() const;
 
     const FilterDesign& design;
+    std::function<void(std::vector<GridColumn>&)> annotate;
     MainPanel* panel;
     QScrollArea* panelView;  ///< scrolls the panel where the window is too narrow for it
     PlotArea* plotArea;

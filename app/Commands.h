@@ -29,7 +29,9 @@ enum class Command {
     Board,          ///< read a measured one
     Options,
     Limits,
-    Choices,  ///< which filter
+    Choices,     ///< which filter
+    ManyBoards,  ///< built, to see how many pass
+    WorstBoard,  ///< of them, into the grid
     FixSeed,
     SetSeed,
     Help,

@@ -13,6 +13,7 @@
 #include "app/SecondaryWindows.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
+#include "choosing/PartsTexts.h"
 #include "display/MarkerTable.h"
 #include "pipeline/SavedDesigns.h"
 
@@ -35,10 +36,12 @@ DesignSession::DesignSession(MessageCallback& report) : report(report) {
     Document.Work.PulseInWorstCase = false;
     ArrangeDocument();
     clock.start();
+    choosing.start();
+    building.start();
     noInputWaits.setSingleShot(true);
     connect(&noInputWaits, &QTimer::timeout, this, &DesignSession::FinishDrawing);
     noEventWaits.setSingleShot(true);
-    connect(&noEventWaits, &QTimer::timeout, this, &DesignSession::ImproveParts);
+    connect(&noEventWaits, &QTimer::timeout, this, &DesignSession::WorkOn);
 }
 
 InputActions DesignSession::Actions() {
@@ -126,6 +129,10 @@ std::vector<PictureRow> DesignSession::Answers() const {
     for (const ComparedResult& row :
          CompareLimits(limits.Design, limits.Reference, limits.Measured))
         add(row);
+    for (const ComparedResult& row : DescribeBoards(Boards(), ShownLimits()))
+        add(row);
+    for (const ComparedResult& row : DescribeParts(work.Design, parts))
+        add(row);
     for (const ComparedResult& row : ResultRows(work.Design, work.Results, Beside()))
         add(row);
     for (const ComparedResult& row :
@@ -147,7 +154,10 @@ void DesignSession::ShowResults() {
     const Calculation& work = Document.Work;
     std::string figures = panel->IsOpen() ? "" : ChiefFigures(work.Design, work.Results);
     if (!figures.empty() && !ShownLimits().empty()) figures += ", limits: " + SummaryOf(Judged());
+    const YieldResult* const boards = yields.Result();
+    if (!figures.empty() && boards) figures += ", boards that pass: " + ShareText(*boards);
     views.Status->ShowFigures(figures);
+    ShowBoards();
 }
 
 void DesignSession::SettleControls() {

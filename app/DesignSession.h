@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "choosing/PartsChoice.h"
+#include "choosing/YieldWatch.h"
 #include "controls/InputBinder.h"
 #include "display/PictureLayout.h"
 #include "display/PlotContent.h"
@@ -18,6 +19,7 @@
 #include "pipeline/Keystrokes.h"
 #include "pipeline/LimitMargins.h"
 #include "pipeline/PartShares.h"
+#include "schematic/ValueGridContent.h"
 #include "windows/BoardWindow.h"
 #include "windows/ChoicesWindow.h"
 #include "windows/NortonWindow.h"
@@ -96,6 +98,19 @@ public:
 
     /// Whoever takes the ladder away, or edits it, gets the values that the search comes to.
     void FinishChoosing();
+
+    /// Holds the value of a part as it stands, or lets it go.
+    void HoldPart(ValuePlace place, bool hold);
+
+    /// What is known of the values in the grid beside themselves.
+    void Annotate(std::vector<GridColumn>& columns) const;
+
+    // --- boards that are built, while there are limits
+
+    void BuildManyBoards();
+    void StopBoards();
+    /// Its values into the grid, one step.
+    void TakeWorstBoard();
 
     // --- history
 
@@ -192,11 +207,14 @@ private:
     void SettleControls();
     void Hold();
     void Note();
-    void ImproveParts();
+    void WorkOn();
+    void WorkOnBoards();
+    const YieldWatch& Boards() const;
     void ArrangeDocument();
     void PutChosen();
     void TakeChosen();
     void ShowChoosing();
+    void ShowBoards();
     void ReadMeasured();
     void Draw(Waiting what);
     void PlotRun(const AnalysedRun& run);
@@ -220,7 +238,9 @@ private:
     mutable MeasuredSet measured;  ///< keeps what it has calculated of its files
     std::string measuredFaults;    ///< that nobody has been told
     PartsChoice parts;             ///< standard values of the document's design
+    mutable YieldWatch yields;     ///< boards of what is shown
     bool choosesAtOnce = false;    ///< a calculation ends with the values that the search comes to
+    QElapsedTimer building;        ///< since the boards were shown last
     QElapsedTimer choosing;        ///< since the search in hand began
     QTimer noInputWaits;           ///< runs out when all input that has come is taken
     QTimer noEventWaits;           ///< likewise, for the search

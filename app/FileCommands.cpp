@@ -77,6 +77,7 @@ std::string FileCommands::WriteCompanion(const std::string& path) const {
     companion.Edited = EditsOf(document.Work.Design);
     companion.Measured = document.Measured;
     companion.Limits = document.Limits;
+    companion.Held = document.Work.Inputs.Held;
     if (!fault.empty()) return companion.IsEmpty() ? std::string() : fault;
     return SaveCompanion(companion, path);
 }
@@ -113,6 +114,7 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
     if (HasEdits(document.Work.Design)) lost << "the values edited by hand";
     if (!document.Measured.empty()) lost << "the list of measured files";
     if (!document.Limits.empty()) lost << "the limits";
+    if (!document.Work.Inputs.Held.empty()) lost << "which parts are held";
     if (lost.isEmpty()) lost << "what stands beside the design";
     host.Notice("Saved, but not " + lost.join(" and ") + ": " + Name(left), ReasonTime);
     return !document.NeedsCompanion();
@@ -204,6 +206,7 @@ void FileCommands::LoadDesign(const std::string& path) {
     document.KeepStamps(StampsOf(path, file.Bytes));
     document.Measured = companion.Measured;
     document.Limits = companion.Limits;
+    document.Work.Inputs.Held = companion.Held;
     host.Loaded([&] {
         if (!ApplyEdits(document.Work.Design, companion.Edited))
             fault = "The values edited by hand in " + CompanionPath(path) +

@@ -86,6 +86,8 @@ const std::vector<MenuTable>& MenuTables() {
         C{Options, "OptionsWindowMenu", "&Options..."},
         C{Limits, "LimitsMenu", "&Limits...", NoKey, "F9"},
         C{Choices, "ChoicesMenu", "&Which Filter...", NoKey, "F10"},
+        C{ManyBoards, "ManyBoardsMenu", "Build 100 000 &Boards"},
+        C{WorstBoard, "WorstBoardMenu", "Worst Boa&rd into the Grid"},
         C{FixSeed, "FixSeedMenu", "&Fix Worst-Case Seed"},
         C{SetSeed, "SetSeedMenu", "Worst-Case &Seed..."}}},
     {"HelpMenu", "&Help", {
@@ -190,6 +192,9 @@ void MainMenus::ShowCommands(const DesignDocument& document) {
     EnableFor(bringBackLoad, load.has_value(), "after the program moved it");
     bringBackLoad->setText("Bring Back R &Load" +
                            (load ? QString(" of %1 ohm").arg(*load) : QString()));
+    for (const Command command : {Command::ManyBoards, Command::WorstBoard})
+        EnableFor(actions[command], !document.Limits.empty() && SlotsInUse(work.Design) > 0,
+                  "with limits");
     EnableFor(markerActions[MarkerCommand::SetRefAtPeak], document.Controls().RefAtPeakEnabled,
               "for band-pass");
     QAction* const fix = actions[Command::FixSeed];

@@ -69,7 +69,8 @@ void MainWindow::Build() {
     clientView->setWidgetResizable(true);
     const DesignDocument& document = session.Document;
     client = new ClientArea(
-        binder, document.Work.Design, [this] { return session.Content(); }, this);
+        binder, document.Work.Design, [this] { return session.Content(); },
+        [this](std::vector<GridColumn>& columns) { session.Annotate(columns); }, this);
     clientView->setWidget(client);
     setCentralWidget(clientView);
     status = new StatusView(statusBar());
@@ -138,6 +139,10 @@ void MainWindow::ConnectClient() {
     const ValueGrid* const grid = client->Grid();
     connect(grid, &ValueGrid::Edited, &session, &DesignSession::SimulateGrid);
     connect(grid, &ValueGrid::Stepped, this, &MainWindow::FormKeyDown);
+    connect(grid, &ValueGrid::HoldAsked, this, [this](int slot, int row, bool on) {
+        session.HoldPart({slot, row}, on);
+    });
+    connect(status, &StatusView::BoardsStopped, &session, &DesignSession::StopBoards);
     connect(grid, &ValueGrid::PartsTableAsked, this, [this] { commands->CopyPartsTable(); });
 }
 

@@ -77,6 +77,10 @@ void MenuCommands::Run(Command command) {
         case Command::Choices:
             session.ReadEntries();
             return windows.ShowChoices();
+        case Command::ManyBoards:
+            return session.BuildManyBoards();
+        case Command::WorstBoard:
+            return session.TakeWorstBoard();
         case Command::FixSeed:
             return ToggleFixedSeed();
         case Command::SetSeed:

@@ -41,6 +41,7 @@ void DesignSession::TakeInputs(const DesignInputs& inputs) {
     StoreInputs();
     const PassType before = Document.Work.Design.PassType;
     Document.Work.Inputs = inputs;
+    Document.Work.Inputs.Held.clear();  // the row was listed without them
     ShowLoaded(before);
 }
 

@@ -7,6 +7,7 @@
 #include "app/DesignSession.h"
 #include "app/StatusView.h"
 #include "app/ValueGrid.h"
+#include "choosing/PartsTexts.h"
 
 namespace ladderwise {
 
@@ -33,10 +34,12 @@ bool DesignSession::Recover(const UnsavedWork& work) {
     return Document.Recover(work, report);
 }
 
-/// A slice of the search. What it finds waits until typing is read, which it would write over.
-void DesignSession::ImproveParts() {
-    if (!parts.IsSearching()) return;
-    if (IsTypingUnread() || views.Client->Grid()->IsEditing()) return noEventWaits.start(TypingMs);
+/// A slice of what takes longer than a frame. What a search finds waits until typing is read, which
+/// it would write over.
+void DesignSession::WorkOn() {
+    if (!parts.IsSearching()) return WorkOnBoards();
+    if (IsTypingUnread() || views.Client->Grid()->IsEditorOpen())
+        return noEventWaits.start(TypingMs);
     QElapsedTimer slice;
     slice.start();
     bool found = false;
@@ -45,6 +48,91 @@ void DesignSession::ImproveParts() {
     if (found) return TakeChosen();
     ShowChoosing();
     noEventWaits.start(0);
+}
+
+void DesignSession::WorkOnBoards() {
+    if (!yields.IsBuilding()) return;
+    QElapsedTimer slice;
+    slice.start();
+    while (yields.IsBuilding() && slice.elapsed() < SliceMs)
+        yields.Advance();
+    if (yields.IsBuilding() && building.elapsed() < ProgressAfterMs) return noEventWaits.start(0);
+    building.restart();
+    ShowResults();
+}
+
+/// Of the design as it is shown.
+const YieldWatch& DesignSession::Boards() const {
+    const Calculation& work = Document.Work;
+    constexpr std::uint32_t usualSeed = 1;  // the same boards at every change tell changes apart
+    yields.Note({work.Design, ShownLimits(), work.FixedSeed.value_or(usualSeed), parts.Present()});
+    if (work.Design.WorstCase) yields.WantAtLeast(YieldWatch::WorstCaseBoards);
+    return yields;
+}
+
+void DesignSession::ShowBoards() {
+    const YieldResult* const boards = yields.Result();
+    const int built = boards ? boards->Boards : 0;
+    views.Status->ShowBoards(built, yields.Wanted());
+    if (yields.IsBuilding() && !noEventWaits.isActive()) noEventWaits.start(0);
+}
+
+void DesignSession::BuildManyBoards() {
+    ReadEntries();
+    FinishChoosing();
+    yields.WantAtLeast(YieldWatch::MostBoards);
+    building.start();
+    ShowResults();
+}
+
+void DesignSession::StopBoards() {
+    yields.Stop();
+    ShowResults();
+}
+
+void DesignSession::TakeWorstBoard() {
+    ReadEntries();
+    FinishChoosing();
+    FinishDrawing();
+    const YieldResult* const boards = Boards().Result();
+    if (!boards || boards->Boards < 1) return;
+    Document.Work.Design.Elements = boards->Worst;
+    AnalyseAndDraw();
+}
+
+void DesignSession::HoldPart(ValuePlace place, bool hold) {
+    StoreInputs();
+    Calculation& work = Document.Work;
+    HeldParts& held = work.Inputs.Held;
+    std::erase_if(held, [place](const HeldPart& part) { return part.Place == place; });
+    const auto slot = static_cast<std::size_t>(place.Slot);
+    if (hold) held.push_back({place, work.Design.Elements[slot].Value(place.Row)});
+    // Values edited by hand stay until the next calculation.
+    if (!HasEdits(work.Design)) return Recalculate();
+    ShowInputs();
+    views.Client->ShowValues();
+    Draw(Waiting::Markers);
+}
+
+void DesignSession::Annotate(std::vector<GridColumn>& columns) const {
+    const Calculation& work = Document.Work;
+    if (!work.Design.StdLCValues) return;
+    const auto cellAt = [&columns](const ValuePlace& place) -> GridCell* {
+        const auto column = static_cast<std::size_t>(place.Slot) - 1;
+        if (column >= columns.size()) return nullptr;
+        return &columns[column][static_cast<std::size_t>(place.Row)];
+    };
+    for (const PartToChoose& part : PartsToChoose(work.Design, {}, 0))
+        if (GridCell* const cell = cellAt(part.Place)) cell->MayBeHeld = true;
+    for (const HeldPart& part : work.Inputs.Held) {
+        GridCell* const cell = cellAt(part.Place);
+        if (!cell) continue;
+        cell->Held = true;
+        cell->ToolTip += ", held";
+    }
+    for (const PairedPart& pair : work.Design.Pairs)
+        if (GridCell* const cell = PairAt(work.Design, pair.Place) ? cellAt(pair.Place) : nullptr)
+            cell->ToolTip += ", " + PairText(pair);
 }
 
 void DesignSession::ShowChoosing() {

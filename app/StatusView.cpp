@@ -40,6 +40,14 @@ StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     figuresLabel->hide();
     progress = NewProgress(bar, "WorstCaseProgress", "Worst case %v of %m");
     choosing = NewProgress(bar, "ChoosingProgress", "Choosing parts: %p %");
+    boards = NewProgress(bar, "BoardsProgress", "Boards: %v of %m");
+    stopBoards = new QToolButton(bar);
+    stopBoards->setObjectName("StopBoardsButton");
+    stopBoards->setText("Stop");
+    stopBoards->setFocusPolicy(Qt::TabFocus);
+    stopBoards->setToolTip("Builds no more boards; those that are there count");
+    stopBoards->hide();
+    connect(stopBoards, &QToolButton::clicked, this, &StatusView::BoardsStopped);
     bar->addWidget(label, 1);
     mathErrorButton = new QToolButton(bar);
     mathErrorButton->setObjectName("MathErrorButton");
@@ -49,6 +57,8 @@ StatusView::StatusView(QStatusBar* bar) : QObject(bar), bar(bar) {
     mathErrorButton->hide();
     connect(mathErrorButton, &QToolButton::clicked, this, &StatusView::MathErrorsAsked);
     bar->addPermanentWidget(figuresLabel);
+    bar->addPermanentWidget(boards);
+    bar->addPermanentWidget(stopBoards);
     bar->addPermanentWidget(choosing);
     bar->addPermanentWidget(progress);
     bar->addPermanentWidget(mathErrorButton);
@@ -91,6 +101,13 @@ void StatusView::EndNotice() {
 void StatusView::ShowChoosing(double share) {
     choosing->setValue(static_cast<int>(100.0 * share));
     choosing->setVisible(share < 1.0);
+}
+
+void StatusView::ShowBoards(int built, int wanted) {
+    boards->setMaximum(wanted);
+    boards->setValue(built);
+    boards->setVisible(built < wanted);
+    stopBoards->setVisible(built < wanted);
 }
 
 bool StatusView::ShowProgress(int run, int runs) {

@@ -39,9 +39,13 @@ public:
     /// How much of a choice of parts is done, 0 to 1; 1: there is none.
     void ShowChoosing(double share);
 
+    /// Boards of a count that goes on; as many as are wanted: it does not.
+    void ShowBoards(int built, int wanted);
+
     QWidget* MathErrorButton() const;
 
 signals:
+    void BoardsStopped();
     void MathErrorsAsked();
 
 private:
@@ -50,6 +54,8 @@ private:
     QLabel* figuresLabel;
     QProgressBar* progress;
     QProgressBar* choosing;
+    QProgressBar* boards;
+    QToolButton* stopBoards;
     QToolButton* mathErrorButton;  ///< when there is an error to list
     QElapsedTimer sinceRepaint;
 };

@@ -21,6 +21,7 @@ namespace {
 constexpr int GridRowHeight = 22;      ///< pixels of a row, at least
 constexpr int CellMargin = 2;          ///< pixels above and below a cell's text
 constexpr double GridFontScale = 0.9;  ///< of the normal font: "-15.9E-12" fits its cell
+constexpr int MayBeHeldRole = HeldRole + 1;
 const QColor labelBackground(225, 225, 225);
 const QColor editedColour(255, 208, 160);
 const QColor rejectedColour(192, 192, 192);
@@ -171,6 +172,8 @@ void ValueGrid::ShowColumns(const std::vector<GridColumn>& columns) {
             item->setText(text);
             item->setData(Qt::UserRole, text);
             item->setToolTip(QString::fromStdString(cell.ToolTip));
+            item->setData(HeldRole, cell.Held);
+            item->setData(MayBeHeldRole, cell.MayBeHeld);
             item->setBackground(cell.Edited ? QBrush(editedColour) : palette().base());
             item->setForeground(cell.Edited ? QBrush(Qt::black) : palette().text());
             MarkRejected(item, cell, {column, row});
@@ -291,6 +294,13 @@ void ValueGrid::OpenMenu(QPoint at) {
         menu.addAction(text, this, [this, key = command.Key] { emit Stepped(key); })
             ->setEnabled(part);
     }
+    QAction* const hold = menu.addAction("&Hold This Value", this, [this, cell](bool on) {
+        emit HoldAsked(cell->column(), cell->row(), on);
+    });
+    hold->setCheckable(true);
+    hold->setChecked(part && cell->data(HeldRole).toBool());
+    hold->setEnabled(part && cell->data(MayBeHeldRole).toBool());
+    hold->setToolTip("With Std LC Values: the others are chosen around it");
     menu.addSeparator();
     const QString exact = part ? cell->toolTip() : QString();
     menu.addAction("&Copy Value", this, [exact] { QApplication::clipboard()->setText(exact); })

@@ -44,7 +44,7 @@ public:
     bool TakesEnter(const QObject* target) const;
 
     /// True while a cell's editor is open.
-    bool IsEditing() const;
+    bool IsEditorOpen() const { return state() == EditingState; }
 
     /// Closes an open editor, whose text is taken.
     void FinishEditing();
@@ -70,6 +70,7 @@ signals:
     void Stepped(FormKey key);          ///< the wheel or the menu: a key on the selected cell
     void PointedAt(int slot, int row);  ///< slot 0: at no value
     void PartsTableAsked();
+    void HoldAsked(int slot, int row, bool hold);
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
@@ -84,6 +85,7 @@ private:
     void MarkRejected(QTableWidgetItem* item, const GridCell& cell, CellPosition at);
     bool IsReadable(QTableWidgetItem* item, CellPosition at, std::vector<TypedValue>& typed) const;
     void OpenMenu(QPoint at);
+    bool IsEditing() const;
 
     /// A text that is no value.
     struct RejectedCell {

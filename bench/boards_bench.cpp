@@ -62,9 +62,9 @@ BENCHMARK(BM_HighestYield)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
 /// Targets: 10 000 boards 30 ms, 100 000 boards 300 ms.
 void BM_Boards(benchmark::State& state) {
     const auto calculation = BoardsDesign(false);
-    const YieldTask task{MaskOf(calculation->Design), static_cast<int>(state.range(0)), 1, {}};
+    const YieldTask task{MaskOf(calculation->Design), static_cast<int>(state.range(0)), 1};
     for (auto _ : state)
-        benchmark::DoNotOptimize(YieldOf(calculation->Design, {}, task));
+        benchmark::DoNotOptimize(YieldOf(calculation->Design, task));
 }
 BENCHMARK(BM_Boards)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 

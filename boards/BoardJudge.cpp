@@ -115,8 +115,16 @@ BoardVerdict BoardJudge::Judge::Of(const FilterDesign& board, bool* narrow) {
             }
             if (narrow && least >= 0.0 && MayDip(m, points)) *narrow = true;
         }
-        if (verdict.Row < 0 || !(least >= verdict.Margin)) verdict = {static_cast<int>(r), least};
+        if (verdict.Row < 0 || !(least >= verdict.Margin))
+            verdict = {static_cast<int>(r), least, 0.0};
     }
+    if (verdict.Row < 0) return verdict;
+    const JudgeGrid::Row& row = Grid.Rows[static_cast<std::size_t>(verdict.Row)];
+    if (IsDelay(row.Line)) return verdict;
+    const auto first = Margins.begin() + static_cast<std::ptrdiff_t>(row.First);
+    const auto last = first + static_cast<std::ptrdiff_t>(row.Count);
+    const auto at = std::find(first, last, verdict.Margin);
+    if (at != last) verdict.Hz = Grid.Freqs[static_cast<std::size_t>(at - Margins.begin())];
     return verdict;
 }
 

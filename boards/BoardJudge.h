@@ -30,6 +30,7 @@ struct JudgeGrid {
 struct BoardVerdict {
     int Row = -1;         ///< of the smallest margin, from 0; -1: there are no limits
     double Margin = 0.0;  ///< dB there; of a delay variation ten times the share that is left
+    double Hz = 0.0;      ///< where it is smallest; 0: of a delay variation
 
     bool Passes() const { return Margin >= 0.0; }  // NaN does not
 };

@@ -266,7 +266,7 @@ private:
     }
 
     int Passed(ValueSearch& search, const PartChoices& choices, int boards) const {
-        return YieldOf(search.LadderOf(choices), {}, {task.Limits, Spend(boards), confirmingSeed})
+        return YieldOf(search.LadderOf(choices), {task.Limits, Spend(boards), confirmingSeed})
             .Passed;
     }
 
@@ -286,8 +286,8 @@ private:
             co_yield Pause;
         Result.Evaluations += search.Evaluations();
         EndStage();
-        BoardCount found(search.LadderOf(search.Best()), {}, task.Limits, confirmingSeed);
-        BoardCount plain(search.LadderOf(nearest), {}, task.Limits, confirmingSeed);
+        BoardCount found(search.LadderOf(search.Best()), task.Limits, confirmingSeed);
+        BoardCount plain(search.LadderOf(nearest), task.Limits, confirmingSeed);
         for (int left = Spend(ConfirmingBoards); left > 0; left -= boardsInSlice) {
             const int next = std::min(left, boardsInSlice);
             found.Build(next);
@@ -306,6 +306,14 @@ private:
     double stageFrom = 0.0, stageTo = 0.0;
     Slices work;  ///< the last: it needs all the others
 };
+
+void TakeParts(DesignState& design, const StandardParts& parts) {
+    design.Elements = parts.Chosen;
+    design.Pairs.clear();
+    for (const auto& [place, value, held] : parts.Parts)
+        if (value.IsPair())
+            design.Pairs.push_back({place, value.Value, value.Larger, value.Smaller});
+}
 
 StandardSearch::StandardSearch(const FilterDesign& exact, const ElementList& ideal,
                                const StandardTask& task)

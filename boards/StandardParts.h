@@ -48,6 +48,9 @@ struct StandardParts {
     bool Final = false;    ///< nothing better will follow
 };
 
+/// Puts the chosen values, and what each is made of, into a design.
+void TakeParts(DesignState& design, const StandardParts& parts);
+
 /// Chooses standard values for the exact ones in exact.Elements; `ideal` is the ladder as it was
 /// scaled, before any allowance for parasitics. The same every time, however it is sliced. The
 /// choice is never worse than the nearest values, neither in J nor in the worst deviation of the

@@ -18,12 +18,6 @@ struct SeriesValue {
     bool IsPair() const { return Larger > 0.0; }
 };
 
-/// A part that somebody has already: its value is not chosen.
-struct HeldPart {
-    ValuePlace Place{};
-    double Value = 0.0;  ///< H or F
-};
-
 /// A part of a ladder with the values that it can have, in ascending order.
 struct PartToChoose {
     ValuePlace Place{};

@@ -29,8 +29,7 @@ double NormalDraw(std::mt19937& generator) {
 
 }  // namespace
 
-BoardDrawer::BoardDrawer(const FilterDesign& design, const std::vector<ChosenPart>& parts)
-    : options(design.Boards) {
+BoardDrawer::BoardDrawer(const FilterDesign& design) : options(design.Boards) {
     const PartModel& model = design.PartModel;
     for (int slot = 1; slot <= SlotsInUse(design); ++slot)
         for (int row = 0; row < 4; ++row) {
@@ -45,11 +44,9 @@ BoardDrawer::BoardDrawer(const FilterDesign& design, const std::vector<ChosenPar
                 members.push_back(
                     {place, value, absolute ? options.CapAbsolute : tolerance * value, continues});
             };
-            const auto part = std::find_if(parts.begin(), parts.end(), [&](const ChosenPart& p) {
-                return p.Place == place && p.Value.IsPair() && p.Value.Value == whole;
-            });
-            add(part == parts.end() ? whole : part->Value.Larger, false);
-            if (part != parts.end()) add(part->Value.Smaller, true);
+            const PairedPart* const pair = PairAt(design, place);
+            add(pair ? pair->Larger : whole, false);
+            if (pair) add(pair->Smaller, true);
         }
     for (std::size_t i = 0; i < members.size(); ++i) {
         const auto same = std::find_if(members.begin(), members.end(), [&](const Member& m) {
@@ -97,14 +94,22 @@ ShareInterval WilsonInterval(int passed, int boards) {
             passed == boards ? 1.0 : std::min(1.0, centre + half)};
 }
 
-BoardCount::BoardCount(const FilterDesign& design, const std::vector<ChosenPart>& parts,
-                       const LimitLines& limits, std::uint32_t seed)
-    : drawer(design, parts),
+BoardCount::BoardCount(const FilterDesign& design, const LimitLines& limits, std::uint32_t seed)
+    : drawer(design),
       judge(design, limits),
       generator(seed),
       board(std::make_unique<FilterDesign>(design)),
       canBuild(!limits.empty() && design.NumElements >= 1 && design.F0 > 0.0) {
     result.Failures.assign(limits.size(), 0);
+    result.FailureHz.assign(limits.size(), 0.0);
+    places.resize(limits.size());
+}
+
+void BoardCount::NoteFailure(const BoardVerdict& verdict) {
+    const auto row = static_cast<std::size_t>(verdict.Row);
+    ++result.Failures[row];
+    const int here = ++places[row][verdict.Hz];
+    if (here >= places[row][result.FailureHz[row]]) result.FailureHz[row] = verdict.Hz;
 }
 
 void BoardCount::Build(int boards) {
@@ -114,7 +119,7 @@ void BoardCount::Build(int boards) {
         if (verdict.Passes())
             ++result.Passed;
         else
-            ++result.Failures[static_cast<std::size_t>(verdict.Row)];
+            NoteFailure(verdict);
         if (result.Boards++ > 0 && verdict.Margin >= result.WorstVerdict.Margin) continue;
         result.WorstVerdict = verdict;
         result.Worst = board->Elements;
@@ -122,9 +127,8 @@ void BoardCount::Build(int boards) {
     result.Interval = WilsonInterval(result.Passed, result.Boards);
 }
 
-YieldResult YieldOf(const FilterDesign& design, const std::vector<ChosenPart>& parts,
-                    const YieldTask& task) {
-    BoardCount count(design, parts, task.Limits, task.Seed);
+YieldResult YieldOf(const FilterDesign& design, const YieldTask& task) {
+    BoardCount count(design, task.Limits, task.Seed);
     count.Build(task.Boards);
     return count.Result();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <random>
 #include <vector>
@@ -15,8 +16,8 @@ namespace ladderwise {
 /// BoardDraw as RandomiseParts does, draw by draw.
 class BoardDrawer {
 public:
-    /// `parts` may say which capacitors are two in parallel, each of which is drawn by itself.
-    BoardDrawer(const FilterDesign& design, const std::vector<ChosenPart>& parts = {});
+    /// Capacitors that are two in parallel are drawn each by itself.
+    explicit BoardDrawer(const FilterDesign& design);
 
     /// The next board, into board.Elements.
     void Draw(std::mt19937& generator, FilterDesign& board);
@@ -68,7 +69,8 @@ struct YieldResult {
     int Passed = 0;
     ShareInterval Interval{};
     std::vector<int> Failures{};  ///< by limit: boards that failed, each once at its worst limit
-    ElementList Worst{};          ///< the board with the smallest margin
+    std::vector<double> FailureHz{};  ///< by limit: where most of them failed; 0: of a delay
+    ElementList Worst{};              ///< the board with the smallest margin
     BoardVerdict WorstVerdict{};
 
     double Share() const { return Boards > 0 ? static_cast<double>(Passed) / Boards : 0.0; }
@@ -77,10 +79,9 @@ struct YieldResult {
 /// Boards of one ladder, built and judged as many at a time as the caller has time for.
 class BoardCount {
 public:
-    /// Of the ladder in design.Elements; `parts` as of BoardDrawer. Nothing is built of a ladder
+    /// Of the ladder in design.Elements. Nothing is built of a ladder
     /// without elements, or without limits.
-    BoardCount(const FilterDesign& design, const std::vector<ChosenPart>& parts,
-               const LimitLines& limits, std::uint32_t seed);
+    BoardCount(const FilterDesign& design, const LimitLines& limits, std::uint32_t seed);
 
     /// The next boards; the first thousand of ten thousand are the same as a thousand.
     void Build(int boards);
@@ -88,16 +89,18 @@ public:
     bool CanBuild() const { return canBuild; }
 
 private:
+    void NoteFailure(const BoardVerdict& verdict);
+
     BoardDrawer drawer;
     BoardJudge judge;
     std::mt19937 generator;
     std::unique_ptr<FilterDesign> board;
     bool canBuild;
+    std::vector<std::map<double, int>> places;  ///< by limit: how many failed at a frequency
     YieldResult result;
 };
 
 /// Builds boards of the ladder in design.Elements and judges them.
-YieldResult YieldOf(const FilterDesign& design, const std::vector<ChosenPart>& parts,
-                    const YieldTask& task);
+YieldResult YieldOf(const FilterDesign& design, const YieldTask& task);
 
 }  // namespace ladderwise

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "boards/Absorb.h"
+#include "choosing/PartsTexts.h"
 #include "design/Designators.h"
 #include "numbers/Formatfunctions.h"
 
@@ -11,20 +12,23 @@ namespace ladderwise {
 
 namespace {
 
-/// The parts that are to be held, by their places in `design`.
-std::vector<HeldPart> HeldParts(const FilterDesign& design, const PartsTask& task,
-                                std::string& error) {
+/// Holds the parts that are named, in the place of what is held there.
+void HoldAsked(Calculation& calculation, const PartsTask& task, std::string& error) {
+    const FilterDesign& design = calculation.Design;
+    HeldParts& held = calculation.Inputs.Held;
     const auto names = DesignatorsOf(design);
-    std::vector<HeldPart> held;
     for (const auto& [name, value] : task.Held) {
-        const auto before = held.size();
-        for (const PartToChoose& part : PartsToChoose(design, {}, 0))
+        bool found = false;
+        for (const PartToChoose& part : PartsToChoose(design, {}, 0)) {
             if (names[static_cast<std::size_t>(part.Place.Slot)]
-                     [static_cast<std::size_t>(part.Place.Row)] == name)
-                held.push_back({part.Place, value});
-        if (held.size() == before) error = "this ladder has no coil or capacitor \"" + name + "\"";
+                     [static_cast<std::size_t>(part.Place.Row)] != name)
+                continue;
+            found = true;
+            std::erase_if(held, [&](const HeldPart& one) { return one.Place == part.Place; });
+            held.push_back({part.Place, value});
+        }
+        if (!found) error = "this ladder has no coil or capacitor \"" + name + "\"";
     }
-    return held;
 }
 
 std::string Decibels(double db) {
@@ -81,10 +85,13 @@ ArrangedParts ArrangeParts(Calculation& calculation, const PartsTask& asked) {
     }
     StandardTask task;
     task.Method = design.StdMethod;
-    task.Held = HeldParts(design, asked, arranged.Error);
+    HoldAsked(calculation, asked, arranged.Error);
+    task.Held = calculation.Inputs.Held;
     task.Limits = asked.Limits;
     arranged.Standard = ChooseStandardParts(design, calculation.IdealElements, task);
-    design.Elements = arranged.Standard->Chosen;
+    TakeParts(design, *arranged.Standard);
+    if (const auto shape = ShapeRemark(design, *arranged.Standard))
+        arranged.Remarks.push_back(*shape);
     return arranged;
 }
 

@@ -6,6 +6,7 @@
 
 #include "analysis/PartValues.h"
 #include "choosing/PartsArrangement.h"
+#include "choosing/PartsTexts.h"
 #include "design/LadderNumbers.h"
 
 namespace ladderwise {
@@ -49,9 +50,18 @@ bool SameValues(const ElementList& a, const ElementList& b) {
     return SameLadderNumbers(ofA, ofB);
 }
 
-/// Whether the nearest values are all that is asked for, which takes no search.
-bool IsNearestAlone(const FilterDesign& design) {
-    return design.StdMethod == StdMethod::Nearest;
+/// Whether each value is to be the nearest one, which takes no search.
+bool IsNearestAlone(const Calculation& calculation) {
+    return calculation.Design.StdMethod == StdMethod::Nearest && calculation.Inputs.Held.empty();
+}
+
+/// Lets go of parts that the ladder has no more.
+void ReleaseMissing(const FilterDesign& design, HeldParts& held) {
+    const std::vector<PartToChoose> there = PartsToChoose(design, {}, 0);
+    std::erase_if(held, [&there](const HeldPart& part) {
+        return std::none_of(there.begin(), there.end(),
+                            [&part](const PartToChoose& one) { return one.Place == part.Place; });
+    });
 }
 
 }  // namespace
@@ -69,6 +79,7 @@ void PartsChoice::Begin(const Calculation& calculation, const LimitLines& limits
     StandardTask task;
     task.Method = exact->StdMethod;
     task.Limits = limits;
+    task.Held = calculation.Inputs.Held;
     std::vector<double> wanted = ChoiceNumbers(*exact, calculation.IdealElements, task);
     if (IsChosen() && SameLadderNumbers(wanted, key)) return;
     Stop();
@@ -109,20 +120,23 @@ std::vector<PartsRemark> PartsChoice::Arrange(Calculation& calculation, const Li
                                               bool whole) {
     std::vector<PartsRemark> remarks = PrepareParts(calculation, limits);
     FilterDesign& design = calculation.Design;
-    if (!design.StdLCValues || IsNearestAlone(design)) {
+    if (!calculation.Inputs.Held.empty()) ReleaseMissing(design, calculation.Inputs.Held);
+    if (!design.StdLCValues || IsNearestAlone(calculation)) {
         if (design.StdLCValues) SnapToStdValue(design);
         Stop();
         return remarks;
     }
     Begin(calculation, limits);
     if (whole) Finish();
-    design.Elements = present.Chosen;
+    TakeParts(design, present);
+    const auto shape = ShapeRemark(design, present);
+    if (shape && shown == Shown::Choice) remarks.push_back(*shape);
     return remarks;
 }
 
 bool PartsChoice::Resume(const Calculation& calculation, const LimitLines& limits) {
     const FilterDesign& design = calculation.Design;
-    if (!design.StdLCValues || IsNearestAlone(design) || HasEdits(design)) {
+    if (!design.StdLCValues || IsNearestAlone(calculation) || HasEdits(design)) {
         Stop();
         return false;
     }
@@ -131,8 +145,10 @@ bool PartsChoice::Resume(const Calculation& calculation, const LimitLines& limit
 }
 
 void PartsChoice::Put(Calculation& calculation) const {
-    calculation.Design.Elements = present.Chosen;
+    TakeParts(calculation.Design, present);
     calculation.Design.CalculatedElements = present.Chosen;
+    const auto shape = ShapeRemark(calculation.Design, present);
+    if (shape && shown == Shown::Choice) calculation.Remarks.push_back(*shape);
 }
 
 }  // namespace ladderwise

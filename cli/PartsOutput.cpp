@@ -72,12 +72,11 @@ void BuildBoards(const Calculation& calculation, BoardWork& work) {
     task.Limits = work.Limits;
     task.Boards = work.Asked.Boards;
     task.Seed = calculation.FixedSeed.value_or(usualSeed);
-    work.Yield = YieldOf(calculation.Design,
-                         work.Standard ? work.Standard->Parts : std::vector<ChosenPart>{}, task);
+    work.Yield = YieldOf(calculation.Design, task);
     if (!work.Standard) return;
     auto nearest = std::make_unique<FilterDesign>(calculation.Design);
     nearest->Elements = work.Standard->Nearest;
-    work.NearestYield = YieldOf(*nearest, {}, task);
+    work.NearestYield = YieldOf(*nearest, task);
 }
 
 std::vector<std::pair<std::string, std::string>> BoardMembers(const Calculation& calculation,

@@ -177,6 +177,7 @@ std::optional<BoardReading> ReadBoardOf(const Session& session, const Arguments&
 /// be read or is no table of limits.
 bool ReadLimits(Session& session, const std::string& path) {
     session.Limits = session.Companion.Limits;
+    session.Calc.Inputs.Held = session.Companion.Held;
     if (path.empty()) return true;
     const FileContent file = ReadWholeFile(path, MaxLimitsBytes);
     if (!file.Error.empty()) {
@@ -213,6 +214,7 @@ bool SaveDesign(Session& session, const Arguments& arguments) {
     DesignCompanion companion = session.Companion;
     companion.Edited = EditsOf(session.Calc.Design);
     companion.Limits = session.Limits;
+    companion.Held = session.Calc.Inputs.Held;
     for (const std::string& path : arguments.MeasuredFiles)
         companion.Measured.push_back(NewMeasuredFile(path, companion.Measured));
     if (error.empty()) error = SaveCompanion(companion, arguments.SaveFile);

@@ -17,6 +17,21 @@ namespace {
 constexpr int CurrentFrame = 2;            ///< pixels, around the current cell
 constexpr double SmallestPointSize = 4.0;  ///< below it nobody can read a text anyway
 
+/// In the upper right corner, in the colour of the text.
+void PaintPadlock(QPainter* painter, const QStyleOptionViewItem& option) {
+    constexpr int width = 7, height = 5, bow = 4, margin = 3;
+    const QRect body(option.rect.right() - margin - width, option.rect.top() + margin + bow, width,
+                     height);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillRect(body, option.palette.text());
+    painter->setPen(QPen(option.palette.text(), 1.5));
+    constexpr int halfTurn = 180 * 16;  // sixteenths of a degree
+    painter->drawArc(QRectF(body.left() + 1.5, body.top() - bow + 0.5, width - 3.0, 2.0 * bow), 0,
+                     halfTurn);
+    painter->restore();
+}
+
 }  // namespace
 
 QFont FontThatFits(QFont font, const QString& text, double width, double height) {
@@ -52,6 +67,7 @@ void FittedCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
         QStyledItemDelegate::paint(painter, plain, index);
     else if (background.isValid())
         painter->fillRect(option.rect, background.value<QBrush>());
+    if (index.data(HeldRole).toBool()) PaintPadlock(painter, option);
     if (!(option.state & QStyle::State_Selected)) return;
     const bool focused = option.state & QStyle::State_HasFocus;
     painter->setPen(

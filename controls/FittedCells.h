@@ -10,6 +10,9 @@ namespace ladderwise {
 /// higher than `height`, in pixels.
 QFont FontThatFits(QFont font, const QString& text, double width, double height);
 
+/// Data of a cell that has a padlock in its corner: true.
+inline constexpr int HeldRole = Qt::UserRole + 1;
+
 /// A cell's text is drawn in the largest size up to the view's font at which it fits; nothing is
 /// elided. The current cell has a frame, so that the colour that marks it stays to be seen. Enter
 /// in an editor commits at once: the toolkit's delegate does so from the event queue, where a key

@@ -10,9 +10,11 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "design/DirectCoupledSettings.h"
 #include "design/ElementCatalogue.h"
+#include "design/ValuePlace.h"
 
 namespace ladderwise {
 
@@ -228,6 +230,7 @@ struct DesignState {
     std::array<double, NumGValues> G{};  ///< G[k], k = 1 .. n from the source: 1 ohm, 1 rad/s
     ElementList Elements{};
     std::optional<ElementList> CalculatedElements{};  ///< Elements as a calculation left them
+    std::vector<PairedPart> Pairs{};                  ///< as a calculation chose them: see PairAt
     ElementList NominalElements{};  ///< Elements at the start of the last worst-case run
     ladderwise::PartModel PartModel{};
     bool StdLCValues = false;  ///< take every value from its standard series
@@ -271,6 +274,16 @@ inline bool IsEdited(const DesignState& design, int slot, int row) {
     const double now = design.Elements[slot].Value(row);
     const double then = (*design.CalculatedElements)[slot].Value(row);
     return now != then && !(now != now && then != then);  // NaN stays NaN
+}
+
+/// The two capacitors that a value of the ladder is to be made of; null if it is one part, or was
+/// changed since the pair was chosen.
+inline const PairedPart* PairAt(const DesignState& design, const ValuePlace& place) {
+    for (const PairedPart& pair : design.Pairs)
+        if (pair.Place == place &&
+            design.Elements[static_cast<std::size_t>(place.Slot)].Value(place.Row) == pair.Value)
+            return &pair;
+    return nullptr;
 }
 
 /// True if any value of the ladder was.

@@ -130,6 +130,21 @@ JsonValue JsonOf(const EditedValue& edit) {
                       {"value", edit.Value}};
 }
 
+HeldPart HeldOf(const JsonValue& value) {
+    MemberTaker members(value, "a held part");
+    HeldPart part;
+    part.Place.Slot = members.Whole("slot", 1, NumSlots - 1);
+    part.Place.Row = members.Whole("row", 1, 4) - 1;
+    part.Value = members.Number("value");
+    if (!(part.Value > 0.0)) throw CompanionFault{"a held part has no value"};
+    return part;
+}
+
+JsonValue JsonOf(const HeldPart& part) {
+    return JsonObject{
+        {"slot", part.Place.Slot}, {"row", part.Place.Row + 1}, {"value", part.Value}};
+}
+
 /// The name of a limit's value: in SI units, so that it is read as it was.
 const char* ValueNameOf(LimitKind kind) {
     return kind == LimitKind::DelayVariationMax ? "value_s" : "value_db";
@@ -210,6 +225,8 @@ CompanionResult ReadCompanion(std::string_view text) {
             companion.Measured.push_back(MeasuredOf(value, companion.Measured));
         for (const JsonValue& value : members.List("edited"))
             companion.Edited.push_back(EditedOf(value));
+        for (const JsonValue& value : members.List("held"))
+            companion.Held.push_back(HeldOf(value));
         TakeLimits(members, result);
         companion.Others = members.Left;
         return result;
@@ -220,16 +237,19 @@ CompanionResult ReadCompanion(std::string_view text) {
 
 std::string CompanionText(const DesignCompanion& companion) {
     JsonObject object = {{FormatMember, CompanionFormat}};
-    JsonList measured, edited, limits;
+    JsonList measured, edited, limits, held;
     for (const MeasuredFile& file : companion.Measured)
         measured.push_back(JsonOf(file));
     for (const EditedValue& edit : companion.Edited)
         edited.push_back(JsonOf(edit));
     for (const LimitLine& line : companion.Limits)
         limits.push_back(JsonOf(line));
+    for (const HeldPart& part : companion.Held)
+        held.push_back(JsonOf(part));
     if (!measured.empty()) object.emplace_back("measured", measured);
     if (!edited.empty()) object.emplace_back("edited", edited);
     if (!limits.empty()) object.emplace_back("limits", limits);
+    if (!held.empty()) object.emplace_back("held", held);
     object.insert(object.end(), companion.Others.begin(), companion.Others.end());
     return WriteJson(object);
 }

@@ -10,6 +10,7 @@
 #include "design/FilterDesign.h"
 #include "design/LimitLine.h"
 #include "design/MeasuredFile.h"
+#include "design/ValuePlace.h"
 #include "exchange/Json.h"
 
 namespace ladderwise {
@@ -27,10 +28,12 @@ struct DesignCompanion {
     MeasuredFiles Measured{};  ///< their paths relative to the design's in the text
     std::vector<EditedValue> Edited{};
     LimitLines Limits{};
+    HeldParts Held{};     ///< among standard values
     JsonObject Others{};  ///< members that are not known, in their order
 
     bool IsEmpty() const {
-        return Measured.empty() && Edited.empty() && Limits.empty() && Others.empty();
+        return Measured.empty() && Edited.empty() && Limits.empty() && Held.empty() &&
+               Others.empty();
     }
 };
 

@@ -112,6 +112,15 @@ std::vector<ListedPart> PartsOf(const FilterDesign& design) {
                             slot.Value(row),
                             {}};
             if (unit == ValueKind::LengthDegrees) part.Z0 = slot.Value(row + 1);
+            const PairedPart* const pair = PairAt(design, {k, row});
+            if (pair) {  // two to order
+                part.Designator += "a";
+                part.Value = pair->Larger;
+            }
+            parts.push_back(part);
+            if (!pair) continue;
+            part.Designator.back() = 'b';
+            part.Value = pair->Smaller;
             parts.push_back(part);
         }
     }

@@ -300,6 +300,7 @@ void ScaleLadder(FilterDesign& design, const MessageCallback& report) {
 void BuildLadder(FilterDesign& design, const MessageCallback& report) {
     design.Flags = {};
     ClearElements(design.Elements);
+    design.Pairs.clear();
     design.NortonResult = {};
     BuildSweepGrid(design);
     if (design.PassType == PassType::Norton) SetNortonForm(design, report);

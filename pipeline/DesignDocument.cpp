@@ -21,7 +21,7 @@ KeptDesign KeptOf(const HandMadeDesign& design) {
     const auto scratch = std::make_unique<Calculation>();
     scratch->Inputs = design.Inputs;
     static_cast<DesignState&>(scratch->Design) = design.Design;
-    KeptDesign kept{RecordOf(*scratch), KeptLadderOf(design.Design)};
+    KeptDesign kept{RecordOf(*scratch), KeptLadderOf(design.Design), design.Inputs.Held};
     RefreshRecord(kept.Record, {});
     return kept;
 }
@@ -102,6 +102,7 @@ bool DesignDocument::EditsAreSaved() const {
 
 bool DesignDocument::Modified() const {
     return !EditsAreSaved() || Measured != tie->SavedMeasured || Limits != tie->SavedLimits ||
+           Work.Inputs.Held != tie->SavedHeld ||
            (tie->Saved && !SameDesign(Record({}), *tie->Saved));
 }
 
@@ -110,10 +111,12 @@ void DesignDocument::CountAsSaved(bool withCompanion) {
     tie->SavedEdits.reset();
     tie->SavedMeasured.clear();
     tie->SavedLimits.clear();
+    tie->SavedHeld.clear();
     if (withCompanion && HasEdits(Work.Design)) tie->SavedEdits = Work.Design.Elements;
     if (!withCompanion) return;
     tie->SavedMeasured = Measured;
     tie->SavedLimits = Limits;
+    tie->SavedHeld = Work.Inputs.Held;
 }
 
 void DesignDocument::Begin() {
@@ -130,8 +133,9 @@ void DesignDocument::WasSavedTo(const std::string& path, bool withCompanion) {
 bool DesignDocument::Load(std::string_view bytes, const std::string& path) {
     const auto record = DecodeRecord(bytes);
     if (!record) return false;
-    tie = std::make_shared<FileTie>(FileTie{path, {}, {}, {}, {}, {}});
+    tie = std::make_shared<FileTie>(FileTie{path, {}, {}, {}, {}, {}, {}});
     LoadRecord(*record, Work);
+    Work.Inputs.Held.clear();
     // Values edited in the design of before, what was measured of it and what it must do are no
     // part of this one.
     Work.Discarded.reset();
@@ -150,14 +154,15 @@ UnsavedWork DesignDocument::Kept() const {
     UnsavedWork work;
     work.Name = ProposedFileName(Work.Design);
     work.File = tie->Path;
-    if (tie->Saved) work.Saved = KeptDesign{*tie->Saved, {}};
+    if (tie->Saved) work.Saved = KeptDesign{*tie->Saved, {}, tie->SavedHeld};
     work.Stamps = tie->Stamps;
     if (tie->Saved && tie->SavedEdits)
         work.Saved->Ladder = KeptSlotsOf(*tie->SavedEdits, CountOf(*tie->SavedEdits));
-    work.Design = {Record({}), KeptLadderOf(Work.Design)};
+    work.Design = {Record({}), KeptLadderOf(Work.Design), Work.Inputs.Held};
     if (Work.Discarded) work.Discarded = KeptOf(*Work.Discarded);
     if (reference) {
-        work.Reference = KeptDesign{reference->Record, KeptLadderOf(reference->Design)};
+        work.Reference =
+            KeptDesign{reference->Record, KeptLadderOf(reference->Design), reference->Held};
         RefreshRecord(work.Reference->Record, {});
     }
     work.ReferenceShown = showReference;
@@ -173,6 +178,7 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
     bool fits = true;
     const auto calculate = [&](const KeptDesign& kept, Calculation& calculation) {
         LoadRecord(kept.Record, calculation);
+        calculation.Inputs.Held = kept.Held;
         PrepareCalculation(calculation, report);
         if (kept.Ladder.empty()) return;
         fits = PutBackLadder(calculation.Design, kept.Ladder) && fits;
@@ -189,8 +195,9 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
     }
     showReference = work.ReferenceShown;
     tie = std::make_shared<FileTie>(
-        FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured, work.SavedLimits});
+        FileTie{work.File, {}, {}, work.Stamps, work.SavedMeasured, work.SavedLimits, {}});
     if (work.Saved) tie->Saved = work.Saved->Record;
+    if (work.Saved) tie->SavedHeld = work.Saved->Held;
     if (work.Saved && !work.Saved->Ladder.empty()) tie->SavedEdits = ElementsOf(work.Saved->Ladder);
     calculate(work.Design, Work);
     SettleControls(report);

@@ -96,7 +96,8 @@ public:
 
     /// True if the design has something that its record has no room for.
     bool NeedsCompanion() const {
-        return HasEdits(Work.Design) || !Measured.empty() || !Limits.empty();
+        return HasEdits(Work.Design) || !Measured.empty() || !Limits.empty() ||
+               !Work.Inputs.Held.empty();
     }
 
     /// The first state: there is nothing to save and nothing to undo.

@@ -129,6 +129,20 @@ std::optional<StepLabel> MarkerStep(const MarkerState& before, const MarkerState
     return {};
 }
 
+/// "Hold C3", "Release C3".
+std::optional<StepLabel> HeldStep(const DesignSnapshot& before, const DesignSnapshot& after) {
+    const HeldParts &was = before.Inputs.Held, &is = after.Inputs.Held;
+    if (was == is) return {};
+    const bool more = is.size() >= was.size();
+    const auto differs = std::mismatch(was.begin(), was.end(), is.begin(), is.end());
+    const HeldPart& part = more ? *differs.second : *differs.first;
+    const auto names = DesignatorsOf(more ? after.Design : before.Design);
+    return StepLabel{(more ? "Hold " : "Release ") +
+                         names[static_cast<std::size_t>(part.Place.Slot)]
+                              [static_cast<std::size_t>(part.Place.Row)],
+                     "", ""};
+}
+
 std::string FileName(const std::string& path) {
     return path.substr(path.find_last_of("/\\") + 1);
 }
@@ -187,6 +201,7 @@ std::optional<StepLabel> DescribeStep(const DesignSnapshot& before, const Design
     if (auto step = DocumentStep(before, after)) return step;
     if (auto step = ChoiceStep(before.Inputs, after.Inputs)) return step;
     if (auto step = BoxStep(before.Inputs, after.Inputs)) return step;
+    if (auto step = HeldStep(before, after)) return step;
     // Values of the highest yield follow the limits.
     if (auto step = LimitStep(before.Limits, after.Limits)) return step;
     if (auto step = LadderStep(before.Design, after.Design)) return step;

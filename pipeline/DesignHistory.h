@@ -29,6 +29,7 @@ struct FileTie {
     DesignStamps Stamps{};          ///< what the files of that name held then
     MeasuredFiles SavedMeasured{};  ///< shown with it
     LimitLines SavedLimits{};
+    HeldParts SavedHeld{};
 };
 
 /// A document at one moment: all that cannot be calculated from the rest, to the last bit.

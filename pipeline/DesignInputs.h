@@ -12,6 +12,7 @@
 #include "design/FilterDesign.h"
 #include "design/Messages.h"
 #include "design/TraceChoices.h"
+#include "design/ValuePlace.h"
 #include "numbers/NumberBox.h"
 #include "pipeline/Updownfunctions.h"
 
@@ -37,6 +38,7 @@ struct DesignInputs {
 
     std::array<NumberBox, NumInputs> Boxes{};
     std::array<int, NumChoices> Choices{};
+    HeldParts Held{};  ///< among standard values
 };
 
 /// The load (ohm) that a response prescribes for a source; Butterworth and Chebyshev keep the

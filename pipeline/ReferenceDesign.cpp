@@ -37,7 +37,7 @@ ResultTexts FiguresOf(const FilterDesign& design, const ResponseResults& results
 
 ReferenceDesign StoreReference(const Calculation& calculation, const MessageCallback& report) {
     ReferenceDesign stored{RecordOf(calculation), calculation.Design, calculation.Quantities,
-                           ResultsOf(calculation.Design)};
+                           ResultsOf(calculation.Design), calculation.Inputs.Held};
     // The tables of the pulse in hand may be those of another F0.
     PulseWork work;
     CalcPulseResponse(stored.Design, PulseWidth, work, stored.Quantities.Pulse, report);
@@ -48,6 +48,7 @@ void ExchangeReference(ReferenceDesign& reference, Calculation& calculation,
                        const MessageCallback& report) {
     ReferenceDesign inHand = StoreReference(calculation, report);
     LoadRecord(reference.Record, calculation);
+    calculation.Inputs.Held = reference.Held;
     calculation.Design.Elements = reference.Design.Elements;
     calculation.Design.CalculatedElements = reference.Design.CalculatedElements;
     calculation.Design.NumElements = reference.Design.NumElements;

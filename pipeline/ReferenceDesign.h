@@ -19,6 +19,7 @@ struct ReferenceDesign {
     FilterDesign Design{};
     DisplayQuantities Quantities{};  ///< at those frequencies, the pulse included
     ResponseResults Results{};
+    HeldParts Held{};  ///< no part of a record
 };
 
 /// "Set Ref": the nominal design of a finished calculation. Its pulse is calculated whether the

@@ -52,6 +52,9 @@ void AddSlots(std::string& text, const std::string& key, const std::vector<KeptS
 void AddDesign(std::string& text, const std::string& key, const KeptDesign& design) {
     AddLine(text, key, Hex(EncodeRecord(design.Record)));
     AddSlots(text, key + "-slot", design.Ladder);
+    for (const HeldPart& part : design.Held)
+        AddLine(text, key + "-held", NumberText(part.Place.Slot), NumberText(part.Place.Row),
+                NumberText(part.Value));
 }
 
 template <typename Values>
@@ -160,10 +163,23 @@ std::vector<KeptSlot> KeptSlotsIn(const KeyedLines& lines, const std::string& ke
     return slots;
 }
 
+HeldParts KeptHeldIn(const KeyedLines& lines, const std::string& key) {
+    HeldParts held;
+    for (const Words& words : lines.All(key, 3)) {
+        const HeldPart part{{NumberOf<int>(words[0]), NumberOf<int>(words[1])},
+                            NumberOf<double>(words[2])};
+        const ValuePlace& at = part.Place;
+        if (at.Slot < 1 || at.Slot >= NumSlots || at.Row < 0 || at.Row > 3) throw NoWork{};
+        held.push_back(part);
+    }
+    return held;
+}
+
 std::optional<KeptDesign> KeptDesignIn(const KeyedLines& lines, const std::string& key) {
     const auto record = lines.Optional(key);
     if (!record) return {};
-    return KeptDesign{KeptRecord(*record), KeptSlotsIn(lines, key + "-slot")};
+    return KeptDesign{KeptRecord(*record), KeptSlotsIn(lines, key + "-slot"),
+                      KeptHeldIn(lines, key + "-held")};
 }
 
 template <typename Values>

@@ -13,6 +13,7 @@
 #include "design/LimitLine.h"
 #include "design/MarkerState.h"
 #include "design/MeasuredFile.h"
+#include "design/ValuePlace.h"
 #include "files/FileReadSave.h"
 #include "files/FileStamp.h"
 
@@ -29,6 +30,7 @@ struct KeptDesign {
     DesignRecord Record{};
     /// Slots 1 .. of a ladder with values edited by hand; empty: it is as calculated.
     std::vector<KeptSlot> Ladder{};
+    HeldParts Held{};
 };
 
 struct UnsavedWork {

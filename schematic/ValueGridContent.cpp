@@ -65,9 +65,15 @@ std::string PartsTableText(const FilterDesign& design) {
             const ValueKind kind = InfoOf(element.Type).Values[static_cast<std::size_t>(row)];
             if (kind == ValueKind::Unused) continue;
             const double value = element.Value(row);
-            table += designators[static_cast<std::size_t>(slot)][static_cast<std::size_t>(row)] +
-                     "\t" + FormatWithPrefix(value, cellDigits, UnitOf(kind)) + "\t" +
-                     FormatGeneral(value) + "\n";
+            const std::string& name =
+                designators[static_cast<std::size_t>(slot)][static_cast<std::size_t>(row)];
+            const auto add = [&](const std::string& part, double one) {
+                table += part + "\t" + FormatWithPrefix(one, cellDigits, UnitOf(kind)) + "\t" +
+                         FormatGeneral(one) + "\n";
+            };
+            const PairedPart* const pair = PairAt(design, {slot, row});
+            add(pair ? name + "a" : name, pair ? pair->Larger : value);
+            if (pair) add(name + "b", pair->Smaller);
         }
     }
     return table;

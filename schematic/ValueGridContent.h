@@ -13,6 +13,8 @@ namespace ladderwise {
 struct GridCell {
     std::string Text;     ///< short, as it stands in the cell; can be read back as a number
     bool Edited = false;  ///< changed by hand since the last calculation
+    bool Held = false;    ///< its value is not chosen
+    bool MayBeHeld = false;
     std::string ToolTip;  ///< symbol, six digits and unit: "L = 79.5775 nH"
 };
 

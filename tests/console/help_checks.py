@@ -20,6 +20,7 @@ DESIGNS = {
     "fresh": "f0=200",
     "tx": _TX, "tx7": _TX + "poles=7", "txflat": _TX + "response=butterworth",
     "std": _TX + "std=on cap-tol=5 ind-tol=10", "std5": _TX + "std=on cap-tol=5 ind-tol=5",
+    "together": _TX + "std=together cap-tol=5 ind-tol=5", "pairs": _TX + "std=pairs cap-tol=5 ind-tol=5",
     "lossy": _TX + "parts=real ind-q=80",
     "worst": _TX + "worst-case=on seed=1",
     "even": _TX + "poles=4",
@@ -206,6 +207,14 @@ _START_CHECKS = {
     "Inductor C:": "=0.1 =1",
     "Capacitor R, Capacitor L:": "=0.2 =0.25",
     "Tolerances choose": "=10 =5 =2 =1",
+    "The nearest values are shown": "=1 =0.1 =0.5",
+    "The transmitter's low-pass with": "std5.ind_tol std5.std['worst_deviation_db']['nearest'] std5.edges_hz[1] =1 "
+        "together[1,1] =2 together[2,1] together.std['worst_deviation_db']['chosen'] together.edges_hz[1] "
+        "pairs.std['worst_deviation_db']['chosen']",
+    "Absorb Parasitics refits": "=30",
+    "With limits, the panel": "=95 =1000 =10000 =100000 =100000 =1",
+    "Below 10 pF:": "=10 =10",
+    "Reel:": "=0 =1",
     "Each run multiplies": "=0.1 =0.1",
     "Worst-Case Seed asks": "bound('seed',0) bound('seed',1) worst.seed",
     "Click a value of the grid": "=22 =4.7 =12E-12",

@@ -147,7 +147,7 @@ struct OneCapacitor {
     }
 
     void ExpectShare(double share) const {
-        const YieldResult result = YieldOf(Design, {}, Task);
+        const YieldResult result = YieldOf(Design, Task);
         EXPECT_NEAR(result.Share(), share, 4.0 * std::sqrt(share * (1.0 - share) / Task.Boards));
         EXPECT_EQ(result.Failures[0], result.Boards - result.Passed);
     }
@@ -178,9 +178,8 @@ TEST(Yield, APairAveragesItsTolerancesAndAReelDoesNot) {
     const auto share = [](bool pair, double reel) {
         OneCapacitor one(100e-12, 1.0 + 0.5 * 0.05);
         one.Design.Boards.Reel = reel;
-        std::vector<ChosenPart> parts;
-        if (pair) parts.push_back({{1, 1}, {100e-12, 50e-12, 50e-12}, false});
-        return YieldOf(one.Design, parts, one.Task).Share();
+        if (pair) one.Design.Pairs = {{{1, 1}, 100e-12, 50e-12, 50e-12}};
+        return YieldOf(one.Design, one.Task).Share();
     };
     EXPECT_NEAR(share(false, 0.0), 0.75, 0.02);
     EXPECT_NEAR(share(true, 0.0), 0.875, 0.02);  // 1 - (1/2)^2 / 2 of the square of both draws
@@ -216,10 +215,10 @@ TEST(Yield, ChosenValuesPassMoreOftenThanTheNearest) {
     FilterDesign design = calculation->Design;
     const auto passed = [&](const ElementList& elements) {
         design.Elements = elements;
-        return YieldOf(design, {}, {limits, 2000, 7}).Passed;
+        return YieldOf(design, {limits, 2000, 7}).Passed;
     };
     EXPECT_GT(passed(parts.Chosen), passed(parts.Nearest) + 200);
-    BoardCount sliced(design, {}, limits, 7);
+    BoardCount sliced(design, limits, 7);
     for (const int boards : {250, 0, 1749, 1})
         sliced.Build(boards);
     EXPECT_EQ(sliced.Result().Boards, 2000);

@@ -37,7 +37,9 @@ TEST(Companion, OfTheLimitsOnlyTheDamagedOnesAreLeftOut) {
                               {LimitKind::DelayVariationMax, 1.8e6, 29.7e6, 7.3e-9}};
     DesignCompanion companion;
     companion.Limits = lines;
+    companion.Held = {{{3, 1}, 4.7e-11}};
     std::string text = CompanionText(companion);
+    EXPECT_EQ(ReadCompanion(text).Companion.Held, companion.Held);
     EXPECT_EQ(ReadCompanion(text).Companion.Limits, lines);
     text.insert(text.find('[') + 1, R"({"kind": "atten-min", "from_hz": 2, "to_hz": 1,
         "value_db": 3}, {"kind": "odd"}, 7, )");

@@ -58,6 +58,8 @@ std::string DesignBytesOf(const DesignDocument& document) {
     for (const Note& note : CollectNotes(document.Work))
         if (!IsOfOneCalculation(note)) bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
+    for (const HeldPart& part : document.Work.Inputs.Held)
+        add(std::array{part.Place.Slot + 0.1 * part.Place.Row, part.Value});
     return bytes + LimitTableText(document.Limits);
 }
 
@@ -149,6 +151,11 @@ void ActAtRandom(DocumentHands& hands, std::mt19937& random) {
             document.Markers.FreqMarkers[1] = below(1000);
             return hands.Note();
         case 9:
+            if (below(2) == 0) {
+                document.Work.Inputs.Held.assign(static_cast<std::size_t>(below(3)),
+                                                 {{1, below(4)}, 1e-12 * (1 + below(9))});
+                return hands.Calculate();
+            }
             document.Limits.assign(static_cast<std::size_t>(below(3)),
                                    {LimitKind::AttenMin, 1e8 / 3, 1e9, 1.0 + below(50)});
             return hands.Note();
@@ -329,4 +336,14 @@ TEST(Document, FilesAreTiedToStates) {
     EXPECT_TRUE(document.Modified());
     document.WasSavedTo("/a");
     EXPECT_FALSE(document.Modified());
+    // And held parts.
+    document.Work.Inputs.Held = {{{1, 1}, 2e-12}};
+    hands.Note();
+    EXPECT_EQ(document.UndoName(), "Hold C1");
+    EXPECT_TRUE(document.Modified() && document.NeedsCompanion());
+    document.WasSavedTo("/a");
+    EXPECT_FALSE(document.Modified());
+    ASSERT_TRUE(document.Undo());
+    EXPECT_TRUE(document.Work.Inputs.Held.empty() && document.Modified());
+    EXPECT_EQ(document.RedoName(), "Hold C1");
 }

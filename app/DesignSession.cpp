@@ -124,17 +124,16 @@ std::vector<PictureRow> DesignSession::Answers() const {
     const auto add = [&rows](const auto& row) {
         rows.push_back({row.Name, row.OfDesign, row.OfReference});
     };
+    if (compared) rows.push_back({"", "the design in hand", comparedName});
     const JudgedLimits limits = JudgeShown();
     for (const ComparedResult& row :
          CompareLimits(limits.Design, limits.Reference, limits.Measured))
         add(row);
-    const ReferenceDesign* const reference =
-        Document.ReferenceShown() ? Document.Reference() : nullptr;
     for (const ComparedResult& row : DescribeBoards(Boards(), ShownLimits()))
         add(row);
     for (const ComparedResult& row : DescribeParts(work.Design, parts))
         add(row);
-    for (const ComparedResult& row : ResultRows(work.Design, work.Results, reference))
+    for (const ComparedResult& row : ResultRows(work.Design, work.Results, Beside()))
         add(row);
     for (const ComparedResult& row :
          CompareEachLimit(limits.Design, limits.Reference, limits.Measured))

@@ -195,7 +195,8 @@ private:
 
     void TakeInputs(const DesignInputs& inputs);
     void CompareWith(const DesignInputs* inputs);
-    void ShowBeside(std::unique_ptr<Calculation> other, const std::string& name);
+    void ShowBeside(const std::unique_ptr<Calculation>& other, const std::string& name);
+    const ReferenceDesign* Beside() const;
     std::optional<BoardReading> ReadBoardFile(const std::string& path, Adjustable turned,
                                               const std::function<void(double)>& progress);
     void ShowNextStep(const BoardReading* reading);
@@ -229,9 +230,9 @@ private:
         LimitLines Now, Before;
     };
     std::optional<DraggedLimits> dragged;
-    mutable LimitJudge judge;               ///< keeps what it has judged of the design
-    mutable LimitJudge referenceJudge;      ///< and of the reference
-    std::unique_ptr<Calculation> compared;  ///< shown beside the design for a moment
+    mutable LimitJudge judge;                   ///< keeps what it has judged of the design
+    mutable LimitJudge referenceJudge;          ///< and of the reference
+    std::unique_ptr<ReferenceDesign> compared;  ///< shown beside the design for a moment
     std::string comparedName;
     std::vector<double> boardOf;   ///< the ladder that a board was read for
     mutable MeasuredSet measured;  ///< keeps what it has calculated of its files

@@ -100,11 +100,9 @@ void DesignSession::DropLimit(bool taken) {
 
 DesignSession::JudgedLimits DesignSession::JudgeShown() const {
     const LimitLines& lines = ShownLimits();
-    const bool compared = Document.ReferenceShown() && !lines.empty();
+    const ReferenceDesign* const beside = lines.empty() ? nullptr : Beside();
     JudgedLimits judged{
-        Judged(),
-        compared ? &referenceJudge.Judge(Document.Reference()->Design, lines) : nullptr,
-        {}};
+        Judged(), beside ? &referenceJudge.Judge(beside->Design, lines) : nullptr, {}};
     for (MeasuredVerdict& verdict : measured.Judge(Document.Measured, Document.Work.Design, lines))
         judged.Measured.push_back({std::move(verdict.ShortName), std::move(verdict.Report)});
     return judged;

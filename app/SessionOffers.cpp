@@ -54,14 +54,20 @@ void DesignSession::CompareWith(const DesignInputs* inputs) {
     other->FixedSeed = 0;
     ladderwise::Calculate(*other, nullptr);
     const std::string name = "Compared: " + DesignTitle(other->Design);
-    ShowBeside(std::move(other), name);
+    ShowBeside(other, name);
 }
 
-void DesignSession::ShowBeside(std::unique_ptr<Calculation> other, const std::string& name) {
+void DesignSession::ShowBeside(const std::unique_ptr<Calculation>& other, const std::string& name) {
     if (!other && !compared) return;
-    compared = std::move(other);
+    compared = other ? std::make_unique<ReferenceDesign>(StoreReference(*other, report)) : nullptr;
     comparedName = name;
     Redraw();
+}
+
+/// What is shown beside the design, in plot, results and limits alike: what is compared for the
+/// moment, else the reference; null: nothing.
+const ReferenceDesign* DesignSession::Beside() const {
+    return compared ? compared.get() : Document.ReferenceShown() ? Document.Reference() : nullptr;
 }
 
 BoardActions DesignSession::ActionsOfBoard() {
@@ -120,7 +126,7 @@ void DesignSession::ShowNextStep(const BoardReading* reading) {
         1.0 + turn.Change;
     if (reading->Q) design.PartModel.IndQ = *reading->Q;
     AnalyseAsItStands(*after, nullptr);
-    ShowBeside(std::move(after), "After " + turn.Designator);
+    ShowBeside(after, "After " + turn.Designator);
 }
 
 void DesignSession::NoteBoardDesign() {

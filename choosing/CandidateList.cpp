@@ -29,17 +29,10 @@ constexpr std::array elliptic = {ResponseType::EllipticA, ResponseType::Elliptic
                                  ResponseType::EllipticC, ResponseType::EllipticD,
                                  ResponseType::EllipticE};
 
-double NeedOf(const LimitLines& limits) {
-    double need = 0.0;
-    for (const LimitLine& line : limits)
-        if (line.Kind == LimitKind::AttenMin) need = std::max(need, line.Value);
-    return need > 0.0 ? need : fallbackNeedDb;
-}
-
 class Lister {
 public:
     Lister(const FilterDesign& design, const LimitLines& limits)
-        : base(design), largestRipple(LargestRippleFor(limits)), need(NeedOf(limits)) {}
+        : base(design), largestRipple(LargestRippleFor(limits)), need(LargestNeedOf(limits)) {}
 
     void AllPole(const Candidate& pattern, int fewest, int most, int stride) {
         for (int poles = fewest; poles <= most; poles += stride) {
@@ -102,6 +95,13 @@ bool IsBand(PassType pass) {
 }
 
 }  // namespace
+
+double LargestNeedOf(const LimitLines& limits) {
+    double need = 0.0;
+    for (const LimitLine& line : limits)
+        if (line.Kind == LimitKind::AttenMin) need = std::max(need, line.Value);
+    return need > 0.0 ? need : fallbackNeedDb;
+}
 
 double LargestRippleFor(const LimitLines& limits) {
     double largest = CoarsestRippleDb;

@@ -25,6 +25,9 @@ struct ListedCandidate {
 /// The largest ripple that the pass limits allow, dB; CoarsestRippleDb without any.
 double LargestRippleFor(const LimitLines& limits);
 
+/// The largest attenuation at least that is asked for, dB; 40 dB without any.
+double LargestNeedOf(const LimitLines& limits);
+
 /// All families of orders 1 to 10 (elliptic ones of up to `mostTraps` traps and no fewer than
 /// `fewestTraps`, of which only those if it is above 1), both forms, six ripples from the largest
 /// that the limits allow, and six attenuations from 12 dB below the largest asked for to 10 dB

@@ -243,13 +243,33 @@ private:
             if (!IsBehind(group)) RefineGroup(group);
     }
 
+    /// What passes by little has the attenuation that is asked for and no more: a ridge as narrow
+    /// as the margin. True if `f` does better there.
+    bool TakeNeedItself(Found& f) {
+        constexpr double aboveNeed[] = {0.02, 0.1};
+        constexpr double ofLargest[] = {0.85, 0.95, 0.99};
+        const double largest = LargestRippleFor(request.Limits);
+        bool better = false;
+        for (const double above : aboveNeed)
+            for (const double share : ofLargest) {
+                Found tried = f;
+                Candidate& what = tried.Listed.What;
+                what.RippleDb = RoundedTyped(std::max(share * largest, FinestRippleDb));
+                what.AttenDb = RoundedTyped(
+                    std::clamp(LargestNeedOf(request.Limits) + above, LeastNeedDb, MostNeedDb));
+                tried.At = Place(what, KeptLimits::All, nullptr, coarse);
+                if (tried.At.Margin > f.At.Margin) f = tried, better = true;
+            }
+        return better;
+    }
+
     /// Compass search in the logarithm of the ripple and in the attenuation.
     void RefineGroup(Found f) {
         const double largest = LargestRippleFor(request.Limits);
         const bool traps = IsElliptic(f.Listed.What.Response);
         double stepRipple = 0.35, stepAtten = 3.0;
         constexpr double smallestStep = 0.01;
-        bool better = false;
+        bool better = traps && TakeNeedItself(f);
         for (int tries = 0; tries < refineTries && stepRipple > smallestStep;) {
             bool moved = false;
             const std::array<std::pair<double, double>, 6> moves = {{{-stepRipple, 0.0},

@@ -23,9 +23,10 @@ constexpr double hopelessBelowDb = -2.0;
 constexpr double closeAtMost = 0.5;  ///< dB
 constexpr double trustedDb = 0.3;    ///< out of balance: still an edge
 constexpr double movedDb = 1.5;
+constexpr double decidesFromDb = -0.3, decidesToDb = 0.02;
 constexpr double leastStep = 1e-9;  ///< relative
 constexpr int cornerSteps = 12, cornerStepsFromStart = 5;
-constexpr int widthSteps = 9, widthStepsFromStart = 4;
+constexpr int widthSteps = 9, widthStepsFromStart = 4, decidingSteps = 8;
 constexpr int goldenMore = 3;
 constexpr int centreSteps = 6, centreStepsFromStart = 4;
 constexpr double centreReach = 0.25, centreReachMost = 0.3;  ///< of the limits that it lies in
@@ -42,10 +43,15 @@ bool Balanced(double difference, const Placement& at) {
     return std::abs(difference) < allowed;
 }
 
+/// Whether a margin is so small that more looking may change what it says.
+bool Decides(double margin) {
+    return margin > decidesFromDb && margin < decidesToDb;
+}
+
 /// Whether a search that went on from `start` has found about what was there: limits that have
-/// moved farther ask for the whole search.
+/// moved farther ask for the whole search, and so does a margin that decides.
 bool IsNear(const Placement& found, const Placement& start) {
-    return std::abs(found.Margin - start.Margin) < movedDb;
+    return !Decides(found.Margin) && std::abs(found.Margin - start.Margin) < movedDb;
 }
 
 /// Bracketing by the Illinois rule of regula falsi on flattened values, halving every third step.
@@ -308,7 +314,8 @@ bool PlacementSearch::BracketWidth(double low, double high, double& centre, int 
         return false;
     }
     Bracket bracket(a, sign * first.Widening, b, sign * last.Widening);
-    for (int step = 0; step < steps && !bracket.Closed(); ++step) {
+    for (int step = 0; step < steps + (Decides(best.Margin) ? decidingSteps : 0); ++step) {
+        if (bracket.Closed()) break;
         const double x = bracket.Next();
         const Seen seen = Centred(centre, std::exp(x), inner);
         if (seen.At.Margin == HopelessDb || Balanced(seen.Widening, seen.At)) break;

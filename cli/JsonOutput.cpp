@@ -182,7 +182,37 @@ std::string NortonObject(const NortonResult& result) {
            ", \"inductors\": " + list(result.Inductors, result.NortonIndCount) + "}";
 }
 
-std::string MeasuredObject(const MeasuredNetwork& measured) {
+/// `more`: further members.
+std::string LimitObject(const LimitMargin& row, const std::string& more = "") {
+    const double unit = UnitFactor(row.Line.Kind);
+    return "{\"kind\": " + Quoted(NameOf(row.Line.Kind)) +
+           ", \"from_hz\": " + Number(row.Line.From) + ", \"to_hz\": " + Number(row.Line.To) +
+           ", \"value\": " + Number(row.Line.Value / unit) +
+           ", \"margin\": " + Number(row.Margin / unit) + ", \"at_hz\": " + Number(row.At) + more +
+           "}";
+}
+
+std::string LimitsObject(const LimitReport& limits) {
+    return "{\"met\": " + std::string(limits.Met() ? "true" : "false") + ", \"rows\": " +
+           List(limits.Rows.size(), [&](std::size_t i) { return LimitObject(limits.Rows[i]); }) +
+           "}";
+}
+
+/// How a measurement keeps limits: as far as it reaches.
+std::string MeasuredLimitsObject(const LimitReport& limits) {
+    static constexpr const char* reach[] = {"whole", "part", "nothing"};
+    return "{\"met\": " + std::string(limits.Met() ? "true" : "false") + ", \"rows\": " +
+           List(limits.Rows.size(),
+                [&](std::size_t i) {
+                    const LimitMargin& row = limits.Rows[i];
+                    return LimitObject(row, std::string(", \"reach\": \"") +
+                                                reach[static_cast<std::size_t>(row.Reach)] + "\"");
+                }) +
+           "}";
+}
+
+/// `limits`: null where there are none.
+std::string MeasuredObject(const MeasuredNetwork& measured, const LimitReport* limits) {
     const NetworkData& data = measured.Network;
     const auto pair = [](Complex z) {
         return "[" + Number(z.real()) + ", " + Number(z.imag()) + "]";
@@ -201,22 +231,9 @@ std::string MeasuredObject(const MeasuredNetwork& measured) {
            parameter(&SParameters::S22, two) + "],\n    \"reference_ohm\": " +
            (ohms.Source == ohms.Load ? Number(ohms.Source)
                                      : "[" + Number(ohms.Source) + ", " + Number(ohms.Load) + "]") +
+           (limits ? ",\n    \"limits\": " + MeasuredLimitsObject(*limits) : "") +
            ", \"messages\": " +
            List(data.Messages.size(), [&](std::size_t i) { return Quoted(data.Messages[i]); }) +
-           "}";
-}
-
-std::string LimitObject(const LimitMargin& row) {
-    const double unit = UnitFactor(row.Line.Kind);
-    return "{\"kind\": " + Quoted(NameOf(row.Line.Kind)) +
-           ", \"from_hz\": " + Number(row.Line.From) + ", \"to_hz\": " + Number(row.Line.To) +
-           ", \"value\": " + Number(row.Line.Value / unit) +
-           ", \"margin\": " + Number(row.Margin / unit) + ", \"at_hz\": " + Number(row.At) + "}";
-}
-
-std::string LimitsObject(const LimitReport& limits) {
-    return "{\"met\": " + std::string(limits.Met() ? "true" : "false") + ", \"rows\": " +
-           List(limits.Rows.size(), [&](std::size_t i) { return LimitObject(limits.Rows[i]); }) +
            "}";
 }
 
@@ -246,7 +263,7 @@ std::string ElementObject(const CircuitElement& element, std::size_t slot) {
 
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
                      const std::vector<MeasuredNetwork>& measured, const LimitReport& limits,
-                     const JsonMembers& more) {
+                     const JsonMembers& more, const std::vector<NamedReport>& measuredLimits) {
     // Texts made from here on have points; what the calculation has left is turned where it stands.
     const char separator = SystemFormatSettings().DecimalSeparator;
     const FormatSettingsScope points({'.'});
@@ -296,8 +313,10 @@ std::string JsonText(const Calculation& calculation, const std::vector<RecordedM
     if (calculation.WorstCase.Runs > 0)
         member("worst_case", WorstCaseObject(calculation.WorstCase));
     if (design.PassType == PassType::Norton) member("norton", NortonObject(design.NortonResult));
-    member("measured",
-           List(measured.size(), [&](std::size_t i) { return MeasuredObject(measured[i]); }));
+    member("measured", List(measured.size(), [&](std::size_t i) {
+               return MeasuredObject(
+                   measured[i], i < measuredLimits.size() ? &measuredLimits[i].Report : nullptr);
+           }));
     member("messages", List(messages.size(), [&](std::size_t i) {
                return "{\"caption\": " + Quoted(messages[i].Caption) +
                       ", \"text\": " + Quoted(Pointed(messages[i].Text, separator)) + "}";

@@ -8,6 +8,7 @@
 #include "measured/MeasuredSet.h"
 #include "pipeline/Calculation.h"
 #include "pipeline/LimitMargins.h"
+#include "pipeline/ReferenceDesign.h"
 
 namespace ladderwise {
 
@@ -18,9 +19,11 @@ struct RecordedMessage {
 };
 
 /// Numbers have 17 significant digits and a point whatever the locale; NaN, infinities, blank
-/// points and values that are not in use are null. `more` stands behind the limits.
+/// points and values that are not in use are null. `more` stands behind the limits;
+/// `measuredLimits` tells how each of the measured networks keeps them.
 std::string JsonText(const Calculation& calculation, const std::vector<RecordedMessage>& messages,
                      const std::vector<MeasuredNetwork>& measured = {},
-                     const LimitReport& limits = {}, const JsonMembers& more = {});
+                     const LimitReport& limits = {}, const JsonMembers& more = {},
+                     const std::vector<NamedReport>& measuredLimits = {});
 
 }  // namespace ladderwise

@@ -65,7 +65,8 @@ std::string SlotLines(const FilterDesign& design) {
 
 }  // namespace
 
-std::string TableText(const Calculation& calculation, const LimitReport& limits) {
+std::string TableText(const Calculation& calculation, const LimitReport& limits,
+                      const std::vector<NamedReport>& measured) {
     const FilterDesign& design = calculation.Design;
     const auto shown = [](double value, const char* unit) {
         return FormatWithPrefix(value, PartDigits, unit);
@@ -84,8 +85,13 @@ std::string TableText(const Calculation& calculation, const LimitReport& limits)
         text += Padded(name, resultNameWidth) + value + "\n";
     for (const auto& [name, value] : DescribeWorstCase(calculation.WorstCase))
         text += Padded(name, resultNameWidth) + value + "\n";
-    for (const LimitMargin& row : limits.Rows)
-        text += TextOf(row.Line) + ": " + TextOf(row) + "\n";
+    const auto addLimits = [&text](const LimitReport& report, const std::string& of) {
+        for (const LimitMargin& row : report.Rows)
+            text += TextOf(row.Line) + of + ": " + TextOf(row) + "\n";
+    };
+    addLimits(limits, "");
+    for (const NamedReport& other : measured)
+        addLimits(other.Report, ", measured in " + other.Name);
     for (const Note& note : CollectNotes(calculation))
         if (!note.Idle) text += Printable(note.Text) + "\n";
     return text;

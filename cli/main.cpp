@@ -241,6 +241,20 @@ bool WriteOutput(const std::string& name, const std::string& bytes) {
     return error.empty();
 }
 
+/// How each of the measured networks keeps the limits, hidden ones too; empty without limits.
+std::vector<NamedReport> JudgeMeasuredFiles(const Session& session) {
+    MeasuredSet measured;
+    for (const MeasuredNetwork& network : session.Measured)
+        measured.Put(network);
+    MeasuredFiles files = session.Drawn;
+    for (MeasuredFile& file : files)
+        file.Hidden = false;
+    std::vector<NamedReport> reports;
+    for (MeasuredVerdict& verdict : measured.Judge(files, session.Calc.Design, session.Limits))
+        reports.push_back({std::move(verdict.ShortName), std::move(verdict.Report)});
+    return reports;
+}
+
 /// As the window's panel has them: all limits together first, each of them behind the figures.
 std::vector<PictureRow> ResultLines(const Session& session, const LimitReport& limits,
                                     MeasuredSet& measured) {
@@ -357,6 +371,7 @@ int Run(const Arguments& arguments) {
         return ExitUsage;
     }
     const LimitReport limits = JudgeLimits(session->Calc.Design, session->Limits);
+    const std::vector<NamedReport> measured = JudgeMeasuredFiles(*session);
     const ChoosingRequest request = RequestOf(*session, arguments);
     ChoosingMemory memory;
     const FilterList choices =
@@ -368,7 +383,8 @@ int Run(const Arguments& arguments) {
     if (arguments.Table)
         written =
             WriteOutput("-", list ? ChoicesTable(request, choices)
-                                  : TableText(session->Calc, limits) + BoardText(session->Boards) +
+                                  : TableText(session->Calc, limits, measured) +
+                                        BoardText(session->Boards) +
                                         (board ? BoardTable(*board, arguments.BoardFile) : "")) &&
             written;
     JsonMembers more = list ? ChoicesMembers(request, choices) : JsonMembers{};
@@ -376,9 +392,10 @@ int Run(const Arguments& arguments) {
     more.insert(more.end(), parts.begin(), parts.end());
     if (board) more.emplace_back("board", BoardObject(*board));
     if (!arguments.JsonFile.empty())
-        written = WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
-                                                           session->Measured, limits, more)) &&
-                  written;
+        written =
+            WriteOutput(arguments.JsonFile, JsonText(session->Calc, session->Messages,
+                                                     session->Measured, limits, more, measured)) &&
+            written;
     if (!arguments.PlotFile.empty()) written = DrawPlot(*session, arguments) && written;
     return written ? ExitOk : ExitCannotWrite;
 }

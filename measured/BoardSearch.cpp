@@ -133,7 +133,7 @@ BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
 
 /// The state with the values of two slots of one type exchanged, for all such pairs; with
 /// `commuting` only of those that can change places without anybody noticing: two arms in a row,
-/// and traps, since a ladder can have its transmission zeros in any order.
+/// and traps, since a ladder can have its transmission zeros in any order: those exchange tuning.
 std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
                                                         bool commuting) const {
     std::vector<std::vector<double>> starts;
@@ -143,6 +143,17 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
         const double ratio = std::log(model.Nominal(one) / model.Nominal(other));
         x[static_cast<std::size_t>(one)] = state.X[static_cast<std::size_t>(other)] - ratio;
         x[static_cast<std::size_t>(other)] = state.X[static_cast<std::size_t>(one)] + ratio;
+    };
+    const auto tune = [&](int slot, int like, std::vector<double>& x) {  // with nominal C / L
+        double sum = 0.0;
+        for (int row = 0; row < 2; ++row) {
+            const int own = model.ValueAt({slot, row}), other = model.ValueAt({like, row});
+            if (own < 0 || other < 0) return;
+            sum += std::log(model.Nominal(other) / model.Nominal(own)) +
+                   state.X[static_cast<std::size_t>(other)];
+        }
+        for (int row = 0; row < 2; ++row)
+            x[static_cast<std::size_t>(model.ValueAt({slot, row}))] = 0.5 * sum;
     };
     const auto keep = [&](std::vector<double> x) {
         for (std::size_t k = 0; k < x.size(); ++k)
@@ -163,8 +174,13 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
         for (int b = a + 1; b <= SlotsInUse(design); ++b) {
             if (design.Elements[b].Type != type || (commuting && !isTrap && b > a + 1)) continue;
             std::vector<double> x = state.X;
-            for (int row = 0; row < 4; ++row)
-                exchange({a, row}, {b, row}, x);
+            if (isTrap) {
+                tune(a, b, x);
+                tune(b, a, x);
+            } else {
+                for (int row = 0; row < 4; ++row)
+                    exchange({a, row}, {b, row}, x);
+            }
             keep(std::move(x));
         }
     }

@@ -207,9 +207,12 @@ QWidget* ChoicesWindow::BuildNeed() {
     need->setObjectName("ChoicesNeed");
     counts = new QComboBox(row);
     counts->setObjectName("ChoicesCounts");
-    counts->setToolTip("The ladder that is judged");
-    counts->addItems(
-        {"parts as they are set", "ideal parts", "the part model in hand", "standard values"});
+    counts->setToolTip(
+        "The ladder that is judged. Standard values are the nearest for each part: once a filter "
+        "is "
+        "taken, Part Definitions can choose them together.");
+    counts->addItems({"parts as they are set", "ideal parts", "the part model in hand",
+                      "nearest standard values"});
     auto* const caption = new QLabel("Count &with", row);
     caption->setBuddy(counts);
     folded = new QCheckBox("Show &dominated rows too", row);

@@ -180,6 +180,32 @@ TEST(Exports, MeasuredFilesStandInTheJsonAsRead) {
     EXPECT_EQ(one["s"].toArray()[0].toArray()[0].toArray()[1].toDouble(), -0.25);
 }
 
+TEST(Exports, MeasuredFilesAreJudgedAsFarAsTheyReach) {
+    const QTemporaryDir folder;
+    // What the design itself sends through, as if it had been measured, from 50 MHz to 250 MHz.
+    ASSERT_EQ(RunIn(folder, "--touchstone m.s2p --from 50 --to 250 --points 2001").ExitCode, 0);
+    Write(folder, "l.csv",
+          "kind,from_mhz,to_mhz,value\natten-max,60,80,1\natten-min,200,300,30\n"
+          "atten-min,400,500,10\n");
+    const QString arguments = "--limits l.csv --measured m.s2p ";
+    const QJsonObject json =
+        QJsonDocument::fromJson(RunIn(folder, arguments + "--json -").Out).object();
+    const QJsonObject limits = json["measured"].toArray()[0].toObject()["limits"].toObject();
+    const QJsonArray rows = limits["rows"].toArray();
+    const QJsonArray ofDesign = json["limits"].toObject()["rows"].toArray();
+    ASSERT_EQ(rows.size(), 3);
+    EXPECT_FALSE(limits["met"].toBool());
+    const char* const reach[] = {"whole", "part", "nothing"};
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(rows[i].toObject()["reach"].toString(), reach[i]);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_NEAR(rows[i].toObject()["margin"].toDouble(),
+                    ofDesign[i].toObject()["margin"].toDouble(), 1e-3);
+    EXPECT_TRUE(rows[2].toObject()["margin"].isNull());
+    const QString table = QString::fromUtf8(RunIn(folder, arguments + "--table").Out);
+    EXPECT_TRUE(table.contains("measured in m: not measured there")) << table.toStdString();
+}
+
 TEST(Companions, EditedValuesAndMeasuredFilesComeBackWithTheDesign) {
     QTemporaryDir folder;
     Write(folder, "m.s1p", "1 .5 0\n");

@@ -85,6 +85,46 @@ TEST(Choosing, SmallestOrdersAreThoseOfTheClosedForms) {
     }
 }
 
+// Bands with one steep edge, and a notch as wide as its centre frequency: no raster of centres and
+// widths finds a larger margin.
+TEST(Choosing, UnevenBandsLieWhereADenseSearchPutsThem) {
+    const struct {
+        PassType Pass;
+        LimitLines Limits;
+    } needs[] = {{PassType::BandPassCanonical,
+                  {{AttenMax, 0.350e6, 0.666e6, 1.0},
+                   {AttenMin, 0.008e6, 0.235e6, 13.3},
+                   {AttenMin, 0.795e6, 24e6, 13.3}}},
+                 {PassType::Notch,
+                  {{AttenMin, 23.4e6, 32.7e6, 38.7},
+                   {AttenMax, 3.5e6, 11.8e6, 3.0},
+                   {AttenMax, 46.9e6, 94e6, 3.0}}}};
+    for (const auto& [pass, limits] : needs) {
+        PrototypeStore prototypes;
+        FilterDesign base;
+        LadderMaker maker(base, prototypes);
+        LimitGrid grid(limits, 256);
+        Candidate what;
+        what.Pass = pass;
+        what.Poles = 5;
+        ASSERT_TRUE(maker.Use(what));
+        const Placement at = PlacementSearch(maker, grid, pass, KeptLimits::All).Find(what);
+        double best = -1e9;
+        for (int i = -20; i <= 20; ++i)
+            for (int k = -20; k <= 20; ++k) {
+                const double f0 = at.F0 * (1.0 + 0.005 * i),
+                             width = at.BandWidth * (1.0 + 0.02 * k);
+                if (!maker.Place(f0, width)) continue;
+                double least = 1e9;
+                for (const RowMargin& row : grid.Judge(maker.Design(), 0.0))
+                    least = std::min(least, row.Least());
+                best = std::max(best, least);
+            }
+        EXPECT_GT(at.Margin, 0.0);
+        EXPECT_GT(at.Margin, best - 0.01);
+    }
+}
+
 TEST(Choosing, EveryRowDoesWhatItSaysAndIsMadeByItsSettings) {
     const struct {
         Settings Set;

@@ -39,8 +39,14 @@ private slots:
         QTest::keyPress(table, Qt::Key_Space);
         QVERIFY(ink() != alone);
         QCOMPARE(DesignTitle(f.Design()), before);
+        // The results are of what the plot shows, and say so.
+        const QString told = Results(f);
+        QVERIFY2(told.contains("the design in hand|Compared: "), qPrintable(told));
+        QVERIFY2(told.contains(QString("|all hold by %1 dB").arg(margin, 0, 'f', 2)),
+                 qPrintable(told));
         QTest::keyRelease(table, Qt::Key_Space);
         QVERIFY(ink() == alone);
+        QVERIFY(!Results(f).contains("Compared"));
         f.Click("ChoicesTake");
         const LimitReport judged = JudgeLimits(f.Design(), transmitter);
         QVERIFY(judged.Met());
@@ -75,6 +81,14 @@ private:
         f.Trigger("LimitsMenu");
         f.Click("LimitPasteButton");
         f.Find("LimitsWindow")->close();
+    }
+    static QString Results(WindowFixture& f) {
+        auto* const table = f.Find<QTableWidget>("ResultsTable");
+        QString text;
+        for (int row = 0; row < table->rowCount(); ++row)
+            for (int column = 0; column < table->columnCount(); ++column)
+                if (table->item(row, column)) text += table->item(row, column)->text() + "|";
+        return text;
     }
     static double Number(const QTableWidget* table, int row, const QString& column) {
         for (int i = 0; i < table->columnCount(); ++i)

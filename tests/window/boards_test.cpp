@@ -152,24 +152,24 @@ private slots:
         f.SetLimits(lowPass);
         YieldTask task;
         task.Limits = lowPass;
-        const auto said = [&] {
-            const YieldResult now = YieldOf(f.Shown(), task);
+        const auto said = [&task](BoardsFixture& window) {
+            const YieldResult now = YieldOf(window.Shown(), task);
             return QString("boards that pass\t%1 % (")
                 .arg(100.0 * now.Share(), 0, 'f', now.Passed == now.Boards ? 0 : 1);
         };
-        QVERIFY2(f.Tells(said()), qPrintable(f.Results()));
+        QVERIFY2(f.Tells(said(f)), qPrintable(f.Results()));
         QVERIFY(f.Tells("of the failures\t100 % at "));
         const double before = YieldOf(f.Shown(), task).Share();
         f.ChooseMethod("highest yield");
         f.Window->FinishDrawing();
-        QVERIFY2(f.Tells(said()) && f.Tells("with the nearest values\t"), qPrintable(f.Results()));
+        QVERIFY2(f.Tells(said(f)) && f.Tells("with the nearest values\t"), qPrintable(f.Results()));
         QVERIFY(YieldOf(f.Shown(), task).Share() > before + 0.1);
         const ElementList chosen = f.Shown().Elements;
         // Other limits ask for other values; one step, named after them.
         f.SetLimits({{LimitKind::ReturnLossMin, 1e6, 27e6, 13.0}});
         task.Limits = f.Window->Limits();
         QCOMPARE(task.Limits.size(), 3u);
-        QVERIFY2(f.Tells(said()), qPrintable(f.Results()));
+        QVERIFY2(f.Tells(said(f)), qPrintable(f.Results()));
         QVERIFY(!SameLadder(f.Shown().Elements, chosen));
         f.Trigger("UndoMenu");
         QVERIFY(SameLadder(f.Shown().Elements, chosen));

@@ -208,9 +208,9 @@ _START_CHECKS = {
     "Capacitor R, Capacitor L:": "=0.2 =0.25",
     "Tolerances choose": "=10 =5 =2 =1",
     "The nearest values are shown": "=1 =0.1 =0.5",
-    "The transmitter's low-pass with": "std5.ind_tol std5.std['worst_deviation_db']['nearest'] std5.edges_hz[1] =1 "
-        "together[1,1] =2 together[2,1] together.std['worst_deviation_db']['chosen'] together.edges_hz[1] "
-        "pairs.std['worst_deviation_db']['chosen']",
+    "The transmitter's low-pass with": "std5.ind_tol std5.json()['std']['worst_deviation_db']['nearest'] std5.edges_hz[1] "
+        "together[1,1] together[2,1] together.json()['std']['worst_deviation_db']['chosen'] together.edges_hz[1] "
+        "pairs.json()['std']['worst_deviation_db']['chosen']",
     "Absorb Parasitics refits": "=30",
     "With limits, the panel": "=95 =1000 =10000 =100000 =100000 =1",
     "Below 10 pF:": "=10 =10",

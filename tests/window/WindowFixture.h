@@ -17,6 +17,7 @@
 
 #include "app/MainWindow.h"
 #include "app/ResultsPanel.h"
+#include "choosing/PartsArrangement.h"
 #include "controls/BitMapView.h"
 #include "controls/ElidedLabel.h"
 #include "pipeline/NamedSettings.h"
@@ -52,9 +53,12 @@ inline bool SameResponse(const SweepResponse& a, const SweepResponse& b) {
 
 /// Where a state just calculated differs from what a fresh calculation makes of the same boxes and
 /// choices; empty if nowhere.
-inline QString DifferenceFromFresh(const Calculation& state) {
+inline QString DifferenceFromFresh(const Calculation& state, const LimitLines& limits) {
     const auto fresh = std::make_unique<Calculation>();
     fresh->Inputs = state.Inputs;
+    fresh->ArrangeParts = [&limits](Calculation& calculation) {
+        return ArrangeParts(calculation, {{}, limits}).Remarks;
+    };
     fresh->FixedSeed = state.WorstCase.Seed;
     Calculate(*fresh, nullptr);
     const FilterDesign &a = state.Design, &b = fresh->Design;
@@ -133,7 +137,7 @@ public:
     }
 
     /// Why the state differs from a fresh calculation of the same inputs; empty if it does not.
-    QString Difference() const { return DifferenceFromFresh(State()); }
+    QString Difference() const { return DifferenceFromFresh(State(), Window->Limits()); }
 
     /// A control by its object name; a missing one ends the program, as no test can go on.
     template <typename T = QWidget>

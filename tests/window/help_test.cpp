@@ -130,6 +130,7 @@ private slots:
                                       "negative value",
                                       "A",
                                       "K",
+                                      "Hold This Value",
                                       "6 dB Freq",
                                       "6 dB BW",
                                       "Min"};

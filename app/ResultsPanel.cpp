@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 #include <QTableWidget>
@@ -21,6 +22,7 @@ namespace {
 constexpr int rowMargin = 2;            ///< pixels added to a line of text
 constexpr int columnMargin = 12;        ///< pixels added to a text
 constexpr int longestValueWidth = 250;  ///< pixels; a longer list ends in "..."
+constexpr int leastValueWidth = 80;     ///< of the last column, where there is no room
 constexpr int tabMargin = 4;            ///< pixels beside the tab's text
 constexpr double panelFontScale = 0.9;  ///< of the normal font, as in the grid of values
 
@@ -151,8 +153,11 @@ ResultsPanel::Form ResultsPanel::FormFor(QSize size) const {
     const int seen = std::max(1, size.height() / table->verticalHeader()->defaultSectionSize());
     form.Blocks = std::clamp((count + seen - 1) / seen, 1, std::max(1, size.width() / block));
     form.Rows = std::max(std::min(count, seen), (count + form.Blocks - 1) / form.Blocks);
-    // What is left over is the last column's.
-    if (form.Blocks == 1) form.Widths.back() += std::max(0, size.width() - block);
+    // What is left over is the last column's; where nothing is, its texts end in an ellipsis, and
+    // the tool tip has them whole.
+    const int bar = count > seen ? table->verticalScrollBar()->sizeHint().width() : 0;
+    int& last = form.Widths.back();
+    if (form.Blocks == 1) last = std::max(leastValueWidth, last + size.width() - bar - block);
     return form;
 }
 

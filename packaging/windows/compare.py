@@ -22,6 +22,7 @@ ELLIPTIC = 1e-10        # part values of elliptic filters
 ELLIPTIC_SWEEP = 1e-8   # what that makes of a steep edge
 FIGURE = 1e-8
 NULL = 1e-30
+ROUNDING = 1e-6         # dB for 1 % of a part
 SWEPT = "transfer magnitude_db reflection_db phase_deg group_delay_s".split()
 FLAT = 1e-6             # where an extreme lies
 RESPONSES = ("butterworth chebyshev bessel-freq bessel-delay papoulis gauss linear-chebyshev "
@@ -86,7 +87,11 @@ class Comparison:
         elliptic = "elliptic" in ours["inputs"]["response"]
         self.parts, self.sweep = (ELLIPTIC, ELLIPTIC_SWEEP) if elliptic else (LIMIT, LIMIT)
         rows = ours.get("sensitivity") or []
-        self.largest = max((abs(row["db_per_percent"]) for row in rows), default=0.0)
+        largest = {}
+        for row in rows:
+            place, value = row["at_hz"], abs(row["db_per_percent"])
+            largest[place] = max(largest.get(place, 0.0), value)
+        self.largest = [largest[row["at_hz"]] for row in rows]
         self.holes = self.nulls(ours, theirs)
         for key in ours.keys() | theirs.keys():
             self.value(key, ours.get(key), theirs.get(key))
@@ -123,8 +128,10 @@ class Comparison:
         if top in ("phase_deg", "group_delay_s"):
             return self.by_transfer(top, a, b, index)
         if top == "sensitivity":
-            # What no longer counts beside the largest may be rounding alone.
-            scale = 1.0 if leaf == "share" else self.largest
+            # Where no part changes the response, what stands there is rounding alone.
+            if self.largest[index] < ROUNDING:
+                return True
+            scale = 1.0 if leaf == "share" else self.largest[index]
             return near(a, b, FIGURE * scale) or (leaf == "at_hz" and near(a, b, FLAT * a))
         if leaf == "worst_return_loss_hz":
             return True

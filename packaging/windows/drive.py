@@ -88,16 +88,16 @@ def fill(mnemonic, text):
     write(text)
 
 
-def geometry(window):
+def size(window):
     words = run("xdotool", "getwindowgeometry", "--shell", str(window)).stdout.decode().split()
     values = dict(word.split("=") for word in words)
-    return [int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")]
+    return int(values["WIDTH"]), int(values["HEIGHT"])
 
 
 def click(window, x, y):
     """Clicks at a part of the window's width and height."""
-    left, top, width, height = geometry(window)
-    run("xdotool", "mousemove", str(left + int(x * width)), str(top + int(y * height)))
+    width, height = size(window)
+    run("xdotool", "mousemove", "--window", str(window), str(int(x * width)), str(int(y * height)))
     time.sleep(0.2)
     run("xdotool", "click", "1")
     settle()
@@ -241,7 +241,8 @@ def the_paper(driver, folder):
     key("ctrl+p")
     preview = wait_window("Print - ")
     driver.show("preview")
-    click(preview, 0.965, 0.03)             # the last of its buttons prints
+    # The last of its buttons prints; Windows' style has them at the left.
+    click(preview, 0.64 if driver.options.wine else 0.965, 0.03)
     driver.show("printing")
     key("Return")
     made = wait_for("PDF", lambda: pdfs(folder) - before)
@@ -262,6 +263,7 @@ def pdfs(folder):
 
 
 def the_end(driver, process):
+    wait_window("saved here")
     key("alt+F4")
     check("the window closes clean", process.wait(PATIENCE) == 0)
     settings = os.path.join(driver.options.program, "Settings.txt")

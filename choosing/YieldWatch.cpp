@@ -61,10 +61,6 @@ void YieldWatch::Stop() {
     if (shown) wanted = shown->Result().Boards;
 }
 
-double YieldWatch::DoneShare() const {
-    return IsBuilding() ? static_cast<double>(shown->Result().Boards) / wanted : 1.0;
-}
-
 bool YieldWatch::Advance() {
     if (IsBuilding()) Build(std::min(boardsAtATime, wanted - shown->Result().Boards));
     return IsBuilding();

@@ -34,7 +34,6 @@ public:
 
     int Wanted() const { return wanted; }
     bool IsBuilding() const { return shown && shown->Result().Boards < wanted; }
-    double DoneShare() const;
     /// Builds for a millisecond or two. False: there are as many as are wanted.
     bool Advance();
 

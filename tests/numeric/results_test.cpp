@@ -296,6 +296,25 @@ TEST(Results, TrapsResonateWhereTheirArmsLetNothingPass) {
         }
 }
 
+TEST(Results, TrapsAreFollowedHoweverFarTheyMove) {
+    // Small parts and large ones beside the parasitics: coils in the line resonate among the traps.
+    FilterDesign design = LadderOf({PassType::BandPassCanonical, ResponseType::EllipticE, 2, 170,
+                                    2.3, PartChoice::IdealParts, 60, false});
+    design.PartModel.Choice = PartChoice::RealParts;
+    const PartModel full = design.PartModel;
+    std::vector<double> before = TrapFrequencies(design);
+    ASSERT_EQ(before.size(), 4u);
+    constexpr int steps = 200;
+    for (int k = 0; k <= steps; ++k) {
+        design.PartModel.IndC = full.IndC * k / steps;
+        design.PartModel.CapL = full.CapL * k / steps;
+        const std::vector<double> traps = MeasuredTraps(design);
+        for (std::size_t i = 0; i < 4; ++i)
+            ASSERT_NEAR(traps[i], before[i], 0.01 * before[i]) << "trap " << i << ", step " << k;
+        before = traps;
+    }
+}
+
 TEST(Results, DesignatorsRunFromTheSource) {
     FilterDesign design = MakeDesign({{ElementType::ShuntCap, 0, TestC, 0, 0},
                                       {ElementType::DualSeriesLC, TestL, TestC, TestL, TestC},

@@ -44,6 +44,7 @@ private slots:
 
     void TheBandsAreOfTheWorstCaseInHand() {
         WindowFixture f;
+        f.Trigger("PartDefinitionsMenu");
         f.Enter("WorstCaseSimsBox", "61");
         f.Check("WorstCaseBox");
         // The range of all runs at F0, by their draws and the reference analysis.

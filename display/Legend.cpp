@@ -43,6 +43,19 @@ std::vector<LegendSample> SamplesOf(const PlotLayer& layer, const TraceChoices& 
     return samples;
 }
 
+/// Of the lines of the bands a sample each, in the colour of the trace that is drawn first.
+void AddWorstCaseRows(const PlotContent& content, std::vector<LegendRow>& rows) {
+    if (content.WorstCaseRuns < 1) return;
+    rows.push_back(
+        {{}, "Worst case of " + std::to_string(content.WorstCaseRuns) + " runs, nominal darker"});
+    const auto kind = std::find_if(TraceDrawOrder.begin(), TraceDrawOrder.end(),
+                                   [&](auto one) { return IsChosen(content.Choices, one); });
+    if (!ShowsBands(content.Design) || kind == TraceDrawOrder.end()) return;
+    const PlotColour colour = BandColour(*kind);
+    rows.push_back({{{colour, true}}, std::string(MostRunsName) + " of the runs"});
+    rows.push_back({{{colour, false}}, "Lowest and highest run"});
+}
+
 /// Rows in columns, filled one after the other.
 struct LegendForm {
     int InAColumn = 0;
@@ -139,10 +152,7 @@ std::vector<LegendRow> BuildLegendRows(const PlotContent& content) {
         if (IsChosen(content.Choices, kind))
             rows.push_back({{{TraceColour(kind), false}},
                             TraceLegendText(kind, scales) + BlankRemark(content, kind)});
-    if (content.WorstCaseRuns > 0)
-        rows.push_back(
-            {{},
-             "Worst case of " + std::to_string(content.WorstCaseRuns) + " runs, nominal darker"});
+    AddWorstCaseRows(content, rows);
     for (std::size_t n = 1; n < content.Layers.size(); ++n) {
         const std::vector<LegendSample> samples = SamplesOf(content.Layers[n], content.Choices);
         rows.push_back(

@@ -289,9 +289,11 @@ private:
     Slices SearchBoards(const PartChoices& nearest, std::vector<PartChoices> starts) {
         starts.push_back(nearest);
         std::vector<std::pair<double, PartChoices>> passed;  // descending
-        for (const auto& [evaluations, violationShare, to] : boardStages) {
-            FixedBoards boards(*base, task.Limits, violationShare);
-            Slices stage = SearchStage(boards, evaluations, to, starts, passed);
+        // By number: the frame of a coroutine holds no iterator over a file's own type.
+        for (std::size_t n = 0; n < boardStages.size(); ++n) {
+            FixedBoards boards(*base, task.Limits, boardStages[n].ViolationShare);
+            Slices stage =
+                SearchStage(boards, boardStages[n].Evaluations, boardStages[n].To, starts, passed);
             while (stage.Advance())
                 co_yield Pause;
             starts.clear();

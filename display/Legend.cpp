@@ -20,7 +20,7 @@ constexpr double smallestLegendScale = 0.6;  // of a large font, where that find
 constexpr double legendScaleStep = 0.2;
 constexpr int leastLineHeight = 13;   // pixels
 constexpr int heightBelow = 22;       // pixels of a legend below the plot, and what keeps it off
-constexpr int gapBelow = 4;           // the names of the strip
+constexpr int gapBelow = 4;           // the box's own border
 constexpr int secondLine = 16;        // pixels more for a legend of two lines
 constexpr long mostInOneLine = 7;     // rows; more stand in two lines where one is too long
 constexpr long mostTracesWithin = 5;  // more are named below the plot
@@ -188,8 +188,7 @@ Legend LayLegendBelow(const std::vector<LegendRow>& rows, const PlotLayout& layo
                 continue;
             const int height = std::min(room - 2, form.InAColumn * scaled.Height + gapBelow);
             const PlotRect box{layout.PlotLeft + (layout.PlotWidth - form.Width) / 2,
-                               layout.Area.GridTop - SchematicHeight - room - gapBelow, form.Width,
-                               height};
+                               LegendTop(layout), form.Width, height};
             Legend legend = LayOut(rows, form, box, scaled);
             for (PlotText& text : legend.Texts)
                 text.Scale = scale;

@@ -144,21 +144,27 @@ private:
     }
 };
 
-/// The zeros of the reactance of a network, Hz: in parallel those of every member, which stay exact
-/// so where two lie close together.
-void AddZeros(const SlotParts& parts, const Network& network, std::vector<double>& zeros) {
-    if (network.Kind != NetworkKind::InParallel)
-        return AddRoots(parts.Of(network).N, parts.Design.F0, zeros);
+/// Calls `take(member)` for the parts of a network that have its resonances: members joined by
+/// `kind` have their own, which stay exact so where two lie close together.
+template <typename Take>
+void ForEveryMember(const Network& network, NetworkKind kind, Take take) {
+    if (network.Kind != kind) return take(network);
     for (const Network& member : network.Members)
-        AddZeros(parts, member, zeros);
+        ForEveryMember(member, kind, take);
+}
+
+/// The zeros of the reactance of a network, Hz: in parallel those of every member.
+void AddZeros(const SlotParts& parts, const Network& network, std::vector<double>& zeros) {
+    ForEveryMember(network, NetworkKind::InParallel, [&](const Network& member) {
+        AddRoots(parts.Of(member).N, parts.Design.F0, zeros);
+    });
 }
 
 /// Its poles: in series those of every member.
 void AddPoles(const SlotParts& parts, const Network& network, std::vector<double>& poles) {
-    if (network.Kind != NetworkKind::InSeries)
-        return AddRoots(parts.Of(network).D, parts.Design.F0, poles);
-    for (const Network& member : network.Members)
-        AddPoles(parts, member, poles);
+    ForEveryMember(network, NetworkKind::InSeries, [&](const Network& member) {
+        AddRoots(parts.Of(member).D, parts.Design.F0, poles);
+    });
 }
 
 bool IsLine(const Network& network) {
@@ -283,13 +289,25 @@ std::vector<double> LineResonances(const FilterDesign& design, double highest) {
     return resonances;
 }
 
-std::vector<double> TransmissionZeros(const FilterDesign& design) {
-    std::vector<double> zeros;
-    ForEveryNetwork(design, [&](ElementArm arm, const SlotParts& parts, const Network& network) {
-        if (arm == ElementArm::Series) AddPoles(parts, network, zeros);
-        if (arm == ElementArm::Shunt) AddZeros(parts, network, zeros);
+std::vector<TransmissionZero> TransmissionZeros(const FilterDesign& design) {
+    std::vector<TransmissionZero> zeros;
+    ForEveryNetwork(design, [&](ElementArm arm, const SlotParts& real, const Network& network) {
+        SlotParts ideal = real;
+        ideal.Real = false;
+        const auto add = [&](auto resonances, const Network& member) {
+            std::vector<double> before, now;
+            resonances(ideal, member, before);
+            resonances(real, member, now);
+            for (std::size_t k = 0; k < std::min(before.size(), now.size()); ++k)
+                zeros.push_back({before[k], now[k]});
+        };
+        if (arm == ElementArm::Series)
+            ForEveryMember(network, NetworkKind::InSeries,
+                           [&](const Network& member) { add(AddPoles, member); });
+        if (arm == ElementArm::Shunt)
+            ForEveryMember(network, NetworkKind::InParallel,
+                           [&](const Network& member) { add(AddZeros, member); });
     });
-    KeepOnce(zeros);
     return zeros;
 }
 

@@ -18,7 +18,15 @@ std::vector<double> ElementResonances(const FilterDesign& design);
 /// Ascending, each once.
 std::vector<double> LineResonances(const FilterDesign& design, double highest);
 
-/// Those of ElementResonances that let nothing pass: poles of a series arm, zeros of a shunt arm.
-std::vector<double> TransmissionZeros(const FilterDesign& design);
+/// A resonance that lets nothing pass: a pole of a series arm or a zero of a shunt arm.
+struct TransmissionZero {
+    double Ideal = 0.0;      ///< Hz, of the same values without parasitics
+    double Frequency = 0.0;  ///< Hz, under the part model in use
+};
+
+/// Those of the arms of coils and capacitors, slot by slot, as many as the arms have without
+/// parasitics. What IndC and CapL add comes down from infinity, and the resonances of a reactance
+/// never cross: the lowest ones are those that were there before.
+std::vector<TransmissionZero> TransmissionZeros(const FilterDesign& design);
 
 }  // namespace ladderwise

@@ -34,6 +34,9 @@ constexpr std::array<double, 11> AboutLineResonance = {-0.02, -0.01, -5e-3, -2e-
 constexpr double MostTurn = 0.7;
 // An even number of resonances between two samples turns it by nothing, but stands out, dB.
 constexpr double SteepTop = 2.0;
+// Losses take most of the turn of a resonance; its flank promises more than the next sample shows,
+// dB.
+constexpr double MostPromised = 0.5;
 constexpr double NarrowestGap = 1e-7;        // relative: closer samples are not parted any more
 constexpr double DeepestOfInterest = 110.0;  // dB: no figure is taken further below the pass band
 constexpr int MostRefinements = 6;           // a gap becomes 4^6 times narrower
@@ -119,6 +122,21 @@ ResponseSamples Analysed(const FilterDesign& design, std::vector<double> grid) {
     return samples;
 }
 
+/// By how much (dB) the level would rise between samples i and i + 1 above both of them if it went
+/// on as in the gaps before and after: the cubic through both samples with those slopes, at the
+/// thirds.
+double PromisedRise(const ResponseSamples& samples, int i) {
+    if (i < 1 || i + 2 >= samples.Count()) return 0.0;
+    const std::vector<double>&f = samples.F, &level = samples.Level;
+    const auto rise = [&](int k) { return level[k + 1] - level[k]; };
+    const auto gap = [&](int k) { return f[k + 1] - f[k]; };
+    const double before = rise(i - 1) * gap(i) / gap(i - 1) - rise(i);
+    const double after = rise(i) - rise(i + 1) * gap(i) / gap(i + 1);
+    const double over = 4.0 * before + 2.0 * after, under = 2.0 * before + 4.0 * after;
+    const double top = std::max(over / 27.0 + rise(i) / 3.0, under / 27.0 + rise(i) * 2.0 / 3.0);
+    return top - std::max(0.0, rise(i));
+}
+
 /// The gaps between samples in which there may be more than the samples show, highest levels first.
 std::vector<int> CoarseGaps(const ResponseSamples& samples, double F0) {
     std::vector<int> gaps;
@@ -135,7 +153,8 @@ std::vector<int> CoarseGaps(const ResponseSamples& samples, double F0) {
         if (height(i) < floor) continue;
         const double turn =
             std::abs(std::remainder(samples.Angle[i + 1] - samples.Angle[i], TwoPi));
-        const bool coarse = turn > MostTurn || isSteepTop(i) || isSteepTop(i + 1);
+        const bool coarse = turn > MostTurn || isSteepTop(i) || isSteepTop(i + 1) ||
+                            PromisedRise(samples, i) > MostPromised;
         if (coarse && samples.F[i + 1] - samples.F[i] > NarrowestGap * samples.F[i])
             gaps.push_back(i);
     }

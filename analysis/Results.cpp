@@ -425,6 +425,7 @@ void FindStopBands(const FilterDesign& design, const ResponseSamples& samples,
             return;
         case PassType::BandPassCanonical:
             if (!peak) return;
+            if (peak->Level <= -results.StopAttenuation) return add(scan);
             add({scan.Low, peak->Frequency});
             add({peak->Frequency, scan.High});
             return;

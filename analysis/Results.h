@@ -75,7 +75,7 @@ struct ResponseResults {
     std::optional<SpoiledSkirt> NoShape;  ///< of a band-pass: why there is no ShapeFactor
     double StopAttenuation = 0.0;         ///< dB, that of an elliptic design; 0: none asked for
     /// Where this ladder holds it: one band of a low-pass, high-pass or notch, the lower and the
-    /// upper one of a band-pass. Empty where it nowhere does.
+    /// upper one of a band-pass, or one that holds the peak too. Empty where it nowhere does.
     std::vector<HeldBand> StopBands;
     std::vector<AttenuationAt> Attenuations;  ///< those below 0 Hz are left out
 };

@@ -6,6 +6,7 @@
 #include "cli/Terminal.h"
 #include "design/ChoiceNames.h"
 #include "design/Connections.h"
+#include "limits/LimitTable.h"
 #include "numbers/Formatfunctions.h"
 #include "pipeline/Notes.h"
 #include "pipeline/ResultsText.h"

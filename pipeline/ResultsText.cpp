@@ -221,12 +221,21 @@ std::vector<double> TrapFrequencies(const FilterDesign& design) {
 
 std::vector<double> MeasuredTraps(const FilterDesign& design) {
     std::vector<double> traps = TrapFrequencies(design);
-    const std::vector<double> zeros = traps.empty() ? traps : TransmissionZeros(design);
-    for (double& trap : traps)
-        if (!zeros.empty())
-            trap = *std::min_element(zeros.begin(), zeros.end(), [&](double a, double b) {
-                return std::abs(std::log(a / trap)) < std::abs(std::log(b / trap));
-            });
+    if (traps.empty()) return traps;
+    std::vector<TransmissionZero> zeros = TransmissionZeros(design);
+    // Values that were adjusted to the parasitics resonate where they should only with them.
+    const bool adjusted = design.PartModel.Choice == PartChoice::DeEmbed;
+    for (double& trap : traps) {
+        const auto off = [&](const TransmissionZero& zero) {
+            return std::abs(std::log((adjusted ? zero.Frequency : zero.Ideal) / trap));
+        };
+        const auto nearest =
+            std::min_element(zeros.begin(), zeros.end(),
+                             [&](const auto& a, const auto& b) { return off(a) < off(b); });
+        if (nearest == zeros.end()) break;
+        trap = nearest->Frequency;
+        zeros.erase(nearest);  // every trap is another one
+    }
     return traps;
 }
 

@@ -30,8 +30,8 @@ ResultTexts DescribeWorstCase(const WorstCaseResult& result);
 /// of a band-pass or notch two of each. Empty for other designs.
 std::vector<double> TrapFrequencies(const FilterDesign& design);
 
-/// The same as the values and parasitics of this ladder place them: of each the nearest frequency
-/// at which an arm lets nothing pass but for losses.
+/// The same as the values and parasitics of this ladder place them: where the arm of each trap lets
+/// nothing pass but for losses, however far that is.
 std::vector<double> MeasuredTraps(const FilterDesign& design);
 
 /// The three figures that matter most as one line: "Loss at Fo 3.01 dB, -3 dB edge 200 MHz, return

@@ -259,6 +259,34 @@ TEST(Results, FiguresDoNotEndWithTheSamples) {
     EXPECT_NEAR(*band.StopBands[1].To, 5302.064e6, 0.1e6);
 }
 
+TEST(Results, ALobeBetweenTwoSamplesIsFound) {
+    // 0.15 dB over the 60 dB line, 0.4 % wide, on a slope: losses leave little turn of the phase.
+    FilterDesign design;
+    design.PassType = PassType::BandPassCanonical;
+    design.ResponseType = ResponseType::EllipticE;
+    design.NumPoles = 5;
+    design.TrapType = 2;
+    design.F0 = 177.947e6;
+    design.BandWidth = 0.121914 * design.F0;
+    design.RippleDb = 0.284;
+    design.EllipticAtten = 24.74;
+    BuildLadder(design, {});
+    design.PartModel.Choice = PartChoice::RealParts;
+    design.PartModel.IndQ = 164.4;
+    const ResponseResults results = ResultsOf(design);
+    ASSERT_TRUE(results.Peak && results.ShapeFactor);
+    const DenseScan scan(design);
+    const double peak = results.Peak->Frequency, level = -results.Peak->Loss;
+    const auto above = [&](double at) { return at > level - 60.0; };
+    const auto first = std::find_if(scan.Level.begin(), scan.Level.end(), above);
+    const auto last = std::find_if(scan.Level.rbegin(), scan.Level.rend(), above);
+    const double low = scan.F[first - scan.Level.begin()];
+    const double high = scan.F[scan.Level.rend() - last - 1];
+    const double width = *results.ShapeFactor *
+                         (scan.Edge(peak, +1, level - 6.0) - scan.Edge(peak, -1, level - 6.0));
+    EXPECT_NEAR(width, high - low, 1e-3 * high);
+}
+
 TEST(Results, ALineOfAnyLengthIsJudged) {
     // Typed into the grid; every half wave of it up to 10 F0 once filled the memory.
     FilterDesign design = LadderOf({PassType::DirectCoupled, ResponseType::Butterworth, 3, 90, 24,
@@ -294,6 +322,25 @@ TEST(Results, TrapsResonateWhereTheirArmsLetNothingPass) {
                           -120.0)
                     << f;
         }
+}
+
+TEST(Results, TrapsAreFollowedHoweverFarTheyMove) {
+    // Small parts and large ones beside the parasitics: coils in the line resonate among the traps.
+    FilterDesign design = LadderOf({PassType::BandPassCanonical, ResponseType::EllipticE, 2, 170,
+                                    2.3, PartChoice::IdealParts, 60, false});
+    design.PartModel.Choice = PartChoice::RealParts;
+    const PartModel full = design.PartModel;
+    std::vector<double> before = TrapFrequencies(design);
+    ASSERT_EQ(before.size(), 4u);
+    constexpr int steps = 200;
+    for (int k = 0; k <= steps; ++k) {
+        design.PartModel.IndC = full.IndC * k / steps;
+        design.PartModel.CapL = full.CapL * k / steps;
+        const std::vector<double> traps = MeasuredTraps(design);
+        for (std::size_t i = 0; i < 4; ++i)
+            ASSERT_NEAR(traps[i], before[i], 0.01 * before[i]) << "trap " << i << ", step " << k;
+        before = traps;
+    }
 }
 
 TEST(Results, DesignatorsRunFromTheSource) {

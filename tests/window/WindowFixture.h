@@ -114,6 +114,7 @@ public:
         Grid = Find<QTableWidget>("ValueGrid");
     }
     ~WindowFixture() {
+        Window.reset();
         if (!messages.isEmpty()) Fail("unexpected message: " + messages.join(" | "));
         if (!modals.isEmpty()) Fail("unexpected modal window: " + modals.join(" | "));
         if (QApplication::overrideCursor()) Fail("a cursor was left behind");
@@ -245,6 +246,9 @@ private:
     static void Fail(const QString& reason) { QTest::qFail(qPrintable(reason), __FILE__, 0); }
 
     QTemporaryDir folder;
+    // Windows removes no folder in which the program is.
+    const QScopeGuard<std::function<void()>> back{
+        [was = QDir::currentPath()] { QDir::setCurrent(was); }};
     QTimer watchdog;
     QStringList messages;
     QStringList modals;

@@ -27,7 +27,6 @@ constexpr double refineBelowDb = 0.3;  ///< margins that are refined
 constexpr double refineAboveDb = -6.0;
 constexpr int refineTries = 26;
 constexpr double nearLargest = 0.9999;  ///< of the largest ripple
-constexpr int refineTriesAgain = 8;     ///< from what was refined for limits before
 constexpr double trapFormsAboveDb = -0.5;
 constexpr std::size_t mostMisses = 10;  ///< of each kind
 constexpr std::size_t missesJudged = 60, missesSearched = 80;
@@ -351,9 +350,10 @@ private:
         double stepRipple = 0.35, stepAtten = 3.0;
         constexpr double smallestStep = 0.01;
         bool better = false;
+        constexpr double nearby = 0.5;
         int tries = 0;
         if (TakeRefined(f, better))
-            tries = refineTries - refineTriesAgain, stepRipple *= 0.25, stepAtten *= 0.25;
+            stepRipple *= nearby, stepAtten *= nearby;
         else if (traps)
             better = TakeNeedItself(f);
         while (tries < refineTries && stepRipple > smallestStep) {

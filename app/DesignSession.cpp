@@ -380,12 +380,20 @@ void DesignSession::FinishDrawing() {
 
 void DesignSession::Paint() {
     FinishCalculation(Document.Work, report, [this](const AnalysedRun& run) { PlotRun(run); });
-    if (Document.Work.WorstCase.Runs > 0) views.Client->Area()->FinishOverlay();
+    if (Document.Work.WorstCase.Runs < 1) return;
+    FinishBands();
+    views.Client->Area()->FinishOverlay();
 }
 
 void DesignSession::PlotRun(const AnalysedRun& run) {
     const DesignInputs& inputs = Document.Work.Inputs;
     if (run.Number == 0) Document.RefreshReference(report);
+    if (run.Number == 0) {
+        bands.reset();
+        collector.Begin(ShownTraces(Document.Work));
+    } else if (ShowsBands(Document.Work.Design)) {
+        collector.Take(TracesOf(run.Quantities, run.Response));
+    }
     views.Client->PlotRun(run, inputs.IsOn(ChoiceId::TraceGroupDelay),
                           inputs.IsOn(ChoiceId::AutoScale));
     if (run.Number > 0 && views.Status->ShowProgress(run.Number, Document.Work.WorstCase.Runs))

@@ -218,6 +218,7 @@ private:
     void ReadMeasured();
     void Draw(Waiting what);
     void PlotRun(const AnalysedRun& run);
+    void FinishBands();
     void UseNorton(NortonControl control, const QObject* chosen);
     void StepNorton(InputId id, double step);
 
@@ -240,11 +241,15 @@ private:
     PartsChoice parts;             ///< standard values of the document's design
     mutable YieldWatch yields;     ///< boards of what is shown
     bool choosesAtOnce = false;    ///< a calculation ends with the values that the search comes to
-    QElapsedTimer building;        ///< since the boards were shown last
-    QElapsedTimer choosing;        ///< since the search in hand began
-    QTimer noInputWaits;           ///< runs out when all input that has come is taken
-    QTimer noEventWaits;           ///< likewise, for the search
-    QElapsedTimer clock;           ///< of the history
+    /// Of the worst case that is drawn, and what it depends on.
+    BandCollector collector;
+    std::shared_ptr<const TraceBands> bands;
+    std::vector<double> bandsOf;
+    QElapsedTimer building;  ///< since the boards were shown last
+    QElapsedTimer choosing;  ///< since the search in hand began
+    QTimer noInputWaits;     ///< runs out when all input that has come is taken
+    QTimer noEventWaits;     ///< likewise, for the search
+    QElapsedTimer clock;     ///< of the history
 };
 
 }  // namespace ladderwise

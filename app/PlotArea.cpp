@@ -191,7 +191,8 @@ void PlotArea::ShowCursor() {
     const MarkedSweep sweep = SweepOf(now, plot.Layout(), plot.Scales());
     view->ShowReadOuts(
         ReadCursor(cursor->Index, cursor->Y, sweep, now.Layers,
-                   ReferenceOf(now.Markers, sweep.Freqs, now.Layers.front().Values.MagnitudeDb)));
+                   ReferenceOf(now.Markers, sweep.Freqs, now.Layers.front().Values.MagnitudeDb),
+                   now.Bands.get()));
 }
 
 }  // namespace ladderwise

@@ -6,9 +6,35 @@
 #include "app/DesignSession.h"
 #include "app/PlotArea.h"
 #include "app/SecondaryWindows.h"
+#include "design/LadderNumbers.h"
 #include "measured/MeasuredDisk.h"
 
 namespace ladderwise {
+
+namespace {
+
+/// All that the bands of a worst case depend on.
+std::vector<double> BandNumbers(const Calculation& work) {
+    const FilterDesign& design = work.Design;
+    std::vector<double> numbers = LadderNumbers(design);
+    numbers.insert(numbers.end(),
+                   {design.SweepF1, design.SweepF2, static_cast<double>(design.SweepType),
+                    design.PhaseGDThreshold, design.PartModel.IndTolerance,
+                    design.PartModel.CapTolerance, static_cast<double>(work.WorstCase.Runs),
+                    static_cast<double>(work.WorstCase.Seed), static_cast<double>(design.Overlay)});
+    return numbers;
+}
+
+}  // namespace
+
+/// The worst case has been drawn.
+void DesignSession::FinishBands() {
+    const Calculation& work = Document.Work;
+    if (!ShowsBands(work.Design)) return;
+    bands = std::make_shared<const TraceBands>(
+        collector.Finish(TracesOf(work.Quantities, work.Design.Response)));
+    bandsOf = BandNumbers(work);
+}
 
 PlotContent DesignSession::Content() const {
     const Calculation& work = Document.Work;
@@ -27,6 +53,8 @@ PlotContent DesignSession::Content() const {
     content.Markers = Document.Markers;
     content.Limits = Judged();
     content.WorstCaseRuns = Document.WorstCaseRuns();
+    if (work.WorstCase.Runs > 0 && SameLadderNumbers(bandsOf, BandNumbers(work)))
+        content.Bands = bands;
     return content;
 }
 
@@ -41,7 +69,8 @@ void DesignSession::RepeatRuns(const PlotRunCallback& run) {
 }
 
 PictureContent DesignSession::Picture(std::vector<OverlayRun>& runs) {
-    if (runs.empty())
+    FinishDrawing();
+    if (runs.empty() && ShowsRuns(Document.Work.Design))
         RepeatRuns([&runs](const AnalysedRun& run) {
             runs.push_back({run.Quantities, run.Response});
         });

@@ -80,7 +80,7 @@ void DesignSession::ShowBoards() {
 void DesignSession::BuildManyBoards() {
     ReadEntries();
     FinishChoosing();
-    yields.WantAtLeast(YieldWatch::MostBoards);
+    yields.Ask(YieldWatch::MostBoards);
     building.start();
     ShowResults();
 }

@@ -12,6 +12,7 @@ namespace ladderwise {
 
 inline constexpr int BoardPoints = 256;        ///< over all limits, their ends included
 inline constexpr int CloseBoardPoints = 1024;  ///< for a board that passes narrowly
+inline constexpr int RoughBoardPoints = 64;    ///< to tell ladders apart, not to judge them
 
 /// About `count` frequencies over the limits, Hz: as many in each, both ends included and denser
 /// towards them; one in a limit at a single frequency. A limit from 0 Hz begins at F0 LowestX.
@@ -39,23 +40,37 @@ struct BoardVerdict {
 /// give.
 class BoardJudge {
 public:
-    BoardJudge(const FilterDesign& design, const LimitLines& limits);
+    BoardJudge(const FilterDesign& design, const LimitLines& limits, int points = BoardPoints);
 
-    /// At BoardPoints, and where a margin between two of them might be negative although it is
+    /// At the points given, and where a margin between two of them might be negative although it is
     /// positive at all, at CloseBoardPoints.
     BoardVerdict Of(const FilterDesign& board);
     /// At CloseBoardPoints at once.
     BoardVerdict Closely(const FilterDesign& board);
+    /// At the points given, whatever may lie between them.
+    BoardVerdict Roughly(const FilterDesign& board);
 
 private:
     struct Judge {
         Judge(const LimitLines& lines, double F0, int count);
-        BoardVerdict Of(const FilterDesign& board, bool* narrow);
+        BoardVerdict Of(const FilterDesign& board);
+        /// Whether a margin of the ladder judged last, all positive, may be negative between
+        /// points.
+        bool MayFailBetween() const;
 
-        JudgeGrid Grid;
-        SweepTables Tables;
-        bool Reflects = false;
-        std::vector<double> Re, Im, Attenuation, Reflection, Margins;
+    private:
+        double DelayMargin(const JudgeGrid::Row& row) const;
+        double LeastMargin(const JudgeGrid::Row& row, const FilterDesign& board);
+        double LeastByLevels(const JudgeGrid::Row& row, const FilterDesign& board);
+        double MarginAt(const JudgeGrid::Row& row, std::size_t point) const;
+        bool MayDip(const JudgeGrid::Row& row) const;
+        double HzOf(const JudgeGrid::Row& row, double margin) const;
+
+        JudgeGrid grid;
+        SweepTables tables;
+        std::vector<double> re, im, reflection;
+        std::vector<double> rising;  ///< by frequency: grows with the margin (see LeastMargin)
+        std::vector<double> leasts;  ///< by row
     };
 
     Judge coarse, fine;

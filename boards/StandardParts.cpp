@@ -21,8 +21,20 @@ constexpr std::uint32_t confirmingSeed = 20;  ///< no board of the choice itself
 constexpr int closenessesInSlice = 200;       ///< a millisecond or two
 constexpr int safetiesInSlice = 100;
 constexpr int boardsInSlice = 250;
-constexpr double pairStage = 0.6;  ///< of the time: single values, before the pairs
-constexpr std::array<double, 3> yieldStages = {0.1, 0.4, 0.95};  ///< likewise, at their ends
+constexpr double leadInLucks = 0.5;  ///< by which another set beats the nearest values
+constexpr double pairStage = 0.6;    ///< of the time: single values, before the pairs
+constexpr std::array<double, 2> yieldStages = {0.1, 0.4};  ///< likewise, at their ends
+
+/// A search on boards: its evaluations, what a violation of 1 dB counts beside a board that fails,
+/// and where the stage ends. Where most boards fail, the sum of the violations would rule: what
+/// fails by less need not pass more often.
+struct BoardStage {
+    int Evaluations;
+    double ViolationShare;
+    double To;
+};
+constexpr std::array<BoardStage, 2> boardStages = {
+    {{FixedBoardEvaluations / 2, 0.2, 0.7}, {FixedBoardEvaluations / 2, 0.02, 0.95}}};
 
 /// The choices nearest to the exact values.
 PartChoices NearestChoices(const std::vector<PartToChoose>& parts) {
@@ -102,10 +114,10 @@ private:
         if (!IsSearched()) co_return;
         const bool byYield = task.Method == StdMethod::Yield && !task.Limits.empty();
         const bool pairs = task.Method == StdMethod::Pairs;
-        Slices singles = SearchSingles(byYield ? FirstSafetyEvaluations : SearchEvaluations,
-                                       byYield ? yieldStages[0]
-                                       : pairs ? pairStage
-                                               : 1.0);
+        Slices singles =
+            SearchSingles(byYield ? StartEvaluations : SearchEvaluations, byYield ? yieldStages[0]
+                                                                          : pairs ? pairStage
+                                                                                  : 1.0);
         while (singles.Advance())
             co_yield Pause;
         if (pairs) {
@@ -151,10 +163,11 @@ private:
     /// For the highest yield, by one of the judges that have a Cost.
     template <typename Judge>
     SearchTask TaskOf(Judge& by, int evaluations, int inSlice) const {
-        return {[&by](const FilterDesign& ladder) { return by.Cost(ladder); },
-                {},
-                Spend(evaluations),
-                inSlice};
+        SearchTask search;
+        search.Cost = [&by](const FilterDesign& ladder) { return by.Cost(ladder); };
+        search.Evaluations = Spend(evaluations);
+        search.InSlice = inSlice;
+        return search;
     }
 
     /// For the closest response.
@@ -244,57 +257,126 @@ private:
             if (!answered && (!goesOn || search.Evaluations() >= Spend(FirstSafetyEvaluations))) {
                 answered = true;
                 const PartChoices first = search.Best().empty() ? close : search.Best();
-                const bool better = Passed(search, first, FirstConfirmingBoards) >=
-                                    Passed(search, nearest, FirstConfirmingBoards);
-                KeepLadder(search, better ? first : nearest);
+                Slices race = BestOf({nearest, first}, FirstConfirmingBoards, leadInLucks);
+                while (race.Advance())
+                    co_yield Pause;
+                KeepYield();
             }
             if (goesOn) co_yield Pause;
         }
         Result.Evaluations += search.Evaluations();
         EndStage();
         if (task.FirstAnswer) co_return;
-        PartChoices best = search.Best().empty() ? close : search.Best();
-        Slices boards = SearchBoards(nearest, close, best);
+        std::vector<PartChoices> starts;
+        for (const auto& [cost, choices] : search.Ranked())
+            starts.push_back(choices);
+        starts.push_back(close);
+        Slices boards = SearchBoards(nearest, starts);
         while (boards.Advance())
             co_yield Pause;
-        KeepLadder(search, best);
+        KeepYield();
     }
 
-    void KeepLadder(ValueSearch& search, const PartChoices& choices) {
+    /// What won the last race.
+    void KeepYield() {
+        ValueSearch scratch(*base, parts, {});
         Result.ByYield = true;
-        Keep(choices, judge.Cost(search.LadderOf(choices)));
+        Keep(winner, judge.Cost(scratch.LadderOf(winner)));
     }
 
-    int Passed(ValueSearch& search, const PartChoices& choices, int boards) const {
-        return YieldOf(search.LadderOf(choices), {task.Limits, Spend(boards), confirmingSeed})
-            .Passed;
+    /// On boards that are the same for all: first to where they fail by little, then for as many as
+    /// possible that do not. What passed most often meets the nearest values on new boards.
+    Slices SearchBoards(const PartChoices& nearest, std::vector<PartChoices> starts) {
+        starts.push_back(nearest);
+        std::vector<std::pair<double, PartChoices>> passed;  // descending
+        // By number: the frame of a coroutine holds no iterator over a file's own type.
+        for (std::size_t n = 0; n < boardStages.size(); ++n) {
+            FixedBoards boards(*base, task.Limits, boardStages[n].ViolationShare);
+            Slices stage =
+                SearchStage(boards, boardStages[n].Evaluations, boardStages[n].To, starts, passed);
+            while (stage.Advance())
+                co_yield Pause;
+            starts.clear();
+            for (const auto& [share, choices] : passed)
+                starts.push_back(choices);
+            starts.push_back(reached);
+            starts.push_back(nearest);
+        }
+        starts.pop_back();
+        Slices first = BestOf(starts, FirstConfirmingBoards, 0.0);
+        while (first.Advance())
+            co_yield Pause;
+        std::vector<PartChoices> last{nearest};
+        if (winner != nearest) last.push_back(winner);
+        Slices confirming = BestOf(last, ConfirmingBoards, leadInLucks);
+        while (confirming.Advance())
+            co_yield Pause;
     }
 
-    /// From the best of the starts on boards that are the same for all; then ConfirmingBoards of
-    /// new ones say whether it is better than the nearest values. `best` is the last start and what
-    /// it comes to.
-    Slices SearchBoards(const PartChoices& nearest, const PartChoices& close, PartChoices& best) {
-        FixedBoards boards(*base, task.Limits);
-        ValueSearch search(*base, parts, TaskOf(boards, FixedBoardEvaluations, 1));
-        BeginStage(&search, yieldStages[2]);
-        PartChoices start = nearest;
-        if (search.CostOf(close) < search.CostOf(start)) start = close;
-        co_yield Pause;
-        if (search.CostOf(best) < search.CostOf(start)) start = best;
+    /// From the best of the starts; `reached` is what is best in the end.
+    Slices SearchStage(FixedBoards& boards, int evaluations, double to,
+                       const std::vector<PartChoices>& starts,
+                       std::vector<std::pair<double, PartChoices>>& passed) {
+        SearchTask byBoards = TaskOf(boards, evaluations, 1);
+        const ValueSearch* looking = nullptr;
+        byBoards.Cost = [&](const FilterDesign& ladder) {
+            const double cost = boards.Cost(ladder);
+            Note(boards.PassedShare(), looking->Looked(), passed);
+            return cost;
+        };
+        byBoards.Enough = 0.0;  // all of them pass
+        ValueSearch search(*base, parts, byBoards);
+        looking = &search;
+        BeginStage(&search, to);
+        PartChoices start = starts.front();
+        for (const PartChoices& other : starts) {
+            if (search.CostOf(other) < search.CostOf(start)) start = other;
+            if (search.IsDone()) break;
+            co_yield Pause;
+        }
         Slices wandering = search.Wander(start);
         while (wandering.Advance())
             co_yield Pause;
         Result.Evaluations += search.Evaluations();
+        reached = search.Best();
         EndStage();
-        BoardCount found(search.LadderOf(search.Best()), task.Limits, confirmingSeed);
-        BoardCount plain(search.LadderOf(nearest), task.Limits, confirmingSeed);
-        for (int left = Spend(ConfirmingBoards); left > 0; left -= boardsInSlice) {
-            const int next = std::min(left, boardsInSlice);
-            found.Build(next);
-            plain.Build(next);
-            co_yield Pause;
+    }
+
+    /// Keeps the Finalists with the largest shares.
+    static void Note(double share, const PartChoices& choices,
+                     std::vector<std::pair<double, PartChoices>>& passed) {
+        std::erase_if(passed, [&](const auto& one) { return one.second == choices; });
+        const auto after = std::find_if(passed.begin(), passed.end(),
+                                        [share](const auto& one) { return share > one.first; });
+        passed.emplace(after, share, choices);
+        if (passed.size() > Finalists) passed.pop_back();
+    }
+
+    /// Builds the same `count` boards of each; `winner` is the first one of them unless another
+    /// leads it by so many times the boards' luck, the one that leads most.
+    Slices BestOf(std::vector<PartChoices> runners, int count, double lucks) {
+        ValueSearch scratch(*base, parts, {});
+        std::vector<BoardCount> races;
+        for (const PartChoices& choices : runners)
+            races.emplace_back(scratch.LadderOf(choices), task.Limits, confirmingSeed);
+        for (int left = Spend(count); left > 0; left -= boardsInSlice) {
+            for (BoardCount& race : races) {
+                race.Build(std::min(left, boardsInSlice));
+                co_yield Pause;
+            }
         }
-        best = found.Result().Passed >= plain.Result().Passed ? search.Best() : nearest;
+        winner = runners.front();
+        const YieldResult& plain = races.front().Result();
+        int most = plain.Passed;
+        for (std::size_t i = 1; i < races.size(); ++i) {
+            const YieldResult& found = races[i].Result();
+            // At most so much is the deviation of the difference on the same boards.
+            const double luck =
+                std::sqrt(static_cast<double>(2 * plain.Boards - plain.Passed - found.Passed));
+            if (found.Passed <= most || found.Passed < plain.Passed + lucks * luck) continue;
+            most = found.Passed;
+            winner = runners[i];
+        }
     }
 
     std::unique_ptr<FilterDesign> exact;
@@ -304,7 +386,9 @@ private:
     std::unique_ptr<FilterDesign> base;
     const ValueSearch* running = nullptr;
     double stageFrom = 0.0, stageTo = 0.0;
-    Slices work;  ///< the last: it needs all the others
+    PartChoices winner;   ///< of the last race of boards
+    PartChoices reached;  ///< by the last search on boards
+    Slices work;          ///< the last: it needs all the others
 };
 
 void TakeParts(DesignState& design, const StandardParts& parts) {

@@ -2,6 +2,7 @@
 #include "boards/ValueSearch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -17,10 +18,23 @@ constexpr int fewestKicked = 2;
 constexpr int mostKicked = 4;
 constexpr int kicksWithoutNews = 400;  ///< all known: there is nothing left to be found
 
+/// A number for the choice of one part, as if it were drawn; those of all parts are joined by
+/// exclusive or, so that a step changes a key by two of them (A. L. Zobrist, "A new hashing method
+/// with application for game playing", ICCA Journal 13 (1990) 69-73). Mixed as by S. Vigna's
+/// splitmix64.
+std::uint64_t KeyOfChoice(std::size_t part, int choice) {
+    std::uint64_t x =
+        (static_cast<std::uint64_t>(part + 1) << 32) + static_cast<std::uint64_t>(choice + 1);
+    x *= 0x9e3779b97f4a7c15u;
+    x = (x ^ (x >> 30)) * 0xbf58476d1ce4e5b9u;
+    x = (x ^ (x >> 27)) * 0x94d049bb133111ebu;
+    return x ^ (x >> 31);
+}
+
 std::uint64_t KeyOf(const PartChoices& choices) {
-    std::uint64_t key = 0xcbf29ce484222325u;  // FNV-1a over the indices
-    for (const int choice : choices)
-        key = (key ^ static_cast<std::uint64_t>(choice + 1)) * 0x100000001b3u;
+    std::uint64_t key = 0;
+    for (std::size_t part = 0; part < choices.size(); ++part)
+        key ^= KeyOfChoice(part, choices[part]);
     return key;
 }
 
@@ -29,6 +43,28 @@ std::size_t Below(std::mt19937& random, std::size_t count) {
 }
 
 }  // namespace
+
+std::pair<KnownCosts::Entry*, bool> KnownCosts::Find(std::uint64_t key) {
+    key = key == 0 ? 1 : key;
+    if (2 * used > entries.size()) Grow();
+    const std::size_t mask = entries.size() - 1;
+    for (std::size_t at = key & mask;; at = (at + 1) & mask) {
+        Entry& entry = entries[at];
+        if (entry.Key == key) return {&entry, false};
+        if (entry.Key != 0) continue;
+        entry.Key = key;
+        ++used;
+        return {&entry, true};
+    }
+}
+
+void KnownCosts::Grow() {
+    std::vector<Entry> old(4 * entries.size());
+    std::swap(old, entries);
+    used = 0;
+    for (const Entry& entry : old)
+        if (entry.Key != 0) *Find(entry.Key).first = entry;
+}
 
 ValueSearch::ValueSearch(const FilterDesign& design, const std::vector<PartToChoose>& toChoose,
                          SearchTask given)
@@ -47,17 +83,31 @@ const FilterDesign& ValueSearch::LadderOf(const PartChoices& choices) {
 }
 
 double ValueSearch::CostOf(const PartChoices& choices) {
-    const auto [place, isNew] = known.try_emplace(KeyOf(choices), 0.0);
-    if (!isNew) return place->second;
+    return CostOf(choices, KeyOf(choices));
+}
+
+double ValueSearch::CostOf(const PartChoices& choices, std::uint64_t key) {
+    const auto [entry, isNew] = known.Find(key);
+    if (!isNew) return entry->Cost;
     const FilterDesign& ladder = LadderOf(choices);
+    looked = choices;
     const double cost = task.Cost(ladder);
-    place->second = cost;
+    entry->Cost = cost;
     ++evaluations;
+    Rank(choices, cost);
     if (cost < bestCost && (!task.Allowed || task.Allowed(ladder))) {
         bestCost = cost;
         best = choices;
     }
     return cost;
+}
+
+void ValueSearch::Rank(const PartChoices& choices, double cost) {
+    if (ranked.size() == RankedCount && !(cost < ranked.back().first)) return;
+    if (ranked.size() == RankedCount) ranked.pop_back();
+    const auto after = std::find_if(ranked.begin(), ranked.end(),
+                                    [cost](const auto& one) { return cost < one.first; });
+    ranked.emplace(after, cost, choices);
 }
 
 bool ValueSearch::CanMove(const PartChoices& choices, int part, int move) const {
@@ -66,14 +116,19 @@ bool ValueSearch::CanMove(const PartChoices& choices, int part, int move) const 
     return to >= 0 && to < static_cast<int>(parts[at].Choices.size());
 }
 
-bool ValueSearch::TrySteps(PartChoices& choices, double& cost, const std::vector<Step>& steps) {
+bool ValueSearch::TrySteps(PartChoices& choices, double& cost, std::initializer_list<Step> steps) {
     for (const auto& [part, move] : steps)
         if (!CanMove(choices, part, move)) return false;
-    for (const auto& [part, move] : steps)
-        choices[static_cast<std::size_t>(part)] += move;
-    const double tried = CostOf(choices);
+    std::uint64_t next = key;
+    for (const auto& [part, move] : steps) {
+        const auto at = static_cast<std::size_t>(part);
+        next ^= KeyOfChoice(at, choices[at]) ^ KeyOfChoice(at, choices[at] + move);
+        choices[at] += move;
+    }
+    const double tried = CostOf(choices, next);
     if (tried < cost) {
         cost = tried;
+        key = next;
         return true;
     }
     for (const auto& [part, move] : steps)
@@ -109,8 +164,9 @@ Slices ValueSearch::ImproveByPairs(PartChoices& choices, double& cost, bool& imp
 }
 
 Slices ValueSearch::Descend(PartChoices& choices) {
-    double cost = CostOf(choices);
-    for (bool improved = true; improved && !IsDone();) {
+    key = KeyOf(choices);
+    double cost = CostOf(choices, key);
+    for (bool improved = true; improved && !IsDone() && !known.Find(key).first->IsValley;) {
         improved = false;
         Slices singles = ImproveBySingles(choices, cost, improved);
         while (singles.Advance())
@@ -119,6 +175,7 @@ Slices ValueSearch::Descend(PartChoices& choices) {
         Slices pairs = ImproveByPairs(choices, cost, improved);
         while (pairs.Advance())
             co_yield Pause;
+        if (!improved && !IsDone()) known.Find(key).first->IsValley = true;
     }
 }
 
@@ -141,11 +198,13 @@ Slices ValueSearch::Wander(PartChoices choices) {
         while (next.Advance())
             co_yield Pause;
         if (evaluations > before) idle = 0;
-        if (CostOf(kicked) < KickTolerance * CostOf(choices)) choices = kicked;
+        const double cost = CostOf(choices);
+        if (CostOf(kicked) < cost + KickTolerance * std::abs(cost)) choices = kicked;
     }
 }
 
 double ValueSearch::DoneShare() const {
+    if (IsDone()) return 1.0;
     return std::min(1.0, static_cast<double>(evaluations) / std::max(1, task.Evaluations));
 }
 

@@ -6,8 +6,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
+#include <limits>
 #include <memory>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "boards/Slices.h"
@@ -25,7 +27,28 @@ struct SearchTask {
     /// Whether a new best one may be kept; null: all may.
     std::function<bool(const FilterDesign&)> Allowed{};
     int Evaluations = 0;
+    double Enough = -std::numeric_limits<double>::infinity();  ///< no cost is below it
     int InSlice = 1;  ///< evaluations between two pauses, at least
+};
+
+/// The costs of choices that were evaluated, by a key; open addressing in one array, because they
+/// are looked up far more often than found anew.
+class KnownCosts {
+public:
+    struct Entry {
+        std::uint64_t Key = 0;  ///< 0: free
+        double Cost = 0.0;
+        bool IsValley = false;  ///< no step from here helps
+    };
+
+    /// The entry of a key, made if there is none: then second is true. Valid until the next call.
+    std::pair<Entry*, bool> Find(std::uint64_t key);
+
+private:
+    void Grow();
+
+    std::vector<Entry> entries = std::vector<Entry>(1024);  ///< a power of 2
+    std::size_t used = 0;
 };
 
 /// Searches from the parts' choices for `design`, whose other values stay as they are.
@@ -43,10 +66,11 @@ public:
     Slices Descend(PartChoices& choices);
 
     /// Kicks 2 to 4 parts by one step and descends, again and again; what is worse than the current
-    /// by less than KickTolerance becomes the current.
+    /// by less than the share KickTolerance becomes the current.
     Slices Wander(PartChoices choices);
 
-    bool IsDone() const { return evaluations >= task.Evaluations; }
+    /// The evaluations are used up, or nothing better can be found.
+    bool IsDone() const { return evaluations >= task.Evaluations || bestCost <= task.Enough; }
     /// Share of the evaluations that are used up.
     double DoneShare() const;
     /// True once in so many evaluations as a slice has.
@@ -54,18 +78,26 @@ public:
     int Evaluations() const { return evaluations; }
     const PartChoices& Best() const { return best; }
     double BestCost() const { return bestCost; }
+    /// The choices whose cost is being, or was last, evaluated.
+    const PartChoices& Looked() const { return looked; }
+    /// The choices of the least costs that were evaluated, at most RankedCount, ascending; whether
+    /// they are allowed was not asked.
+    const std::vector<std::pair<double, PartChoices>>& Ranked() const { return ranked; }
 
     /// The ladder with these choices; valid until the next call of anything here.
     const FilterDesign& LadderOf(const PartChoices& choices);
 
-    static constexpr double KickTolerance = 1.05;
+    static constexpr double KickTolerance = 0.05;
+    static constexpr std::size_t RankedCount = 16;
 
 private:
     struct Step {
         int Part, Move;
     };
 
-    bool TrySteps(PartChoices& choices, double& cost, const std::vector<Step>& steps);
+    bool TrySteps(PartChoices& choices, double& cost, std::initializer_list<Step> steps);
+    double CostOf(const PartChoices& choices, std::uint64_t key);
+    void Rank(const PartChoices& choices, double cost);
     Slices ImproveBySingles(PartChoices& choices, double& cost, bool& improved);
     Slices ImproveByPairs(PartChoices& choices, double& cost, bool& improved);
     bool CanMove(const PartChoices& choices, int part, int move) const;
@@ -73,9 +105,12 @@ private:
     std::unique_ptr<FilterDesign> work;
     const std::vector<PartToChoose>& parts;
     SearchTask task;
-    std::unordered_map<std::uint64_t, double> known;
+    KnownCosts known;
+    std::vector<std::pair<double, PartChoices>> ranked;
     PartChoices best;
+    PartChoices looked;
     double bestCost;
+    std::uint64_t key = 0;  ///< of the choices that descend
     int evaluations = 0;
     int nextPause = 0;  ///< in evaluations
 };

@@ -40,26 +40,35 @@ private:
 /// by far fewer boards than their own luck would need.
 class FixedBoards {
 public:
-    FixedBoards(const FilterDesign& design, const LimitLines& limits);
+    /// A violation of 1 dB counts as `violationShare` of a board that fails.
+    FixedBoards(const FilterDesign& design, const LimitLines& limits, double violationShare);
 
-    /// Share of the boards that fail + 0.2 of their mean violation (dB). A ladder that is clearly
-    /// worse than the best so far is given up early; its cost is then that of the boards built.
+    /// Share of the boards that fail, with their violations, at RoughBoardPoints. A ladder that is
+    /// clearly worse than the best so far is given up early; its cost is then that of the boards
+    /// built.
     double Cost(const FilterDesign& ladder);
+
+    /// The share that passed of the ladder whose cost was asked for last; 0: given up.
+    double PassedShare() const { return passedShare; }
 
     static constexpr int Count = 1024;
 
 private:
     BoardJudge judge;
+    double violationShare;
     std::vector<std::vector<double>> draws;
     std::vector<std::vector<double>> reels;  ///< 0 to 1
     std::vector<double> bestSums;            ///< of the best ladder, after each block
+    double passedShare = 0.0;
     std::unique_ptr<FilterDesign> board;
 };
 
+inline constexpr int StartEvaluations = 1500;  ///< of the closeness, for a start
 inline constexpr int SafetyEvaluations = 10000;
 inline constexpr int FirstSafetyEvaluations = 2000;  ///< of an answer that is shown at once
 inline constexpr int FixedBoardEvaluations = 300;
 inline constexpr int ConfirmingBoards = 10000;
 inline constexpr int FirstConfirmingBoards = 1000;
+inline constexpr int Finalists = 5;  ///< that meet on boards of FirstConfirmingBoards
 
 }  // namespace ladderwise

@@ -1,35 +1,16 @@
-// Standard values and absorbed parasitics in the middle of a calculation.
+// Absorbed parasitics and held parts in the middle of a calculation.
 #include "choosing/PartsArrangement.h"
 
 #include <cmath>
 
 #include "boards/Absorb.h"
-#include "choosing/PartsTexts.h"
+#include "boards/StandardSeries.h"
 #include "design/Designators.h"
 #include "numbers/Formatfunctions.h"
 
 namespace ladderwise {
 
 namespace {
-
-/// Holds the parts that are named, in the place of what is held there.
-void HoldAsked(Calculation& calculation, const PartsTask& task, std::string& error) {
-    const FilterDesign& design = calculation.Design;
-    HeldParts& held = calculation.Inputs.Held;
-    const auto names = DesignatorsOf(design);
-    for (const auto& [name, value] : task.Held) {
-        bool found = false;
-        for (const PartToChoose& part : PartsToChoose(design, {}, 0)) {
-            if (names[static_cast<std::size_t>(part.Place.Slot)]
-                     [static_cast<std::size_t>(part.Place.Row)] != name)
-                continue;
-            found = true;
-            std::erase_if(held, [&](const HeldPart& one) { return one.Place == part.Place; });
-            held.push_back({part.Place, value});
-        }
-        if (!found) error = "this ladder has no coil or capacitor \"" + name + "\"";
-    }
-}
 
 std::string Decibels(double db) {
     constexpr int decimals = 2;
@@ -74,25 +55,27 @@ std::vector<PartsRemark> PrepareParts(Calculation& calculation, const LimitLines
     return remarks;
 }
 
-ArrangedParts ArrangeParts(Calculation& calculation, const PartsTask& asked) {
-    FilterDesign& design = calculation.Design;
-    ArrangedParts arranged;
-    arranged.Remarks = PrepareParts(calculation, asked.Limits);
-    if (!design.StdLCValues) {
-        if (!asked.Held.empty())
-            arranged.Error = "parts are held among standard values, which are off";
-        return arranged;
+std::string HoldNamed(Calculation& calculation,
+                      const std::vector<std::pair<std::string, double>>& named) {
+    const FilterDesign& design = calculation.Design;
+    if (!named.empty() && !design.StdLCValues)
+        return "parts are held among standard values, which are off";
+    HeldParts& held = calculation.Inputs.Held;
+    const auto names = DesignatorsOf(design);
+    std::string error;
+    for (const auto& [name, value] : named) {
+        bool found = false;
+        for (const PartToChoose& part : PartsToChoose(design, {}, 0)) {
+            if (names[static_cast<std::size_t>(part.Place.Slot)]
+                     [static_cast<std::size_t>(part.Place.Row)] != name)
+                continue;
+            found = true;
+            std::erase_if(held, [&](const HeldPart& one) { return one.Place == part.Place; });
+            held.push_back({part.Place, value});
+        }
+        if (!found) error = "this ladder has no coil or capacitor \"" + name + "\"";
     }
-    StandardTask task;
-    task.Method = design.StdMethod;
-    HoldAsked(calculation, asked, arranged.Error);
-    task.Held = calculation.Inputs.Held;
-    task.Limits = asked.Limits;
-    arranged.Standard = ChooseStandardParts(design, calculation.IdealElements, task);
-    TakeParts(design, *arranged.Standard);
-    if (const auto shape = ShapeRemark(design, *arranged.Standard))
-        arranged.Remarks.push_back(*shape);
-    return arranged;
+    return error;
 }
 
 }  // namespace ladderwise

@@ -17,10 +17,17 @@ std::string Db(double db) {
     return FormatFixed(db, decimals) + " dB";
 }
 
-/// Without decimals where the share is all or none of them.
+/// Without decimals where the share is all or none of them, with more where it would be told as
+/// that.
 std::string Percent(double share) {
-    const bool whole = share == 0.0 || share == 1.0;
-    return FormatFixed(100.0 * share, whole ? 0 : 1);
+    constexpr int mostDecimals = 4;
+    if (share == 0.0 || share == 1.0) return FormatFixed(100.0 * share, 0);
+    const auto text = [share](int decimals) { return FormatFixed(100.0 * share, decimals); };
+    int decimals = 1;
+    while (decimals < mostDecimals && (text(decimals) == FormatFixed(0.0, decimals) ||
+                                       text(decimals) == FormatFixed(100.0, decimals)))
+        ++decimals;
+    return text(decimals);
 }
 
 std::string Hertz(double f) {

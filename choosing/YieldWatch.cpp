@@ -41,6 +41,7 @@ void YieldWatch::Note(const BoardsAsked& asked) {
     shown.reset();
     nearest.reset();
     wanted = 0;
+    stopped = false;
     if (asked.Limits.empty() || SlotsInUse(asked.Design) < 1) return;
     shown = std::make_unique<BoardCount>(asked.Design, asked.Limits, asked.Seed);
     if (asked.Parts) {
@@ -54,10 +55,16 @@ void YieldWatch::Note(const BoardsAsked& asked) {
 }
 
 void YieldWatch::WantAtLeast(int boards) {
-    if (shown) wanted = std::max(wanted, boards);
+    if (shown && !stopped) wanted = std::max(wanted, boards);
+}
+
+void YieldWatch::Ask(int boards) {
+    stopped = false;
+    WantAtLeast(boards);
 }
 
 void YieldWatch::Stop() {
+    stopped = true;
     if (shown) wanted = shown->Result().Boards;
 }
 

@@ -27,9 +27,11 @@ public:
     /// Builds UsualBoards at once if anything that they depend on has changed.
     void Note(const BoardsAsked& asked);
 
-    /// So many of them are wanted in the end.
+    /// So many of them are wanted in the end, unless they were stopped.
     void WantAtLeast(int boards);
-    /// No more than there are.
+    /// The user asks for so many: it goes on after a stop too.
+    void Ask(int boards);
+    /// No more than there are, until boards are asked for or are others.
     void Stop();
 
     int Wanted() const { return wanted; }
@@ -48,6 +50,7 @@ private:
     std::vector<double> key;  ///< all that the boards depend on
     std::unique_ptr<BoardCount> shown, nearest;
     int wanted = 0;
+    bool stopped = false;
 };
 
 }  // namespace ladderwise

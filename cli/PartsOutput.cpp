@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "choosing/PartsArrangement.h"
+#include "choosing/PartsChoice.h"
 #include "design/Designators.h"
 #include "exchange/Json.h"
 #include "numbers/Formatfunctions.h"
@@ -53,16 +54,26 @@ std::string YieldObject(const YieldResult& result) {
     return text + "]}";
 }
 
+/// The standard values in the design; each the nearest, they took no choice.
+StandardParts StandardOf(const Calculation& calculation, const PartsChoice& choice) {
+    if (choice.Present()) return *choice.Present();
+    const auto exact = std::make_unique<FilterDesign>(calculation.Design);
+    exact->Elements = calculation.ExactElements;
+    return ChooseStandardParts(*exact, calculation.IdealElements, {});
+}
+
 }  // namespace
 
 void ChooseParts(Calculation& calculation, BoardWork& work) {
     if (work.Asked.Boards > 0 && work.Limits.empty())
         work.Error = "--boards needs what a board must do: --limits FILE.csv";
     calculation.ArrangeParts = [&work](Calculation& of) {
-        ArrangedParts arranged = ArrangeParts(of, {work.Asked.Held, work.Limits});
-        work.Standard = std::move(arranged.Standard);
-        if (!arranged.Error.empty()) work.Error = "--hold: " + arranged.Error;
-        return arranged.Remarks;
+        const std::string error = HoldNamed(of, work.Asked.Held);
+        if (!error.empty()) work.Error = "--hold: " + error;
+        PartsChoice choice;
+        std::vector<PartsRemark> remarks = choice.Arrange(of, work.Limits, true);
+        if (of.Design.StdLCValues) work.Standard = StandardOf(of, choice);
+        return remarks;
     };
 }
 

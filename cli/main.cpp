@@ -284,6 +284,14 @@ bool WritePlot(const Session& session, const Arguments& arguments) {
     content.Limits = JudgeLimits(calc.Design, session.Limits);
     for (const OverlayRun& run : session.Overlay)
         content.Overlays.push_back(run.Traces());
+    if (!content.Overlays.empty() && ShowsBands(calc.Design)) {
+        BandCollector collector;
+        collector.Begin(content.Choices);
+        for (const PlotTraces& run : content.Overlays)
+            collector.Take(run);
+        content.Bands =
+            std::make_shared<const TraceBands>(collector.Finish(content.Layers.front().Values));
+    }
     const QFont font = QGuiApplication::font();
     const PlotFile file =
         arguments.Picture

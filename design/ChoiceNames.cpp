@@ -204,6 +204,10 @@ const std::vector<ChoiceTable> tables = {
     {Draw, "draw", Word, 0, PutDraw, none, {
         {0, "uniform", "UniformButton", "&Uniform", "All values within the tolerance are equally likely"},
         {1, "normal", "NormalButton", "Nor&mal", "Normal with a standard deviation of a third of the tolerance, cut there"}}, "DrawItem"},
+    {Overlay, "overlay", Word, 0, Field<&D::Overlay>::Put, none, {
+        {0, "both", "OverlayBothButton", "&Both", "Over the traces lie the runs, their lowest and highest, and the range of 90 % of them"},
+        {1, "runs", "OverlayRunsButton", "Run&s", "Over the traces lie the runs alone"},
+        {2, "bands", "OverlayBandsButton", "Ban&ds", "Over the traces lie the lowest and highest of the runs and the range of 90 % of them"}}, "OverlayItem"},
 };
 // clang-format on
 

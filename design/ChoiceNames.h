@@ -42,6 +42,7 @@ enum class ChoiceId {
     FitWidth,
     CapAbsolute,
     Draw,
+    Overlay,
     Count
 };
 inline constexpr int NumChoices = static_cast<int>(ChoiceId::Count);

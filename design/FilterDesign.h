@@ -133,6 +133,9 @@ struct PartModel {
     int MonteCarloRuns = 100;    ///< 1 .. 1000
 };
 
+/// What lies over the traces in a worst case: its runs, the band that they lie in, or both.
+enum class OverlayLook : int { RunsAndBands = 0, Runs = 1, Bands = 2 };
+
 /// How the values of parts as bought differ from those of the design, beside their tolerances.
 struct BoardDraw {
     /// Tolerance of capacitors below SmallCapacitor, F, in the place of the percentage; 0: none.
@@ -239,6 +242,7 @@ struct DesignState {
     bool FitWidth = false;  ///< adjust what the synthesis is given until centre and width are right
     BoardDraw Boards{};
     bool WorstCase = false;         ///< repeat the analysis with randomised values
+    OverlayLook Overlay = OverlayLook::RunsAndBands;
     double KeyStepFraction = 0.05;  ///< by which F1 and F2 change a part value
 
     double MagTopRef = 10.0;          ///< level of the top grid line of the 10 dB scale, dB

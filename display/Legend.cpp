@@ -20,7 +20,7 @@ constexpr double smallestLegendScale = 0.6;  // of a large font, where that find
 constexpr double legendScaleStep = 0.2;
 constexpr int leastLineHeight = 13;   // pixels
 constexpr int heightBelow = 22;       // pixels of a legend below the plot, and what keeps it off
-constexpr int gapBelow = 4;           // the names of the strip
+constexpr int gapBelow = 4;           // the box's own border
 constexpr int secondLine = 16;        // pixels more for a legend of two lines
 constexpr long mostInOneLine = 7;     // rows; more stand in two lines where one is too long
 constexpr long mostTracesWithin = 5;  // more are named below the plot
@@ -41,6 +41,19 @@ std::vector<LegendSample> SamplesOf(const PlotLayer& layer, const TraceChoices& 
             !(single && !samples.empty()))
             samples.push_back({layer.Colours[static_cast<std::size_t>(kind)], layer.Dashed()});
     return samples;
+}
+
+/// Of the lines of the bands a sample each, in the colour of the trace that is drawn first.
+void AddWorstCaseRows(const PlotContent& content, std::vector<LegendRow>& rows) {
+    if (content.WorstCaseRuns < 1) return;
+    rows.push_back(
+        {{}, "Worst case of " + std::to_string(content.WorstCaseRuns) + " runs, nominal darker"});
+    const auto kind = std::find_if(TraceDrawOrder.begin(), TraceDrawOrder.end(),
+                                   [&](auto one) { return IsChosen(content.Choices, one); });
+    if (!ShowsBands(content.Design) || kind == TraceDrawOrder.end()) return;
+    const PlotColour colour = BandColour(*kind);
+    rows.push_back({{{colour, true}}, std::string(MostRunsName) + " of the runs"});
+    rows.push_back({{{colour, false}}, "Lowest and highest run"});
 }
 
 /// Rows in columns, filled one after the other.
@@ -139,10 +152,7 @@ std::vector<LegendRow> BuildLegendRows(const PlotContent& content) {
         if (IsChosen(content.Choices, kind))
             rows.push_back({{{TraceColour(kind), false}},
                             TraceLegendText(kind, scales) + BlankRemark(content, kind)});
-    if (content.WorstCaseRuns > 0)
-        rows.push_back(
-            {{},
-             "Worst case of " + std::to_string(content.WorstCaseRuns) + " runs, nominal darker"});
+    AddWorstCaseRows(content, rows);
     for (std::size_t n = 1; n < content.Layers.size(); ++n) {
         const std::vector<LegendSample> samples = SamplesOf(content.Layers[n], content.Choices);
         rows.push_back(
@@ -178,8 +188,7 @@ Legend LayLegendBelow(const std::vector<LegendRow>& rows, const PlotLayout& layo
                 continue;
             const int height = std::min(room - 2, form.InAColumn * scaled.Height + gapBelow);
             const PlotRect box{layout.PlotLeft + (layout.PlotWidth - form.Width) / 2,
-                               layout.Area.GridTop - SchematicHeight - room - gapBelow, form.Width,
-                               height};
+                               LegendTop(layout), form.Width, height};
             Legend legend = LayOut(rows, form, box, scaled);
             for (PlotText& text : legend.Texts)
                 text.Scale = scale;

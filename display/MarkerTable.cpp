@@ -38,6 +38,17 @@ std::string CrossingsText(const PlotLayer& layer, double relative, const FilterD
     return text.empty() ? noValue : text;
 }
 
+/// Where the runs of a worst case lie, in rows of their own.
+void AddRanges(const TraceBands& bands, TraceKind kind, double index, const std::string& trace,
+               std::vector<MarkerReading>& rows) {
+    const auto [most, all] = BandTextsAt(bands, kind, index);
+    for (const std::string& text : {most, all}) {
+        const auto colon = text.find(": ");
+        if (colon == std::string::npos) continue;
+        rows.push_back({trace + ", " + text.substr(0, colon), text.substr(colon + 2), ""});
+    }
+}
+
 /// The rows of one trace at a frequency: the design's with the reference's, then the measured ones.
 void AddValues(const PlotContent& content, const std::string& name, TraceKind kind, double f,
                std::vector<MarkerReading>& rows) {
@@ -46,6 +57,8 @@ void AddValues(const PlotContent& content, const std::string& name, TraceKind ki
     const std::string trace = name + ", " + TraceShortName(kind);
     const std::size_t first = rows.size();
     rows.push_back({trace, TextOrNone(kind, own), ""});
+    const auto place = PlaceOf(f, design.SweepFreqs);
+    if (content.Bands && place) AddRanges(*content.Bands, kind, place->Index, trace, rows);
     for (const PlotLayer& layer : content.Layers) {
         if (layer.Role == LayerRole::Design) continue;
         const double value = ValueAtFrequency(layer, kind, f, design);

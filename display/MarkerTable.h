@@ -21,7 +21,8 @@ struct MarkerReading {
 /// marker on the magnitude; after each a row for each measurement, "M1 200.0 MHz, Mag, board1",
 /// with its value and how far that is from the design's, "-3.10 dB (-0.09 dB off)". Levels count
 /// from each layer's own peak, and every value is found at the layer's own frequencies. "none"
-/// where the layer has no value there.
+/// where the layer has no value there. In a worst case two rows more tell where its runs lie, "M1
+/// 200.0 MHz, Mag, 5–95 %" with "-3.40 … -2.71 dB".
 std::vector<MarkerReading> BuildMarkerTable(const PlotContent& content);
 
 }  // namespace ladderwise

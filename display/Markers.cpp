@@ -18,8 +18,7 @@ constexpr int ReferenceMarkArm = 6;       // pixels
 constexpr std::size_t MostCrossings = 8;  // of one level marker on one trace: ripple has more
 constexpr int LeastFrequencyDigits = 3;   // after the first one
 constexpr int MostFrequencyDigits = 8;
-constexpr double WholeTurn = 360.0;  // degrees
-constexpr int LeaderFrom = 12;       // pixels; closer labels need no leader
+constexpr int LeaderFrom = 12;  // pixels; closer labels need no leader
 
 bool Drawable(TraceKind kind, double value) {
     const bool blankable = kind == TraceKind::Phase || kind == TraceKind::GroupDelay;

@@ -19,6 +19,9 @@ namespace ladderwise {
 /// The depth of the read-outs "6 dB Freq" and "6 dB BW" below the peak, dB.
 inline constexpr double ReadOutDepthDb = 6.0;
 
+/// A turn of a phase, degrees.
+inline constexpr double WholeTurn = 360.0;
+
 inline constexpr BandRange AllFrequencies{0.0, std::numeric_limits<double>::infinity()};
 
 /// What markers refer to: the sweep that the plot shows and how it shows it.

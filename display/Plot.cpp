@@ -51,6 +51,7 @@ void Plot::SetFont(const QFont& labelFont) {
 
 void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlacement) {
     choices = content.Choices;
+    runsShown = ShowsRuns(content.Design);
     placement = newPlacement;
     PaintBackground(content);
     for (const PlotLayer& layer : content.Layers)
@@ -60,6 +61,7 @@ void Plot::PaintContent(const PlotContent& content, const PlotPlacement& newPlac
 }
 
 void Plot::FinishOverlay(const PlotContent& content) {
+    if (content.Bands) PaintBandPixels(traces, *content.Bands, choices, layout, scales, work);
     for (const PlotLayer& layer : content.Layers)
         PaintLayerPixels(traces, layer, content.Design, choices, layout, scales, LayerLook::Darker,
                          work);
@@ -105,6 +107,7 @@ void Plot::PaintBackground(const PlotContent& content) {
 }
 
 void Plot::PaintOverlay(const PlotTraces& run) {
+    if (!runsShown) return;
     PaintOverlayRun(traces, run, choices, layout, scales, work);
     composed = false;
 }

@@ -47,8 +47,8 @@ public:
     /// choices of the last run 0, by PaintOverlayRun.
     void PaintOverlay(const PlotTraces& run);
 
-    /// After the last worst-case run: the layers of the content of run 0 once more, the design in
-    /// hand darker, then markers and legend.
+    /// After the last worst-case run: their bands, and the layers of the content of run 0 once
+    /// more, the design in hand darker, then markers and legend.
     void FinishOverlay(const PlotContent& content);
 
     /// Limits, markers and legend of a content over the traces that are there, a worst case
@@ -79,6 +79,7 @@ private:
     PlotLayout layout;
     PlotScales scales;
     TraceChoices choices;
+    bool runsShown = true;
     bool partValues = false;
     std::vector<StripShare> shares;
     PlotPlacement placement;

@@ -5,6 +5,14 @@
 
 namespace ladderwise {
 
+bool ShowsRuns(const FilterDesign& design) {
+    return design.Overlay != OverlayLook::Bands;
+}
+
+bool ShowsBands(const FilterDesign& design) {
+    return design.Overlay != OverlayLook::Runs;
+}
+
 PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& response) {
     PlotTraces traces;
     traces.MagnitudeDb = quantities.MagnitudeDb;

@@ -1,10 +1,12 @@
 // What a plot shows of a calculation, for the window and for exported pictures alike. No Qt.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "analysis/Magphasefunctions.h"
 #include "design/MarkerState.h"
+#include "display/TraceBands.h"
 #include "display/TraceKinds.h"
 #include "limits/LimitMargin.h"
 
@@ -18,9 +20,15 @@ struct PlotContent {
     std::vector<PlotLayer> Layers;
     std::vector<PlotTraces> Overlays;
     int WorstCaseRuns = 0;  ///< that lie, or will lie, over the layers
+    /// Of the runs that are drawn; null: of none, or the design's look does not have them.
+    std::shared_ptr<const TraceBands> Bands{};
     MarkerState Markers{};
     LimitReport Limits{};  ///< of the design in hand
 };
+
+/// True if runs, or their bands, lie over the traces of a worst case of this design.
+bool ShowsRuns(const FilterDesign& design);
+bool ShowsBands(const FilterDesign& design);
 
 /// The arrays of a design whose quantities and sweep outlive the result.
 PlotTraces TracesOf(const DisplayQuantities& quantities, const SweepResponse& response);

@@ -100,14 +100,19 @@ void PaintResponse(QPainter& painter, const PlotContent& content, const PlotLayo
     };
     const PlotAnnotations annotations =
         BuildAnnotations(content, layout, scales, MetricsOf(painter), work->Points);
-    const bool runs = !content.Overlays.empty();
+    const bool runs = !content.Overlays.empty() && ShowsRuns(content.Design);
     if (image || !runs) paintLayers(LayerLook::Plain);
-    if (image)
+    if (image && runs)
         for (const PlotTraces& run : content.Overlays)
             PaintOverlayRun(*image, run, content.Choices, layout, scales, *work);
     else if (runs)
         PaintRunsAsPixels(painter, content, layout, frame, background);
-    if (runs) paintLayers(LayerLook::Darker);
+    if (content.Bands && image)
+        PaintBandPixels(*image, *content.Bands, content.Choices, layout, scales, *work, background);
+    else if (content.Bands)
+        PaintBands(painter, *content.Bands, content.Choices, layout, scales, work->Points,
+                   background);
+    if (runs || content.Bands) paintLayers(LayerLook::Darker);
     PaintLimits(painter, annotations.Limits);
     PaintMarkers(painter, annotations.Markers, background);
     PaintLegend(painter, annotations.Key, background);

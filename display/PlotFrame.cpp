@@ -82,8 +82,7 @@ void AddVerticalLines(SweepType sweep, const PlotLayout& layout, PlotFrame& fram
 
 // A large font is made smaller where rows of labels would reach into the strip below the plot.
 double LabelScale(const PlotLayout& layout, int rows, const TextMetrics& metrics) {
-    const int room = layout.Area.GridTop - SchematicHeight - layout.Area.LegendHeight -
-                     layout.PlotBottom - labelGap;
+    const int room = LegendTop(layout) - layout.PlotBottom - labelGap;
     const double needed = labelShare * rows * metrics.Height;
     return room > 0 && room < needed ? room / needed : 1.0;
 }

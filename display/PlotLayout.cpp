@@ -14,6 +14,7 @@ constexpr int rightMargin = 60;
 constexpr int topMargin = 35;        // between the panel and the plot: the title
 constexpr int labelMargin = 30;      // between the plot and the strip: the frequency labels
 constexpr int timeLabelMargin = 18;  // more where time labels stand below those
+constexpr int namesGap = 4;          // between a legend below the plot and the strip's names
 constexpr int loadRoom = 78;         // the load and its text, right of the last picture
 constexpr int gridBorder = 67;       // the label column and the grid's own border
 
@@ -33,6 +34,11 @@ PlotLayout ComputePlotLayout(const ClientExtent& area, const TraceChoices& choic
     layout.PlotBottom += PlotDivisions - layout.PlotHeight % PlotDivisions;
     layout.PlotHeight = layout.PlotBottom - layout.PlotTop;
     return layout;
+}
+
+int LegendTop(const PlotLayout& layout) {
+    const int legend = layout.Area.LegendHeight;
+    return layout.Area.GridTop - SchematicHeight - (legend > 0 ? legend + namesGap : 0);
 }
 
 PlotLayout ScaledLayout(const PlotLayout& layout, double ratio) {

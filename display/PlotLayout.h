@@ -37,6 +37,10 @@ struct PlotLayout {
 /// A client too small gives the smallest plot, partly off the client.
 PlotLayout ComputePlotLayout(const ClientExtent& area, const TraceChoices& choices);
 
+/// y of the top of a legend below the plot, above which the plot's labels end: without one that of
+/// the strip.
+int LegendTop(const PlotLayout& layout);
+
 /// The same layout in the pixels of a picture with `ratio` of them to a logical one. Its area is
 /// not scaled.
 PlotLayout ScaledLayout(const PlotLayout& layout, double ratio);

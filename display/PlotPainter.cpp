@@ -17,8 +17,9 @@ namespace ladderwise {
 
 namespace {
 
-constexpr double thinWidth = 0.7;  // logical pixels of a measured trace
-constexpr int cellPadding = 4;     // between a table cell's text and its right edge
+constexpr double thinWidth = 0.7;         // logical pixels of a measured trace
+constexpr double finerThanPixels = 16.0;  // paper shows what pixels of a screen would hide
+constexpr int cellPadding = 4;            // between a table cell's text and its right edge
 constexpr QColor tableColour(255, 255, 255);
 
 void DrawTexts(QPainter& painter, const std::vector<PlotText>& texts) {
@@ -60,6 +61,32 @@ double WidthOf(LayerLook look) {
             return thinWidth;
     }
     return 1.0;
+}
+
+struct BandStroke {
+    BandLine Line;
+    bool Dashed;
+};
+constexpr std::array<BandStroke, NumBandLines> bandStrokes = {{{BandLine::Lowest, false},
+                                                               {BandLine::Highest, false},
+                                                               {BandLine::Low, true},
+                                                               {BandLine::High, true}}};
+constexpr double haloWidth = 3.0;  // logical pixels of background under a dashed line
+
+/// Calls `draw` with values, kind, stroke, width and colour of each line of the bands, from the
+/// bottom to the top.
+template <typename Draw>
+void ForBandLines(const TraceBands& bands, const TraceChoices& choices, PlotColour background,
+                  const Draw& draw) {
+    for (const bool halo : {true, false})
+        for (const BandStroke& stroke : bandStrokes) {
+            if (halo && !stroke.Dashed) continue;
+            const PlotTraces values = bands.Line(stroke.Line);
+            for (const TraceKind kind : TraceDrawOrder)
+                if (IsChosen(choices, kind))
+                    draw(ValuesOf(values, kind), kind, stroke.Dashed, halo ? haloWidth : 1.0,
+                         halo ? background : BandColour(kind));
+        }
 }
 
 /// On top of a worst case a reference stays as it is, and what is measured is no longer thin, so as
@@ -233,16 +260,15 @@ void PaintTrace(QPainter& painter, const TracePoints& points, PlotColour colour,
 void PaintLayer(QPainter& painter, const PlotLayer& layer, const FilterDesign& design,
                 const TraceChoices& choices, const PlotLayout& layout, const PlotScales& scales,
                 LayerLook look, TracePoints& work) {
-    constexpr double finer = 16.0;  // paper shows what pixels of a screen would hide
-    const PlotLayout fine = ScaledLayout(layout, finer);
+    const PlotLayout fine = ScaledLayout(layout, finerThanPixels);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(1.0 / finer, 1.0 / finer);
+    painter.scale(1.0 / finerThanPixels, 1.0 / finerThanPixels);
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(choices, kind)) continue;
         MapLayerTrace(layer, kind, design, fine, scales, work, [&] {
             PaintTrace(painter, work, layer.Colours[static_cast<std::size_t>(kind)],
-                       LookOf(layer, look), finer);
+                       LookOf(layer, look), finerThanPixels);
         });
     }
     painter.restore();
@@ -277,6 +303,36 @@ void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& c
         MapTrace(ValuesOf(run, kind), kind, false, layout, scales, work.Points);
         work.Spans.Fill(work.Points, image.devicePixelRatio(), TraceColour(kind), picture);
     }
+}
+
+void PaintBands(QPainter& painter, const TraceBands& bands, const TraceChoices& choices,
+                const PlotLayout& layout, const PlotScales& scales, TracePoints& work,
+                PlotColour background) {
+    const PlotLayout fine = ScaledLayout(layout, finerThanPixels);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(1.0 / finerThanPixels, 1.0 / finerThanPixels);
+    ForBandLines(bands, choices, background,
+                 [&](std::span<const double> values, TraceKind kind, bool dashed, double width,
+                     PlotColour colour) {
+                     MapTrace(values, kind, dashed, fine, scales, work);
+                     PaintTrace(painter, work, colour, LayerLook::Plain, width * finerThanPixels);
+                 });
+    painter.restore();
+}
+
+void PaintBandPixels(QImage& image, const TraceBands& bands, const TraceChoices& choices,
+                     const PlotLayout& layout, const PlotScales& scales, OverlayWork& work,
+                     PlotColour background) {
+    const double ratio = image.devicePixelRatio();
+    const PlotLayout pixels = ScaledLayout(layout, ratio);
+    const PixelRows picture = PixelsOf(image);
+    ForBandLines(bands, choices, background,
+                 [&](std::span<const double> values, TraceKind kind, bool dashed, double width,
+                     PlotColour colour) {
+                     MapTrace(values, kind, dashed, pixels, scales, work.Points);
+                     work.Strokes.Draw(work.Points, width * ratio, colour, picture);
+                 });
 }
 
 void PaintStrip(QPainter& painter, const FilterDesign& design, int gridTop, int scroll,

@@ -11,6 +11,7 @@
 
 #include "display/PlotAxis.h"
 #include "display/PlotFrame.h"
+#include "display/TraceBands.h"
 #include "display/TraceSpans.h"
 #include "display/TraceStrokes.h"
 #include "schematic/SchematicStrip.h"
@@ -82,6 +83,16 @@ void PaintLayerPixels(QImage& image, const PlotLayer& layer, const FilterDesign&
 /// spans of its pixels: many times as fast as lines.
 void PaintOverlayRun(QImage& image, const PlotTraces& run, const TraceChoices& choices,
                      const PlotLayout& layout, const PlotScales& scales, OverlayWork& work);
+
+/// The bands of the runs of a worst case: the lowest and the highest as dark lines, what 5 and 95 %
+/// of them stay below as dashes, which have the background on either side so as to stand out from
+/// a cloud of runs whatever its colour is. For vector pictures, and onto pixels.
+void PaintBands(QPainter& painter, const TraceBands& bands, const TraceChoices& choices,
+                const PlotLayout& layout, const PlotScales& scales, TracePoints& work,
+                PlotColour background = BackgroundColour);
+void PaintBandPixels(QImage& image, const TraceBands& bands, const TraceChoices& choices,
+                     const PlotLayout& layout, const PlotScales& scales, OverlayWork& work,
+                     PlotColour background = BackgroundColour);
 
 /// The schematic strip, or the notice that the ladder is empty. A picture that is missing is
 /// replaced by a box with the type's name.

@@ -54,7 +54,14 @@ std::string MeasuredText(const CursorReadOuts& out, TraceKind kind, double value
     return text;
 }
 
-void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& layer, int number) {
+/// " (5–95 %: -3.40 … -2.71 dB; all runs: -4.12 … -2.50 dB)"
+std::string BandRemark(const TraceBands& bands, TraceKind kind, double index) {
+    const auto [most, all] = BandTextsAt(bands, kind, index);
+    return most.empty() ? "" : " (" + most + "; " + all + ")";
+}
+
+void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& layer, int number,
+               const TraceBands* bands) {
     bool magnitudeShown = false;
     for (const TraceKind kind : TraceDrawOrder) {
         if (!IsChosen(sweep.Choices, kind)) continue;
@@ -76,6 +83,7 @@ void AddTraces(CursorReadOuts& out, const MarkedSweep& sweep, const PlotLayer& l
             const double off = value - (out.LevelDb - *out.DeltaDb);
             text += " (" + std::string(delta) + SignedText(off, FormatFixed(off, 2)) + ")";
         }
+        if (bands && number == 0 && !text.empty()) text += BandRemark(*bands, kind, *place);
         magnitudeShown = magnitudeShown || magnitude;
         const int y = MapValue(value, ScaleOf(kind, sweep.Layout, sweep.Scales), sweep.Layout);
         out.Traces.push_back(
@@ -110,7 +118,8 @@ double VswrOf(double reflectionDb) {
 
 CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
                           std::span<const PlotLayer> layers,
-                          const std::optional<ReadOutReference>& readOutReference) {
+                          const std::optional<ReadOutReference>& readOutReference,
+                          const TraceBands* bands) {
     const int count = static_cast<int>(sweep.Freqs.size());
     CursorReadOuts out;
     if (count < 1) return out;
@@ -133,7 +142,7 @@ CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
             {delta + SignedText(*out.DeltaDb, TraceValueText(scaleKind, *out.DeltaDb)), Black});
     }
     for (std::size_t n = 0; n < layers.size(); ++n)
-        AddTraces(out, sweep, layers[n], static_cast<int>(n));
+        AddTraces(out, sweep, layers[n], static_cast<int>(n), bands);
     return out;
 }
 

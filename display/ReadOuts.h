@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "display/Markers.h"
+#include "display/TraceBands.h"
 
 namespace ladderwise {
 
@@ -42,13 +43,15 @@ struct CursorReadOuts {
 /// VSWR of a reflection in dB: (1 + rho) / (1 - rho), rho = 10^(dB / 20); infinite for rho >= 1.
 double VswrOf(double reflectionDb);
 
+/// `bands`, if there are any, tell where the runs of a worst case lie beside the design in hand.
 /// Reads the plot at sweep point `index` (kept within the sweep) and height y. `layers` are
 /// those of the plot, the design in hand first; one with a sweep of its own is read at the cursor's
 /// frequency (the pulse at its time), between its points, and not at all outside of them.
 /// `readOutReference` is that of ReferenceOf.
 CursorReadOuts ReadCursor(int index, int y, const MarkedSweep& sweep,
                           std::span<const PlotLayer> layers,
-                          const std::optional<ReadOutReference>& readOutReference);
+                          const std::optional<ReadOutReference>& readOutReference,
+                          const TraceBands* bands = nullptr);
 
 /// Texts laid side by side in rows of `width` pixels, `gap` between two texts, in the middle of
 /// `height` pixels; X and Y count from 0. Where the rows are too many for the height, all texts are

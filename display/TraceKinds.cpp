@@ -85,4 +85,10 @@ PlotColour TraceColour(TraceKind kind) {
     return CurrentColours[static_cast<std::size_t>(kind)];
 }
 
+PlotColour BandColour(TraceKind kind) {
+    const PlotColour own = TraceColour(kind);
+    const auto dark = [](std::uint8_t part) { return static_cast<std::uint8_t>(part / 5); };
+    return {dark(own.Red), dark(own.Green), dark(own.Blue)};
+}
+
 }  // namespace ladderwise

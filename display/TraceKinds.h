@@ -64,6 +64,10 @@ extern const TraceColours ReferenceColours;
 /// Colour of a trace of the design in hand.
 PlotColour TraceColour(TraceKind kind);
 
+/// Colour of the band that the runs of a worst case lie in: near black, so as to stand out from
+/// the runs themselves.
+PlotColour BandColour(TraceKind kind);
+
 /// Where the points of a layer lie, if not at those of the sweep that the plot shows.
 struct LayerSweep {
     std::span<const double> Freqs{};  ///< Hz, ascending; empty: the plot's own

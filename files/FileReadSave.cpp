@@ -108,7 +108,8 @@ const std::vector<RecordField> fields = {
     {3136, Text, TextBytes, "DrawItem", 0, "UniformButton", "distribution of the values of boards"},
     {3168, Double, 1, "Reel", 0, "", "chance that a part takes the draw of the first one of its value"},
     {3176, Int32, 1, "StdMethod", 0, "", "how standard values are chosen: 2 together, 3 with pairs of capacitors, 4 for the highest yield; 0: each the nearest"},
-    {3180, Unused, 268, "Reserved3", 0, "", ""},
+    {3180, Text, TextBytes, "OverlayItem", 0, "OverlayBothButton", "what of a worst case lies over the traces"},
+    {3212, Unused, 236, "Reserved3", 0, "", ""},
 };
 // clang-format on
 

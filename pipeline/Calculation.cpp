@@ -227,7 +227,7 @@ void KeepWhatOnlyShows(const DesignInputs& shown, Calculation& calculation) {
     using enum ChoiceId;
     FilterDesign& design = calculation.Design;
     for (const ChoiceId id : {Sweep, AutoScale, TraceMag1dB, TraceMag10dB, TracePhase,
-                              TraceGroupDelay, TracePulse, TraceReturnLoss}) {
+                              TraceGroupDelay, TracePulse, TraceReturnLoss, Overlay}) {
         calculation.Inputs.Choice(id) = shown.Choice(id);
         if (TableOf(id).Put) TableOf(id).Put(design, shown.Choice(id));
     }

@@ -156,6 +156,7 @@ QWidget* PartDefinitionsWindow::BuildToleranceGroup() {
     label->setText(label->text() + " <= 1000");
     grid->addWidget(label, 6, 0);
     grid->addWidget(runs, 6, 1, Qt::AlignLeft);
+    grid->addWidget(BuildToleranceColumn("Worst case", ChoiceId::Overlay), 7, 0, 1, 2);
     return group;
 }
 

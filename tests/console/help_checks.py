@@ -215,7 +215,7 @@ _START_CHECKS = {
     "With limits, the panel": "=95 =1000 =10000 =100000 =100000 =1",
     "Below 10 pF:": "=10 =10",
     "Reel:": "=0 =1",
-    "Each run multiplies": "=0.1 =0.1",
+    "Each run multiplies": "=5 =5 =5 =95 =0.1 =0.1",
     "Worst-Case Seed asks": "bound('seed',0) bound('seed',1) worst.seed",
     "Click a value of the grid": "=22 =4.7 =12E-12",
     "Coefficients files": "=1 =1 =12",

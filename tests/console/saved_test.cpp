@@ -31,7 +31,8 @@ const char* const frozenComponents[] = {
     "RealPartsButton", "DeEmbedButton", "TenPercentCap", "FivePercentCap", "TwoPercentCap",
     "OnePercentCap", "TenPercentInd", "FivePercentInd", "TwoPercentInd", "OnePercentInd",
     "AbsorbBox", "FitWidthBox", "CapAbsOffButton", "CapAbs01Button", "CapAbs025Button",
-    "CapAbs05Button", "UniformButton", "NormalButton", "StdValuesBox", "WorstCaseBox", "AutoScaleCheckBox", "PlotMag1dBBox", "PlotMagBox",
+    "CapAbs05Button", "UniformButton", "NormalButton", "OverlayBothButton",
+    "OverlayRunsButton", "OverlayBandsButton", "StdValuesBox", "WorstCaseBox", "AutoScaleCheckBox", "PlotMag1dBBox", "PlotMagBox",
     "PlotPhaseBox", "PlotGDBox", "SeriesLCTankMenu_1", "ShuntLCTankMenu_2", "ShuntLCParCTankMenu_3",
     "ShuntLCParLTankMenu_4", "ShuntTappedCTankMenu_5", "ShuntTappedLTankMenu_6",
     "ShuntIndTLOCTankMenu_7", "ShuntCapTLSCTankMenu_8", "TLOCTLSCTankMenu_9", "TLSCTankMenu_10",
@@ -57,13 +58,16 @@ void Design(Calculation& calculation) {
 
 /// Designs until no entry has to be replaced: what the first calculation corrected is the design.
 void Settle(Calculation& calculation) {
-    Design(calculation);
-    const auto notes = CollectNotes(calculation);
-    const auto unsettled = [](const Note& note) {
-        return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
-               note.Kind == NoteKind::NoSuchOrder;
+    const auto unsettled = [&calculation] {
+        const auto notes = CollectNotes(calculation);
+        return std::any_of(notes.begin(), notes.end(), [](const Note& note) {
+            return note.Kind == NoteKind::Replaced || note.Kind == NoteKind::Discarded ||
+                   note.Kind == NoteKind::NoSuchOrder;
+        });
     };
-    if (std::any_of(notes.begin(), notes.end(), unsettled)) Design(calculation);
+    Design(calculation);
+    if (unsettled()) Design(calculation);
+    if (unsettled()) Calculate(calculation, {});  // a search that finds no K within its bounds
 }
 
 /// Random choices and g-values everywhere, and random numbers within the bounds, as typed.

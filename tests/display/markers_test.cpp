@@ -174,6 +174,14 @@ TEST(Markers, LegendOfTwoDesignsStandsBelowThePlot) {
     EXPECT_LT(legend.Box.Top + legend.Box.Height, 701 - SchematicHeight);
     for (const PlotText& text : legend.Texts)
         EXPECT_EQ(text.Y, legend.Texts.front().Y);
+    // The letters of the labels end above it, in large fonts too.
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        const TextMetrics font = Metrics.Scaled(scale);
+        const int top = LayLegendBelow(BuildLegendRows(two), layout, font).Box.Top;
+        const PlotFrame frame = BuildPlotFrame(Response.Design, two.Choices, layout, font);
+        for (const PlotText& label : frame.FrequencyLabels)
+            EXPECT_LE(label.Y + 0.85 * font.Height * label.Scale, top) << scale;
+    }
 }
 
 TEST(ReadOuts, CursorReadsTheTracesAndTheReference) {

@@ -3,11 +3,18 @@
 
 #include <QPainter>
 #include <QSvgRenderer>
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
+#include <random>
 
+#include "analysis/Circuitanalysis.h"
+#include "analysis/PartValues.h"
+#include "display/MarkerTable.h"
 #include "display/Plot.h"
 #include "display/PlotExport.h"
+#include "display/ReadOuts.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -174,6 +181,115 @@ TEST(PlotExport, PaintsWhatTheWindowPaints) {
     painter.end();
     const QRect plot(0, 0, size.width(), window.Layout().PlotBottom + 2);
     EXPECT_EQ(exported.copy(plot), window.Image().copy(plot));
+}
+
+/// The levels that the worst case's own draws have at a frequency, by the reference analysis and
+/// without anything that the plot collects, ascending. Of 61 runs numbers 3 and 57 are the 5 and
+/// 95 % ones.
+std::vector<double> LevelsOfRuns(const Calculation& calculation, double f, bool reflected) {
+    const auto design = std::make_unique<FilterDesign>(calculation.Design);
+    design->NominalElements = design->Elements;
+    std::mt19937 generator(calculation.WorstCase.Seed);
+    std::vector<double> levels;
+    for (int run = 0; run < calculation.WorstCase.Runs; ++run) {
+        RandomiseParts(*design, generator);
+        const LadderPoint point = AnalysePoint(*design, design->F0, f);
+        levels.push_back(20.0 *
+                         std::log10(std::abs(reflected ? point.Reflection : point.Transfer)));
+    }
+    std::sort(levels.begin(), levels.end());
+    return levels;
+}
+
+TEST(PlotBands, LieWhereTheRunsAreAndAreRead) {
+    const auto calculation = std::make_unique<Calculation>();
+    DesignInputs& inputs = calculation->Inputs;
+    inputs.Choice(ChoiceId::WorstCase) = 1;
+    inputs.Choice(ChoiceId::TraceReturnLoss) = 1;
+    inputs.Choice(ChoiceId::Overlay) = static_cast<int>(OverlayLook::Bands);
+    inputs.Box(InputId::WorstCaseSims).Type("61");
+    calculation->FixedSeed = 11;
+    BandCollector collector;
+    collector.Begin(inputs.Traces());
+    const auto plot = std::make_unique<Plot>();
+    plot->Resize(Width, Height);
+    Calculate(*calculation, {}, [&](const AnalysedRun& run) {
+        const PlotTraces traces = TracesOf(run.Quantities, run.Response);
+        if (run.Number == 0)
+            return plot->PaintContent(
+                ContentOf(calculation->Design, inputs.Traces(), run.Quantities, {}), Placement);
+        plot->PaintOverlay(traces);
+        collector.Take(traces);
+    });
+    const FilterDesign& design = calculation->Design;
+    PlotContent content = ContentOf(design, inputs.Traces(), calculation->Quantities, {});
+    content.WorstCaseRuns = calculation->WorstCase.Runs;
+    content.Bands =
+        std::make_shared<const TraceBands>(collector.Finish(content.Layers.front().Values));
+    plot->FinishOverlay(content);
+    const PlotLayout& layout = plot->Layout();
+    // Near black a pixel from where each line has to be; the dashes leave a part of the columns.
+    const auto isDark = [&](int x, double level) {
+        const double y = layout.PlotTop + (10.0 - level) / 100.0 * layout.PlotHeight;
+        for (int row = qRound(y) - 1; row <= qRound(y) + 1; ++row)
+            if (qGray(plot->Image().pixel(x, row)) < 70) return true;
+        return false;
+    };
+    std::array<int, 4> dark{};
+    int between = 0, columns = 0;
+    for (int i = 40; i < 200; i += 4, ++columns) {
+        const int x = layout.PlotLeft + qRound(i * layout.PlotWidth / double(NumSweepPoints));
+        const auto levels = LevelsOfRuns(*calculation, design.SweepFreqs[i], true);
+        ASSERT_GT(levels[57] - levels[3], 3.0);
+        const double lines[] = {levels.front(), levels[3], levels[57], levels.back()};
+        for (std::size_t line = 0; line < dark.size(); ++line)
+            dark[line] += isDark(x, lines[line]);
+        between += isDark(x, 0.25 * levels[3] + 0.75 * levels[57]);
+    }
+    EXPECT_GE(dark[0], columns - 1);
+    EXPECT_GE(dark[3], columns - 1);
+    for (const int line : {1, 2}) {
+        EXPECT_GT(dark[line], columns / 3) << line;
+        EXPECT_LT(dark[line], columns) << line;
+    }
+    EXPECT_LT(between, columns / 3);  // no runs, but the design in hand and the grid may be there
+    // At the cursor and at a marker the same is read.
+    constexpr int at = 700;
+    const auto levels = LevelsOfRuns(*calculation, design.SweepFreqs[at], false);
+    const auto range = [](double low, double high) {
+        return QString("%1 \u2026 %2 dB").arg(low, 0, 'f', 2).arg(high, 0, 'f', 2).toStdString();
+    };
+    const std::string most = range(levels[3], levels[57]);
+    const std::string all = range(levels.front(), levels.back());
+    const auto read = ReadCursor(at, 300, SweepOf(content, layout, plot->Scales()), content.Layers,
+                                 {}, content.Bands.get());
+    EXPECT_NE(read.Traces[0].Text.Text.find(" (5\u201395 %: " + most + "; all runs: " + all + ")"),
+              std::string::npos)
+        << read.Traces[0].Text.Text;
+    content.Markers.FreqMarkerCount = 1;
+    content.Markers.FreqMarkers[1] = design.SweepFreqs[at];
+    const auto rows = BuildMarkerTable(content);
+    ASSERT_EQ(rows.size(), 6u);
+    EXPECT_EQ(rows[1].OfDesign, most);
+    EXPECT_EQ(rows[2].OfDesign, all);
+    EXPECT_NE(rows[1].Name.find(", Mag, 5\u201395 %"), std::string::npos) << rows[1].Name;
+}
+
+// A phase counts from that of the design: what turns over the edge stays beside it.
+TEST(PlotBands, APhaseKeepsTogetherOverItsEdge) {
+    const std::vector<double> nominal(4, 179.0);
+    BandCollector collector;
+    collector.Begin({false, false, true, false, false, false});
+    for (const double phase : {170.0, 175.0, 179.0, -178.0, -171.0}) {
+        const std::vector<double> run{phase, phase, BlankMarker, phase};
+        collector.Take({{}, run, {}, {}, {}});
+    }
+    const TraceBands bands = collector.Finish({{}, nominal, {}, {}, {}});
+    const auto of = [&](BandLine line) { return bands.Line(line).PhaseDeg; };
+    EXPECT_NEAR(of(BandLine::Lowest)[0], 170.0, 1e-4);
+    EXPECT_NEAR(of(BandLine::Highest)[3], -171.0, 1e-4);
+    EXPECT_NEAR(of(BandLine::High)[1], -172.4, 1e-4);  // 0.8 of the way from -178
+    EXPECT_TRUE(std::isnan(of(BandLine::Low)[2]));
 }
 
 // Formats and failing folders are tested with the console program.

@@ -17,7 +17,7 @@
 
 #include "app/MainWindow.h"
 #include "app/ResultsPanel.h"
-#include "choosing/PartsArrangement.h"
+#include "choosing/PartsChoice.h"
 #include "controls/BitMapView.h"
 #include "controls/ElidedLabel.h"
 #include "pipeline/NamedSettings.h"
@@ -57,7 +57,7 @@ inline QString DifferenceFromFresh(const Calculation& state, const LimitLines& l
     const auto fresh = std::make_unique<Calculation>();
     fresh->Inputs = state.Inputs;
     fresh->ArrangeParts = [&limits](Calculation& calculation) {
-        return ArrangeParts(calculation, {{}, limits}).Remarks;
+        return PartsChoice().Arrange(calculation, limits, true);
     };
     fresh->FixedSeed = state.WorstCase.Seed;
     Calculate(*fresh, nullptr);

@@ -29,6 +29,19 @@ private slots:
         QVERIFY(table->rowCount() >= 3);
         for (int row = 1; row < table->rowCount(); ++row)
             QVERIFY(Number(table, row, "Cost") >= Number(table, row - 1, "Cost"));
+        // Practical are 1 pF to 100 nF and 2 nH to 100 uH.
+        const std::pair<const char*, double> ranges[] = {
+            {"LeastC", 1}, {"MostC", 1e5}, {"LeastL", 2}, {"MostL", 1e5}};
+        for (const auto& [name, value] : ranges)
+            QCOMPARE(f.Find<QLineEdit>(name)->text().toDouble(), value);
+        // What is no number is put back in the box's own unit; what is one is asked for.
+        f.Enter("LeastL", "-3");
+        QCOMPARE(f.Find<QLineEdit>("LeastL")->text(), QString("2"));
+        const double cost = Number(table, 0, "Cost");
+        f.Enter("LeastL", "50000");  // 50 uH, which no coil here has
+        QVERIFY(Number(table, 0, "Cost") > cost + 4.0);
+        f.Enter("LeastL", "2");
+        QCOMPARE(Number(table, 0, "Cost"), cost);
         const int inductors = static_cast<int>(Number(table, 0, "L"));
         const double margin = Number(table, 0, "Margin dB"), loss = Number(table, 0, "Loss dB");
         const std::string before = DesignTitle(f.Design());

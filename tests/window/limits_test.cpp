@@ -67,7 +67,11 @@ private slots:
         LimitsFixture f;
         f.Click("LimitAddButton");
         QCOMPARE(f.Table->rowCount(), 1);
-        f.TypeCell(0, 1, "400");
+        auto* const first = f.Table->viewport()->findChild<QLineEdit*>();  // open for typing
+        QVERIFY(first);
+        f.TypeOver(first, "400", Qt::Key_Return);
+        f.Settle();
+        QCOMPARE(f.Table->item(0, 1)->text(), QString("400"));
         f.TypeCell(0, 3, "18");
         QVERIFY(f.Limits().empty() && f.Result(0) == "a number is missing");
         f.Enter("F0Box", "100");  // whatever else is done

@@ -2,7 +2,12 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <random>
 
+#include "analysis/Circuitanalysis.h"
+#include "analysis/PartValues.h"
+#include "display/Annotations.h"
+#include "display/ReadOuts.h"
 #include "numbers/Matherrmain.h"
 #include "tests/window/WindowFixture.h"
 
@@ -35,6 +40,52 @@ private slots:
         f.Trigger("PartDefinitionsMenu");
         f.Window->close();
         QVERIFY2(!parts->isVisible(), "it goes with its owner");
+    }
+
+    void TheBandsAreOfTheWorstCaseInHand() {
+        WindowFixture f;
+        f.Trigger("PartDefinitionsMenu");
+        f.Enter("WorstCaseSimsBox", "61");
+        f.Check("WorstCaseBox");
+        // The range of all runs at F0, by their draws and the reference analysis.
+        const auto range = [&f] {
+            const Calculation& work = f.State();
+            const auto design = std::make_unique<FilterDesign>(work.Design);
+            design->NominalElements = design->Elements;
+            std::mt19937 generator(work.WorstCase.Seed);
+            double low = 1e9, high = -1e9;
+            for (int run = 0; run < work.WorstCase.Runs; ++run) {
+                RandomiseParts(*design, generator);
+                const double f0 = design->SweepFreqs[NumSweepPoints / 2];
+                const double level =
+                    20.0 * std::log10(std::abs(AnalysePoint(*design, design->F0, f0).Transfer));
+                low = std::min(low, level), high = std::max(high, level);
+            }
+            return QString("all runs: %1 \u2026 %2 dB").arg(low, 0, 'f', 2).arg(high, 0, 'f', 2);
+        };
+        const auto read = [&f] {
+            QString text;
+            const PlotContent content = f.Window->Content();
+            const MarkedSweep sweep = SweepOf(content, {}, {});
+            for (const auto& trace :
+                 ReadCursor(NumSweepPoints / 2, 0, sweep, content.Layers, {}, content.Bands.get())
+                     .Traces)
+                text += QString::fromStdString(trace.Text.Text);
+            return text;
+        };
+        f.State();
+        QVERIFY2(read().contains(range()), qPrintable(read() + " / " + range()));
+        f.Enter("RLBox", "70");
+        QVERIFY2(!read().contains("all runs") || read().contains(range()), qPrintable(read()));
+        f.State();
+        const QString changed = range();
+        QVERIFY2(read().contains(changed), qPrintable(read() + " / " + changed));
+        f.Check("OverlayRunsButton");
+        f.State();
+        QVERIFY2(!read().contains("all runs"), qPrintable(read()));
+        f.Trigger("UndoMenu");
+        f.State();
+        QVERIFY2(read().contains(changed), qPrintable(read() + " / " + changed));
     }
 
     void WorstCaseRunsAndReturns() {

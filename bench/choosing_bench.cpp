@@ -28,7 +28,7 @@ void Choose(benchmark::State& state, PassType pass, PartChoice parts, const Limi
     request.Inputs.Choice(ChoiceId::Pass) = static_cast<int>(pass);
     request.Inputs.Choice(ChoiceId::Parts) = static_cast<int>(parts);
     request.Limits = need;
-    request.MostRows = 50;
+    request.MostRows = 200;  // as the window shows
     request.YieldRows = 0;
     ChoosingMemory memory;
     FilterList list = ChooseFilters(request, memory);
@@ -39,7 +39,7 @@ void Choose(benchmark::State& state, PassType pass, PartChoice parts, const Limi
         if (next)
             moved.Value = unmoved + 0.2 * (++step % 10);
         else
-            memory.Places.clear();
+            memory = {.Prototypes = std::move(memory.Prototypes)};
         list = ChooseFilters(request, memory);
         benchmark::DoNotOptimize(list.Choices.data());
     }

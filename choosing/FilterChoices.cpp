@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <set>
 
 #include "choosing/BoardYield.h"
@@ -25,6 +26,7 @@ constexpr int usualTraps = 5, mostTraps = 10;
 constexpr double refineBelowDb = 0.3;  ///< margins that are refined
 constexpr double refineAboveDb = -6.0;
 constexpr int refineTries = 26;
+constexpr double nearLargest = 0.9999;  ///< of the largest ripple
 constexpr double trapFormsAboveDb = -0.5;
 constexpr std::size_t mostMisses = 10;  ///< of each kind
 constexpr std::size_t missesJudged = 60, missesSearched = 80;
@@ -32,7 +34,8 @@ constexpr int candidatesPerCall = 16;  ///< between two calls of the progress ca
 constexpr double shareOfSearch = 0.8;
 constexpr int rowsInReserve = 8;
 constexpr std::size_t mostPrototypes = 8000;
-constexpr int typedDigits = 5;  ///< of ripple and attenuation
+constexpr double nominalF0 = 1e8, nominalWidth = 0.2;  ///< Hz, share: to count parts at
+constexpr int typedDigits = 5;                         ///< of ripple and attenuation
 
 double RoundedTyped(double x) {
     ReadPlainNumber(RoundedNumber(x, typedDigits), x);
@@ -56,7 +59,7 @@ struct Found {
     ListedCandidate Listed{};
     Placement At{};
     PartCounts Parts{};
-    std::optional<double> Loss{};  ///< dB, on the points
+    double Cost = 0.0;  ///< with the loss on the points
 };
 
 bool AtLeastAsFew(const PartCounts& a, const PartCounts& b) {
@@ -85,7 +88,6 @@ public:
         ForgetOthers();
         Search(list);
         if (!list.Stopped) {
-            TryTrapForms();
             Refine();
             FinishRows(list);
             list.Candidates = static_cast<int>(found.size());
@@ -114,7 +116,11 @@ private:
                                          model.CapL,
                                          double(model.CapSeriesStep),
                                          double(model.IndSeriesStep)};
-        if (signature != memory.Signature) memory.Places.clear();
+        if (signature != memory.Signature) {
+            memory.Places.clear();
+            memory.Refined.clear();
+            memory.Parts.clear();
+        }
         if (memory.Prototypes.size() > mostPrototypes) memory.Prototypes.clear();
         memory.Signature = std::move(signature);
     }
@@ -138,6 +144,45 @@ private:
         return at;
     }
 
+    /// Notes a candidate that `maker` has taken up, and what it costs.
+    void Note(const Found& f) {
+        found.push_back(f);
+        Price(found.back());
+        if (f.At.Margin >= narrowMarginDb) sureCosts.push_back(found.back().Cost);
+    }
+
+    void Price(Found& f) {
+        if (maker.Place(f.At.F0, f.At.BandWidth))
+            f.Cost = rows.CostOf(maker.Design()) + request.Weights.PerDbOfLoss * f.At.Loss;
+    }
+
+    /// The cost that rows of the list do not exceed: of the last of more than are shown that
+    /// surely meet the limits.
+    double MostCost() {
+        const auto wanted = static_cast<std::size_t>(request.MostRows + rowsInReserve);
+        if (sureCosts.size() < wanted) return std::numeric_limits<double>::infinity();
+        const auto last = sureCosts.begin() + static_cast<std::ptrdiff_t>(wanted) - 1;
+        std::nth_element(sureCosts.begin(), last, sureCosts.end());
+        return *last;
+    }
+
+    /// The least that a candidate costs, whatever its values: its parts and its load.
+    double LeastCost(const Candidate& what) {
+        const CostWeights& weights = request.Weights;
+        const double pair = weights.Inductor + weights.Capacitor;
+        if (what.Pass == PassType::DirectCoupled)
+            return what.Poles * pair +
+                   (what.Poles - 1) * std::min(weights.Inductor, weights.Capacitor);
+        if (what.Pass == PassType::Norton) return (what.Poles - 1) * pair;
+        const auto [place, isNew] = memory.Parts.try_emplace(GroupOf(what));
+        if (isNew && maker.Use(what)) {
+            maker.Place(nominalF0, HasBandWidth(what.Pass) ? nominalWidth * nominalF0 : 0.0);
+            place->second = CountParts(maker.Design());
+        }
+        const PartCounts& parts = place->second;
+        return parts.Inductors * weights.Inductor + parts.Capacitors * weights.Capacitor;
+    }
+
     /// A first place for what is made even at its place.
     bool Prepare(Candidate& candidate) {
         if (candidate.Pass != PassType::DirectCoupled && candidate.Pass != PassType::Norton)
@@ -148,72 +193,82 @@ private:
                maker.MakeEven(candidate, std::sqrt(bands.PassLow * bands.PassHigh), 1.15 * width);
     }
 
-    void SearchList(const std::vector<ListedCandidate>& candidates, FilterList& list) {
-        std::set<std::tuple<decltype(GroupOf(Candidate{})), double, double>> seen;
-        int count = 0;
+    void SearchOne(ListedCandidate listed) {
+        const ChoosingMemory::Key key{GroupOf(listed.What), listed.RippleIndex, listed.AttenIndex};
+        const auto remembered = memory.Places.find(key);
+        const bool known = remembered != memory.Places.end();
+        if (known) {
+            listed.What.TankNanohenries = remembered->second.What.TankNanohenries;
+            listed.What.NortonK = remembered->second.What.NortonK;
+            listed.What.NortonM = remembered->second.What.NortonM;
+        } else if (!Prepare(listed.What)) {
+            return;
+        }
+        if (!maker.Use(listed.What)) return;
+        // The terminations decide some forms, and attenuations are raised where they must be.
+        Candidate made = listed.What;
+        made.FormCLC = maker.Design().FormCLC;
+        const double atten = IsElliptic(made.Response) ? maker.Design().Elliptic.AttenUsedDb : 0.0;
+        const double ripple = HasRipple(made) ? made.RippleDb : 0.0;
+        if (!seen.insert({GroupOf(made), ripple, atten}).second) return;
+        listed.What.FormCLC = made.FormCLC;
+        const Placement at =
+            Place(listed.What, KeptLimits::All, known ? &remembered->second.At : nullptr, coarse);
+        if (at.Margin == HopelessDb) return;
+        Note({listed, at, CountParts(maker.Design())});
+        memory.Places[key] = {listed.What, at};
+        TryTrapForms(found.back());
+    }
+
+    /// Searches by rising cost, until there are more sure rows than are shown. False if the
+    /// callback stops it.
+    bool SearchList(const std::vector<ListedCandidate>& candidates) {
+        std::vector<std::pair<double, ListedCandidate>> byCost;
         for (ListedCandidate listed : candidates) {
-            if (++count % candidatesPerCall == 0 &&
-                !Report(shareOfSearch * count / double(candidates.size()))) {
-                list.Stopped = true;
-                return;
-            }
             listed.What.RippleDb = RoundedTyped(listed.What.RippleDb);
             listed.What.AttenDb = RoundedTyped(listed.What.AttenDb);
-            const ChoosingMemory::Key key{GroupOf(listed.What), listed.RippleIndex,
-                                          listed.AttenIndex};
-            const auto remembered = memory.Places.find(key);
-            const bool known = remembered != memory.Places.end();
-            if (known) {
-                listed.What.TankNanohenries = remembered->second.What.TankNanohenries;
-                listed.What.NortonK = remembered->second.What.NortonK;
-                listed.What.NortonM = remembered->second.What.NortonM;
-            } else if (!Prepare(listed.What)) {
-                continue;
-            }
-            if (!maker.Use(listed.What)) continue;
-            // The terminations decide some forms, and attenuations are raised where they must be.
-            Candidate made = listed.What;
-            made.FormCLC = maker.Design().FormCLC;
-            const double atten =
-                IsElliptic(made.Response) ? maker.Design().Elliptic.AttenUsedDb : 0.0;
-            const double ripple = HasRipple(made) ? made.RippleDb : 0.0;
-            if (!seen.insert({GroupOf(made), ripple, atten}).second) continue;
-            listed.What.FormCLC = made.FormCLC;
-            const Placement at = Place(listed.What, KeptLimits::All,
-                                       known ? &remembered->second.At : nullptr, coarse);
-            if (at.Margin == HopelessDb) continue;
-            found.push_back({listed, at, CountParts(maker.Design())});
-            memory.Places[key] = {listed.What, at};
+            byCost.emplace_back(LeastCost(listed.What), listed);
         }
+        std::stable_sort(byCost.begin(), byCost.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        int count = 0;
+        double checked = -1.0;
+        for (const auto& [leastCost, listed] : byCost) {
+            if (++count % candidatesPerCall == 0 &&
+                !Report(shareOfSearch * count / double(byCost.size())))
+                return false;
+            if (leastCost > checked && leastCost > MostCost()) break;
+            checked = leastCost;
+            SearchOne(listed);
+        }
+        return true;
     }
 
     void Search(FilterList& list) {
         const FilterDesign& base = rows.Base();
-        SearchList(ListCandidates(base, request.Limits, 1, usualTraps), list);
+        list.Stopped = !SearchList(ListCandidates(base, request.Limits, 1, usualTraps));
         const bool met = std::any_of(found.begin(), found.end(), [](const Found& f) {
             return f.At.Margin > 0.0 && IsElliptic(f.Listed.What.Response);
         });
         if (!met && !list.Stopped)
-            SearchList(ListCandidates(base, request.Limits, usualTraps + 1, mostTraps), list);
+            list.Stopped =
+                !SearchList(ListCandidates(base, request.Limits, usualTraps + 1, mostTraps));
     }
 
     /// The other forms of the traps of a band: other values, the same response but for what parts
     /// lose and for standard values.
-    void TryTrapForms() {
-        const std::size_t count = found.size();
-        for (std::size_t i = 0; i < count; ++i) {
-            Found of = found[i];
-            if (!IsElliptic(of.Listed.What.Response) || !HasTrapPanel(of.Listed.What.Pass))
-                continue;
-            if (of.At.Margin < trapFormsAboveDb) continue;
-            if (!notIdeal && maker.Use(of.Listed.What) && maker.Place(of.At.F0, of.At.BandWidth))
-                of.Loss = found[i].Loss = LossOnPoints();  // that of all forms
-            for (int form = 2; form <= 4; ++form) {
-                Found other = of;
-                other.Listed.What.TrapType = form;
-                if (notIdeal) other.At = Place(other.Listed.What, KeptLimits::All, &of.At, coarse);
-                if (other.At.Margin > HopelessDb) found.push_back(other);
-            }
+    void TryTrapForms(const Found of) {
+        const Candidate& what = of.Listed.What;
+        if (!IsElliptic(what.Response) || !HasTrapPanel(what.Pass)) return;
+        if (of.At.Margin < trapFormsAboveDb) return;
+        for (int form = 2; form <= 4; ++form) {
+            Found other = of;
+            other.Listed.What.TrapType = form;
+            if (notIdeal)
+                other.At = Place(other.Listed.What, KeptLimits::All, &of.At, coarse);
+            else
+                maker.Use(other.Listed.What);
+            if (other.At.Margin > HopelessDb) Note(other);
         }
     }
 
@@ -240,7 +295,7 @@ private:
         std::sort(groups.begin(), groups.end(),
                   [](const Found& a, const Found& b) { return a.Parts.Both() < b.Parts.Both(); });
         for (const Found& group : groups)
-            if (!IsBehind(group)) RefineGroup(group);
+            if (LeastCost(group.Listed.What) <= MostCost() && !IsBehind(group)) RefineGroup(group);
     }
 
     /// What passes by little has the attenuation that is asked for and no more: a ridge as narrow
@@ -263,14 +318,45 @@ private:
         return better;
     }
 
+    /// What the last list came to beside the raster: tried as it was, and as the limits have moved.
+    /// False if there was none.
+    bool TakeRefined(Found& f, bool& better) {
+        const auto kept = memory.Refined.find(GroupOf(f.Listed.What));
+        if (kept == memory.Refined.end()) return false;
+        const ChoosingMemory::RefinedPlace& last = kept->second;
+        const double largest = LargestRippleFor(request.Limits);
+        Candidate asItWas = f.Listed.What, moved = asItWas;
+        asItWas.RippleDb = std::min(last.What.RippleDb, RoundedTyped(nearLargest * largest));
+        asItWas.AttenDb = last.What.AttenDb;
+        moved.RippleDb = RoundedTyped(std::max(
+            last.What.RippleDb * std::min(largest / last.LargestRippleDb, 1.0), FinestRippleDb));
+        moved.AttenDb =
+            RoundedTyped(std::clamp(last.What.AttenDb + LargestNeedOf(request.Limits) - last.NeedDb,
+                                    LeastNeedDb, MostNeedDb));
+        for (const Candidate& what : {asItWas, moved}) {
+            if (&what != &asItWas && what == asItWas) continue;
+            Found tried = f;
+            tried.Listed.What = what;
+            tried.At = Place(tried.Listed.What, KeptLimits::All, &last.At, coarse);
+            if (tried.At.Margin > f.At.Margin) f = tried, better = true;
+        }
+        return true;
+    }
+
     /// Compass search in the logarithm of the ripple and in the attenuation.
     void RefineGroup(Found f) {
         const double largest = LargestRippleFor(request.Limits);
         const bool traps = IsElliptic(f.Listed.What.Response);
         double stepRipple = 0.35, stepAtten = 3.0;
         constexpr double smallestStep = 0.01;
-        bool better = traps && TakeNeedItself(f);
-        for (int tries = 0; tries < refineTries && stepRipple > smallestStep;) {
+        bool better = false;
+        constexpr double nearby = 0.5;
+        int tries = 0;
+        if (TakeRefined(f, better))
+            stepRipple *= nearby, stepAtten *= nearby;
+        else if (traps)
+            better = TakeNeedItself(f);
+        while (tries < refineTries && stepRipple > smallestStep) {
             bool moved = false;
             const std::array<std::pair<double, double>, 6> moves = {{{-stepRipple, 0.0},
                                                                      {stepRipple, 0.0},
@@ -282,8 +368,8 @@ private:
                 if (!traps && atten != 0.0) continue;
                 Found tried = f;
                 Candidate& what = tried.Listed.What;
-                what.RippleDb = RoundedTyped(
-                    std::clamp(what.RippleDb * std::exp(ripple), FinestRippleDb, 0.9999 * largest));
+                what.RippleDb = RoundedTyped(std::clamp(what.RippleDb * std::exp(ripple),
+                                                        FinestRippleDb, nearLargest * largest));
                 what.AttenDb =
                     RoundedTyped(std::clamp(what.AttenDb + atten, LeastNeedDb, MostNeedDb));
                 if (what == f.Listed.What) continue;
@@ -296,41 +382,27 @@ private:
             }
             if (!moved) stepRipple *= 0.5, stepAtten *= 0.5;
         }
-        if (better) found.push_back(f);
-    }
-
-    /// The largest attenuation in the limits of attenuation at most, of the ladder in hand.
-    double LossOnPoints() {
-        double loss = 0.0;
-        const std::vector<RowMargin>& margins = coarse.Judge(maker.Design(), 0.0);
-        for (std::size_t i = 0; i < margins.size(); ++i)
-            if (request.Limits[i].Kind == LimitKind::AttenMax)
-                loss = std::max(loss, request.Limits[i].Value - margins[i].Least());
-        return loss;
+        memory.Refined[GroupOf(f.Listed.What)] = {f.Listed.What, f.At, largest,
+                                                  LargestNeedOf(request.Limits)};
+        if (better && maker.Use(f.Listed.What)) Note(f);
     }
 
     /// Rows of everything that meets the limits, best first.
     void FinishRows(FilterList& list) {
-        struct Draft {
-            const Found* From;
-            double Cost;
-        };
-        std::vector<Draft> drafts;
+        const double mostCost = MostCost();
+        std::vector<const Found*> drafts;
         for (Found& f : found) {
+            if (f.Cost > mostCost) continue;
             if (std::abs(f.At.Margin) < narrowMarginDb && !standard) {
                 const Placement again = Place(f.Listed.What, KeptLimits::All, &f.At, fine);
-                if (again.Margin > HopelessDb) f.At = again, f.Loss.reset();
+                if (again.Margin > HopelessDb) f.At = again, Price(f);
             }
-            if (f.At.Margin < -doubtDb) continue;
-            if (!maker.Use(f.Listed.What) || !maker.Place(f.At.F0, f.At.BandWidth)) continue;
-            if (!f.Loss) f.Loss = LossOnPoints();
-            drafts.push_back(
-                {&f, rows.CostOf(maker.Design()) + request.Weights.PerDbOfLoss * *f.Loss});
+            if (f.At.Margin >= -doubtDb) drafts.push_back(&f);
         }
         std::stable_sort(drafts.begin(), drafts.end(),
-                         [](const Draft& a, const Draft& b) { return a.Cost < b.Cost; });
+                         [](const Found* a, const Found* b) { return a->Cost < b->Cost; });
         int count = 0;
-        for (const Draft& draft : drafts) {
+        for (const Found* const draft : drafts) {
             // The loss of a draft is that on the points: a few more than are shown.
             if (static_cast<int>(list.Choices.size()) >= request.MostRows + rowsInReserve) break;
             if (++count % candidatesPerCall == 0 &&
@@ -338,8 +410,7 @@ private:
                 list.Stopped = true;
                 return;
             }
-            const Found& f = *draft.From;
-            FilterChoice row = rows.Make(f.Listed.What, f.At.F0, f.At.BandWidth);
+            FilterChoice row = rows.Make(draft->Listed.What, draft->At.F0, draft->At.BandWidth);
             if (row.Report.Met() && row.MarginDb >= surelyMetDb)
                 list.Choices.push_back(std::move(row));
         }
@@ -468,6 +539,8 @@ private:
     LimitGrid coarse, fine;
     bool standard, notIdeal;
     std::vector<Found> found;
+    std::vector<double> sureCosts;  ///< of what meets the limits by more than the points may miss
+    std::set<std::tuple<ChoosingMemory::Group, double, double>> seen;
     long analyses = 0;
 };
 

@@ -89,7 +89,7 @@ struct FilterList {
     /// stop limits kept, each by what has to be relaxed.
     std::vector<FilterChoice> NearestMisses{};
     FewestParts AtUsersLoad{}, AtOtherLoad{};
-    int Candidates = 0;  ///< searched
+    int Candidates = 0;  ///< searched; what surely costs more than every row is not
     long Analyses = 0;
     bool Stopped = false;  ///< by the callback; the list is empty
 };
@@ -102,10 +102,20 @@ struct ChoosingMemory {
         Candidate What{};
         Placement At{};
     };
+    using Group = decltype(GroupOf(Candidate{}));
     /// By group, index of ripple and of attenuation.
-    using Key = std::tuple<decltype(GroupOf(Candidate{})), int, int>;
+    using Key = std::tuple<Group, int, int>;
     PrototypeStore Prototypes{};
     std::map<Key, Remembered> Places{};
+    /// Ripple and attenuation beside the raster, and the limits that they were found for.
+    struct RefinedPlace {
+        Candidate What{};
+        Placement At{};
+        double LargestRippleDb = 0.0;
+        double NeedDb = 0.0;
+    };
+    std::map<Group, RefinedPlace> Refined{};
+    std::map<Group, PartCounts> Parts{};
     std::vector<double> Signature{};  ///< of what must not have changed
 };
 

@@ -151,6 +151,8 @@ PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
         const bool isPass = IsPassLimit(grid.Limits()[i].Kind);
         double& least = isPass ? pass : stop;
         least = std::min(least, rows[i].Least());
+        if (grid.Limits()[i].Kind == LimitKind::AttenMax)
+            seen.At.Loss = std::max(seen.At.Loss, grid.Limits()[i].Value - rows[i].Least());
         Sides& sides = isPass ? passSides : stopSides;
         sides.Below = std::min(sides.Below, weighed(rows[i].Below, isPass));
         sides.Above = std::min(sides.Above, weighed(rows[i].Above, isPass));

@@ -21,6 +21,7 @@ struct Placement {
     double Pass = HopelessDb;    ///< smallest of the pass limits, dB
     double Stop = HopelessDb;    ///< smallest of the stop limits
     double Score = HopelessDb;   ///< what was made largest
+    double Loss = 0.0;           ///< largest attenuation in the limits of attenuation at most, dB
 };
 
 /// The frequencies of a need, from which searches start.

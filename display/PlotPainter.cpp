@@ -84,8 +84,8 @@ void ForBandLines(const TraceBands& bands, const TraceChoices& choices, PlotColo
             const PlotTraces values = bands.Line(stroke.Line);
             for (const TraceKind kind : TraceDrawOrder)
                 if (IsChosen(choices, kind))
-                    draw(ValuesOf(values, kind), kind, stroke.Dashed, halo ? haloWidth : 1.0,
-                         halo ? background : BandColour(kind));
+                    draw(ValuesOf(values, kind), kind, stroke.Dashed && !halo,
+                         halo ? haloWidth : 1.0, halo ? background : BandColour(kind));
         }
 }
 

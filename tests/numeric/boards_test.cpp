@@ -239,7 +239,6 @@ TEST(Yield, NoNeighbourOfTheChosenValuesPassesClearlyMoreOften) {
     StandardTask task;
     task.Method = StdMethod::Yield;
     task.Limits = limits;
-    task.Effort = 0.5;
     const StandardParts parts =
         ChooseStandardParts(calculation->Design, calculation->IdealElements, task);
     auto design = std::make_unique<FilterDesign>(calculation->Design);

@@ -247,12 +247,14 @@ private:
     void Search(FilterList& list) {
         const FilterDesign& base = rows.Base();
         list.Stopped = !SearchList(ListCandidates(base, request.Limits, 1, usualTraps));
-        const bool met = std::any_of(found.begin(), found.end(), [](const Found& f) {
-            return f.At.Margin > 0.0 && IsElliptic(f.Listed.What.Response);
-        });
-        if (!met && !list.Stopped)
-            list.Stopped =
-                !SearchList(ListCandidates(base, request.Limits, usualTraps + 1, mostTraps));
+        // More traps only for the families that have not met the limits.
+        std::set<ResponseType> met;
+        for (const Found& f : found)
+            if (f.At.Margin > 0.0) met.insert(f.Listed.What.Response);
+        std::vector<ListedCandidate> more =
+            ListCandidates(base, request.Limits, usualTraps + 1, mostTraps);
+        std::erase_if(more, [&](const auto& listed) { return met.contains(listed.What.Response); });
+        if (!list.Stopped) list.Stopped = !SearchList(more);
     }
 
     /// The other forms of the traps of a band: other values, the same response but for what parts

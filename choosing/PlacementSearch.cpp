@@ -30,6 +30,9 @@ constexpr int widthSteps = 9, widthStepsFromStart = 4, decidingSteps = 8;
 constexpr int goldenMore = 3;
 constexpr int centreSteps = 6, centreStepsFromStart = 4;
 constexpr double centreReach = 0.25, centreReachMost = 0.3;  ///< of the limits that it lies in
+constexpr double middlesFromDb = -4.0;  ///< a margin that two limits in balance may make good
+constexpr double middlesReach = 1.5;
+constexpr int middleSteps = 20;
 constexpr double justInside = 1.0 + 1e-7;
 constexpr double smallestRatio = 0.005, largestRatio = 1.99;  ///< BandWidth / F0
 constexpr double widestNotch = 1.9;                           ///< the same, to begin with
@@ -391,11 +394,46 @@ void PlacementSearch::TryWider(double centre) {
                 centreStepsFromStart);
 }
 
+// At the best place three limits meet as a rule: both of the pass and one stop limit, or both stop
+// limits and one of the pass. The two that belong together are balanced at the geometric mean of
+// their edges, whatever the width. Bracketing centre and width in turn can miss it where decibels
+// of a pass limit count for little beside those of the stop band.
+void PlacementSearch::TryMiddles() {
+    if (best.Margin < middlesFromDb || best.Margin > decidesToDb) return;
+    const double sign = upward ? 1.0 : -1.0;
+    const double below = upward ? bands.StopBelow : bands.InnerLow;
+    const double above = upward ? bands.StopAbove : bands.InnerHigh;
+    const double low = upward ? bands.PassLow : bands.StopLow;
+    const double high = upward ? bands.PassHigh : bands.StopHigh;
+    for (const double square : {low * high, below * above}) {
+        if (!(square > 0.0)) continue;
+        const double centre = std::sqrt(square);
+        const auto gain = [&](double x, bool& good) {
+            const Seen seen = LookAt(centre, std::exp(x));
+            good = seen.At.Margin != HopelessDb;
+            return sign * (seen.At.Pass - seen.At.Stop);
+        };
+        bool good = false, alsoGood = false;
+        const double most = middlesReach * std::max(high - low, best.BandWidth);
+        const double a = std::log((high - low) / middlesReach);
+        const double b = std::log(upward ? most : std::min(most, widestNotch * centre));
+        const double atA = gain(a, good), atB = gain(b, alsoGood);
+        if (!good || !alsoGood || !(atA < 0.0) || !(atB > 0.0)) continue;
+        Bracket bracket(a, atA, b, atB);
+        for (int step = 0; step < middleSteps && good && !bracket.Closed(); ++step) {
+            const double x = bracket.Next(), y = gain(x, good);
+            if (std::abs(y) < closeEnough) break;
+            bracket.Take(x, y);
+        }
+    }
+}
+
 Placement PlacementSearch::Find(const Candidate& candidate, const Placement* start) {
     best = {};
-    if (band)
+    if (band) {
         FindBand(candidate, start);
-    else
+        TryMiddles();
+    } else
         FindCorner(candidate, start);
     return best;
 }

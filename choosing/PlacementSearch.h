@@ -72,6 +72,7 @@ private:
     bool BracketWidth(double low, double high, double& centre, int steps);
     /// Parts that lose let through more as the band widens, which may be worth the flatter edges.
     void TryWider(double centre);
+    void TryMiddles();
 
     LadderMaker& maker;
     LimitGrid& grid;

@@ -38,6 +38,10 @@ constexpr double farthestExchange = 0.25;  // of ln value, from nominal: no part
 
 }  // namespace
 
+void KeepBetter(BoardSolution& best, BoardSolution other) {
+    if (other.State.Cost() < best.State.Cost()) best = std::move(other);
+}
+
 bool IsNarrow(const DesignState& design) {
     return HasBandWidth(design.PassType) && design.BandWidth < narrowBand * design.F0;
 }
@@ -56,6 +60,16 @@ BoardState BoardSearch::Screened() const {
     return state;
 }
 
+BoardState BoardSearch::Screened(std::vector<double> start) const {
+    const BoardData few = Thinned(data, screenPoints);
+    return BoardFit(model, few).Improved({std::move(start)}, {false, 0.0, screenSteps, 1e-2});
+}
+
+BoardState BoardSearch::Settled(BoardState state) const {
+    const BoardData few = Thinned(data, glancePoints);
+    return BoardFit(model, few).Improved(std::move(state), heldStage);
+}
+
 BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
     BoardState state{std::move(start)};
     if (smoothed || IsNarrow(design)) {
@@ -67,16 +81,20 @@ BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
             state = fit.Improved(std::move(state), stage);
         }
     }
-    const BoardData few = Thinned(data, glancePoints);
-    return BoardFit(model, few).Improved(std::move(state), heldStage);
+    return Settled(std::move(state));
 }
 
-BoardSolution BoardSearch::Finished(const BoardState& glance) const {
+BoardState BoardSearch::Roughed(const BoardState& glance) const {
+    const BoardData few = Thinned(data, glancePoints);
+    return BoardFit(model, few).Improved(glance, roughStage);
+}
+
+BoardSolution BoardSearch::Finished(const BoardState& rough) const {
     const BoardFit fit(model, data);
     const auto excess = [&](const BoardState& state) {
         return std::sqrt(state.Misfit / fit.Count());
     };
-    BoardSolution solution{fit.Improved(glance, roughStage)};
+    BoardSolution solution{fit.At(rough.X)};
     if (excess(solution.State) < hopeless)
         solution.State = fit.Improved(std::move(solution.State), freeStage);
     solution.Excess = excess(solution.State);
@@ -187,15 +205,14 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
     return starts;
 }
 
-/// Finds solutions beside the best that explain the data as well. What a glance shows to be far
-/// from that is not fitted to the end.
+/// What a glance shows to be far from explaining the data is not fitted to the end.
 void BoardSearch::AddEquals(BoardSolution& solution) const {
     std::vector<std::vector<double>> starts = Exchanged(solution.State, true);
     const double likely = starts.empty() ? 0.0 : likelyCost * Glance(solution.State.X).Cost();
     for (const std::vector<double>& start : starts) {
         const BoardState glance = Glance(start);
         if (glance.Cost() > likely) continue;
-        BoardSolution other = Finished(glance);
+        BoardSolution other = Finished(Roughed(glance));
         if (other.State.Cost() < solution.State.Cost()) {
             std::swap(other.State, solution.State);
             solution.Excess = other.Excess;
@@ -208,21 +225,18 @@ void BoardSearch::AddEquals(BoardSolution& solution) const {
 }
 
 BoardSolution BoardSearch::Solve() const {
-    BoardSolution best = Finished(Glance(model.Means()));
-    const auto consider = [&](const BoardState& glance) {
-        BoardSolution other = Finished(glance);
-        if (other.State.Cost() < best.State.Cost()) best = std::move(other);
-    };
-    if (!Explains(best)) consider(Glance(WithoutParasitics()));
-    if (!Explains(best) && !IsNarrow(design)) consider(Glance(model.Means(), true));
-    if (!Explains(best)) {
-        consider(BestOfRandom(best.State));
-        if (!Explains(best) && IsNarrow(design))
-            for (const std::vector<double>& start : Exchanged(best.State, false))
-                if (!Explains(best)) consider(Glance(start));
-    }
-    if (Explains(best)) AddEquals(best);
+    BoardSolution best = From(model.Means());
+    if (!Explains(best)) KeepBetter(best, FromBare());
     return best;
+}
+
+void BoardSearch::SolveThoroughly(BoardSolution& best) const {
+    if (!Explains(best) && !IsNarrow(design)) KeepBetter(best, From(model.Means(), true));
+    if (Explains(best)) return;
+    KeepBetter(best, Finished(Roughed(BestOfRandom(best.State))));
+    if (!IsNarrow(design)) return;
+    for (const std::vector<double>& start : Exchanged(best.State, false))
+        if (!Explains(best)) KeepBetter(best, From(start));
 }
 
 }  // namespace ladderwise

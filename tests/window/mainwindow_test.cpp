@@ -286,8 +286,14 @@ private slots:
             "F0Box BandWidthBox BWMHzButton NumPolesBox RSBox RLBox RippleBox CalcButton "
             "IdealPartsButton PercentChangeBox StdValuesBox WorstCaseBox PlotMagBox "
             "PlotMag1dBBox PlotReturnLossBox PlotPhaseBox PlotGDBox ValueGrid";
-        for (const QString& name : wanted.split(' '))
+        const QStringList order = wanted.split(' ');
+        for (const QString& name : order)
             QVERIFY2(reached.contains(name), qPrintable(name));
+        // From box to box as they are read.
+        QStringList inOrder;
+        for (const QString& name : reached)
+            if (order.contains(name) && !inOrder.contains(name)) inOrder << name;
+        QCOMPARE(inOrder, order);
     }
 
     void TerminationsMoveTheLoadAndTheForm() {

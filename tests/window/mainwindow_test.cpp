@@ -398,6 +398,12 @@ private slots:
             const QRect cell = f.Grid->visualItemRect(f.Grid->currentItem());
             QVERIFY(f.Grid->x() + cell.right() < client->width());
         }
+        for (int column = 9; column >= 1; --column) {  // and back, beside the row headers
+            QTest::keyClick(f.Grid, Qt::Key_Left);
+            const QRect cell = f.Grid->visualItemRect(f.Grid->currentItem());
+            QVERIFY(f.Grid->x() + cell.left() >= 50);
+        }
+        QCOMPARE(bar->value(), 0);
         bar->setValue(bar->maximum());
         f.Click("CalcButton");
         QCOMPARE(f.Grid->x(), 50 - bar->maximum());

@@ -413,7 +413,11 @@ BoardExplanation Explain(const DesignState& design, const BoardData& data,
     std::vector<const Hypothesis*> same;
     for (const Tried& one : tried)
         if (one.Cost <= tried.front().Cost + alike) same.push_back(&one.What);
-    if (!AreOneFault(same)) return withoutFault();
+    if (!AreOneFault(same)) {
+        BoardExplanation open = withoutFault();
+        if (IsConvincing(tried, open)) open.Suspicion = FaultOf(design, same).Text;
+        return open;
+    }
     BoardExplanation found = std::move(tried.front().How);
     found.Fault = FaultOf(design, same);
     return found;

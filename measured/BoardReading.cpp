@@ -241,7 +241,7 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
     const BoardData data = DataOfNetwork(network, design);
     if (!CanBeRead(data, design)) return reading;
     BoardExplanation found = Explain(design, data, options.Freedom, options.Progress);
-    const bool understood = found.Holds();
+    const bool understood = found.Holds() && found.Suspicion.empty();
     if (understood) {
         LearnCalibration(found);
         const bool turned =
@@ -256,6 +256,7 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
     SetResidual(reading, residuals, found.Data);
     reading.Excess = found.Solution.Excess;
     reading.Understood = understood;
+    if (!found.Suspicion.empty()) reading.Text = SeveralFaultsText + found.Suspicion;
     if (!reading.Understood) return reading;
     reading.Fault = found.Fault;
     reading.Text = found.Fault ? found.Fault->Text : "understood";

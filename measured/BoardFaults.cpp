@@ -400,12 +400,13 @@ BoardExplanation Explain(const DesignState& design, const BoardData& data,
     const BoardSearch search(plain.Design, *plain.Model, plain.Data);
     plain.Solution = search.Solve();
     if (IsNarrow(design)) search.SolveThoroughly(plain.Solution);
+    if (plain.Holds()) search.AddEquals(plain.Solution);
+    if (plain.Holds() && LargestDeviation(plain) < implausible) return plain;
     const auto withoutFault = [&] {
         if (!IsNarrow(design)) search.SolveThoroughly(plain.Solution);
-        if (plain.Holds()) search.AddEquals(plain.Solution);
+        if (plain.Holds() && plain.Solution.Equals.empty()) search.AddEquals(plain.Solution);
         return std::move(plain);
     };
-    if (plain.Holds() && LargestDeviation(plain) < implausible) return withoutFault();
     std::vector<Tried> tried = Trial(plain, progress).Run(freedom);
     if (!IsConvincing(tried, plain)) return withoutFault();
     RetryFrom(tried, plain);

@@ -25,7 +25,7 @@ constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
 constexpr int screenSteps = 5;
 
 constexpr int randomStarts = 400;
-constexpr std::size_t fittedStarts = 24, finishedStarts = 8;
+constexpr std::size_t fittedStarts = 24, heldStarts = 8, finishedStarts = 4;
 constexpr BoardStage briefStage{false, 0.0, 6, 1e-3};
 constexpr std::size_t randomPoints = 100;
 constexpr double tuningSpread = 0.05;    // of a random start, in ln of sqrt(L C)
@@ -110,8 +110,8 @@ std::vector<double> BoardSearch::WithoutParasitics() const {
     return x;
 }
 
-/// Random values about the nominal ones, the best of which are fitted; the best of those.
-BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
+/// Random values about the nominal ones, the best of which are fitted; those in their order.
+std::vector<BoardState> BoardSearch::BestOfRandom(const BoardState& best) const {
     const BoardData few = Thinned(data, randomPoints);
     const BoardFit fit(model, few);
     std::mt19937 random(startSeed);
@@ -145,8 +145,9 @@ BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
             start = fit.Improved(std::move(start), stage);
     };
     fitBest(fittedStarts, briefStage);
-    fitBest(finishedStarts, heldStage);
-    return *std::min_element(starts.begin(), starts.end(), cheaper);
+    fitBest(heldStarts, heldStage);
+    std::sort(starts.begin(), starts.end(), cheaper);
+    return starts;
 }
 
 /// The state with the values of two slots of one type exchanged, for all such pairs; with
@@ -233,7 +234,10 @@ BoardSolution BoardSearch::Solve() const {
 void BoardSearch::SolveThoroughly(BoardSolution& best) const {
     if (!Explains(best) && !IsNarrow(design)) KeepBetter(best, From(model.Means(), true));
     if (Explains(best)) return;
-    KeepBetter(best, Finished(Roughed(BestOfRandom(best.State))));
+    const std::vector<BoardState> random = BestOfRandom(best.State);
+    const std::size_t tried = IsNarrow(design) ? finishedStarts : 1;
+    for (std::size_t i = 0; i < tried && !Explains(best); ++i)
+        KeepBetter(best, Finished(Roughed(random[i])));
     if (!IsNarrow(design)) return;
     for (const std::vector<double>& start : Exchanged(best.State, false))
         if (!Explains(best)) KeepBetter(best, From(start));

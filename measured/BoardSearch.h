@@ -68,7 +68,7 @@ public:
 
 private:
     std::vector<double> WithoutParasitics() const;
-    BoardState BestOfRandom(const BoardState& best) const;
+    std::vector<BoardState> BestOfRandom(const BoardState& best) const;
     std::vector<std::vector<double>> Exchanged(const BoardState& state, bool commuting) const;
 
     const DesignState& design;

@@ -245,7 +245,10 @@ private slots:
         auto* const help = f.Find<HelpWindow>("HelpWindow");
         f.Trigger("HelpWindowMenu");
         QVERIFY(help->isVisible());
-        help->close();
+        QTest::keyClick(help, Qt::Key_A);
+        QVERIFY(help->isVisible());
+        QTest::keyClick(help, Qt::Key_Escape);
+        QVERIFY(!help->isVisible());
         f.Trigger("PartDefinitionsMenu");
         f.Click("PartHelpButton");
         QVERIFY(help->isVisible());

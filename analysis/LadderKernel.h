@@ -76,6 +76,10 @@ struct KernelFunctions {
                        double largeAbove, double* smallest, double* largest);
     /// low[i] = min(low[i], |H|^2), high[i] = max(high[i], |H|^2); NaN changes nothing.
     void (*Extremes)(const double* re, const double* im, int count, double* low, double* high);
+    /// Of a least-squares fit: sums[j * width + k] += sum over r of rows[r * width + j] *
+    /// rows[r * width + k] for j <= k < width, j < width - 1; what lies left of the diagonal is
+    /// not touched.
+    void (*AddProducts)(const double* rows, int count, int width, double* sums);
 };
 
 namespace kernel_baseline {

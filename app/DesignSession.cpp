@@ -267,8 +267,7 @@ void DesignSession::Recalculate(const std::function<bool()>& amend) {
     views.Client->Grid()->ForgetRejected();
     // What amends a design was made for its final values.
     const QScopedValueRollback<bool> whole(choosesAtOnce, choosesAtOnce || amend);
-    Document.Prepare(report);
-    if (amend && amend()) Document.AnalyseEdits(report);
+    Document.Prepare(report, amend);
     ShowInputs();
     Draw(Waiting::Traces);
 }

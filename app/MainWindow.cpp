@@ -78,11 +78,13 @@ void MainWindow::Build() {
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
     measured = std::make_unique<MeasuredCommands>(session, *files, report);
     limits = std::make_unique<LimitCommands>(session, *files, report);
+    BoardActions board = session.ActionsOfBoard();
+    board.Add = measured->Actions().Add;
     windows = std::make_unique<SecondaryWindows>(
         session.Document.Work.Inputs, document.Work.Design, session.Actions(),
         session.ActionsOfNorton(), measured->Actions(), limits->Actions(),
         [this](const std::vector<ShareRow>& rows) { client->ShowShares(rows); },
-        session.ActionsOfChoices(), session.ActionsOfBoard(), this);
+        session.ActionsOfChoices(), board, this);
     recovery = std::make_unique<Recovery>(session.Document);
     filter = std::make_unique<InputFilter>(this, *client->Grid(), *windows);
     commands = std::make_unique<MenuCommands>(session, *files, *windows, *client, report, this);

@@ -68,7 +68,7 @@ bool AllZero(const std::vector<SParameters>& list, Complex SParameters::*which) 
 
 }  // namespace
 
-BoardData DataOfNetwork(const NetworkData& network, const DesignState& design) {
+BoardData DataOfNetwork(const NetworkData& network, const DesignState& design, std::size_t most) {
     BoardData data;
     const bool two = network.Ports == 2;
     const bool forward = two && !AllZero(network.S, &SParameters::S21);
@@ -85,8 +85,7 @@ BoardData DataOfNetwork(const NetworkData& network, const DesignState& design) {
     }
     for (std::size_t p = 0; p < NumBoardParameters; ++p)
         if (data.IsThere[p]) data.Noise[p] = NoiseOf(data, p);
-    return data.Hz.size() > MostBoardPoints ? Chosen(data, ByMovement(data, MostBoardPoints))
-                                            : data;
+    return data.Hz.size() > most ? Chosen(data, ByMovement(data, most)) : data;
 }
 
 BoardData Thinned(const BoardData& data, std::size_t count) {

@@ -1,4 +1,4 @@
-// A measured network as the fit of a board takes it: a few hundred points that tell most, and the
+// A measured network as the fit of a board takes it: the points that tell most, and the
 // noise of each parameter. No Qt.
 #pragma once
 
@@ -10,7 +10,8 @@
 
 namespace ladderwise {
 
-inline constexpr std::size_t MostBoardPoints = 400;
+inline constexpr std::size_t MostBoardPoints = 400;   ///< while it is searched
+inline constexpr std::size_t MostFinalPoints = 1600;  ///< for the last steps, from what was found
 inline constexpr int LeastBoardPoints = 12;
 
 /// The three parameters of a reciprocal network, in the order of BoardPoint.
@@ -35,14 +36,15 @@ struct BoardData {
     }
 };
 
-/// At most MostBoardPoints of a network, close where its parameters change fast (which they do with
+/// At most so many points of a network, close where its parameters change fast (which they do with
 /// the group delay). S21 is the mean of S21 and S12 where both were measured; S22, and S21 of a
 /// file that has zeros for it, are not there. One port is terminated by the design's load.
 ///
 /// The noise is that of the third differences over the file's points, whose mean square is 20 times
 /// that of white noise and which a smooth trace hardly has; their median leaves out the places
 /// where it has.
-BoardData DataOfNetwork(const NetworkData& network, const DesignState& design);
+BoardData DataOfNetwork(const NetworkData& network, const DesignState& design,
+                        std::size_t most = MostBoardPoints);
 
 /// Every so many points, `count` or fewer.
 BoardData Thinned(const BoardData& data, std::size_t count);

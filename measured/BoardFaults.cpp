@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include "design/Designators.h"
@@ -12,13 +13,14 @@ namespace ladderwise {
 
 namespace {
 
-// Of the hypotheses so many are looked at closer, and so many of those fitted to the end.
-constexpr std::size_t glanced = 14, likeliest = 6;
+// Of the hypotheses so many are looked at closer, fitted roughly, and fitted to the end.
+constexpr std::size_t glanced = 14, roughed = 8, likeliest = 6;
+constexpr double unlikelyCost = 9.0;  // beside that of the best, of rough fits
 constexpr double largestPull = 40.0;  // of an explanation: more than chance has in store
 constexpr double implausible = 0.3;   // of ln value: no tolerance
 constexpr double convincing = 20.0;   // squares of the noise: how much likelier a fault must be
 constexpr double alike = 9.0;         // and within how much two faults are the same
-constexpr std::size_t retries = 1;
+constexpr std::size_t retries = 1, triedAgain = 3;
 constexpr double differs = 0.05;  // of ln value: parts that are worth swapping
 
 struct Hypothesis {
@@ -140,11 +142,13 @@ std::optional<int> SlotOf(const std::vector<const Hypothesis*>& same) {
     return {};
 }
 
-/// True if the hypotheses are names of one fault: of one kind, all about one slot, whose parts a
-/// narrow look cannot tell apart, or a swap and the ports. Where others explain the data as well,
-/// none of them is known to be true.
+/// True if the hypotheses are names of one fault: of one part, whatever is wrong with it, or of one
+/// kind, all about one slot, whose parts a narrow look cannot tell apart, or a swap and the ports.
+/// Where others explain the data as well, none of them is known to be true.
 bool AreOneFault(const std::vector<const Hypothesis*>& same) {
-    if (same.size() == 1) return true;
+    const std::vector<PartPlace>& first = same.front()->Places;
+    const auto isFirst = [&](const Hypothesis* what) { return what->Places == first; };
+    if (std::all_of(same.begin(), same.end(), isFirst)) return true;
     const auto count = [&](FaultKind kind) {
         return static_cast<std::size_t>(std::count_if(
             same.begin(), same.end(), [&](const Hypothesis* what) { return what->Kind == kind; }));
@@ -236,46 +240,134 @@ void KeepCheapest(std::vector<Tried>& tried, std::size_t count) {
     tried.resize(std::min(tried.size(), count));
 }
 
-/// The likeliest hypotheses, the best first, fitted to the end.
-std::vector<Tried> TryAll(const DesignState& design, const BoardData& data,
-                          const BoardFreedom& freedom,
-                          const std::function<void(double)>& progress) {
-    std::vector<Tried> tried;
-    const std::vector<Hypothesis> list = HypothesesFor(design);
-    const double whole = static_cast<double>(list.size() + glanced + likeliest);
-    double done = 0.0;
-    const auto tell = [&] {
-        if (progress) progress(std::min(1.0, ++done / whole));
-    };
-    for (const Hypothesis& what : list) {
-        Tried one{what, Under(design, data, freedom, &what), {}, 0.0};
-        one.Glance = BoardSearch(one.How.Design, *one.How.Model, one.How.Data).Screened();
-        one.Cost = one.Glance.Cost();
-        tried.push_back(std::move(one));
-        tell();
-    }
-    KeepCheapest(tried, glanced);
-    for (Tried& one : tried) {
-        const BoardSearch search(one.How.Design, *one.How.Model, one.How.Data);
-        one.Glance = search.Glance(IsNarrow(design) ? one.How.Model->Means() : one.Glance.X);
-        one.Cost = one.Glance.Cost();
-        tell();
-    }
-    KeepCheapest(tried, likeliest);
-    for (Tried& one : tried) {
-        const BoardSearch search(one.How.Design, *one.How.Model, one.How.Data);
-        one.How.Solution = search.Finished(one.Glance);
-        one.Cost = one.How.Solution.State.Cost();
-        tell();
-    }
-    std::sort(tried.begin(), tried.end(), Cheaper);
-    return tried;
+/// True if a hypothesis explains the data, and without much that nobody expects.
+bool IsLikely(const Tried& one) {
+    return one.How.Holds() && one.How.Solution.State.Pull <= largestPull;
 }
 
+/// A start for a hypothesis from where the design without a fault came to: all unknowns that both
+/// have, but values that are beyond any tolerance.
+std::vector<double> StartFrom(const BoardExplanation& plain, const BoardModel& model) {
+    std::vector<double> x = model.Means();
+    const std::vector<BoardUnknown>& from = plain.Model->Unknowns();
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        const BoardUnknown& own = model.Unknowns()[i];
+        const auto same = std::find_if(from.begin(), from.end(), [&](const BoardUnknown& other) {
+            return other.Kind == own.Kind && other.Slot == own.Slot && other.Row == own.Row &&
+                   other.Mean == own.Mean && other.Free == own.Free;
+        });
+        if (same == from.end()) continue;
+        const auto index = static_cast<int>(same - from.begin());
+        double off = plain.Solution.State.X[static_cast<std::size_t>(index)];
+        if (own.Kind == BoardUnknownKind::Value) {
+            off += std::log(plain.Model->Nominal(index) / model.Nominal(static_cast<int>(i)));
+            if (std::fabs(off) > implausible) off = 0.0;
+        }
+        x[i] = off;
+    }
+    return x;
+}
+
+/// What has been tried, ever fewer hypotheses ever closer.
+class Trial {
+public:
+    Trial(const BoardExplanation& explained, const std::function<void(double)>& told)
+        : plain(explained), progress(told) {}
+
+    /// The likeliest hypotheses, the best first, fitted to the end.
+    std::vector<Tried> Run(const BoardFreedom& freedom) {
+        const std::vector<Hypothesis> list = HypothesesFor(plain.Design);
+        whole = static_cast<double>(list.size() + glanced + roughed + likeliest);
+        for (const Hypothesis& what : list)
+            tried.push_back({what, Under(plain.Design, plain.Data, freedom, &what), {}, 0.0});
+        const bool narrow = IsNarrow(plain.Design);
+        Each([&](Tried& one, const BoardSearch& search) {
+            one.Glance = search.Screened();
+            if (narrow) Consider(one, search.Screened(StartFrom(plain, *one.How.Model)));
+        });
+        KeepCheapest(tried, glanced);
+        Each([&](Tried& one, const BoardSearch& search) {
+            const BoardState screened = one.Glance;
+            one.Glance = narrow ? search.Glance(one.How.Model->Means()) : search.Settled(screened);
+            if (narrow) Consider(one, search.Settled(screened));
+        });
+        KeepCheapest(tried, roughed);
+        Each(
+            [](Tried& one, const BoardSearch& search) { one.Glance = search.Roughed(one.Glance); });
+        KeepCheapest(tried, likeliest);
+        while (tried.size() > 1 && tried.back().Cost > unlikelyCost * tried.front().Cost)
+            tried.pop_back();
+        Each([](Tried& one, const BoardSearch& search) {
+            one.How.Solution = search.Finished(one.Glance);
+            one.Glance = one.How.Solution.State;
+        });
+        if (!IsLikely(tried.front())) TryAgain();
+        if (IsLikely(tried.front())) TryNeighbours(list, freedom);
+        return std::move(tried);
+    }
+
+private:
+    template <class Improve>
+    void Each(Improve improve) {
+        for (Tried& one : tried) {
+            improve(one, BoardSearch(one.How.Design, *one.How.Model, one.How.Data));
+            one.Cost = one.Glance.Cost();
+            if (progress) progress(std::min(1.0, ++done / whole));
+        }
+        std::sort(tried.begin(), tried.end(), Cheaper);
+    }
+    static void Consider(Tried& one, BoardState other) {
+        if (other.Cost() < one.Glance.Cost()) one.Glance = std::move(other);
+    }
+    /// The best few from other starts: none of them need be where it belongs.
+    void TryAgain() {
+        for (std::size_t k = 0; k < std::min(triedAgain, tried.size()); ++k) {
+            Tried& one = tried[k];
+            const BoardSearch search(one.How.Design, *one.How.Model, one.How.Data);
+            if (!IsNarrow(plain.Design))
+                KeepBetter(one.How.Solution, search.From(one.How.Model->Means(), true));
+            if (!IsLikely(one)) KeepBetter(one.How.Solution, search.FromBare());
+            one.Cost = one.How.Solution.State.Cost();
+        }
+        std::sort(tried.begin(), tried.end(), Cheaper);
+    }
+
+    /// What else could be wrong about the slot of the best, from where that came to: with many
+    /// points, since a part of ten times its value is nearly a short.
+    void TryNeighbours(const std::vector<Hypothesis>& list, const BoardFreedom& freedom) {
+        const Hypothesis best = tried.front().What;
+        std::vector<Tried> more;
+        for (const Hypothesis& what : list) {
+            const auto isTried = [&](const Tried& one) {
+                return one.What.Kind == what.Kind && one.What.Places == what.Places;
+            };
+            if (!SlotOf({&best, &what}) || std::any_of(tried.begin(), tried.end(), isTried))
+                continue;
+            Tried one{what, Under(plain.Design, plain.Data, freedom, &what), {}, 0.0};
+            const BoardSearch search(one.How.Design, *one.How.Model, one.How.Data);
+            one.Glance = search.Settled({StartFrom(tried.front().How, *one.How.Model)});
+            if (one.Glance.Cost() > unlikelyCost * tried.front().Cost) continue;
+            one.How.Solution = search.Finished(search.Roughed(one.Glance));
+            one.Cost = one.How.Solution.State.Cost();
+            more.push_back(std::move(one));
+        }
+        std::move(more.begin(), more.end(), std::back_inserter(tried));
+        std::sort(tried.begin(), tried.end(), Cheaper);
+    }
+
+    const BoardExplanation& plain;
+    const std::function<void(double)>& progress;
+    std::vector<Tried> tried;
+    double whole = 1.0, done = 0.0;
+};
+
 /// The design without a fault once more, from the values that its hypotheses led to where those are
-/// within any tolerance: what explains the data as well without a fault is none.
+/// within any tolerance, and from smoothed data, which a narrow band has been tried from: what
+/// explains the data as well without a fault is none.
 void RetryFrom(const std::vector<Tried>& tried, BoardExplanation& plain) {
     const BoardSearch search(plain.Design, *plain.Model, plain.Data);
+    if (!plain.Holds() && !IsNarrow(plain.Design))
+        KeepBetter(plain.Solution, search.From(plain.Model->Means(), true));
     for (std::size_t k = 0; k < std::min(retries, tried.size()); ++k) {
         const BoardExplanation& how = tried[k].How;
         std::vector<double> x = plain.Model->Means();
@@ -288,9 +380,16 @@ void RetryFrom(const std::vector<Tried>& tried, BoardExplanation& plain) {
                 how.Solution.State.X[static_cast<std::size_t>(there)];
             if (std::fabs(off) < implausible) x[i] = off;
         }
-        BoardSolution again = search.Finished(search.Glance(x));
-        if (again.State.Cost() < plain.Solution.State.Cost()) plain.Solution = std::move(again);
+        KeepBetter(plain.Solution, search.From(std::move(x)));
     }
+}
+
+/// True if the best of the hypotheses explains the data, and so much better than the design
+/// without a fault that it must be true.
+bool IsConvincing(const std::vector<Tried>& tried, const BoardExplanation& plain) {
+    if (tried.empty()) return false;
+    return IsLikely(tried.front()) &&
+           (!plain.Holds() || tried.front().Cost + convincing < plain.Solution.State.Cost());
 }
 
 }  // namespace
@@ -298,21 +397,28 @@ void RetryFrom(const std::vector<Tried>& tried, BoardExplanation& plain) {
 BoardExplanation Explain(const DesignState& design, const BoardData& data,
                          const BoardFreedom& freedom, const std::function<void(double)>& progress) {
     BoardExplanation plain = Under(design, data, freedom, nullptr);
-    plain.Solution = BoardSearch(plain.Design, *plain.Model, plain.Data).Solve();
-    const bool holds = plain.Holds();
-    if (holds && LargestDeviation(plain) < implausible) return plain;
-    std::vector<Tried> tried = TryAll(design, data, freedom, progress);
-    if (tried.empty() || !tried.front().How.Holds() ||
-        tried.front().How.Solution.State.Pull > largestPull)
-        return plain;
-    const double best = tried.front().Cost;
-    if (holds && best + convincing > plain.Solution.State.Cost()) return plain;
+    const BoardSearch search(plain.Design, *plain.Model, plain.Data);
+    plain.Solution = search.Solve();
+    if (IsNarrow(design)) search.SolveThoroughly(plain.Solution);
+    if (plain.Holds()) search.AddEquals(plain.Solution);
+    if (plain.Holds() && LargestDeviation(plain) < implausible) return plain;
+    const auto withoutFault = [&] {
+        if (!IsNarrow(design)) search.SolveThoroughly(plain.Solution);
+        if (plain.Holds() && plain.Solution.Equals.empty()) search.AddEquals(plain.Solution);
+        return std::move(plain);
+    };
+    std::vector<Tried> tried = Trial(plain, progress).Run(freedom);
+    if (!IsConvincing(tried, plain)) return withoutFault();
     RetryFrom(tried, plain);
-    if (plain.Holds() && best + convincing > plain.Solution.State.Cost()) return plain;
+    if (!IsConvincing(tried, plain)) return withoutFault();
     std::vector<const Hypothesis*> same;
     for (const Tried& one : tried)
-        if (one.Cost <= best + alike) same.push_back(&one.What);
-    if (!AreOneFault(same)) return plain;
+        if (one.Cost <= tried.front().Cost + alike) same.push_back(&one.What);
+    if (!AreOneFault(same)) {
+        BoardExplanation open = withoutFault();
+        if (IsConvincing(tried, open)) open.Suspicion = FaultOf(design, same).Text;
+        return open;
+    }
     BoardExplanation found = std::move(tried.front().How);
     found.Fault = FaultOf(design, same);
     return found;

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "measured/BoardReading.h"
 
@@ -16,6 +17,8 @@ struct BoardExplanation {
     BoardData Data{};
     BoardSolution Solution{};
     std::optional<BoardFault> Fault{};
+    /// Faults of several kinds, each of which explains the data far better than none: in words.
+    std::string Suspicion{};
 
     bool Holds() const { return Explains(Solution); }
 };

@@ -13,6 +13,8 @@
 #include <limits>
 #include <utility>
 
+#include "analysis/LadderKernel.h"
+
 namespace ladderwise {
 
 namespace {
@@ -23,6 +25,7 @@ constexpr double firstDamping = 1e-2;
 constexpr double leastDamping = 1e-9;
 constexpr double easedBy = 0.15;
 constexpr double tightenedBy = 6.0;
+constexpr double hardlyDamped = 1e-3;
 constexpr int mostTries = 9;           // of one step
 constexpr double leastGain = 0.01;     // of the cost, in squares of the noise
 constexpr double barelyPulled = 1e-8;  // in place of the pull of a part, so that A has an inverse
@@ -97,8 +100,7 @@ struct BoardFit::Normal {
 };
 
 double BoardFit::Count() const {
-    const auto parameters = std::count(data.IsThere.begin(), data.IsThere.end(), true);
-    return 2.0 * static_cast<double>(parameters) * static_cast<double>(data.Hz.size());
+    return 2.0 * static_cast<double>(Measured().size() * data.Hz.size());
 }
 
 std::vector<std::array<Complex, NumBoardParameters>> BoardFit::Residuals(
@@ -125,24 +127,37 @@ std::vector<int> BoardFit::Columns(const BoardStage& stage) const {
     return columns;
 }
 
-/// Rows of derivatives and residual: of each parameter all real parts, then all imaginary ones.
+/// The parameters that were measured.
+std::vector<std::size_t> BoardFit::Measured() const {
+    std::vector<std::size_t> list;
+    for (std::size_t p = 0; p < NumBoardParameters; ++p)
+        if (data.IsThere[p]) list.push_back(p);
+    return list;
+}
+
+/// Rows of derivatives and residual: of each measured parameter all real parts, then all imaginary
+/// ones.
 std::vector<double> BoardFit::RowsAt(const std::vector<double>& x,
                                      const std::vector<int>& columns) const {
     const std::size_t width = columns.size() + 1, points = data.Hz.size();
-    std::vector<double> rows(2 * NumBoardParameters * points * width, 0.0);
+    const std::vector<std::size_t> measured = Measured();
+    std::vector<double> rows(2 * measured.size() * points * width);
     BoardSlopes slopes;
+    slopes.Wanted.assign(x.size(), 0);
+    for (const int column : columns)
+        slopes.Wanted[static_cast<std::size_t>(column)] = 1;
     for (std::size_t i = 0; i < points; ++i) {
         const auto seen =
             data.InOrder(model.At(x, data.Hz[i], columns.empty() ? nullptr : &slopes));
-        for (std::size_t p = 0; p < NumBoardParameters; ++p) {
-            if (!data.IsThere[p]) continue;
+        for (std::size_t m = 0; m < measured.size(); ++m) {
+            const std::size_t p = measured[m];
             const std::size_t which = data.Turned ? NumBoardParameters - 1 - p : p;
             const std::vector<Complex>& list = which == 0   ? slopes.S11
                                                : which == 1 ? slopes.S21
                                                             : slopes.S22;
             const double weight = 1.0 / data.Noise[p];
-            double* const re = &rows[(2 * p * points + i) * width];
-            double* const im = &rows[((2 * p + 1) * points + i) * width];
+            double* const re = &rows[(2 * m * points + i) * width];
+            double* const im = &rows[((2 * m + 1) * points + i) * width];
             for (std::size_t k = 0; k < columns.size(); ++k) {
                 const auto column = static_cast<std::size_t>(columns[k]);
                 const double scale = weight * model.Unknowns()[column].Spread;
@@ -181,8 +196,7 @@ std::vector<double> BoardFit::Smoothed(const std::vector<double>& rows, std::siz
                                        const std::vector<double>& smoother) const {
     const std::size_t n = data.Hz.size();
     std::vector<double> out(rows.size(), 0.0);
-    for (std::size_t block = 0; block < 2 * NumBoardParameters; ++block) {
-        if (!data.IsThere[block / 2]) continue;
+    for (std::size_t block = 0; block < rows.size() / (n * width); ++block) {
         for (std::size_t i = 0; i < n; ++i) {
             double* const to = &out[(block * n + i) * width];
             for (std::size_t j = 0; j < n; ++j) {
@@ -202,19 +216,9 @@ BoardFit::Normal BoardFit::NormalAt(const std::vector<double>& x, const std::vec
     std::vector<double> rows = RowsAt(x, columns);
     if (!smoother.empty()) rows = Smoothed(rows, width, smoother);
     std::vector<double> sums(width * width, 0.0);
-    constexpr std::size_t together = 4;  // rows in one pass over the sums
-    const std::size_t count = rows.size() / width;
-    rows.resize((count + together) * width, 0.0);
-    for (std::size_t row = 0; row < count; row += together) {
-        const double* const a = &rows[row * width];
-        for (std::size_t j = 0; j < n; ++j) {
-            const double r0 = a[j], r1 = a[width + j], r2 = a[2 * width + j], r3 = a[3 * width + j];
-            double* const sum = &sums[j * width];
-            for (std::size_t k = j; k < width; ++k)
-                sum[k] +=
-                    r0 * a[k] + r1 * a[width + k] + r2 * a[2 * width + k] + r3 * a[3 * width + k];
-        }
-    }
+    ReadyKernel(KernelChoice::Automatic)
+        .AddProducts(rows.data(), static_cast<int>(rows.size() / width), static_cast<int>(width),
+                     sums.data());
     Normal normal{n, std::vector<double>(n * n), std::vector<double>(n), {}};
     std::vector<std::size_t> columnOf(model.Unknowns().size(), n);
     for (std::size_t j = 0; j < n; ++j) {
@@ -310,7 +314,10 @@ BoardState BoardFit::Improved(BoardState state, const BoardStage& stage) const {
         const double before = state.Cost();
         Normal normal = NormalAt(state.X, columns, smoother);
         if (!Step(state, normal, columns, smoother, damping)) break;
-        idle = before - state.Cost() < stage.Enough * before + leastGain ? idle + 1 : 0;
+        if (before - state.Cost() >= stage.Enough * before + leastGain)
+            idle = 0;
+        else  // a step that was hardly damped has nothing behind it
+            idle += damping < hardlyDamped ? 2 : 1;
     }
     return smoother.empty() ? state : Judged(std::move(state.X), {});
 }

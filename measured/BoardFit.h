@@ -47,6 +47,7 @@ public:
 
 private:
     struct Normal;  ///< the normal equations
+    std::vector<std::size_t> Measured() const;
     std::vector<int> Columns(const BoardStage& stage) const;
     Normal NormalAt(const std::vector<double>& x, const std::vector<int>& columns,
                     const std::vector<double>& smoother) const;

@@ -399,8 +399,8 @@ void BoardModel::Travel(Scratch& scratch) const {
             I2[k + 1] -= Times(scratch.Arm[k], V2[k]);
         }
     }
-    scratch.Scale = {2.0 * std::sqrt(ports.Source) / (V1[0] + ports.Source * I1[0]),
-                     2.0 * std::sqrt(ports.Load) / (V2[count] - ports.Load * I2[count])};
+    scratch.Scale = {2.0 * std::sqrt(ports.Source) * Inverse(V1[0] + ports.Source * I1[0]),
+                     2.0 * std::sqrt(ports.Load) * Inverse(V2[count] - ports.Load * I2[count])};
 }
 
 BoardPoint BoardModel::At(std::span<const double> x, double f, BoardSlopes* slopes,
@@ -410,14 +410,25 @@ BoardPoint BoardModel::At(std::span<const double> x, double f, BoardSlopes* slop
     Travel(scratch);
     const Complex V1 = scratch.V[0].front(), I1 = ports.Source * scratch.I[0].front();
     const Complex V2 = scratch.V[1].back(), I2 = ports.Load * scratch.I[1].back();
-    const BoardPoint point{(V1 - I1) / (V1 + I1), scratch.Scale[0] * std::sqrt(ports.Load),
-                           (V2 + I2) / (V2 - I2)};
+    const BoardPoint point{Times(V1 - I1, Inverse(V1 + I1)),
+                           scratch.Scale[0] * std::sqrt(ports.Load),
+                           Times(V2 + I2, Inverse(V2 - I2))};
     if (slopes) {
         for (std::vector<Complex>* const list : {&slopes->S11, &slopes->S21, &slopes->S22})
             list->assign(unknowns.size(), 0.0);
+        if (!bare)  // the waves behind the cables
+            for (const std::size_t port : {0u, 1u})
+                scratch.Scale[port] = Times(
+                    scratch.Scale[port],
+                    std::polar(1.0, -TwoPi * f * x[static_cast<std::size_t>(firstOfPorts) + port]));
         AddSlopes(scratch, x, f, *slopes);
     }
     return bare ? point : Seen(point, x, f, slopes);
+}
+
+bool BoardModel::IsWanted(const BoardSlopes& slopes, int unknown) const {
+    const auto i = static_cast<std::size_t>(unknown);
+    return slopes.Wanted.empty() ? unknowns[i].Free : slopes.Wanted[i] != 0;
 }
 
 /// Adds the derivatives of all sections.
@@ -427,6 +438,7 @@ void BoardModel::AddSlopes(const Scratch& scratch, std::span<const double> x, do
     const auto half = [](Complex a) { return 0.5 * a; };
     for (std::size_t k = 0; k < sections.size(); ++k) {
         if (sections[k].Arm == ElementArm::None) {
+            if (!IsWanted(slopes, sections[k].Extra)) continue;
             const Complex v1 = Times(scratch.V[0][k], scratch.Scale[0]);
             const Complex v2 = Times(scratch.V[1][k], scratch.Scale[1]);
             const Complex minusS(0.0, -w);
@@ -469,7 +481,7 @@ void BoardModel::AddArmSlopes(const Section& section, std::size_t index, const S
     const Complex s11 = 0.5 * Times(arm[0], arm[0]), s21 = 0.5 * Times(arm[0], arm[1]),
                   s22 = 0.5 * Times(arm[1], arm[1]);
     const auto add = [&](int unknown, Complex dZ) {
-        if (unknowns[static_cast<std::size_t>(unknown)].Free)
+        if (IsWanted(slopes, unknown))
             AddSlope(unknown, {Times(s11, dZ), Times(s21, dZ), Times(s22, dZ)}, slopes);
     };
     if (section.Extra >= 0) add(section.Extra, Complex(0.0, w));
@@ -538,11 +550,6 @@ BoardPoint BoardModel::Seen(const BoardPoint& point, std::span<const double> x, 
     };
     const Complex match1 = error(Match1), match2 = error(Match2);
     if (slopes) {
-        for (std::size_t i = 0; i < delay; ++i) {
-            slopes->S11[i] = Times(slopes->S11[i], Times(one, one));
-            slopes->S21[i] = Times(slopes->S21[i], Times(one, two));
-            slopes->S22[i] = Times(slopes->S22[i], Times(two, two));
-        }
         const Complex turn(0.0, -w);
         slopes->S11[delay] = 2.0 * turn * S11;
         slopes->S22[delay + 1] = 2.0 * turn * S22;

@@ -64,6 +64,7 @@ struct BoardPoint {
 /// Derivatives of a point by each unknown, in their order.
 struct BoardSlopes {
     std::vector<Complex> S11, S21, S22;
+    std::vector<char> Wanted{};  ///< whose are asked for; empty: those of all free unknowns
 };
 
 /// What an analyser's errors are expected to be before anything is known of it: -51 dB.
@@ -80,7 +81,8 @@ public:
     std::vector<double> Means() const;
 
     /// The board at f (Hz, above 0) with the unknowns x. `slopes`, if asked for, are those of free
-    /// unknowns, and 0 for the others. With `bare` there are no cables and no analyser's errors.
+    /// unknowns that are wanted, and 0 for others that are held. With `bare` there are no cables
+    /// and no analyser's errors.
     BoardPoint At(std::span<const double> x, double f, BoardSlopes* slopes = nullptr,
                   bool bare = false) const;
 
@@ -143,6 +145,7 @@ private:
                          Scratch& scratch) const;
     void SetSections(std::span<const double> x, double f, Scratch& scratch) const;
     void Travel(Scratch& scratch) const;
+    bool IsWanted(const BoardSlopes& slopes, int unknown) const;
     void AddSlopes(const Scratch& scratch, std::span<const double> x, double f,
                    BoardSlopes& slopes) const;
     void AddSlope(int unknown, const BoardPoint& slope, BoardSlopes& slopes) const;

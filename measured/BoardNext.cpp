@@ -18,7 +18,7 @@ constexpr double aimDepthDb = 6.0;
 constexpr double edgeDepthDb = 3.0103;
 constexpr std::size_t aimPoints = 60, limitPoints = 24;
 constexpr int coarseSteps = 5;   // to either side
-constexpr int refinements = 14;  // of a golden section
+constexpr int refinements = 10;  // of a golden section
 constexpr std::size_t mostTurns = 4;
 constexpr double leastGainDb = 0.02;
 constexpr double compensatingShare = 0.8;  // what help by turning a good part counts for
@@ -30,8 +30,10 @@ double LevelOf(const BoardModel& model, std::span<const double> x, double f) {
     return 20.0 * std::log10(std::abs(model.At(x, f, nullptr, true).S21) + 1e-50);
 }
 
-/// How far a board is from its aim, dB; small is good.
-using Distance = std::function<double(std::span<const double>)>;
+/// How far a board is from its aim, dB; small is good. From `enough` upwards it need not be exact:
+/// whoever looks for the least does not want to know how much farther others are.
+using Distance = std::function<double(std::span<const double>, double enough)>;
+constexpr double exactly = std::numeric_limits<double>::infinity();
 
 double DelayAt(const BoardModel& model, std::span<const double> x, double f) {
     const Complex above = model.At(x, f * (1.0 + delayStep), nullptr, true).S21;
@@ -103,10 +105,10 @@ std::vector<double> AimOf(const FilterDesign& design, const BoardModel& board,
 Distance DistanceTo(const FilterDesign& design, const BoardModel& board, std::span<const double> x,
                     const std::vector<double>& freqs, const LimitLines& limits) {
     if (!limits.empty())
-        return [&board, limits](std::span<const double> at) {
+        return [&board, limits](std::span<const double> at, double enough) {
             double worst = std::numeric_limits<double>::infinity();
-            for (const LimitLine& line : limits)
-                worst = std::min(worst, MarginTo(line, board, at));
+            for (std::size_t i = 0; i < limits.size() && -worst < enough; ++i)
+                worst = std::min(worst, MarginTo(limits[i], board, at));
             return -worst;
         };
     const std::vector<double> aim = AimOf(design, board, x);
@@ -121,10 +123,16 @@ Distance DistanceTo(const FilterDesign& design, const BoardModel& board, std::sp
     std::vector<std::pair<double, double>> few;
     for (std::size_t i = 0; i < points.size(); i += stride)
         few.push_back(points[i]);
-    return [&board, few](std::span<const double> at) {
+    // The last board's worst point, likely the next one's too, comes first.
+    return [&board, few](std::span<const double> at, double enough) mutable {
         double worst = 0.0;
-        for (const auto& [f, level] : few)
-            worst = std::max(worst, std::fabs(LevelOf(board, at, f) - level));
+        std::size_t worstPoint = 0;
+        for (std::size_t i = 0; i < few.size() && worst < enough; ++i) {
+            const auto& [f, level] = few[i];
+            const double away = std::fabs(LevelOf(board, at, f) - level);
+            if (away > worst) worst = away, worstPoint = i;
+        }
+        if (!few.empty()) std::swap(few.front(), few[worstPoint]);
         return worst;
     };
 }
@@ -149,27 +157,28 @@ struct Best {
 };
 
 /// The change that brings a part's board nearest: a coarse scan, then a golden section.
-Best BestChange(const std::function<double(double)>& distance) {
+Best BestChange(const std::function<double(double, double)>& distance) {
     Best best;
-    const auto look = [&](double change) {
-        const double here = distance(change);
+    const auto look = [&](double change, double enough) {
+        const double here = distance(change, enough);
         if (here < best.Distance) best = {change, here};
         return here;
     };
     constexpr double step = largestChange / coarseSteps;
     for (int i = -coarseSteps; i <= coarseSteps; ++i)
-        look(i * step);
+        look(i * step, best.Distance);
     double low = std::max(best.Change - step, -largestChange);
     double high = std::min(best.Change + step, largestChange);
     double a = high - goldenShare * (high - low), b = low + goldenShare * (high - low);
-    double atA = look(a), atB = look(b);
+    // Of two changes the one that is nearer stays, so that its distance is always exact.
+    double atA = look(a, exactly), atB = look(b, atA);
     for (int i = 0; i < refinements; ++i) {
         if (atA < atB) {
             high = b, b = a, atB = atA;
-            atA = look(a = high - goldenShare * (high - low));
+            atA = look(a = high - goldenShare * (high - low), atB);
         } else {
             low = a, a = b, atA = atB;
-            atB = look(b = low + goldenShare * (high - low));
+            atB = look(b = low + goldenShare * (high - low), atA);
         }
     }
     return best;
@@ -247,15 +256,16 @@ std::vector<BoardTurn> TurnsFor(const FilterDesign& design, const BoardModel& fi
     std::vector<BoardTurn> turns;
     std::vector<bool> done(parts.size(), false);
     while (turns.size() < mostTurns) {
-        const double before = distance(now);
+        const double before = distance(now, exactly);
         Best best;
         double mostGain = leastGainDb;
         std::size_t which = parts.size();
         for (std::size_t i = 0; i < parts.size(); ++i) {
             if (done[i] || parts[i].Value.Undetermined || !CanTurn(parts[i], options.Turned))
                 continue;
-            const Best found = BestChange(
-                [&](double change) { return distance(Turned(board, now, parts[i], change)); });
+            const Best found = BestChange([&](double change, double enough) {
+                return distance(Turned(board, now, parts[i], change), enough);
+            });
             // Of two parts that help about alike the one that is off is to blame.
             const double gain =
                 (before - found.Distance) *

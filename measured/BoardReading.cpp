@@ -113,24 +113,21 @@ struct Fitted {
 /// over the number of those that the data tell (MacKay, "Bayesian interpolation", Neural
 /// Computation 4 (1992), eq. 4.2 ff.), three errors of the usual size taken for granted.
 void LearnCalibration(BoardExplanation& found) {
-    constexpr int rounds = 2;
     constexpr BoardStage stage{true, 0.0, 6, 1e-5};
     constexpr double least = 2e-4, most = 5e-3;
     constexpr double granted = 3.0;
     const BoardFit fit(*found.Model, found.Data);
-    for (int round = 0; round < rounds; ++round) {
-        const std::vector<double>& x = found.Solution.State.X;
-        const std::vector<double> covariance = fit.Covariance(x);
-        double sum = granted * UsualCalibrationSpread * UsualCalibrationSpread, told = granted;
-        for (std::size_t i = 0; i < x.size(); ++i) {
-            const BoardUnknown& unknown = found.Model->Unknowns()[i];
-            if (unknown.Kind != BoardUnknownKind::Calibration) continue;
-            sum += x[i] * x[i];
-            told += 1.0 - covariance[i * x.size() + i] / (unknown.Spread * unknown.Spread);
-        }
-        found.Model->SetCalibrationSpread(std::clamp(std::sqrt(sum / told), least, most));
-        found.Solution.State = fit.Improved(std::move(found.Solution.State), stage);
+    const std::vector<double>& x = found.Solution.State.X;
+    const std::vector<double> covariance = fit.Covariance(x);
+    double sum = granted * UsualCalibrationSpread * UsualCalibrationSpread, told = granted;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        const BoardUnknown& unknown = found.Model->Unknowns()[i];
+        if (unknown.Kind != BoardUnknownKind::Calibration) continue;
+        sum += x[i] * x[i];
+        told += 1.0 - covariance[i * x.size() + i] / (unknown.Spread * unknown.Spread);
     }
+    found.Model->SetCalibrationSpread(std::clamp(std::sqrt(sum / told), least, most));
+    found.Solution.State = fit.Improved(std::move(found.Solution.State), stage);
     found.Solution.Excess = std::sqrt(found.Solution.State.Misfit / fit.Count());
 }
 
@@ -244,14 +241,22 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
     const BoardData data = DataOfNetwork(network, design);
     if (!CanBeRead(data, design)) return reading;
     BoardExplanation found = Explain(design, data, options.Freedom, options.Progress);
-    const bool understood = found.Holds();
-    if (understood) LearnCalibration(found);
+    const bool understood = found.Holds() && found.Suspicion.empty();
+    if (understood) {
+        LearnCalibration(found);
+        const bool turned =
+            found.Data.Turned;  // and once more on more points, which are less noise
+        found.Data = DataOfNetwork(network, design, MostFinalPoints);
+        found.Data.Turned = turned;
+        LearnCalibration(found);
+    }
     const BoardFit fit(*found.Model, found.Data);
     const std::vector<double>& x = found.Solution.State.X;
     const Residuals residuals = fit.Residuals(x);
     SetResidual(reading, residuals, found.Data);
     reading.Excess = found.Solution.Excess;
     reading.Understood = understood;
+    if (!found.Suspicion.empty()) reading.Text = SeveralFaultsText + found.Suspicion;
     if (!reading.Understood) return reading;
     reading.Fault = found.Fault;
     reading.Text = found.Fault ? found.Fault->Text : "understood";
@@ -272,7 +277,7 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
         if (found.Model->Unknowns()[i].Kind == BoardUnknownKind::PortDelay)
             reading.PortDelay[port++] = x[i];
     if (!found.Fault)
-        reading.Next = TurnsFor(design, *found.Model, x, found.Data.Hz, reading.Parts, options);
+        reading.Next = TurnsFor(design, *found.Model, x, data.Hz, reading.Parts, options);
     return reading;
 }
 

@@ -17,6 +17,9 @@ namespace ladderwise {
 inline constexpr const char* NotUnderstoodText =
     "not understood: wrong schematic, a short, or data out of range";
 
+/// The beginning of the words when more than one fault explains them.
+inline constexpr const char* SeveralFaultsText = "a fault, but the data do not tell which: ";
+
 /// A value with its 95 % interval.
 struct Estimate {
     double Actual = 0.0;
@@ -91,8 +94,9 @@ struct BoardReading {
 };
 
 /// Fits the ladder of `design` as it stands to a measured network. A fit that does not reach the
-/// noise gives no values, unless a gross fault explains it. Nothing is understood of a network with
-/// fewer than LeastBoardPoints points, or of a ladder without parts.
+/// noise gives no values, unless a gross fault explains it; nor does one that a fault is far
+/// likelier than, if several kinds are: the text names them. Nothing is understood of a network
+/// with fewer than LeastBoardPoints points, or of a ladder without parts.
 BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
                        const BoardOptions& options = {});
 

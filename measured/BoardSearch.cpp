@@ -25,7 +25,7 @@ constexpr std::array<double, 4> screenSmoothings = {0.05, 0.02, 0.005, 0.0};
 constexpr int screenSteps = 5;
 
 constexpr int randomStarts = 400;
-constexpr std::size_t fittedStarts = 24, finishedStarts = 8;
+constexpr std::size_t fittedStarts = 24, heldStarts = 8, finishedStarts = 4;
 constexpr BoardStage briefStage{false, 0.0, 6, 1e-3};
 constexpr std::size_t randomPoints = 100;
 constexpr double tuningSpread = 0.05;    // of a random start, in ln of sqrt(L C)
@@ -37,6 +37,10 @@ constexpr double equalCost = 9.0;          // squares of the noise: three standa
 constexpr double farthestExchange = 0.25;  // of ln value, from nominal: no part is so far off
 
 }  // namespace
+
+void KeepBetter(BoardSolution& best, BoardSolution other) {
+    if (other.State.Cost() < best.State.Cost()) best = std::move(other);
+}
 
 bool IsNarrow(const DesignState& design) {
     return HasBandWidth(design.PassType) && design.BandWidth < narrowBand * design.F0;
@@ -56,6 +60,16 @@ BoardState BoardSearch::Screened() const {
     return state;
 }
 
+BoardState BoardSearch::Screened(std::vector<double> start) const {
+    const BoardData few = Thinned(data, screenPoints);
+    return BoardFit(model, few).Improved({std::move(start)}, {false, 0.0, screenSteps, 1e-2});
+}
+
+BoardState BoardSearch::Settled(BoardState state) const {
+    const BoardData few = Thinned(data, glancePoints);
+    return BoardFit(model, few).Improved(std::move(state), heldStage);
+}
+
 BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
     BoardState state{std::move(start)};
     if (smoothed || IsNarrow(design)) {
@@ -67,16 +81,20 @@ BoardState BoardSearch::Glance(std::vector<double> start, bool smoothed) const {
             state = fit.Improved(std::move(state), stage);
         }
     }
-    const BoardData few = Thinned(data, glancePoints);
-    return BoardFit(model, few).Improved(std::move(state), heldStage);
+    return Settled(std::move(state));
 }
 
-BoardSolution BoardSearch::Finished(const BoardState& glance) const {
+BoardState BoardSearch::Roughed(const BoardState& glance) const {
+    const BoardData few = Thinned(data, glancePoints);
+    return BoardFit(model, few).Improved(glance, roughStage);
+}
+
+BoardSolution BoardSearch::Finished(const BoardState& rough) const {
     const BoardFit fit(model, data);
     const auto excess = [&](const BoardState& state) {
         return std::sqrt(state.Misfit / fit.Count());
     };
-    BoardSolution solution{fit.Improved(glance, roughStage)};
+    BoardSolution solution{fit.At(rough.X)};
     if (excess(solution.State) < hopeless)
         solution.State = fit.Improved(std::move(solution.State), freeStage);
     solution.Excess = excess(solution.State);
@@ -92,8 +110,8 @@ std::vector<double> BoardSearch::WithoutParasitics() const {
     return x;
 }
 
-/// Random values about the nominal ones, the best of which are fitted; the best of those.
-BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
+/// Random values about the nominal ones, the best of which are fitted; those in their order.
+std::vector<BoardState> BoardSearch::BestOfRandom(const BoardState& best) const {
     const BoardData few = Thinned(data, randomPoints);
     const BoardFit fit(model, few);
     std::mt19937 random(startSeed);
@@ -127,8 +145,9 @@ BoardState BoardSearch::BestOfRandom(const BoardState& best) const {
             start = fit.Improved(std::move(start), stage);
     };
     fitBest(fittedStarts, briefStage);
-    fitBest(finishedStarts, heldStage);
-    return *std::min_element(starts.begin(), starts.end(), cheaper);
+    fitBest(heldStarts, heldStage);
+    std::sort(starts.begin(), starts.end(), cheaper);
+    return starts;
 }
 
 /// The state with the values of two slots of one type exchanged, for all such pairs; with
@@ -187,15 +206,14 @@ std::vector<std::vector<double>> BoardSearch::Exchanged(const BoardState& state,
     return starts;
 }
 
-/// Finds solutions beside the best that explain the data as well. What a glance shows to be far
-/// from that is not fitted to the end.
+/// What a glance shows to be far from explaining the data is not fitted to the end.
 void BoardSearch::AddEquals(BoardSolution& solution) const {
     std::vector<std::vector<double>> starts = Exchanged(solution.State, true);
     const double likely = starts.empty() ? 0.0 : likelyCost * Glance(solution.State.X).Cost();
     for (const std::vector<double>& start : starts) {
         const BoardState glance = Glance(start);
         if (glance.Cost() > likely) continue;
-        BoardSolution other = Finished(glance);
+        BoardSolution other = Finished(Roughed(glance));
         if (other.State.Cost() < solution.State.Cost()) {
             std::swap(other.State, solution.State);
             solution.Excess = other.Excess;
@@ -208,21 +226,21 @@ void BoardSearch::AddEquals(BoardSolution& solution) const {
 }
 
 BoardSolution BoardSearch::Solve() const {
-    BoardSolution best = Finished(Glance(model.Means()));
-    const auto consider = [&](const BoardState& glance) {
-        BoardSolution other = Finished(glance);
-        if (other.State.Cost() < best.State.Cost()) best = std::move(other);
-    };
-    if (!Explains(best)) consider(Glance(WithoutParasitics()));
-    if (!Explains(best) && !IsNarrow(design)) consider(Glance(model.Means(), true));
-    if (!Explains(best)) {
-        consider(BestOfRandom(best.State));
-        if (!Explains(best) && IsNarrow(design))
-            for (const std::vector<double>& start : Exchanged(best.State, false))
-                if (!Explains(best)) consider(Glance(start));
-    }
-    if (Explains(best)) AddEquals(best);
+    BoardSolution best = From(model.Means());
+    if (!Explains(best)) KeepBetter(best, FromBare());
     return best;
+}
+
+void BoardSearch::SolveThoroughly(BoardSolution& best) const {
+    if (!Explains(best) && !IsNarrow(design)) KeepBetter(best, From(model.Means(), true));
+    if (Explains(best)) return;
+    const std::vector<BoardState> random = BestOfRandom(best.State);
+    const std::size_t tried = IsNarrow(design) ? finishedStarts : 1;
+    for (std::size_t i = 0; i < tried && !Explains(best); ++i)
+        KeepBetter(best, Finished(Roughed(random[i])));
+    if (!IsNarrow(design)) return;
+    for (const std::vector<double>& start : Exchanged(best.State, false))
+        if (!Explains(best)) KeepBetter(best, From(start));
 }
 
 }  // namespace ladderwise

@@ -3,6 +3,7 @@
 // No Qt.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "measured/BoardFit.h"
@@ -27,6 +28,9 @@ inline bool Explains(const BoardSolution& solution) {
     return solution.Excess <= LargestExcess && solution.State.Pull <= LargestPull;
 }
 
+/// Puts `other` in the place of `best` if its cost is less.
+void KeepBetter(BoardSolution& best, BoardSolution other);
+
 /// True if the pass band of a design is narrow enough for parts to be off by more than it is wide.
 bool IsNarrow(const DesignState& design);
 
@@ -37,18 +41,35 @@ public:
     /// A first look with the parasitics held, on few points: what the values must be about. In a
     /// narrow band, or if asked for, from smoothed data to the data themselves.
     BoardState Glance(std::vector<double> start, bool smoothed = false) const;
-    /// The same from the nominal values, briefer yet: what tells a likely ladder from others.
+    /// The end of a glance: from values near those to be found.
+    BoardState Settled(BoardState state) const;
+    /// A glance from the nominal values, briefer yet: what tells a likely ladder from others.
     BoardState Screened() const;
-    /// From a glance to the end, with everything free.
-    BoardSolution Finished(const BoardState& glance) const;
-    /// The whole: glance and end; where residue is left in a narrow band, from many starts.
+    /// The same from values near those to be found: never smoothed.
+    BoardState Screened(std::vector<double> start) const;
+    /// A glance with everything free, still on few points.
+    BoardState Roughed(const BoardState& glance) const;
+    /// From a rough state to the end on all points; what is hopeless is only judged.
+    BoardSolution Finished(const BoardState& rough) const;
+    /// The short way: from the nominal values, parasitics as expected or none.
     BoardSolution Solve() const;
+    /// The long ways: from smoothed data in wide bands too, from random starts, and in narrow bands
+    /// with slots exchanged, until something explains the data.
+    void SolveThoroughly(BoardSolution& best) const;
+    /// Finds solutions beside the best that explain the data as well, and a better one if there is.
+    void AddEquals(BoardSolution& solution) const;
+    /// A start fitted to the end.
+    BoardSolution From(std::vector<double> start, bool smoothed = false) const {
+        return Finished(Roughed(Glance(std::move(start), smoothed)));
+    }
+
+    /// From the ladder as it is drawn, without any parasitics.
+    BoardSolution FromBare() const { return From(WithoutParasitics()); }
 
 private:
     std::vector<double> WithoutParasitics() const;
-    BoardState BestOfRandom(const BoardState& best) const;
+    std::vector<BoardState> BestOfRandom(const BoardState& best) const;
     std::vector<std::vector<double>> Exchanged(const BoardState& state, bool commuting) const;
-    void AddEquals(BoardSolution& solution) const;
 
     const DesignState& design;
     const BoardModel& model;

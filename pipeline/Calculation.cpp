@@ -205,6 +205,8 @@ void PrepareAnalysis(Calculation& calculation, std::uint64_t errorsBefore,
     FilterDesign& design = calculation.Design;
     calculation.IdealElements = design.Elements;
     if (design.PartModel.Choice == PartChoice::DeEmbed) DeEmbedParts(design);
+    // What a search for values tries is no fault of the ladder that it comes to.
+    calculation.SynthesisMathErrors = MathErrors().ErrorCount() - errorsBefore;
     if (calculation.ArrangeParts) {
         const auto remarks = calculation.ArrangeParts(calculation);
         calculation.Remarks.insert(calculation.Remarks.end(), remarks.begin(), remarks.end());
@@ -212,14 +214,13 @@ void PrepareAnalysis(Calculation& calculation, std::uint64_t errorsBefore,
         SnapToStdValue(design);
     }
     design.CalculatedElements = design.Elements;
-    calculation.SynthesisMathErrors = MathErrors().ErrorCount() - errorsBefore;
     AnalyseAsItStands(calculation, report);
     if (design.WorstCase) calculation.PendingSeed = NextSeed(calculation);
 }
 
 HandMadeDesign PresentDesign(const Calculation& calculation) {
     return {calculation.UsedInputs, calculation.Design, calculation.IdealElements,
-            calculation.SynthesisMathErrors};
+            calculation.SynthesisMathErrors, calculation.Remarks};
 }
 
 /// The inputs that change no part value, as they are.
@@ -253,7 +254,7 @@ TraceChoices ShownTraces(const Calculation& calculation) {
 }
 
 std::uint64_t MathErrorCount(const Calculation& calculation) {
-    return calculation.SynthesisMathErrors + MathErrors().ErrorCount() - calculation.FirstMathError;
+    return calculation.SynthesisMathErrors + calculation.AnalysisMathErrors;
 }
 
 void ClearElements(ElementList& elements) {
@@ -319,6 +320,7 @@ void AnalyseAsItStands(Calculation& calculation, const MessageCallback& report) 
     Derive(calculation, {}, calculation.Quantities, report);
     calculation.Results = ResultsOf(design);
     SettleGroupDelayScale(calculation.Inputs, design, calculation.Quantities.GDFullScale, report);
+    calculation.AnalysisMathErrors = MathErrors().ErrorCount() - calculation.FirstMathError;
 }
 
 void AnalyseAndPlot(Calculation& calculation, const MessageCallback& report,
@@ -331,7 +333,10 @@ void FinishCalculation(Calculation& calculation, const MessageCallback& report,
                        const PlotRunCallback& plotRun) {
     if (plotRun) plotRun({0, calculation.Quantities, calculation.Design.Response});
     const auto seed = std::exchange(calculation.PendingSeed, std::nullopt);
-    if (seed) RunWorstCase(calculation, *seed, report, plotRun);
+    if (!seed) return;
+    const std::uint64_t errorsBefore = MathErrors().ErrorCount();
+    RunWorstCase(calculation, *seed, report, plotRun);
+    calculation.AnalysisMathErrors += MathErrors().ErrorCount() - errorsBefore;
 }
 
 void AskForRepeat(Calculation& calculation) {
@@ -349,7 +354,7 @@ bool BringBackEdits(Calculation& calculation) {
     calculation.IdealElements = back.IdealElements;
     calculation.SynthesisMathErrors = back.SynthesisMathErrors;
     calculation.CountChanged = false;
-    calculation.Remarks.clear();  // they were of other values
+    calculation.Remarks = back.Remarks;
     KeepWhatOnlyShows(shown, calculation);
     BuildSweepGrid(design);
     return true;
@@ -374,6 +379,15 @@ void PrepareCalculation(Calculation& calculation, const MessageCallback& report)
     calculation.DiscardedNow = discards;
     calculation.CountChanged =
         !first && IsElliptic(design.ResponseType) != traps && design.NumPoles == count;
+}
+
+void PrepareAmended(Calculation& calculation, const std::function<bool()>& amend,
+                    const MessageCallback& report) {
+    const NumberBox scale = calculation.Inputs.Box(InputId::Scale);
+    PrepareCalculation(calculation, report);
+    if (!amend || !amend()) return;
+    calculation.Inputs.Box(InputId::Scale) = scale;
+    AnalyseAsItStands(calculation, report);
 }
 
 void Calculate(Calculation& calculation, const MessageCallback& report,

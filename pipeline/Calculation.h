@@ -57,6 +57,7 @@ struct HandMadeDesign {
     DesignState Design{};
     ElementList IdealElements{};
     std::uint64_t SynthesisMathErrors = 0;
+    std::vector<PartsRemark> Remarks{};  ///< of that calculation
 };
 
 /// A design with all that its calculation needs and leaves behind.
@@ -72,8 +73,9 @@ struct Calculation {
     bool PulseInWorstCase = true;
     /// How many math errors it brought to come to the ladder, before any value was edited by hand.
     std::uint64_t SynthesisMathErrors = 0;
-    /// Number, in the log, of the first one since: of the analysis and the worst case.
+    /// Number, in the log, of the first one since.
     std::uint64_t FirstMathError = MathErrors().ErrorCount();
+    std::uint64_t AnalysisMathErrors = 0;  ///< and how many analysis and worst case brought
     WorstCaseResult WorstCase{};
     /// Seed of the worst case that the last calculation asks for and that has not run yet.
     std::optional<std::uint32_t> PendingSeed{};
@@ -137,6 +139,11 @@ bool BringBackEdits(Calculation& calculation);
 /// the whole does but plots nothing: a worst case that is asked for is left pending. Steps that
 /// follow each other quickly are prepared one by one and finished once.
 void PrepareCalculation(Calculation& calculation, const MessageCallback& report);
+
+/// The first half for a design whose ladder `amend` then changes (it tells whether it did): a
+/// group-delay scale that was typed for the changed ladder is bounded by that one alone.
+void PrepareAmended(Calculation& calculation, const std::function<bool()>& amend,
+                    const MessageCallback& report);
 
 /// The second half: plots run 0 and runs the pending worst case.
 void FinishCalculation(Calculation& calculation, const MessageCallback& report,

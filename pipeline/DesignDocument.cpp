@@ -43,8 +43,8 @@ const ControlStates& DesignDocument::SettleControls(const MessageCallback& repor
     return controls;
 }
 
-void DesignDocument::Prepare(const MessageCallback& report) {
-    PrepareCalculation(Work, report);
+void DesignDocument::Prepare(const MessageCallback& report, const std::function<bool()>& amend) {
+    PrepareAmended(Work, amend, report);
 }
 
 void DesignDocument::AnalyseEdits(const MessageCallback& report) {
@@ -179,10 +179,12 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
     const auto calculate = [&](const KeptDesign& kept, Calculation& calculation) {
         LoadRecord(kept.Record, calculation);
         calculation.Inputs.Held = kept.Held;
-        PrepareCalculation(calculation, report);
-        if (kept.Ladder.empty()) return;
-        fits = PutBackLadder(calculation.Design, kept.Ladder) && fits;
-        AnalyseAsItStands(calculation, report);
+        const auto putBack = [&] {
+            if (kept.Ladder.empty()) return false;
+            fits = PutBackLadder(calculation.Design, kept.Ladder) && fits;
+            return true;
+        };
+        PrepareAmended(calculation, putBack, report);
     };
     Limits = work.Limits;  // the values of the highest yield are chosen by them
     reference.reset();
@@ -209,7 +211,7 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         scratch->ArrangeParts = Work.ArrangeParts;
         calculate(*work.Discarded, *scratch);
         Work.Discarded = HandMadeDesign{scratch->Inputs, scratch->Design, scratch->IdealElements,
-                                        scratch->SynthesisMathErrors};
+                                        scratch->SynthesisMathErrors, scratch->Remarks};
     }
     history = {};
     NoteStep(0.0);
@@ -243,7 +245,7 @@ std::shared_ptr<const DesignSnapshot> DesignDocument::Snapshot() const {
     snapshot->DrawnSeed = Work.PendingSeed;
     if (!snapshot->DrawnSeed && Work.WorstCase.Runs > 0) snapshot->DrawnSeed = Work.WorstCase.Seed;
     snapshot->SynthesisMathErrors = Work.SynthesisMathErrors;
-    snapshot->MathErrors = MathErrorCount(Work);
+    snapshot->AnalysisMathErrors = Work.AnalysisMathErrors;
     snapshot->Markers = Markers;
     snapshot->Measured = Measured;
     snapshot->Limits = Limits;
@@ -276,8 +278,7 @@ void DesignDocument::Restore(const DesignSnapshot& snapshot) {
     Work.FixedSeed = snapshot.FixedSeed;
     Work.PendingSeed = snapshot.DrawnSeed;
     Work.SynthesisMathErrors = snapshot.SynthesisMathErrors;
-    Work.FirstMathError =
-        MathErrors().ErrorCount() - (snapshot.MathErrors - snapshot.SynthesisMathErrors);
+    Work.AnalysisMathErrors = snapshot.AnalysisMathErrors;
     Markers = snapshot.Markers;
     Measured = snapshot.Measured;
     Limits = snapshot.Limits;

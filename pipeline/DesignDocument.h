@@ -1,11 +1,11 @@
 // The document of the main window: the inputs with the calculated design, values edited by hand,
-// markers, the reference, the measured files shown with it, its
-// limits and the file it is tied to; what it
-// takes to save and open it, and its history. It knows neither a window nor the disk: bytes come in
-// and go out. No Qt.
+// markers, the reference, the measured files shown with it, its limits and the file it is tied to;
+// what it takes to save and open it, and its history. It knows neither a window nor the disk: bytes
+// come in and go out. No Qt.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,8 +44,8 @@ public:
     const ControlStates& Controls() const { return controls; }
 
     /// The first half of a calculation: inputs to the nominal ladder. The second half, which plots
-    /// and runs the worst case, is FinishCalculation.
-    void Prepare(const MessageCallback& report);
+    /// and runs the worst case, is FinishCalculation. `amend` as for PrepareAmended.
+    void Prepare(const MessageCallback& report, const std::function<bool()>& amend = {});
 
     /// Analyses the ladder as it stands, after values were edited.
     void AnalyseEdits(const MessageCallback& report);

@@ -46,7 +46,7 @@ struct DesignSnapshot {
     std::optional<std::uint32_t> FixedSeed;
     std::optional<std::uint32_t> DrawnSeed;  ///< of the worst case shown
     std::uint64_t SynthesisMathErrors = 0;
-    std::uint64_t MathErrors = 0;  ///< those and the later ones
+    std::uint64_t AnalysisMathErrors = 0;
     MarkerState Markers;
     MeasuredFiles Measured;
     LimitLines Limits;

@@ -3,6 +3,10 @@
 // the stop band 0 < z < 1, infinite frequency z = 1. No polynomial is formed: everything is a
 // product or a sum of angles, so that no digits are lost at any order.
 //
+// The extraction of a long ladder magnifies an error of its data a million times. Everything is
+// therefore searched in double precision and finished by a step or two in EllipticReal, so that the
+// last bits of a platform's elementary functions do not show in the parts.
+//
 //   symbol  here            meaning
 //   e, e_s  Epsilon         ripple and stop-band loss are 1 + e^2 and 1 + e_s^2
 //   a       ModeLevel       asinh(1 / e), of the natural modes
@@ -24,13 +28,17 @@
 
 namespace ladderwise {
 
+/// 64 bits of mantissa where the platform has them (x86 but for Visual C++), else double.
+using EllipticReal = long double;
+using EllipticComplex = std::complex<EllipticReal>;
+
 struct EllipticApproximation {
     int ZerosAtInfinity = 1;
-    double Epsilon = 0;
-    double ModeLevel = 0;
-    double CornerLevel = 0;
-    double ValleyLevel = 0;
-    std::vector<double> Traps{};
+    EllipticReal Epsilon = 0;
+    EllipticReal ModeLevel = 0;
+    EllipticReal CornerLevel = 0;
+    EllipticReal ValleyLevel = 0;
+    std::vector<EllipticReal> Traps{};
 
     int Order() const { return 2 * static_cast<int>(Traps.size()) + ZerosAtInfinity; }
 };
@@ -43,16 +51,16 @@ EllipticApproximation ApproximateElliptic(int traps, int zerosAtInfinity, double
                                           double attenDb);
 
 /// The z between the band edge and the nearest trap with A(z) = level.
-double EdgeAtLevel(const EllipticApproximation& made, double level);
+EllipticReal EdgeAtLevel(const EllipticApproximation& made, EllipticReal level);
 
 /// The y > 0 of the reflection zeros z = j y, ascending: of highest frequency first. floor(n / 2)
 /// of them; an odd order has one more at zero frequency, y infinite.
-std::vector<double> ReflectionZeros(const EllipticApproximation& made);
+std::vector<EllipticReal> ReflectionZeros(const EllipticApproximation& made);
 
 /// The natural mode in the first quadrant of z that belongs to reflection zero k, y = zeros[k].
-std::complex<double> NaturalMode(const EllipticApproximation& made, double y, int k);
+EllipticComplex NaturalMode(const EllipticApproximation& made, EllipticReal y, int k);
 
 /// -s of the real natural mode of an odd order (band edge at 1 rad/s); 0 for an even one.
-double RealNaturalMode(const EllipticApproximation& made);
+EllipticReal RealNaturalMode(const EllipticApproximation& made);
 
 }  // namespace ladderwise

@@ -1,7 +1,7 @@
 // From the elliptic function to the elements of its ladder. Frequencies are kept as x = w^2 and
 // their differences as products, and the elements are taken off from both ends, each from the
-// reactance and its slope at the traps alone: twenty-three elements keep nine digits in double
-// precision.
+// reactance and its slope at the traps alone: of the digits of EllipticReal twenty-three elements
+// keep all but the last six.
 //
 //   symbol  here                 meaning
 //   x_j     X[j]                 w^2 of trap j, the farthest first; the pass band ends at x = 1
@@ -21,12 +21,12 @@ namespace ladderwise {
 
 namespace {
 
-using Complex = std::complex<double>;
-
 // A trap this close to the band edge in z leaves no transition band to speak of.
 constexpr double nearestTrap = 1e-3;
 // An end element below this (1 ohm, 1 rad/s) is about to turn negative.
 constexpr double smallestEndElement = 0.01;
+
+constexpr EllipticReal one = 1;
 
 /// What makes the families differ. All are first built with their traps in series arms.
 struct FamilyForm {
@@ -52,77 +52,77 @@ FamilyForm FormOf(ResponseType family) {
 /// zero at the lowest reflection zero z^2 = -Y. Differences are kept as products.
 class FrequencyMap {
 public:
-    FrequencyMap(bool zeroAtDC, double lowestZero)
+    FrequencyMap(bool zeroAtDC, EllipticReal lowestZero)
         : zeroAtDC(zeroAtDC), y2(lowestZero * lowestZero) {}
 
-    double Square(double z) const {
-        const double x = 1 / ((1 - z) * (1 + z));
+    EllipticReal Square(EllipticReal z) const {
+        const EllipticReal x = 1 / ((1 - z) * (1 + z));
         return zeroAtDC ? (z * z + y2) / y2 * x : x;
     }
-    Complex Square(Complex z) const {
-        const Complex x = 1.0 / ((1.0 - z) * (1.0 + z));
+    EllipticComplex Square(EllipticComplex z) const {
+        const EllipticComplex x = one / ((one - z) * (one + z));
         return zeroAtDC ? (z * z + y2) / y2 * x : x;
     }
     /// Square(a) - Square(b)
-    double Difference(double a, double b) const {
+    EllipticReal Difference(EllipticReal a, EllipticReal b) const {
         return scale() * (a - b) * (a + b) / ((1 - a) * (1 + a)) / ((1 - b) * (1 + b));
     }
-    Complex Difference(double a, Complex b) const {
-        const Complex squares((a - b.real()) * (a + b.real()) + b.imag() * b.imag(),
-                              -2 * b.real() * b.imag());
-        return scale() * squares / (((1 - a) * (1 + a)) * (1.0 - b) * (1.0 + b));
+    EllipticComplex Difference(EllipticReal a, EllipticComplex b) const {
+        const EllipticComplex squares((a - b.real()) * (a + b.real()) + b.imag() * b.imag(),
+                                      -2 * b.real() * b.imag());
+        return scale() * squares / (((1 - a) * (1 + a)) * (one - b) * (one + b));
     }
 
 private:
-    double scale() const { return zeroAtDC ? (1 + y2) / y2 : 1; }
+    EllipticReal scale() const { return zeroAtDC ? (1 + y2) / y2 : 1; }
 
     bool zeroAtDC;
-    double y2;
+    EllipticReal y2;
 };
 
 /// What either end of the ladder looks like at a trap: v = X / w of the reactance or susceptance X,
 /// and its slope d = dv/dx.
 struct EndData {
-    std::vector<double> V{};
-    std::vector<double> D{};
-    double AtInfinity = 0;  ///< v there, of the form with a pole at infinity
+    std::vector<EllipticReal> V{};
+    std::vector<EllipticReal> D{};
+    EllipticReal AtInfinity = 0;  ///< v there, of the form with a pole at infinity
 };
 
 struct Synthesis {
-    std::vector<double> X{};                        ///< w^2 of the traps
-    std::vector<std::vector<double>> Separation{};  ///< X[i] - X[j]
+    std::vector<EllipticReal> X{};                        ///< w^2 of the traps
+    std::vector<std::vector<EllipticReal>> Separation{};  ///< X[i] - X[j]
     EndData End{};
-    double Corner = 0;        ///< w of the 3 dB point; the band edge is 1
-    double StopBandEdge = 0;  ///< w
+    EllipticReal Corner = 0;        ///< w of the 3 dB point; the band edge is 1
+    EllipticReal StopBandEdge = 0;  ///< w
 };
 
 /// The end data: with the phase psi and the delay tau of the natural modes at w, v = cot(psi/2)/w.
 EndData DataAtTraps(const EllipticApproximation& made, const FrequencyMap& map,
-                    const std::vector<double>& x, const std::vector<Complex>& modes) {
+                    const std::vector<EllipticReal>& x, const std::vector<EllipticComplex>& modes) {
     EndData data;
-    const double sigma0 = RealNaturalMode(made);
-    double sumOfModes = sigma0;
-    std::vector<Complex> poles;
-    for (const Complex z : modes) {
-        Complex pole = std::sqrt(-map.Square(z));
+    const EllipticReal sigma0 = RealNaturalMode(made);
+    EllipticReal sumOfModes = sigma0;
+    std::vector<EllipticComplex> poles;
+    for (const EllipticComplex z : modes) {
+        EllipticComplex pole = std::sqrt(-map.Square(z));
         if (pole.real() > 0) pole = -pole;
         poles.push_back(pole);
         sumOfModes -= 2 * pole.real();
     }
     for (size_t j = 0; j < x.size(); ++j) {
-        const double w = std::sqrt(x[j]);
-        double psi = 0, tau = 0;
+        const EllipticReal w = std::sqrt(x[j]);
+        EllipticReal psi = 0, tau = 0;
         if (sigma0 > 0) {
             psi = std::atan2(sigma0, w);
             tau = sigma0 / (x[j] + sigma0 * sigma0);
         }
         for (size_t k = 0; k < poles.size(); ++k) {
-            const double sigma = -poles[k].real();
-            const Complex distance = map.Difference(made.Traps[j], modes[k]);  // x + p^2
+            const EllipticReal sigma = -poles[k].real();
+            const EllipticComplex distance = map.Difference(made.Traps[j], modes[k]);  // x + p^2
             psi += std::atan2(2 * w * sigma, distance.real() - 2 * sigma * sigma);
             tau += 2 * sigma * (x[j] + std::norm(poles[k])) / std::norm(distance);
         }
-        const double sine = std::sin(psi / 2), cotangent = std::cos(psi / 2) / sine;
+        const EllipticReal sine = std::sin(psi / 2), cotangent = std::cos(psi / 2) / sine;
         data.V.push_back(cotangent / w);
         data.D.push_back((tau / (2 * w * sine * sine) - cotangent / x[j]) / (2 * w));
     }
@@ -131,16 +131,16 @@ EndData DataAtTraps(const EllipticApproximation& made, const FrequencyMap& map,
 }
 
 Synthesis Synthesise(const EllipticApproximation& made, bool zeroAtDC) {
-    const std::vector<double> zeros = ReflectionZeros(made);
-    std::vector<Complex> modes;
+    const std::vector<EllipticReal> zeros = ReflectionZeros(made);
+    std::vector<EllipticComplex> modes;
     for (size_t k = 0; k < zeros.size(); ++k)
         modes.push_back(NaturalMode(made, zeros[k], static_cast<int>(k)));
     const FrequencyMap map(zeroAtDC, zeros.back());
     Synthesis data;
-    for (const double m : made.Traps) {
+    for (const EllipticReal m : made.Traps) {
         data.X.push_back(map.Square(m));
-        std::vector<double>& row = data.Separation.emplace_back();
-        for (const double other : made.Traps)
+        std::vector<EllipticReal>& row = data.Separation.emplace_back();
+        for (const EllipticReal other : made.Traps)
             row.push_back(map.Difference(m, other));
     }
     data.Corner = std::sqrt(map.Square(EdgeAtLevel(made, made.CornerLevel)));
@@ -152,27 +152,27 @@ Synthesis Synthesise(const EllipticApproximation& made, bool zeroAtDC) {
 // ---- Extraction ----------------------------------------------------------------------------
 
 struct Tank {
-    double L;
-    double C;
+    EllipticReal L;
+    EllipticReal C;
 };
 
 /// One end of the ladder while its elements are taken off, as v = Y / s (of Z / s before a pole at
 /// infinity is taken off).
 class LadderEnd {
 public:
-    LadderEnd(const Synthesis& synthesis, double impedance) : synthesis(synthesis) {
+    LadderEnd(const Synthesis& synthesis, EllipticReal impedance) : synthesis(synthesis) {
         data = synthesis.End;
         data.AtInfinity *= impedance;
-        for (double& v : data.V)
+        for (EllipticReal& v : data.V)
             v *= impedance;
-        for (double& d : data.D)
+        for (EllipticReal& d : data.D)
             d *= impedance;
     }
 
     /// Takes off the whole pole of Z at infinity; what is left is an admittance.
-    double TakeInductor() {
+    EllipticReal TakeInductor() {
         for (size_t j = 0; j < data.V.size(); ++j) {
-            const double x = synthesis.X[j], rest = data.V[j] - data.AtInfinity;
+            const EllipticReal x = synthesis.X[j], rest = data.V[j] - data.AtInfinity;
             data.D[j] = (rest + x * data.D[j]) / (x * rest * x * rest);
             data.V[j] = -1 / (x * rest);
         }
@@ -180,17 +180,17 @@ public:
     }
 
     /// The shunt capacitor that leaves a zero of Y at trap i.
-    double CapacitorBefore(size_t i) const { return data.V[i]; }
+    EllipticReal CapacitorBefore(size_t i) const { return data.V[i]; }
 
     /// Takes off that capacitor and then trap i, which resonates where the zero is.
     Tank TakeTrap(size_t i) {
-        const double capacitor = data.V[i], slope = data.D[i], xi = synthesis.X[i];
-        const double c = xi * slope;
+        const EllipticReal capacitor = data.V[i], slope = data.D[i], xi = synthesis.X[i];
+        const EllipticReal c = xi * slope;
         for (size_t j = 0; j < data.V.size(); ++j) {
             if (j == i) continue;
-            const double y = data.V[j] - capacitor;
-            const double q = c * synthesis.Separation[i][j];
-            const double v = 1 / (1 / y + synthesis.X[j] / q);
+            const EllipticReal y = data.V[j] - capacitor;
+            const EllipticReal q = c * synthesis.Separation[i][j];
+            const EllipticReal v = 1 / (1 / y + synthesis.X[j] / q);
             data.D[j] = v * v * (data.D[j] / (y * y) - xi * c / (q * q));
             data.V[j] = v;
         }
@@ -205,11 +205,11 @@ private:
 /// The ladder with its traps in series arms, band edge at 1 rad/s: [SourceL] C[0] Tanks[0] C[1] ...
 /// Tanks[N-1] C[N] [LoadL]; an inductor of 0 is not there.
 struct SeriesTrapLadder {
-    double SourceL = 0;
-    std::vector<double> C{};
+    EllipticReal SourceL = 0;
+    std::vector<EllipticReal> C{};
     std::vector<Tank> Tanks{};
     std::vector<size_t> Order{};  ///< Order[k]: index of the trap of Tanks[k]
-    double LoadL = 0;
+    EllipticReal LoadL = 0;
 };
 
 /// 0, 2, 4, ..., 5, 3, 1: the nearest traps in the middle, where they cost the least spread.
@@ -224,7 +224,7 @@ std::vector<size_t> TrapOrder(int traps) {
 
 /// Extracts half of the traps from either end, so that rounding errors do not run through the whole
 /// ladder. `load` is the load's resistance.
-SeriesTrapLadder Extract(const Synthesis& synthesis, double load, const FamilyForm& form) {
+SeriesTrapLadder Extract(const Synthesis& synthesis, EllipticReal load, const FamilyForm& form) {
     const size_t traps = synthesis.X.size();
     SeriesTrapLadder ladder;
     ladder.Order = TrapOrder(static_cast<int>(traps));
@@ -254,20 +254,20 @@ class SlotWriter {
 public:
     SlotWriter(EllipticLadder& ladder, bool dual) : ladder(ladder), dual(dual) {}
 
-    void ShuntCapacitor(double value) { Single(!dual, value); }
-    void SeriesInductor(double value) { Single(dual, value); }
+    void ShuntCapacitor(EllipticReal value) { Single(!dual, value); }
+    void SeriesInductor(EllipticReal value) { Single(dual, value); }
     void SeriesTank(const Tank& tank) {
         CircuitElement& slot = ladder.Elements[++ladder.NumElements];
         slot.Type = dual ? ElementType::ShuntLC : ElementType::SeriesLC;
-        slot.V1 = dual ? tank.C : tank.L;
-        slot.V2 = dual ? tank.L : tank.C;
+        slot.V1 = static_cast<double>(dual ? tank.C : tank.L);
+        slot.V2 = static_cast<double>(dual ? tank.L : tank.C);
     }
 
 private:
-    void Single(bool capacitor, double value) {
+    void Single(bool capacitor, EllipticReal value) {
         CircuitElement& slot = ladder.Elements[++ladder.NumElements];
         slot.Type = capacitor ? ElementType::ShuntCap : ElementType::SeriesInd;
-        (capacitor ? slot.V2 : slot.V1) = value;
+        (capacitor ? slot.V2 : slot.V1) = static_cast<double>(value);
     }
 
     EllipticLadder& ladder;
@@ -275,10 +275,10 @@ private:
 };
 
 /// The band edge of 1 rad/s moves to 1 / corner, so that the 3 dB point comes to lie at 1.
-void ScaleToCorner(SeriesTrapLadder& ladder, double corner) {
+void ScaleToCorner(SeriesTrapLadder& ladder, EllipticReal corner) {
     ladder.SourceL *= corner;
     ladder.LoadL *= corner;
-    for (double& c : ladder.C)
+    for (EllipticReal& c : ladder.C)
         c *= corner;
     for (Tank& tank : ladder.Tanks)
         tank = {tank.L * corner, tank.C * corner};
@@ -287,7 +287,7 @@ void ScaleToCorner(SeriesTrapLadder& ladder, double corner) {
 /// Whether the ladder can be built: every part positive and finite, no end element about to
 /// vanish.
 bool IsGood(const SeriesTrapLadder& ladder) {
-    const auto isPart = [](double value) { return value > 0 && std::isfinite(value); };
+    const auto isPart = [](EllipticReal value) { return value > 0 && std::isfinite(value); };
     return ladder.C.front() >= smallestEndElement && ladder.C.back() >= smallestEndElement &&
            ladder.SourceL >= 0 && ladder.LoadL >= 0 &&
            std::all_of(ladder.C.begin(), ladder.C.end(), isPart) &&
@@ -302,7 +302,7 @@ EllipticLadder BuildAt(const EllipticRequest& request, double attenDb) {
         ApproximateElliptic(request.Traps, form.ZerosAtInfinity, request.RippleDb, attenDb);
     if (!(made.Traps.back() >= nearestTrap)) return {};
     const Synthesis synthesis = Synthesise(made, form.ZeroAtDC);
-    const double r = form.UnequalEnds ? std::exp(2 * std::asinh(made.Epsilon)) : 1;
+    const EllipticReal r = form.UnequalEnds ? std::exp(2 * std::asinh(made.Epsilon)) : one;
     SeriesTrapLadder parts = Extract(synthesis, 1 / r, form);
     ScaleToCorner(parts, synthesis.Corner);
     EllipticLadder ladder;
@@ -315,13 +315,14 @@ EllipticLadder BuildAt(const EllipticRequest& request, double attenDb) {
     for (int k = 0; k < request.Traps; ++k) {
         slots.SeriesTank(parts.Tanks[k]);
         slots.ShuntCapacitor(parts.C[k + 1]);
-        ladder.Result.TrapFreqs[k] = std::sqrt(synthesis.X[parts.Order[k]]) / synthesis.Corner;
+        ladder.Result.TrapFreqs[k] =
+            static_cast<double>(std::sqrt(synthesis.X[parts.Order[k]]) / synthesis.Corner);
     }
     if (form.LoadInductor) slots.SeriesInductor(parts.LoadL);
     ladder.Result.AttenUsedDb = attenDb;
-    ladder.Result.PassBandEdge = 1 / synthesis.Corner;
-    ladder.Result.StopBandEdge = synthesis.StopBandEdge / synthesis.Corner;
-    ladder.Result.LoadRatio = form.Dual ? r : 1 / r;
+    ladder.Result.PassBandEdge = static_cast<double>(1 / synthesis.Corner);
+    ladder.Result.StopBandEdge = static_cast<double>(synthesis.StopBandEdge / synthesis.Corner);
+    ladder.Result.LoadRatio = static_cast<double>(form.Dual ? r : 1 / r);
     return ladder;
 }
 

@@ -145,6 +145,10 @@ QWidget* BoardWindow::BuildChoices() {
     };
     file = choice("Measured &file", "BoardFile",
                   "One of the measured data; it is read again whenever it is written anew");
+    auto* const add = NewBoardButton(row, "BoardAddButton", "&Add...",
+                                     "Adds a .s2p file to the measured data, and reads it");
+    box->addWidget(add);
+    connect(add, &QPushButton::clicked, this, &BoardWindow::AddFile);
     turned = choice("Can be &turned", "BoardTurned", "What you can adjust");
     turned->addItems({"coils", "capacitors", "any part"});
     turned->setCurrentIndex(static_cast<int>(Adjustable::Any));
@@ -190,6 +194,19 @@ void BoardWindow::ListFiles() {
     file->setEnabled(!files.empty());
 }
 
+/// Reads what was added; if nothing was, all stays.
+void BoardWindow::AddFile() {
+    const std::size_t before = actions.Files().size();
+    {
+        const QScopedValueRollback<bool> own(busy, true);
+        actions.Add();
+    }
+    ListFiles();
+    if (files.size() <= before) return;
+    file->setCurrentIndex(static_cast<int>(files.size()) - 1);
+    Read();
+}
+
 void BoardWindow::Open() {
     if (!isVisible()) {
         const QRect owner = parentWidget()->window()->frameGeometry();
@@ -205,7 +222,7 @@ void BoardWindow::Read() {
     ListFiles();
     if (!watcher.files().isEmpty()) watcher.removePaths(watcher.files());
     if (files.empty())
-        return Forget("There is no measured file. Add one in File, Measured Data, with two ports.");
+        return Forget("There is no measured file yet. Add one with two ports (.s2p).");
     const std::string& path = files[static_cast<std::size_t>(file->currentIndex())].Path;
     watcher.addPath(QString::fromStdString(path));
     const QScopedValueRollback<bool> own(busy, true);

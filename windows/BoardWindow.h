@@ -37,6 +37,7 @@ struct BoardActions {
     std::function<void(const BoardReading&)> PutIntoGrid;  ///< one step
     /// The board after its next part is turned, drawn beside the design; null: no more.
     std::function<void(const BoardReading*)> ShowNext;
+    std::function<void()> Add{};  ///< asks for measured files
 };
 
 class BoardWindow : public QDialog {
@@ -59,6 +60,7 @@ private:
     QWidget* BuildButtons();
     void BuildTables();
     void ListFiles();
+    void AddFile();
     void Read();
     void ShowReading();
     void FillParts();

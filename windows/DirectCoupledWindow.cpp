@@ -232,6 +232,7 @@ QWidget* DirectCoupledWindow::BuildButtons() {
     auto* const calc = new QPushButton("&Calc", row);
     calc->setObjectName("DCCalcButton");
     calc->setDefault(true);
+    calc->setToolTip("Calculates the filter with these values");
     auto* const close = new QPushButton("C&lose", row);
     close->setObjectName("CloseButton");
     close->setAutoDefault(false);

@@ -129,6 +129,7 @@ QToolBar* HelpWindow::BuildTools() {
     findBox->setObjectName("HelpFindBox");
     findBox->setAccessibleName("Find in all pages");
     findBox->setPlaceholderText("Find in all pages");
+    findBox->setToolTip("Lists the pages with these words");
     findBox->setClearButtonEnabled(true);
     findBox->setMaximumWidth(240);
     tools->addWidget(findBox);

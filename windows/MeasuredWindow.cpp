@@ -62,6 +62,7 @@ MeasuredWindow::MeasuredWindow(MeasuredActions asked, QWidget* parent)
     table->setAccessibleName("Measured files");
     table->setHorizontalHeaderLabels({"Shown file", "Data"});
     table->horizontalHeaderItem(NameColumn)->setToolTip("Only files that are checked are drawn");
+    table->horizontalHeaderItem(DataColumn)->setToolTip("What the file holds");
     table->horizontalHeader()->setSectionResizeMode(NameColumn, QHeaderView::ResizeToContents);
     table->horizontalHeader()->setSectionResizeMode(DataColumn, QHeaderView::Stretch);
     table->verticalHeader()->hide();

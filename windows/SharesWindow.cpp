@@ -32,7 +32,7 @@ constexpr int LeastSharesHeight = 120;
 const std::vector<ShareColumn>& ShareColumns() {
     static const std::vector<ShareColumn> columns = {
         {"Part", nullptr, "Its bar stands at its symbol while this window is open"},
-        {"Value", &ShareRow::Value, ""},
+        {"Value", &ShareRow::Value, "As it stands in the ladder"},
         {"Tolerance", &ShareRow::Tolerance, "As chosen in Part Definitions"},
         {"Share", &ShareRow::Percent, "Of the variance that the tolerances cause"},
         {"1 % more", &ShareRow::PerPercent, "What a value 1 % larger does"},
@@ -82,6 +82,7 @@ SharesWindow::SharesWindow(SharesShown onShown, QWidget* parent)
         return made;
     };
     auto* const copy = button("SharesCopyButton", "C&opy Table");
+    copy->setToolTip("All rows, with tabs between the columns, for a spreadsheet");
     auto* const close = button("SharesCloseButton", "&Close");
     auto* const grid = new QGridLayout(this);
     grid->addWidget(caption, 0, 0);

@@ -5,11 +5,11 @@ the program for Windows (`wine .../ladderwise-cli.exe`); exit code 1 on a differ
 
 Held to 1e-12 of themselves: inputs, sweep and part values. Transfer, reflection and pulse are the small
 difference of large numbers: 1e-12 absolute, their decibels as amplitudes, phase and group delay on
-what that makes of them there. The synthesis of elliptic filters makes more of the last bit, in which
-the two systems' functions differ: ELLIPTIC for their parts, ELLIPTIC_SWEEP for what is analysed of
-them. Figures that are searched for are held to FIGURE, levels as amplitudes, sensitivities of the
-largest; the frequency of an extreme, where the curve is flat, to FLAT. At which of several equal
-ripples the return loss is worst is not compared. Texts, counts and signs are the same.
+what that makes of them there; ELLIPTIC_SWEEP at the steep edges of elliptic filters. Figures that are
+searched for are held to FIGURE, levels as amplitudes, sensitivities of the largest at their frequency
+or, where no part does much, of what 1 % of an amplitude is; the frequency of an extreme, where the
+curve is flat, to FLAT. At which of several equal ripples the return loss is worst is not compared.
+Texts, counts and signs are the same.
 """
 import json
 import math
@@ -18,11 +18,11 @@ import subprocess
 import sys
 
 LIMIT = 1e-12
-ELLIPTIC = 1e-10        # part values of elliptic filters
-ELLIPTIC_SWEEP = 1e-8   # what that makes of a steep edge
+ELLIPTIC_SWEEP = 1e-10
 FIGURE = 1e-8
 NULL = 1e-30
 ROUNDING = 1e-6         # dB for 1 % of a part
+ONE_PERCENT = 0.0864    # dB, of an amplitude
 SWEPT = "transfer magnitude_db reflection_db phase_deg group_delay_s".split()
 FLAT = 1e-6             # where an extreme lies
 RESPONSES = ("butterworth chebyshev bessel-freq bessel-delay papoulis gauss linear-chebyshev "
@@ -85,7 +85,7 @@ class Comparison:
         self.found = []
         self.ours = ours
         elliptic = "elliptic" in ours["inputs"]["response"]
-        self.parts, self.sweep = (ELLIPTIC, ELLIPTIC_SWEEP) if elliptic else (LIMIT, LIMIT)
+        self.sweep = ELLIPTIC_SWEEP if elliptic else LIMIT
         rows = ours.get("sensitivity") or []
         largest = {}
         for row in rows:
@@ -131,7 +131,8 @@ class Comparison:
             # Where no part changes the response, what stands there is rounding alone.
             if self.largest[index] < ROUNDING:
                 return True
-            scale = 1.0 if leaf == "share" else self.largest[index]
+            least = ONE_PERCENT / self.largest[index]  # a share's error where all are small
+            scale = max(1.0, least) if leaf == "share" else max(self.largest[index], ONE_PERCENT)
             return near(a, b, FIGURE * scale) or (leaf == "at_hz" and near(a, b, FLAT * a))
         if leaf == "worst_return_loss_hz":
             return True
@@ -147,7 +148,7 @@ class Comparison:
         distance = abs(a - b) / max(abs(a), abs(b))
         if top == "elements":
             self.worst = max(self.worst, distance)
-        return distance <= (self.parts if top == "elements" else LIMIT)
+        return distance <= LIMIT
 
     def by_transfer(self, kind, a, b, i):
         """What the limit in the transfer makes of a phase, and between two points of a delay."""

@@ -15,6 +15,7 @@
 #include "display/Plot.h"
 #include "display/PlotExport.h"
 #include "display/ReadOuts.h"
+#include "tests/Picture.h"
 #include "tests/display/ButterworthResponse.h"
 
 namespace ladderwise {
@@ -306,6 +307,32 @@ TEST(PlotExport, HasTheSizeAskedForAndBothTraces) {
     for (const TraceColours& colours : {CurrentColours, ReferenceColours})
         EXPECT_GT(CountPixels(png, Pixel(colours[1])), 100);
     EXPECT_EQ(QSvgRenderer(painted("plot.svg")).viewBox().size(), size);
+    // The runs of a worst case stand over the grid as a picture of their own.
+    FilterDesign design = made.Design;
+    design.Overlay = OverlayLook::Runs;
+    PlotContent worst{design, {}, {made.Layer()}, {}};
+    worst.Overlays.push_back(reference.Traces());
+    const auto drawn = [&](const PlotContent& shown) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        const std::string svg = PaintPlotFile("a.svg", size, shown, QFont()).Bytes;
+        QSvgRenderer(QByteArray::fromStdString(svg)).render(&painter, QRectF(image.rect()));
+        return Picture(image, QFont());
+    };
+    const auto gridLines = [&](const PlotContent& shown) {
+        const Picture picture = drawn(shown);
+        int lines = 0;
+        bool before = false;
+        for (int y = 200; y < 500; ++y) {
+            const bool line = picture.Ink(QRect(100, y, 300, 1), QColor(234, 234, 234), 8) < 60;
+            lines += line && !before;
+            before = line;
+        }
+        return lines;
+    };
+    EXPECT_GE(gridLines(content), 4);
+    EXPECT_EQ(gridLines(worst), gridLines(content));
     EXPECT_TRUE(painted("plot.pdf").trimmed().endsWith("%%EOF"));
     EXPECT_EQ(PaintPlotFile("a.gif", size, content, QFont()).Error,
               "cannot write a.gif: a plot is a .png, .svg or .pdf file");

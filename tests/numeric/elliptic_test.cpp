@@ -114,7 +114,7 @@ TEST(Elliptic, ElementsOfExactArithmetic) {
         const std::vector<double> values = ValuesOf(design);
         ASSERT_EQ(values.size(), exact.size());
         for (std::size_t i = 0; i < values.size(); ++i)
-            EXPECT_NEAR(values[i] / exact[i], 1, 1e-9) << i;
+            EXPECT_NEAR(values[i] / exact[i], 1, 1e-11) << i;
         EXPECT_NEAR(design.RLoad, load, 1e-11);
         EXPECT_EQ(design.G[1], values[0]);
         EXPECT_EQ(design.G[design.NumElements], values.back());

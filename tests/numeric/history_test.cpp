@@ -233,6 +233,39 @@ TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
     }
 }
 
+// A scale that suits the edited values alone, and what was said of the calculation that they
+// follow.
+TEST(UnsavedWork, KeepsWhatBelongsToEditedValues) {
+    DocumentHands hands;
+    DesignDocument& document = hands.Document;
+    Calculation& work = document.Work;
+    hands.Choose(ChoiceId::Pass, static_cast<int>(PassType::BandPassCanonical));
+    hands.Choose(ChoiceId::Parts, static_cast<int>(PartChoice::RealParts));
+    work.Inputs.Box(InputId::IndQ).Type("1");
+    hands.Choose(ChoiceId::FitWidth, 1);
+    hands.Choose(ChoiceId::AutoScale, 0);
+    const auto cannotFit = [&work] {
+        const std::vector<Note> notes = CollectNotes(work);
+        return std::any_of(notes.begin(), notes.end(), [](const Note& note) {
+            return note.Text.find("cannot be fitted") != note.Text.npos;
+        });
+    };
+    EXPECT_TRUE(cannotFit());
+    for (int i = 0; i < 200; ++i)
+        hands.PressKey(FormKey::F2, 2, 0);
+    work.Inputs.Box(InputId::Scale).Type("500E-6");
+    document.AnalyseEdits({});
+    EXPECT_EQ(work.Design.GDFullScale, 500e-6);
+    ExpectRecovered(document);
+    hands.Choose(ChoiceId::FitWidth, 0);
+    EXPECT_FALSE(cannotFit());
+    ASSERT_TRUE(BringBackEdits(work));
+    document.AnalyseEdits({});
+    hands.Note();
+    EXPECT_TRUE(cannotFit());
+    ExpectRecovered(document);
+}
+
 TEST(UnsavedWork, WhatIsNotWholeIsNoWork) {
     DocumentHands hands;
     hands.Choose(ChoiceId::Pass, static_cast<int>(PassType::BandPassCanonical));

@@ -53,6 +53,20 @@ QStringList FaultsOf(QWidget* window) {
             faults << control->objectName() + " has no caption";
         if (stop && usable && !reached.contains(control))
             faults << "no Tab to " + control->objectName();
+        const bool captioned = button && !button->text().isEmpty() &&
+                               !QString(button->text()).remove('&').startsWith("Close");
+        if (usable && (captioned || qobject_cast<QLineEdit*>(control)) &&
+            !parent->inherits("QDialogButtonBox") && control->toolTip().isEmpty())
+            faults << control->objectName() + " has no tip";
+        // Headers are either all plain or all explained.
+        const auto* const table = qobject_cast<QTableWidget*>(control);
+        const auto explained = [table](int column) {
+            const auto* const header = table->horizontalHeaderItem(column);
+            return header && !header->toolTip().isEmpty();
+        };
+        for (int column = 1; table && column < table->columnCount(); ++column)
+            if (explained(column) != explained(0))
+                faults << control->objectName() + ": no tip at a header";
         if (usable && label && label->buddy()) captions << label->text();
         if (usable && button && !button->text().isEmpty() && !parent->inherits("QToolBar"))
             captions << button->text();

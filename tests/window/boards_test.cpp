@@ -139,6 +139,16 @@ private slots:
         const ElementList& exact = *f.Design().CalculatedElements;
         QVERIFY(SameLadder(exact, WholeChoice(f.State(), StdMethod::Pairs)));
         QCOMPARE(f.Design().Elements[1].V2, 100e-12);
+        // What is bought: one part of the edited value, two for the others.
+        f.UseGridMenu(1, 1, "Copy &Parts Table");
+        const QString bought = QApplication::clipboard()->text();
+        QVERIFY2(bought.contains("\nC1\t100") && !bought.contains("C1a"), qPrintable(bought));
+        const QRegularExpression twice("\nC3a\t[^\t]+\t(\\S+)\nC3b\t[^\t]+\t(\\S+)\n");
+        const QRegularExpressionMatch parts = twice.match(bought);
+        QVERIFY2(parts.hasMatch(), qPrintable(bought));
+        const double larger = parts.captured(1).toDouble(), smaller = parts.captured(2).toDouble();
+        QVERIFY(larger >= smaller && smaller > 0.0);
+        QVERIFY(std::abs((larger + smaller) / f.Design().Elements[3].V2 - 1.0) < 1e-5);
         const std::string title = DesignTitle(f.Design());
         f.Trigger("SaveMenu");
         f.Trigger("ButterworthMenu");

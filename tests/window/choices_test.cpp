@@ -37,6 +37,23 @@ private slots:
         // What is no number is put back in the box's own unit; what is one is asked for.
         f.Enter("LeastL", "-3");
         QCOMPARE(f.Find<QLineEdit>("LeastL")->text(), QString("2"));
+        // The thumbnail has the limits' range and a fifth on either side: 120 to 533 MHz, 80 dB
+        // deep.
+        const QImage small = table->item(0, 0)->icon().pixmap(table->iconSize()).toImage();
+        const auto inkAt = [&small](double f, double fromDb, double toDb) {
+            const int x = qRound(std::log(f / 120e6) / std::log(532.8 / 120) * small.width());
+            int blue = 0;
+            for (int y = qRound(fromDb / 80 * small.height());
+                 y <= qRound(toDb / 80 * small.height()); ++y)
+                for (int near = x - 1; near <= x + 1; ++near) {
+                    const QColor ink = small.pixelColor(near, std::min(y, small.height() - 1));
+                    blue += ink.blue() > ink.red() + 60;
+                }
+            return blue;
+        };
+        QVERIFY(inkAt(130e6, 0, 6) > 0 && inkAt(130e6, 20, 80) == 0);
+        QVERIFY(inkAt(292e6, 43, 80) > 0 && inkAt(292e6, 0, 35) == 0);
+        QVERIFY(inkAt(438e6, 43, 80) > 0 && inkAt(438e6, 0, 35) == 0);
         const double cost = Number(table, 0, "Cost");
         f.Enter("LeastL", "50000");  // 50 uH, which no coil here has
         QVERIFY(Number(table, 0, "Cost") > cost + 4.0);

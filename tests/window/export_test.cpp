@@ -152,8 +152,13 @@ private slots:
             QVERIFY(QFile::remove(c.File));
         }
         QCOMPARE(f.LastTexts.Start, QDir::currentPath() + "/3 Pole Chebyshev LPF.svg");
-        // Kind and options are those of the last time.
+        // Kind and options are those of the last time; what will be saved is seen before.
         f.Export(5, [](QWidget* d) {
+            const QImage seen = d->findChild<QWidget*>("ExportPicture")->grab().toImage();
+            int ink = 0;
+            for (int at = 0; at < seen.width() * seen.height(); ++at)
+                ink += qGray(seen.pixel(at % seen.width(), at / seen.width())) < 128;
+            QVERIFY2(ink > 300, "symbols and names of three parts");
             QCOMPARE(d->findChild<QComboBox*>("ExportFormatBox")->currentIndex(), 1);
             QCOMPARE(d->findChild<QLineEdit*>("ExportWidthBox")->text(), "297");
         });

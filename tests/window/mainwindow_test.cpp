@@ -286,8 +286,14 @@ private slots:
             "F0Box BandWidthBox BWMHzButton NumPolesBox RSBox RLBox RippleBox CalcButton "
             "IdealPartsButton PercentChangeBox StdValuesBox WorstCaseBox PlotMagBox "
             "PlotMag1dBBox PlotReturnLossBox PlotPhaseBox PlotGDBox ValueGrid";
-        for (const QString& name : wanted.split(' '))
+        const QStringList order = wanted.split(' ');
+        for (const QString& name : order)
             QVERIFY2(reached.contains(name), qPrintable(name));
+        // From box to box as they are read.
+        QStringList inOrder;
+        for (const QString& name : reached)
+            if (order.contains(name) && !inOrder.contains(name)) inOrder << name;
+        QCOMPARE(inOrder, order);
     }
 
     void TerminationsMoveTheLoadAndTheForm() {
@@ -392,6 +398,12 @@ private slots:
             const QRect cell = f.Grid->visualItemRect(f.Grid->currentItem());
             QVERIFY(f.Grid->x() + cell.right() < client->width());
         }
+        for (int column = 9; column >= 1; --column) {  // and back, beside the row headers
+            QTest::keyClick(f.Grid, Qt::Key_Left);
+            const QRect cell = f.Grid->visualItemRect(f.Grid->currentItem());
+            QVERIFY(f.Grid->x() + cell.left() >= 50);
+        }
+        QCOMPARE(bar->value(), 0);
         bar->setValue(bar->maximum());
         f.Click("CalcButton");
         QCOMPARE(f.Grid->x(), 50 - bar->maximum());

@@ -138,6 +138,13 @@ private slots:
                  qPrintable(said[0]));
         QVERIFY2(said[1].endsWith("pad.s2p is shown already."), qPrintable(said[1]));
         QCOMPARE(f.Window->Measured().size(), 2u);
+        // The newest is what is looked at; reading again leaves the choice.
+        auto* const table = f.Find<QTableWidget>("MeasuredTable");
+        QCOMPARE(table->currentRow(), 1);
+        QVERIFY(table->item(1, 0)->isSelected());
+        table->selectRow(0);
+        f.Click("MeasuredReadAgainButton");
+        QVERIFY(table->item(0, 0)->isSelected() && !table->item(1, 0)->isSelected());
         // A design among them is no measured file, and several designs are nothing.
         f.Drop({QDir::current().filePath("pad.s2p"), QDir::current().filePath("d.tk_ldfilt")});
         QCOMPARE(f.Window->Measured().size(), 2u);

@@ -125,6 +125,38 @@ private slots:
         QVERIFY(f.Grid->item(0, 2)->background().color() != unlit);
     }
 
+    // The boxes that choose the traces carry the traces' colours, and the cell that keys act upon a
+    // frame.
+    void ColoursAndFramesLeadTheEye() {
+        PictureFixture f;
+        const std::pair<const char*, QColor> boxes[] = {{"PlotMagBox", QColor(255, 0, 0)},
+                                                        {"PlotMag1dBBox", QColor(128, 0, 0)},
+                                                        {"PlotReturnLossBox", QColor(240, 0, 240)},
+                                                        {"PlotPhaseBox", QColor(0, 0, 255)},
+                                                        {"PlotGDBox", QColor(0, 96, 0)}};
+        for (const auto& [name, colour] : boxes) {
+            auto* const box = f.Find<QAbstractButton>(name);
+            const Picture seen(box->grab().toImage(), box->font());
+            QVERIFY2(seen.Ink(seen.Rect(), colour, 8) > 30, name);
+        }
+        f.Grid->setFocus();
+        f.Grid->setCurrentCell(1, 1);
+        const QRect cell = f.Grid->visualItemRect(f.Grid->item(1, 1));
+        const auto frameInk = [&] {
+            const Picture seen(f.Grid->viewport()->grab().toImage(), f.Grid->font());
+            const QColor highlight = f.Grid->palette().color(QPalette::Highlight);
+            return seen.Ink(QRect(cell.left(), cell.top(), 4, cell.height()), highlight, 8);
+        };
+        QVERIFY(frameInk() >= cell.height() - 4);
+        f.Grid->setCurrentCell(0, 2);
+        QCOMPARE(frameInk(), 0);
+        // Ind and Cap before the rows.
+        const Picture grid(f.Grid->viewport()->grab().toImage(), f.Grid->font());
+        for (const int row : {0, 1})
+            QVERIFY(grid.Ink(f.Grid->visualItemRect(f.Grid->item(row, 0)).adjusted(3, 3, -3, -3),
+                             Qt::black, 120) > 15);
+    }
+
     // A symmetrical ladder: what C1 has C3 has too. The shares make one, and stand at the symbols.
     void SharesStandAtTheSymbols() {
         PictureFixture f;

@@ -9,6 +9,7 @@
 #include "choosing/BoardYield.h"
 #include "choosing/CandidateList.h"
 #include "choosing/RowMaker.h"
+#include "choosing/RowOrder.h"
 #include "numbers/Matherrmain.h"
 #include "numbers/PlainNumbers.h"
 
@@ -23,8 +24,7 @@ constexpr double doubtDb = 0.01;         ///< what a row may fail by on the poin
 constexpr double beyondSteps = -4.0;     ///< dB: a margin that standard values do not make good
 constexpr double surelyMetDb = 1e-6;     ///< a smaller margin is rounding
 constexpr int usualTraps = 5, mostTraps = 10;
-constexpr double refineBelowDb = 0.3;  ///< margins that are refined
-constexpr double refineAboveDb = -6.0;
+constexpr double refineBelowDb = 0.3, refineAboveDb = -6.0;  ///< margins that are refined
 constexpr int refineTries = 26;
 constexpr double worthMoreDb = -2.0;    ///< margins that are worth more tries
 constexpr double nearLargest = 0.9999;  ///< of the largest ripple
@@ -51,7 +51,6 @@ public:
     QuietMathErrors() : before(MathErrors()) {}
     ~QuietMathErrors() { MathErrors() = before; }
     QuietMathErrors(const QuietMathErrors&) = delete;
-    QuietMathErrors& operator=(const QuietMathErrors&) = delete;
 
 private:
     const MathErrorLog before;
@@ -65,14 +64,6 @@ struct Found {
     bool OtherLoad = false;
     double Cost = 0.0;  ///< with the loss on the points
 };
-
-bool AtLeastAsFew(const PartCounts& a, const PartCounts& b) {
-    return a.Inductors <= b.Inductors && a.Both() <= b.Both();
-}
-
-bool Fewer(const PartCounts& a, const PartCounts& b) {
-    return AtLeastAsFew(a, b) && (a.Inductors < b.Inductors || a.Both() < b.Both());
-}
 
 class Chooser {
 public:
@@ -115,8 +106,9 @@ public:
                     known.insert(GroupOf(row.What));
                 }
         starts.resize(std::min(starts.size(), standard ? mostRevisedSteps : mostRevised));
-        for (ChoosingMemory::Remembered& near : NearestOfGroups(known))
-            starts.push_back(std::move(near));
+        if (!standard)
+            for (ChoosingMemory::Remembered& near : NearestOfGroups(memory, known, revisedFromDb))
+                starts.push_back(std::move(near));
         if (starts.size() > 2 * mostRevised) starts.resize(2 * mostRevised);
         for (ChoosingMemory::Remembered& start : starts) {
             if (!maker.Use(start.What)) continue;
@@ -132,28 +124,6 @@ public:
     }
 
 private:
-    /// Of every group that is not `known` what came nearest in the last search, nearest first.
-    std::vector<ChoosingMemory::Remembered> NearestOfGroups(
-        const std::set<ChoosingMemory::Group>& known) const {
-        std::map<ChoosingMemory::Group, ChoosingMemory::Remembered> best;
-        for (const auto& [key, remembered] : memory.Places) {
-            const ChoosingMemory::Group& group = std::get<0>(key);
-            if (standard || known.contains(group) || remembered.At.Margin < revisedFromDb) continue;
-            const auto [place, isNew] = best.try_emplace(group, remembered);
-            if (!isNew && remembered.At.Margin > place->second.At.Margin)
-                place->second = remembered;
-        }
-        std::vector<ChoosingMemory::Remembered> nearest;
-        for (const auto& [group, remembered] : best)
-            nearest.push_back(remembered);
-        std::sort(nearest.begin(), nearest.end(),
-                  [](const auto& a, const auto& b) { return CountOf(a.What) < CountOf(b.What); });
-        return nearest;
-    }
-
-    /// About how many parts a candidate has.
-    static int CountOf(const Candidate& what) { return OrderOf(what.Response, what.Poles); }
-
     /// That refining may come to, dB.
     double LargestRipple() const {
         return LargestRippleFor(request.Limits, rows.Base().PassType, true);
@@ -517,37 +487,16 @@ private:
                              if (a.Cost != b.Cost) return a.Cost < b.Cost;
                              return a.MarginDb > b.MarginDb;
                          });
-        for (const FilterChoice& row : choices) {
-            FewestParts& fewest = row.OtherLoad ? list.AtOtherLoad : list.AtUsersLoad;
-            const auto lower = [](std::optional<int>& least, int value) {
-                least = least ? std::min(*least, value) : value;
-            };
-            lower(fewest.Inductors, row.Parts.Inductors);
-            lower(fewest.Parts, row.Parts.Both());
-        }
+        CountFewest(list);
         if (choices.size() > static_cast<std::size_t>(request.MostRows))
             choices.resize(static_cast<std::size_t>(request.MostRows));
-        Fold(choices);
+        FoldDominated(choices);
         const std::size_t judged =
             std::min(choices.size(), static_cast<std::size_t>(request.YieldRows));
         for (std::size_t i = 0; i < judged; ++i)
             if (maker.Use(choices[i].What) && maker.Place(choices[i].F0, choices[i].BandWidth))
                 choices[i].PassingShare =
                     PassingShare(maker.Design(), coarse, fine, request.Boards, request.Seed);
-    }
-
-    /// A row is folded if one of those before it is at least as good in parts, cost, margin and
-    /// loss at the same kind of load. Rows that are alike in all leave the first.
-    static void Fold(std::vector<FilterChoice>& choices) {
-        std::vector<const FilterChoice*> front;
-        for (FilterChoice& row : choices) {
-            row.Folded = std::any_of(front.begin(), front.end(), [&](const FilterChoice* other) {
-                return other->OtherLoad == row.OtherLoad && AtLeastAsFew(other->Parts, row.Parts) &&
-                       other->MarginDb >= row.MarginDb &&
-                       other->LossDb.value_or(0.0) <= row.LossDb.value_or(0.0);
-            });
-            if (!row.Folded) front.push_back(&row);
-        }
     }
 
     /// What came nearest with all margins alike, no more than a few of each group.
@@ -587,24 +536,12 @@ private:
             }
             std::stable_sort(misses.begin(), misses.end(),
                              [](const FilterChoice& a, const FilterChoice& b) {
-                                 return LargestOf(a) < LargestOf(b);
+                                 return LargestRelaxed(a) < LargestRelaxed(b);
                              });
             if (misses.size() > mostMisses) misses.resize(mostMisses);
             for (FilterChoice& miss : misses)
                 list.NearestMisses.push_back(std::move(miss));
         }
-    }
-
-    /// The most that a limit has to yield, of delays as dB.
-    static double LargestOf(const FilterChoice& row) {
-        double largest = 0.0;
-        for (const RelaxedLimit& relaxed : row.Relax) {
-            const LimitLine& line = row.Report.Rows[relaxed.Limit].Line;
-            constexpr double tenth = 10.0;
-            const bool delay = line.Kind == LimitKind::DelayVariationMax;
-            largest = std::max(largest, delay ? tenth * relaxed.By / line.Value : relaxed.By);
-        }
-        return largest;
     }
 
     /// The row with what has to be relaxed; with nothing if a limit that was to be kept is not.

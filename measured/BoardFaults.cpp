@@ -362,12 +362,9 @@ private:
 };
 
 /// The design without a fault once more, from the values that its hypotheses led to where those are
-/// within any tolerance, and from smoothed data, which a narrow band has been tried from: what
-/// explains the data as well without a fault is none.
+/// within any tolerance: what explains the data as well without a fault is none.
 void RetryFrom(const std::vector<Tried>& tried, BoardExplanation& plain) {
     const BoardSearch search(plain.Design, *plain.Model, plain.Data);
-    if (!plain.Holds() && !IsNarrow(plain.Design))
-        KeepBetter(plain.Solution, search.From(plain.Model->Means(), true));
     for (std::size_t k = 0; k < std::min(retries, tried.size()); ++k) {
         const BoardExplanation& how = tried[k].How;
         std::vector<double> x = plain.Model->Means();

@@ -228,11 +228,15 @@ void BoardSearch::AddEquals(BoardSolution& solution) const {
 BoardSolution BoardSearch::Solve() const {
     BoardSolution best = From(model.Means());
     if (!Explains(best)) KeepBetter(best, FromBare());
+    if (IsNarrow(design)) return best;
+    if (!Explains(best)) KeepBetter(best, From(model.Means(), true));
+    if (!Explains(best) && best.Excess < hopeless)
+        for (const std::vector<double>& start : Exchanged(best.State, true))
+            if (!Explains(best)) KeepBetter(best, From(start));
     return best;
 }
 
 void BoardSearch::SolveThoroughly(BoardSolution& best) const {
-    if (!Explains(best) && !IsNarrow(design)) KeepBetter(best, From(model.Means(), true));
     if (Explains(best)) return;
     const std::vector<BoardState> random = BestOfRandom(best.State);
     const std::size_t tried = IsNarrow(design) ? finishedStarts : 1;

@@ -51,10 +51,11 @@ public:
     BoardState Roughed(const BoardState& glance) const;
     /// From a rough state to the end on all points; what is hopeless is only judged.
     BoardSolution Finished(const BoardState& rough) const;
-    /// The short way: from the nominal values, parasitics as expected or none.
+    /// The short ways: from the nominal values, parasitics as expected or none; in wide bands from
+    /// smoothed data too, and with traps in another order.
     BoardSolution Solve() const;
-    /// The long ways: from smoothed data in wide bands too, from random starts, and in narrow bands
-    /// with slots exchanged, until something explains the data.
+    /// The long ways: from random starts, and in narrow bands with slots exchanged, until something
+    /// explains the data.
     void SolveThoroughly(BoardSolution& best) const;
     /// Finds solutions beside the best that explain the data as well, and a better one if there is.
     void AddEquals(BoardSolution& solution) const;

@@ -115,6 +115,10 @@ void SecondaryWindows::RefreshChoices() {
     choices->NoteDesign();
 }
 
+void SecondaryWindows::FollowLimits(const LimitLines& limits) {
+    choices->FollowLimits(limits);
+}
+
 void SecondaryWindows::ShowLimits(const LimitReport& report) {
     limits->ShowLimits(report);
     limits->ShowBesidePlot();

@@ -51,6 +51,7 @@ public:
     /// Which filter: the list, and what it is to be told after a change.
     void ShowChoices();
     void RefreshChoices();
+    void FollowLimits(const LimitLines& limits);
 
     /// A measured board, and that the design is another one than it was read for.
     void ShowBoard();

@@ -116,6 +116,7 @@ void DesignSession::DragLimit(std::size_t limit, const LimitLine& line) {
     views.Client->Area()->ShowMarkers();
     ShowResults();
     views.Windows->RefreshLimits(Judged());
+    views.Windows->FollowLimits(dragged->Now);
 }
 
 void DesignSession::DropLimit(bool taken) {

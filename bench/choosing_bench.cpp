@@ -30,6 +30,7 @@ void Choose(benchmark::State& state, PassType pass, PartChoice parts, const Limi
     request.Limits = need;
     request.MostRows = 200;  // as the window shows
     request.YieldRows = 0;
+    request.DominatedRows = false;
     ChoosingMemory memory;
     FilterList list = ChooseFilters(request, memory);
     LimitLine& moved = request.Limits[need[0].Kind == AttenMin ? 0 : 1];

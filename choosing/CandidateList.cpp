@@ -18,8 +18,11 @@ constexpr std::array rippleRaster = {0.7, 0.4, 0.2, 0.1, 0.05, 0.02, 0.008, 0.00
 constexpr int ripplesOfRaster = 5;
 constexpr double coarsestOfRaster = 0.85;  ///< of the largest
 constexpr double attenRaster = 4.0, leastBelowNeed = 12.0, mostAboveNeed = 10.0;
+constexpr double leastBelowOfFew = 28.0;
+constexpr int fewTraps = 2;
 constexpr double aboveRound = 0.02;  ///< dB: people ask for round numbers
 constexpr double fallbackNeedDb = 40.0;
+constexpr double wideReach = 4.0;       ///< To / From of a limit that no ripple is beside
 constexpr double widestCoupled = 0.25;  ///< of the centre: beyond coupled resonators are off
 
 constexpr std::array allPole = {ResponseType::Butterworth, ResponseType::BesselFreq,
@@ -32,7 +35,11 @@ constexpr std::array elliptic = {ResponseType::EllipticA, ResponseType::Elliptic
 class Lister {
 public:
     Lister(const FilterDesign& design, const LimitLines& limits)
-        : base(design), largestRipple(LargestRippleFor(limits)), need(LargestNeedOf(limits)) {}
+        : base(design),
+          largestRipple(LargestRippleFor(limits, design.PassType, false)),
+          widestRipple(LargestRippleFor(limits, design.PassType, true)),
+          need(LargestNeedOf(limits)),
+          narrowStops(!BandsOf(limits, design.PassType).NarrowStops.empty()) {}
 
     void AllPole(const Candidate& pattern, int fewest, int most, int stride) {
         for (int poles = fewest; poles <= most; poles += stride) {
@@ -59,8 +66,10 @@ public:
                 candidate.Response = family;
                 candidate.Poles = traps;
                 candidate.FormCLC = base.FormCLC;
-                const int first =
-                    static_cast<int>(std::ceil((need - leastBelowNeed) / attenRaster));
+                // Few traps that sit in narrow limits do with much less beside them.
+                const double below =
+                    narrowStops && traps <= fewTraps ? leastBelowOfFew : leastBelowNeed;
+                const int first = static_cast<int>(std::ceil((need - below) / attenRaster));
                 const int last = static_cast<int>(std::floor((need + mostAboveNeed) / attenRaster));
                 for (int step = first; step <= last; ++step) {
                     candidate.AttenDb =
@@ -75,23 +84,36 @@ public:
 
 private:
     void Rippled(Candidate candidate, int attenIndex) {
-        candidate.RippleDb = std::max(justBelowLargest * largestRipple, FinestRippleDb);
-        list.push_back({candidate, -1, attenIndex});
+        const auto add = [&](double ripple, int index) {
+            candidate.RippleDb = std::max(ripple, FinestRippleDb);
+            list.push_back({candidate, index, attenIndex});
+        };
+        if (widestRipple > largestRipple) add(justBelowLargest * widestRipple, ofWidest);
+        add(justBelowLargest * largestRipple, ofLargest);
         int taken = 0;
         for (std::size_t i = 0; i < rippleRaster.size() && taken < ripplesOfRaster; ++i) {
-            if (rippleRaster[i] > coarsestOfRaster * largestRipple) continue;
-            candidate.RippleDb = rippleRaster[i];
-            list.push_back({candidate, static_cast<int>(i), attenIndex});
-            ++taken;
+            if (rippleRaster[i] > coarsestOfRaster * widestRipple) continue;
+            add(rippleRaster[i], static_cast<int>(i));
+            if (rippleRaster[i] <= coarsestOfRaster * largestRipple) ++taken;
         }
     }
 
+    static constexpr int ofLargest = -1, ofWidest = -2;  ///< indices beside the raster's
+
     const FilterDesign& base;
-    double largestRipple, need;
+    double largestRipple, widestRipple, need;
+    bool narrowStops;
 };
 
 bool IsBand(PassType pass) {
     return HasBandWidth(pass) && pass != PassType::Notch;
+}
+
+/// Whether a limit reaches over so much of the pass band that the ripple shows in it.
+bool ReachesOverPassBand(const LimitLine& line, const NeedBands& bands, PassType pass) {
+    if (IsBand(pass)) return line.From <= bands.PassLow && line.To >= bands.PassHigh;
+    if (pass == PassType::Notch) return true;
+    return line.To >= wideReach * line.From;
 }
 
 }  // namespace
@@ -103,9 +125,11 @@ double LargestNeedOf(const LimitLines& limits) {
     return need > 0.0 ? need : fallbackNeedDb;
 }
 
-double LargestRippleFor(const LimitLines& limits) {
+double LargestRippleFor(const LimitLines& limits, PassType pass, bool widestOnly) {
+    const NeedBands bands = BandsOf(limits, pass);
     double largest = CoarsestRippleDb;
     for (const LimitLine& line : limits) {
+        if (widestOnly && !ReachesOverPassBand(line, bands, pass)) continue;
         if (line.Kind == LimitKind::AttenMax) largest = std::min(largest, line.Value);
         // What is reflected does not pass: A = -10 log10(1 - |Gamma|^2).
         if (line.Kind == LimitKind::ReturnLossMin)

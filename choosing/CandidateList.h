@@ -22,18 +22,20 @@ struct ListedCandidate {
     int AttenIndex = 0;
 };
 
-/// The largest ripple that the pass limits allow, dB; CoarsestRippleDb without any.
-double LargestRippleFor(const LimitLines& limits);
+/// The largest ripple that the pass limits allow, dB; CoarsestRippleDb without any. With
+/// `widestOnly` by those limits alone that reach over most of the pass band: a valley of the ripple
+/// may lie beside a narrower one.
+double LargestRippleFor(const LimitLines& limits, PassType pass, bool widestOnly);
 
 /// The largest attenuation at least that is asked for, dB; 40 dB without any.
 double LargestNeedOf(const LimitLines& limits);
 
 /// All families of orders 1 to 10 (elliptic ones of up to `mostTraps` traps and no fewer than
 /// `fewestTraps`, of which only those if it is above 1), both forms, six ripples from the largest
-/// that the limits allow, and six attenuations from 12 dB below the largest asked for to 10 dB
-/// above. Of a band-pass, whatever its structure, the canonical one with its traps in form 1, and
-/// where the limits of the pass band are no more than a quarter apart also direct-coupled and
-/// Norton ones.
+/// that the limits allow (above it those that the widest alone allow), and six attenuations from 12
+/// dB below the largest asked for to 10 dB above. Of a band-pass, whatever its structure, the
+/// canonical one with its traps in form 1, and where the limits of the pass band are no more than a
+/// quarter apart also direct-coupled and Norton ones.
 std::vector<ListedCandidate> ListCandidates(const FilterDesign& base, const LimitLines& limits,
                                             int fewestTraps, int mostTraps);
 

@@ -9,6 +9,7 @@
 #include "choosing/BoardYield.h"
 #include "choosing/CandidateList.h"
 #include "choosing/RowMaker.h"
+#include "choosing/RowOrder.h"
 #include "numbers/Matherrmain.h"
 #include "numbers/PlainNumbers.h"
 
@@ -23,9 +24,9 @@ constexpr double doubtDb = 0.01;         ///< what a row may fail by on the poin
 constexpr double beyondSteps = -4.0;     ///< dB: a margin that standard values do not make good
 constexpr double surelyMetDb = 1e-6;     ///< a smaller margin is rounding
 constexpr int usualTraps = 5, mostTraps = 10;
-constexpr double refineBelowDb = 0.3;  ///< margins that are refined
-constexpr double refineAboveDb = -6.0;
+constexpr double refineBelowDb = 0.3, refineAboveDb = -6.0;  ///< margins that are refined
 constexpr int refineTries = 26;
+constexpr double worthMoreDb = -2.0;    ///< margins that are worth more tries
 constexpr double nearLargest = 0.9999;  ///< of the largest ripple
 constexpr double trapFormsAboveDb = -0.5;
 constexpr std::size_t mostMisses = 10;  ///< of each kind
@@ -33,6 +34,8 @@ constexpr std::size_t missesJudged = 60, missesSearched = 80;
 constexpr int candidatesPerCall = 16;  ///< between two calls of the progress callback
 constexpr double shareOfSearch = 0.8;
 constexpr int rowsInReserve = 8;
+constexpr std::size_t mostRevised = 40, mostRevisedSteps = 12;  ///< rows; of standard values
+constexpr double revisedFromDb = -3.0;
 constexpr std::size_t mostPrototypes = 8000;
 constexpr double nominalF0 = 1e8, nominalWidth = 0.2;  ///< Hz, share: to count parts at
 constexpr int typedDigits = 5;                         ///< of ripple and attenuation
@@ -48,7 +51,6 @@ public:
     QuietMathErrors() : before(MathErrors()) {}
     ~QuietMathErrors() { MathErrors() = before; }
     QuietMathErrors(const QuietMathErrors&) = delete;
-    QuietMathErrors& operator=(const QuietMathErrors&) = delete;
 
 private:
     const MathErrorLog before;
@@ -59,16 +61,9 @@ struct Found {
     ListedCandidate Listed{};
     Placement At{};
     PartCounts Parts{};
+    bool OtherLoad = false;
     double Cost = 0.0;  ///< with the loss on the points
 };
-
-bool AtLeastAsFew(const PartCounts& a, const PartCounts& b) {
-    return a.Inductors <= b.Inductors && a.Both() <= b.Both();
-}
-
-bool Fewer(const PartCounts& a, const PartCounts& b) {
-    return AtLeastAsFew(a, b) && (a.Inductors < b.Inductors || a.Both() < b.Both());
-}
 
 class Chooser {
 public:
@@ -81,6 +76,9 @@ public:
           coarse(asked.Limits, searchPoints),
           fine(asked.Limits, narrowPoints),
           standard(rows.Base().StdLCValues),
+          delays(std::any_of(
+              asked.Limits.begin(), asked.Limits.end(),
+              [](const LimitLine& line) { return line.Kind == LimitKind::DelayVariationMax; })),
           notIdeal(standard || rows.Base().PartModel.Choice != PartChoice::IdealParts) {}
 
     FilterList Run() {
@@ -98,7 +96,39 @@ public:
         return list;
     }
 
+    FilterList Revise(const FilterList& last) {
+        std::set<ChoosingMemory::Group> known;
+        std::vector<ChoosingMemory::Remembered> starts;
+        for (const std::vector<FilterChoice>* const list : {&last.Choices, &last.NearestMisses})
+            for (const FilterChoice& row : *list)
+                if (!row.Folded) {
+                    starts.push_back({row.What, {row.F0, row.BandWidth, row.MarginDb}});
+                    known.insert(GroupOf(row.What));
+                }
+        starts.resize(std::min(starts.size(), standard ? mostRevisedSteps : mostRevised));
+        if (!standard)
+            for (ChoosingMemory::Remembered& near : NearestOfGroups(memory, known, revisedFromDb))
+                starts.push_back(std::move(near));
+        if (starts.size() > 2 * mostRevised) starts.resize(2 * mostRevised);
+        for (ChoosingMemory::Remembered& start : starts) {
+            if (!maker.Use(start.What)) continue;
+            const Placement at = Place(start.What, KeptLimits::All, &start.At, coarse);
+            if (at.Margin > HopelessDb)
+                Note({.Listed = {start.What}, .At = at, .Parts = CountParts(maker.Design())});
+        }
+        FilterList list;
+        FinishRows(list);
+        list.Candidates = static_cast<int>(found.size());
+        list.Analyses = analyses;
+        return list;
+    }
+
 private:
+    /// That refining may come to, dB.
+    double LargestRipple() const {
+        return LargestRippleFor(request.Limits, rows.Base().PassType, true);
+    }
+
     bool Report(double done) const { return !progress || progress(done); }
 
     /// What was found for other terminations, parts or pass types is of no use.
@@ -126,9 +156,9 @@ private:
     }
 
     /// Searches one candidate, from `start` where there is one.
-    Placement Place(Candidate& candidate, KeptLimits kept, const Placement* start,
-                    LimitGrid& grid) {
-        PlacementSearch search(maker, grid, candidate.Pass, kept);
+    Placement Place(Candidate& candidate, KeptLimits kept, const Placement* start, LimitGrid& grid,
+                    bool thorough = false) {
+        PlacementSearch search(maker, grid, candidate.Pass, kept, thorough);
         maker.UseStandardValues(false);
         Placement at;
         if (maker.Use(candidate)) {
@@ -152,6 +182,7 @@ private:
     }
 
     void Price(Found& f) {
+        f.OtherLoad = rows.IsOtherLoad(maker.Design().RLoad);
         if (maker.Place(f.At.F0, f.At.BandWidth))
             f.Cost = rows.CostOf(maker.Design()) + request.Weights.PerDbOfLoss * f.At.Loss;
     }
@@ -247,13 +278,22 @@ private:
     void Search(FilterList& list) {
         const FilterDesign& base = rows.Base();
         list.Stopped = !SearchList(ListCandidates(base, request.Limits, 1, usualTraps));
-        // More traps only for the families that have not met the limits.
-        std::set<ResponseType> met;
-        for (const Found& f : found)
-            if (f.At.Margin > 0.0) met.insert(f.Listed.What.Response);
+        // More traps only for the families that have not met the limits and, as parts may lose more
+        // than they give, that the last trap has brought nearer.
+        std::map<ResponseType, double> fewer, most;
+        for (const Found& f : found) {
+            const Candidate& what = f.Listed.What;
+            double& best = (what.Poles < usualTraps ? fewer : most)
+                               .try_emplace(what.Response, HopelessDb)
+                               .first->second;
+            best = std::max(best, f.At.Margin);
+        }
         std::vector<ListedCandidate> more =
             ListCandidates(base, request.Limits, usualTraps + 1, mostTraps);
-        std::erase_if(more, [&](const auto& listed) { return met.contains(listed.What.Response); });
+        std::erase_if(more, [&](const auto& listed) {
+            const ResponseType family = listed.What.Response;
+            return fewer[family] > 0.0 || most[family] > 0.0 || most[family] < fewer[family];
+        });
         if (!list.Stopped) list.Stopped = !SearchList(more);
     }
 
@@ -305,7 +345,7 @@ private:
     bool TakeNeedItself(Found& f) {
         constexpr double aboveNeed[] = {0.02, 0.1};
         constexpr double ofLargest[] = {0.85, 0.95, 0.99};
-        const double largest = LargestRippleFor(request.Limits);
+        const double largest = LargestRippleFor(request.Limits, rows.Base().PassType, false);
         bool better = false;
         for (const double above : aboveNeed)
             for (const double share : ofLargest) {
@@ -314,7 +354,7 @@ private:
                 what.RippleDb = RoundedTyped(std::max(share * largest, FinestRippleDb));
                 what.AttenDb = RoundedTyped(
                     std::clamp(LargestNeedOf(request.Limits) + above, LeastNeedDb, MostNeedDb));
-                tried.At = Place(what, KeptLimits::All, nullptr, coarse);
+                tried.At = Place(what, KeptLimits::All, nullptr, coarse, true);
                 if (tried.At.Margin > f.At.Margin) f = tried, better = true;
             }
         return better;
@@ -326,7 +366,7 @@ private:
         const auto kept = memory.Refined.find(GroupOf(f.Listed.What));
         if (kept == memory.Refined.end()) return false;
         const ChoosingMemory::RefinedPlace& last = kept->second;
-        const double largest = LargestRippleFor(request.Limits);
+        const double largest = LargestRipple();
         Candidate asItWas = f.Listed.What, moved = asItWas;
         asItWas.RippleDb = std::min(last.What.RippleDb, RoundedTyped(nearLargest * largest));
         asItWas.AttenDb = last.What.AttenDb;
@@ -339,7 +379,7 @@ private:
             if (&what != &asItWas && what == asItWas) continue;
             Found tried = f;
             tried.Listed.What = what;
-            tried.At = Place(tried.Listed.What, KeptLimits::All, &last.At, coarse);
+            tried.At = Place(tried.Listed.What, KeptLimits::All, &last.At, coarse, true);
             if (tried.At.Margin > f.At.Margin) f = tried, better = true;
         }
         return true;
@@ -347,7 +387,7 @@ private:
 
     /// Compass search in the logarithm of the ripple and in the attenuation.
     void RefineGroup(Found f) {
-        const double largest = LargestRippleFor(request.Limits);
+        const double largest = LargestRipple();
         const bool traps = IsElliptic(f.Listed.What.Response);
         double stepRipple = 0.35, stepAtten = 3.0;
         constexpr double smallestStep = 0.01;
@@ -358,16 +398,23 @@ private:
             stepRipple *= nearby, stepAtten *= nearby;
         else if (traps)
             better = TakeNeedItself(f);
-        while (tries < refineTries && stepRipple > smallestStep) {
+        // Traps that keep to a place are traded for the ripple along both diagonals.
+        const bool narrowStops = !BandsOf(request.Limits, f.Listed.What.Pass).NarrowStops.empty();
+        const int mostTries =
+            narrowStops && f.At.Margin > worthMoreDb ? 2 * refineTries : refineTries;
+        while (tries < mostTries && stepRipple > smallestStep) {
             bool moved = false;
-            const std::array<std::pair<double, double>, 6> moves = {{{-stepRipple, 0.0},
+            const std::array<std::pair<double, double>, 8> moves = {{{-stepRipple, 0.0},
                                                                      {stepRipple, 0.0},
                                                                      {0.0, stepAtten},
                                                                      {0.0, -stepAtten},
                                                                      {-stepRipple, stepAtten},
-                                                                     {stepRipple, -stepAtten}}};
+                                                                     {stepRipple, -stepAtten},
+                                                                     {-stepRipple, -stepAtten},
+                                                                     {stepRipple, stepAtten}}};
             for (const auto& [ripple, atten] : moves) {
                 if (!traps && atten != 0.0) continue;
+                if (!narrowStops && ripple * atten > 0.0) continue;
                 Found tried = f;
                 Candidate& what = tried.Listed.What;
                 what.RippleDb = RoundedTyped(std::clamp(what.RippleDb * std::exp(ripple),
@@ -376,7 +423,7 @@ private:
                     RoundedTyped(std::clamp(what.AttenDb + atten, LeastNeedDb, MostNeedDb));
                 if (what == f.Listed.What) continue;
                 ++tries;
-                tried.At = Place(what, KeptLimits::All, &f.At, coarse);
+                tried.At = Place(what, KeptLimits::All, &f.At, coarse, true);
                 if (!(tried.At.Margin > f.At.Margin)) continue;
                 f = tried;
                 moved = better = true;
@@ -403,20 +450,34 @@ private:
         }
         std::stable_sort(drafts.begin(), drafts.end(),
                          [](const Found* a, const Found* b) { return a->Cost < b->Cost; });
-        int count = 0;
+        int count = 0, behind = 0;
         for (const Found* const draft : drafts) {
             // The loss of a draft is that on the points: a few more than are shown.
-            if (static_cast<int>(list.Choices.size()) >= request.MostRows + rowsInReserve) break;
+            if (std::ssize(list.Choices) + behind >= request.MostRows + rowsInReserve) break;
             if (++count % candidatesPerCall == 0 &&
                 !Report(shareOfSearch + (1.0 - shareOfSearch) * count / double(drafts.size()))) {
                 list.Stopped = true;
                 return;
             }
-            FilterChoice row = rows.Make(draft->Listed.What, draft->At.F0, draft->At.BandWidth);
+            if (!request.DominatedRows && IsDominated(*draft, list.Choices)) {
+                ++behind;
+                continue;
+            }
+            FilterChoice row =
+                rows.Make(maker, draft->Listed.What, draft->At.F0, draft->At.BandWidth);
             if (row.Report.Met() && row.MarginDb >= surelyMetDb)
                 list.Choices.push_back(std::move(row));
         }
+        list.NotMade = behind;
         Sort(list);
+    }
+
+    /// By what is known of a draft. Delays, of which margins in dB say nothing, are left to rows.
+    bool IsDominated(const Found& draft, const std::vector<FilterChoice>& choices) const {
+        return !delays && std::any_of(choices.begin(), choices.end(), [&](const auto& row) {
+            return row.OtherLoad == draft.OtherLoad && AtLeastAsFew(row.Parts, draft.Parts) &&
+                   row.MarginDb >= draft.At.Margin && row.LossDb.value_or(0.0) <= draft.At.Loss;
+        });
     }
 
     void Sort(FilterList& list) {
@@ -426,36 +487,16 @@ private:
                              if (a.Cost != b.Cost) return a.Cost < b.Cost;
                              return a.MarginDb > b.MarginDb;
                          });
-        for (const FilterChoice& row : choices) {
-            FewestParts& fewest = row.OtherLoad ? list.AtOtherLoad : list.AtUsersLoad;
-            const auto lower = [](std::optional<int>& least, int value) {
-                least = least ? std::min(*least, value) : value;
-            };
-            lower(fewest.Inductors, row.Parts.Inductors);
-            lower(fewest.Parts, row.Parts.Both());
-        }
+        CountFewest(list);
         if (choices.size() > static_cast<std::size_t>(request.MostRows))
             choices.resize(static_cast<std::size_t>(request.MostRows));
-        Fold(choices);
+        FoldDominated(choices);
         const std::size_t judged =
             std::min(choices.size(), static_cast<std::size_t>(request.YieldRows));
         for (std::size_t i = 0; i < judged; ++i)
-            choices[i].PassingShare =
-                PassingShare(rows.Build(choices[i]), coarse, fine, request.Boards, request.Seed);
-    }
-
-    /// A row is folded if one of those before it is at least as good in parts, cost, margin and
-    /// loss at the same kind of load. Rows that are alike in all leave the first.
-    static void Fold(std::vector<FilterChoice>& choices) {
-        std::vector<const FilterChoice*> front;
-        for (FilterChoice& row : choices) {
-            row.Folded = std::any_of(front.begin(), front.end(), [&](const FilterChoice* other) {
-                return other->OtherLoad == row.OtherLoad && AtLeastAsFew(other->Parts, row.Parts) &&
-                       other->MarginDb >= row.MarginDb &&
-                       other->LossDb.value_or(0.0) <= row.LossDb.value_or(0.0);
-            });
-            if (!row.Folded) front.push_back(&row);
-        }
+            if (maker.Use(choices[i].What) && maker.Place(choices[i].F0, choices[i].BandWidth))
+                choices[i].PassingShare =
+                    PassingShare(maker.Design(), coarse, fine, request.Boards, request.Seed);
     }
 
     /// What came nearest with all margins alike, no more than a few of each group.
@@ -495,7 +536,7 @@ private:
             }
             std::stable_sort(misses.begin(), misses.end(),
                              [](const FilterChoice& a, const FilterChoice& b) {
-                                 return LargestOf(a) < LargestOf(b);
+                                 return LargestRelaxed(a) < LargestRelaxed(b);
                              });
             if (misses.size() > mostMisses) misses.resize(mostMisses);
             for (FilterChoice& miss : misses)
@@ -503,22 +544,10 @@ private:
         }
     }
 
-    /// The most that a limit has to yield, of delays as dB.
-    static double LargestOf(const FilterChoice& row) {
-        double largest = 0.0;
-        for (const RelaxedLimit& relaxed : row.Relax) {
-            const LimitLine& line = row.Report.Rows[relaxed.Limit].Line;
-            constexpr double tenth = 10.0;
-            const bool delay = line.Kind == LimitKind::DelayVariationMax;
-            largest = std::max(largest, delay ? tenth * relaxed.By / line.Value : relaxed.By);
-        }
-        return largest;
-    }
-
     /// The row with what has to be relaxed; with nothing if a limit that was to be kept is not.
     FilterChoice MissOf(const Found& f, KeptLimits kept) {
         constexpr double reserve = 1.0 + 1e-9;  // lest rounding leaves the relaxed limit failed
-        FilterChoice row = rows.Make(f.Listed.What, f.At.F0, f.At.BandWidth);
+        FilterChoice row = rows.Make(maker, f.Listed.What, f.At.F0, f.At.BandWidth);
         row.Kept = kept;
         for (std::size_t i = 0; i < row.Report.Rows.size(); ++i) {
             const LimitMargin& limit = row.Report.Rows[i];
@@ -539,7 +568,7 @@ private:
     RowMaker rows;
     LadderMaker maker;
     LimitGrid coarse, fine;
-    bool standard, notIdeal;
+    bool standard, delays, notIdeal;
     std::vector<Found> found;
     std::vector<double> sureCosts;  ///< of what meets the limits by more than the points may miss
     std::set<std::tuple<ChoosingMemory::Group, double, double>> seen;
@@ -547,6 +576,18 @@ private:
 };
 
 }  // namespace
+
+FilterList ReviseChoices(const ChoosingRequest& request, const FilterList& last,
+                         ChoosingMemory& memory) {
+    if (request.Limits.empty()) return {};
+    const QuietMathErrors quiet;
+    ChoosingRequest quick = request;
+    quick.YieldRows = 0;
+    quick.DominatedRows = false;
+    const ChoosingProgress none;
+    const auto chooser = std::make_unique<Chooser>(quick, memory, none);
+    return chooser->Revise(last);
+}
 
 FilterList ChooseFilters(const ChoosingRequest& request, ChoosingMemory& memory,
                          const ChoosingProgress& progress) {

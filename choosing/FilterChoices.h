@@ -39,6 +39,9 @@ struct ChoosingRequest {
     WhatCounts Only = WhatCounts::AsSet;
     CostWeights Weights{};
     int MostRows = 200;
+    /// Without it rows are left out than which another is as good in everything, by what the search
+    /// knows of them, though they count as rows.
+    bool DominatedRows = true;
     int YieldRows = 20;  ///< so many of the best are judged by boards too
     int Boards = 1000;
     std::uint32_t Seed = 1;
@@ -89,6 +92,7 @@ struct FilterList {
     /// stop limits kept, each by what has to be relaxed.
     std::vector<FilterChoice> NearestMisses{};
     FewestParts AtUsersLoad{}, AtOtherLoad{};
+    int NotMade = 0;     ///< dominated rows that were not asked for
     int Candidates = 0;  ///< searched; what surely costs more than every row is not
     long Analyses = 0;
     bool Stopped = false;  ///< by the callback; the list is empty
@@ -126,6 +130,12 @@ using ChoosingProgress = std::function<bool(double done)>;
 /// candidates that cannot be built do not come into the log. Without limits the list is empty.
 FilterList ChooseFilters(const ChoosingRequest& request, ChoosingMemory& memory,
                          const ChoosingProgress& progress = nullptr);
+
+/// What becomes of the last list at other limits, in a frame or two, while one of them is dragged:
+/// its rows that are not folded and, of each group that came near, the best candidate, each
+/// searched from where it was. No boards, no misses; `memory` is left for the list that follows.
+FilterList ReviseChoices(const ChoosingRequest& request, const FilterList& last,
+                         ChoosingMemory& memory);
 
 /// The inputs that make a row, all else as in the request: as if they were typed and chosen.
 DesignInputs InputsOf(const ChoosingRequest& request, const FilterChoice& choice);

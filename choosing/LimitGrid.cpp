@@ -36,6 +36,31 @@ double ParabolaTop(const double* f, const double* y, std::size_t k, double& at) 
     return y[k] + step * (slope + curve * step);
 }
 
+/// The first of the largest, or smallest, of `count` values, or of those that are NaN. Four at a
+/// time: the compares wait for each other otherwise.
+std::size_t IndexOfExtreme(const double* p, std::size_t count, bool largest) {
+    constexpr std::size_t lanes = 4;
+    const double sign = largest ? 1.0 : -1.0;
+    double most[lanes], sum[lanes] = {};
+    std::fill(std::begin(most), std::end(most), sign * p[0]);
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            const double x = sign * p[i + lane];
+            most[lane] = x > most[lane] ? x : most[lane];
+            sum[lane] += x;
+        }
+    for (; i < count; ++i) {
+        most[0] = std::max(most[0], sign * p[i]);
+        sum[0] += p[i];
+    }
+    const bool nan = std::isnan(sum[0] + sum[1] + sum[2] + sum[3]);
+    const double top = sign * std::max(std::max(most[0], most[1]), std::max(most[2], most[3]));
+    for (i = 0; i + 1 < count; ++i)
+        if (nan ? std::isnan(p[i]) : p[i] == top) break;
+    return i;
+}
+
 }  // namespace
 
 LimitGrid::LimitGrid(const LimitLines& limits, int points) : lines(limits) {
@@ -74,23 +99,22 @@ LimitGrid::LimitGrid(const LimitLines& limits, int points) : lines(limits) {
 void LimitGrid::MoveTables(double f0) {
     if (f0 == tables.F0) return;
     const double root = std::sqrt(f0), inverse = 1.0 / f0;
-    for (std::size_t i = 0; i < skin.size(); ++i) {
-        tables.SkinOmega[i] = root * skin[i];
-        tables.RelativeF[i] = inverse * tables.Frequency[i];
-    }
+    const std::size_t count = skin.size();
+    const double *const perRoot = skin.data(), *const f = tables.Frequency.data();
+    double *const omega = tables.SkinOmega.data(), *const relative = tables.RelativeF.data();
+    for (std::size_t i = 0; i < count; ++i)
+        omega[i] = root * perRoot[i];
+    for (std::size_t i = 0; i < count; ++i)
+        relative[i] = inverse * f[i];
     tables.F0 = f0;
 }
 
 double LimitGrid::ExtremePower(const Span& span, bool largest, double& at) const {
     const double* const p = power.data() + span.First;
     const double* const f = freqs.data() + span.First;
-    std::size_t extreme = 0;
-    for (std::size_t i = 0; i < span.Count; ++i) {
-        if (std::isnan(p[i])) return p[i];
-        if (largest ? p[i] > p[extreme] : p[i] < p[extreme]) extreme = i;
-    }
+    const std::size_t extreme = IndexOfExtreme(p, span.Count, largest);
     at = f[extreme];
-    if (extreme == 0 || extreme + 1 >= span.Count) return p[extreme];
+    if (extreme == 0 || extreme + 1 >= span.Count || std::isnan(p[extreme])) return p[extreme];
     const double top = ParabolaTop(f, p, extreme, at);
     return largest ? std::max(top, p[extreme]) : std::clamp(top, 0.5 * p[extreme], p[extreme]);
 }

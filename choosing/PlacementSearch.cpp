@@ -32,6 +32,7 @@ constexpr int centreSteps = 6, centreStepsFromStart = 4;
 constexpr double centreReach = 0.25, centreReachMost = 0.3;  ///< of the limits that it lies in
 constexpr double middlesFromDb = -4.0;  ///< a margin that two limits in balance may make good
 constexpr double middlesReach = 1.5;
+constexpr double polishedFromDb = -1.0, refinedToDb = 0.3;  ///< margins that a trap may decide
 constexpr int middleSteps = 20;
 constexpr double justInside = 1.0 + 1e-7;
 constexpr double smallestRatio = 0.005, largestRatio = 1.99;  ///< BandWidth / F0
@@ -120,12 +121,13 @@ NeedBands BandsOf(const LimitLines& limits, PassType pass) {
 }
 
 PlacementSearch::PlacementSearch(LadderMaker& ladders, LimitGrid& limits, PassType pass,
-                                 KeptLimits keptLimits)
+                                 KeptLimits keptLimits, bool toTheLast)
     : maker(ladders),
       grid(limits),
       bands(BandsOf(limits.Limits(), pass)),
       band(HasBandWidth(pass)),
       upward(pass != PassType::HighPass && pass != PassType::Notch),
+      thorough(toTheLast),
       kept(keptLimits) {}
 
 PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
@@ -219,9 +221,11 @@ void PlacementSearch::FindCorner(const Candidate& candidate, const Placement* st
     if (start) {
         constexpr double nearby = 1.03;
         Look(start->F0, 0.0);
-        if (BracketCorner(start->F0 / nearby, start->F0 * nearby, cornerStepsFromStart) ||
-            IsNear(best, *start))
-            return;
+        const bool enclosed =
+            BracketCorner(start->F0 / nearby, start->F0 * nearby, cornerStepsFromStart);
+        if (IsElliptic(candidate.Response) && thorough)
+            FindTraps(start->F0 / nearby, start->F0 * nearby);
+        if (enclosed || IsNear(best, *start)) return;
     }
     // Families that are not normalised to 3 dB have their corner within a few times F0.
     constexpr double farther = 5.0, far = 1.6;
@@ -239,15 +243,33 @@ void PlacementSearch::FindCorner(const Candidate& candidate, const Placement* st
         if (f0 > 0.0) Look(f0, 0.0);
     }
     BracketCorner(low, high, cornerSteps);
-    if (IsElliptic(candidate.Response) && !bands.NarrowStops.empty() && best.Margin < 0.5 &&
-        best.Margin > -25.0) {
-        const Placement before = best;
-        TryTraps(low, high);
-        if (best.F0 != before.F0) {
-            constexpr double beside = 1.012;
-            BracketCorner(best.F0 / beside, best.F0 * beside, cornerStepsFromStart);
-        }
+    if (IsElliptic(candidate.Response)) FindTraps(low, high);
+}
+
+// With a trap inside a stop limit either end of that limit may be what is balanced against the
+// pass band, and both together at the top.
+void PlacementSearch::PolishCorner() {
+    constexpr double beside = 0.01;
+    constexpr int rounds = 6, each = 3;
+    double reach = beside;
+    for (int round = 0; round < rounds; ++round, reach /= each) {
+        if (best.Margin < polishedFromDb / (1 + round) || best.Margin > refinedToDb) return;
+        const double middle = best.F0;
+        for (int i = -each; i <= each; ++i)
+            if (i != 0) Look(middle * (1.0 + reach * i / each), 0.0);
     }
+}
+
+void PlacementSearch::FindTraps(double low, double high) {
+    constexpr double likely = 0.5, lost = -25.0;
+    if (bands.NarrowStops.empty() || best.Margin > likely || best.Margin < lost) return;
+    const Placement before = best;
+    TryTraps(low, high);
+    if (best.F0 != before.F0) {
+        constexpr double beside = 1.012;
+        BracketCorner(best.F0 / beside, best.F0 * beside, cornerStepsFromStart);
+    }
+    if (thorough) PolishCorner();
 }
 
 PlacementSearch::Seen PlacementSearch::LookAt(double centre, double width) {

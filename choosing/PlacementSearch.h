@@ -36,7 +36,9 @@ NeedBands BandsOf(const LimitLines& limits, PassType pass);
 
 class PlacementSearch {
 public:
-    PlacementSearch(LadderMaker& maker, LimitGrid& grid, PassType pass, KeptLimits kept);
+    /// `thorough`: traps are put into narrow limits to the last hundredths of a dB.
+    PlacementSearch(LadderMaker& maker, LimitGrid& grid, PassType pass, KeptLimits kept,
+                    bool thorough = false);
 
     /// Searches for the candidate that `maker` has taken up; from `start` with fewer analyses.
     /// A low-pass or high-pass is bracketed in F0: one kind of limit gains what the other loses. A
@@ -66,6 +68,9 @@ private:
     /// False if the ends do not enclose a balance.
     bool BracketCorner(double low, double high, int steps);
     void TryTraps(double low, double high);
+    void PolishCorner();
+    /// Of limits so narrow that a trap may sit in them.
+    void FindTraps(double low, double high);
     void FindBand(const Candidate& candidate, const Placement* start);
     Seen Centred(double& centre, double width, int steps);
     void GoldenWidth(double a, double b, double& centre, int steps, int inner);
@@ -77,7 +82,7 @@ private:
     LadderMaker& maker;
     LimitGrid& grid;
     NeedBands bands;
-    bool band, upward;
+    bool band, upward, thorough;
     KeptLimits kept;
     Placement best{};
     long analyses = 0;

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <vector>
 
+#include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
-#include "analysis/ResponseSamples.h"
 #include "analysis/Sensitivities.h"
 #include "numbers/PlainNumbers.h"
 #include "pipeline/Calculation.h"
@@ -126,21 +128,23 @@ double RowMaker::CostOf(const DesignState& design) const {
         cost += coil ? weights.Inductor : weights.Capacitor;
         if (value < range.Smallest || value > range.Largest) cost += weights.Impractical;
     });
-    if (std::abs(design.RLoad - base.RLoad) > 1e-6 * base.RLoad) cost += weights.OtherLoad;
+    if (IsOtherLoad(design.RLoad)) cost += weights.OtherLoad;
     return cost;
 }
 
-FilterChoice RowMaker::Make(const Candidate& candidate, double f0, double bandWidth) {
+FilterChoice RowMaker::Make(LadderMaker& maker, const Candidate& candidate, double f0,
+                            double bandWidth) const {
     FilterChoice row;
     row.What = candidate;
     row.F0 = AsTyped(f0);
     row.BandWidth = AsTyped(bandWidth);
-    const FilterDesign& design = Build(row);
+    if (!maker.Use(candidate) || !maker.Place(row.F0, row.BandWidth)) return row;
+    const FilterDesign& design = maker.Design();
     row.Elements = design.Elements;
     row.NumElements = design.NumElements;
     row.FormCLC = design.FormCLC;
     row.RLoad = design.RLoad;
-    row.OtherLoad = std::abs(design.RLoad - base.RLoad) > 1e-6 * base.RLoad;
+    row.OtherLoad = IsOtherLoad(design.RLoad);
     row.Parts = CountParts(design);
     row.Inductors = RangeOf(design, ValueKind::Inductance);
     row.Capacitors = RangeOf(design, ValueKind::Capacitance);
@@ -230,13 +234,22 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const ChoosingReques
 std::array<float, ThumbnailPoints> ThumbnailOf(const ChoosingRequest& request,
                                                const FilterChoice& choice, double low,
                                                double high) {
-    RowMaker maker(request);
-    const FilterDesign& design = maker.Build(choice);
+    const RowMaker maker(request);
+    const auto design = std::make_unique<FilterDesign>(maker.Base());
+    design->PassType = choice.What.Pass;
+    design->F0 = choice.F0;
+    design->RLoad = choice.RLoad;
+    design->Elements = choice.Elements;
+    design->NumElements = choice.NumElements;
+    std::vector<double> freqs(ThumbnailPoints), re(ThumbnailPoints), im(ThumbnailPoints);
+    for (std::size_t i = 0; i < freqs.size(); ++i)
+        freqs[i] = low * std::pow(high / low, double(i) / double(freqs.size() - 1));
+    SweepTables tables;
+    BuildSweepTables(tables, freqs, design->F0);
+    AnalyseLadder(*design, tables, {}, re, im, {});
     std::array<float, ThumbnailPoints> samples{};
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double part = double(i) / double(samples.size() - 1);
-        samples[i] = static_cast<float>(-LevelAt(design, low * std::pow(high / low, part)));
-    }
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<float>(-10.0 * std::log10(re[i] * re[i] + im[i] * im[i]));
     return samples;
 }
 

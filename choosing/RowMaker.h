@@ -2,7 +2,7 @@
 // its margins on the analysis itself, its cost. No Qt.
 #pragma once
 
-#include <memory>
+#include <cmath>
 
 #include "choosing/FilterChoices.h"
 
@@ -21,11 +21,15 @@ public:
     /// The design of the request as read; RLoad is the user's.
     const FilterDesign& Base() const { return base; }
 
-    /// The row of a candidate; its frequencies are rounded to what is typed.
-    FilterChoice Make(const Candidate& candidate, double f0, double bandWidth);
+    /// The row of a candidate that `maker` (of Base()) builds; its frequencies are rounded to what
+    /// is typed. A row without limits judged where it cannot be built.
+    FilterChoice Make(LadderMaker& maker, const Candidate& candidate, double f0,
+                      double bandWidth) const;
 
-    /// The design of a row, with the ladder in Elements.
+    /// The design of a row from inputs as they would be typed, with the ladder in Elements.
     FilterDesign& Build(const FilterChoice& row);
+
+    bool IsOtherLoad(double load) const { return std::abs(load - base.RLoad) > 1e-6 * base.RLoad; }
 
     /// Cost by the weights, without the loss.
     double CostOf(const DesignState& design) const;

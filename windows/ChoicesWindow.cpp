@@ -224,7 +224,12 @@ QWidget* ChoicesWindow::BuildNeed() {
     grid->addWidget(folded, 0, 3);
     grid->setColumnStretch(0, 1);
     connect(counts, &QComboBox::activated, this, &ChoicesWindow::Search);
-    connect(folded, &QCheckBox::toggled, this, &ChoicesWindow::ShowList);
+    connect(folded, &QCheckBox::toggled, this, [this](bool on) {
+        if (on && list.NotMade > 0)
+            Search();
+        else
+            ShowList();
+    });
     return row;
 }
 
@@ -330,6 +335,8 @@ void ChoicesWindow::Search() {
     request = actions.Request();
     request.Weights = weights;
     request.Only = static_cast<WhatCounts>(counts->currentIndex());
+    request.DominatedRows = folded->isChecked();
+    following = false;
     ReadCosts();
     progress->setValue(0);
     progress->show();
@@ -339,6 +346,7 @@ void ChoicesWindow::Search() {
         progress->repaint();
         return true;
     });
+    lastWhole = list;
     QApplication::restoreOverrideCursor();
     progress->hide();
     ShowList();
@@ -350,6 +358,14 @@ void ChoicesWindow::ShowCounts() {
     if (count == 0)
         return told->setText(
             "Without limits every filter does. Say in the window Limits what the filter must do.");
+    if (following && misses)
+        return told->setText(
+            "None of the filters that came near meets the limits as they are now. "
+            "Release the mouse button to search all.");
+    if (following)
+        return told->setText(
+            "While the limit moves: the filters of the last list, and those that "
+            "came near. Release the mouse button to search all.");
     if (misses && list.NearestMisses.empty())
         return told->setText("No filter meets the limits, and none comes near.");
     if (misses)
@@ -364,6 +380,7 @@ void ChoicesWindow::ShowList() {
     misses = list.Choices.empty();
     const std::vector<FilterChoice>& rows = misses ? list.NearestMisses : list.Choices;
     ShowCounts();
+    table->setUpdatesEnabled(false);
     table->setSortingEnabled(false);
     table->setRowCount(0);
     table->horizontalHeaderItem(CostColumn)->setText(misses ? "To be relaxed" : "Cost");
@@ -375,6 +392,7 @@ void ChoicesWindow::ShowList() {
     table->setSortingEnabled(true);
     if (!misses) table->sortByColumn(CostColumn, Qt::AscendingOrder);
     if (table->rowCount() > 0) table->selectRow(0);
+    table->setUpdatesEnabled(true);
     take->setEnabled(Selected() != nullptr);
 }
 
@@ -441,8 +459,17 @@ void ChoicesWindow::CompareSelected(bool on) {
 void ChoicesWindow::NoteDesign() {
     if (!isVisible() || comparing) return;
     const ChoosingRequest now = actions.Request();
-    if (now.Limits == request.Limits) return;
+    if (now.Limits == request.Limits && !following) return;
     Search();
+}
+
+void ChoicesWindow::FollowLimits(const LimitLines& limits) {
+    if (!isVisible() || comparing || limits == request.Limits) return;
+    following = true;
+    request.Limits = limits;
+    if (lastWhole.Choices.empty() && lastWhole.NearestMisses.empty()) return;
+    list = ReviseChoices(request, lastWhole, memory);
+    ShowList();
 }
 
 void ChoicesWindow::CopyTable() {

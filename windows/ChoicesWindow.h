@@ -37,6 +37,9 @@ public:
     /// Says that the list is of other limits or another need, if the design has moved on.
     void NoteDesign();
 
+    /// What becomes of the list while a limit is dragged; the release asks for the whole search.
+    void FollowLimits(const LimitLines& limits);
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -60,9 +63,10 @@ private:
     ChoiceActions actions;
     ChoosingRequest request;
     ChoosingMemory memory;
-    FilterList list;
-    bool misses = false;  ///< the table shows the nearest misses
+    FilterList list, lastWhole;  ///< as shown; of the last whole search
+    bool misses = false;         ///< the table shows the nearest misses
     bool comparing = false;
+    bool following = false;  ///< the list is of limits that are being dragged
     QLabel* need;
     QComboBox* counts;
     QCheckBox* folded;

@@ -125,6 +125,31 @@ TEST(Choosing, UnevenBandsLieWhereADenseSearchPutsThem) {
     }
 }
 
+// The fewest that a dense search over F0, ripple and attenuation of every group came to: a ripple
+// beyond the return loss, whose valley lies beside it; one trap in a stop limit, with half of its
+// attenuation beside it.
+TEST(Choosing, FindsWhatADenseSearchFindsWithFewestParts) {
+    const struct {
+        const char* Pass;
+        LimitLines Limits;
+        int Inductors, Parts;
+    } needs[] = {{"high-pass",
+                  {{AttenMax, 33.5486e6, 36.9035e6, 2.0},
+                   {AttenMin, 3.31428e6, 16.5714e6, 20.72},
+                   {ReturnLossMin, 33.5486e6, 36.9035e6, 12.0}},
+                  1,
+                  3},
+                 {"low-pass",
+                  {{AttenMax, 0.0, 1.45177e6, 1.0}, {AttenMin, 2.35276e6, 2.39982e6, 45.51}},
+                  1,
+                  4}};
+    for (const auto& need : needs) {
+        const FilterList list = Chosen(*Asked({{"pass", need.Pass}}, need.Limits));
+        EXPECT_EQ(list.AtUsersLoad.Inductors, need.Inductors) << need.Pass;
+        EXPECT_EQ(list.AtUsersLoad.Parts, need.Parts) << need.Pass;
+    }
+}
+
 TEST(Choosing, EveryRowDoesWhatItSaysAndIsMadeByItsSettings) {
     const struct {
         Settings Set;
@@ -220,6 +245,15 @@ TEST(Choosing, GoesOnFromTheLastListAndStops) {
     EXPECT_LT(next.Analyses, first.Analyses / 2);
     const FilterList anew = Chosen(*request);
     ASSERT_FALSE(next.Choices.empty());
+    // While a limit is dragged the former rows follow it, each where it does best now.
+    request->Limits[1].Value = 47.0;
+    const FilterList moving = ReviseChoices(*request, next, memory);
+    ASSERT_FALSE(moving.Choices.empty());
+    EXPECT_LT(moving.Analyses, next.Analyses / 4);
+    for (const FilterChoice& row : moving.Choices)
+        EXPECT_GT(DenseMargin(Remade(*request, row)->Design, request->Limits), 0.0);
+    EXPECT_NEAR(moving.Choices[0].Cost, Chosen(*request).Choices[0].Cost, 0.01);
+    request->Limits[1].Value = 46.0;
     EXPECT_EQ(next.AtUsersLoad.Inductors, anew.AtUsersLoad.Inductors);
     EXPECT_EQ(next.AtUsersLoad.Parts, anew.AtUsersLoad.Parts);
     for (LimitLine& line : request->Limits)  // so far that nothing is where it was

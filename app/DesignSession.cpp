@@ -121,27 +121,20 @@ void DesignSession::ShowStatus() {
 std::vector<PictureRow> DesignSession::Answers() const {
     const Calculation& work = Document.Work;
     std::vector<PictureRow> rows;
-    const auto add = [&rows](const auto& row) {
-        rows.push_back({row.Name, row.OfDesign, row.OfReference});
+    const auto add = [&rows](const auto& figures) {
+        for (const auto& row : figures)
+            rows.push_back({row.Name, row.OfDesign, row.OfReference});
     };
     if (compared) rows.push_back({"", "the design in hand", comparedName});
     const JudgedLimits limits = JudgeShown();
-    for (const ComparedResult& row :
-         CompareLimits(limits.Design, limits.Reference, limits.Measured))
-        add(row);
-    for (const ComparedResult& row : DescribeBoards(Boards(), ShownLimits()))
-        add(row);
-    for (const ComparedResult& row : DescribeParts(work.Design, parts))
-        add(row);
-    for (const ComparedResult& row : ResultRows(work.Design, work.Results, Beside()))
-        add(row);
-    for (const ComparedResult& row :
-         CompareEachLimit(limits.Design, limits.Reference, limits.Measured))
-        add(row);
+    add(CompareLimits(limits.Design, limits.Reference, limits.Measured));
+    add(DescribeBoards(Boards(), ShownLimits()));
+    add(DescribeParts(work.Design, parts));
+    add(ResultRows(work.Design, work.Results, Beside()));
+    add(CompareEachLimit(limits.Design, limits.Reference, limits.Measured));
     for (const auto& [name, value] : DescribeWorstCase(work.WorstCase))
         rows.push_back({name, value, {}});
-    for (const MarkerReading& marker : BuildMarkerTable(Content()))
-        add(marker);
+    add(BuildMarkerTable(Content()));
     return rows;
 }
 

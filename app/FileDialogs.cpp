@@ -104,6 +104,19 @@ QString FileCaption(const std::string& path) {
     return QString::fromStdString(ShortenedPath(native.toStdString()));
 }
 
+QString DesignCaption(const std::string& file, const std::string& title) {
+    const QString caption =
+        file.empty() ? QString::fromStdString(title) + QStringLiteral(" \u2014 Ladderwise")
+                     : FileCaption(file);
+    return QString(caption).replace("[*]", "[*][*]");
+}
+
+void ShowMessageBox(QWidget* parent, const std::string& caption, const std::string& text) {
+    QMessageBox box(QMessageBox::NoIcon, QString::fromStdString(caption),
+                    QString::fromStdString(text), QMessageBox::Ok, parent);
+    box.exec();
+}
+
 FileDialogs StandardFileDialogs(QWidget* window) {
     return {
         [window](const FileDialogTexts& texts) {

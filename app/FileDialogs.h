@@ -44,6 +44,12 @@ struct FileDialogs {
 /// A path as captions show it, shortened.
 QString FileCaption(const std::string& path);
 
+/// What the title bar says of a design and its file (empty: none yet); "[*]" within is escaped.
+QString DesignCaption(const std::string& file, const std::string& title);
+
+/// A modal box with a text and OK.
+void ShowMessageBox(QWidget* parent, const std::string& caption, const std::string& text);
+
 /// The toolkit's dialogs over a window.
 FileDialogs StandardFileDialogs(QWidget* window);
 

@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QMessageBox>
 #include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QStatusBar>
@@ -32,9 +31,6 @@ constexpr int RoomBelowPanel = 580;  ///< pixels at start for plot, strip, grid 
 
 constexpr const char* PartValuesName = "PartValuesMenu";  ///< its state is remembered
 
-constexpr const char* EditsLostText =
-    "This version does not know the elements that were edited by hand. All values are calculated.";
-
 }  // namespace
 
 MainWindow::MainWindow()
@@ -43,7 +39,7 @@ MainWindow::MainWindow()
     setWindowTitle("Ladderwise");
     setAcceptDrops(true);
     report = [this](const std::string& caption, const std::string& text) {
-        ShowMessage(caption, text);
+        ShowMessageBox(this, caption, text);
     };
     Build();
     Connect();
@@ -166,14 +162,6 @@ FileHost MainWindow::HostOfFiles() {
             [this] { session.TellMeasuredFaults(); }};
 }
 
-void MainWindow::SetMessageCallback(MessageCallback newReport) {
-    report = std::move(newReport);
-}
-
-void MainWindow::SetFileDialogs(FileDialogs replacement) {
-    files->SetDialogs(std::move(replacement));
-}
-
 void MainWindow::Remember(const Folders& found) {
     remembered.Open(QString::fromStdString(found.SettingsFolder));
     remembered.RestoreSize(this);
@@ -241,20 +229,11 @@ void MainWindow::EndSession() {
 
 void MainWindow::ShowTitle() {
     const DesignDocument& document = session.Document;
-    const QString design = QString::fromStdString(DesignTitle(document.Work.Design));
-    QString title = document.File().empty() ? design + QStringLiteral(" \u2014 Ladderwise")
-                                            : FileCaption(document.File());
-    title.replace("[*]", "[*][*]");
+    const QString title = DesignCaption(document.File(), DesignTitle(document.Work.Design));
     const bool modified = document.Modified();
     if (!modified) setWindowModified(false);
     setWindowTitle(modified ? title + "[*]" : title);  // the toolkit puts its mark there
     if (modified) setWindowModified(true);
-}
-
-void MainWindow::ShowMessage(const std::string& caption, const std::string& text) {
-    QMessageBox box(QMessageBox::NoIcon, QString::fromStdString(caption),
-                    QString::fromStdString(text), QMessageBox::Ok, this);
-    box.exec();
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "app/DesignSession.h"
 #include "app/FileCommands.h"
@@ -31,10 +32,10 @@ public:
     ~MainWindow() override;
 
     /// Replaces the modal message boxes, for tests: every message then goes to `newReport`.
-    void SetMessageCallback(MessageCallback newReport);
+    void SetMessageCallback(MessageCallback newReport) { report = std::move(newReport); }
 
     /// Replaces the dialogs about files, for tests.
-    void SetFileDialogs(FileDialogs replacement);
+    void SetFileDialogs(FileDialogs replacement) { files->SetDialogs(std::move(replacement)); }
 
     /// Before the window is shown: what windows remember from earlier runs, in the folders found.
     void Remember(const Folders& found);
@@ -97,7 +98,6 @@ private:
     void ShowTitle();
     void ShowCommands();
     void ShowSteps();
-    void ShowMessage(const std::string& caption, const std::string& text);
     bool MayLeave();
     void Leave();
 

@@ -14,6 +14,10 @@
 
 namespace ladderwise {
 
+/// Said of work that holds elements of a later version.
+inline constexpr const char* EditsLostText =
+    "This version does not know the elements that were edited by hand. All values are calculated.";
+
 class Recovery : public QObject {
     Q_OBJECT
 

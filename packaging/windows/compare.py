@@ -7,8 +7,7 @@ Held to 1e-12 of themselves: inputs, sweep and part values. Transfer, reflection
 difference of large numbers: 1e-12 absolute, their decibels as amplitudes, phase and group delay on
 what that makes of them there; ELLIPTIC_SWEEP at the steep edges of elliptic filters. Figures that are
 searched for are held to FIGURE, levels as amplitudes, sensitivities of the largest at their frequency
-or, where no part does much, of what 1 % of an amplitude is; the frequency of an extreme, where the
-curve is flat, to FLAT. At which of several equal ripples the return loss is worst is not compared.
+or to NOISE; the frequency of an extreme, where the curve is flat, to FLAT. At which of several equal ripples the return loss is worst is not compared.
 Texts, counts and signs are the same.
 """
 import json
@@ -22,7 +21,7 @@ ELLIPTIC_SWEEP = 1e-10
 FIGURE = 1e-8
 NULL = 1e-30
 ROUNDING = 1e-6         # dB for 1 % of a part
-ONE_PERCENT = 0.0864    # dB, of an amplitude
+NOISE = 2e-7            # dB of that, where the response is the difference of large numbers
 SWEPT = "transfer magnitude_db reflection_db phase_deg group_delay_s".split()
 FLAT = 1e-6             # where an extreme lies
 RESPONSES = ("butterworth chebyshev bessel-freq bessel-delay papoulis gauss linear-chebyshev "
@@ -131,9 +130,12 @@ class Comparison:
             # Where no part changes the response, what stands there is rounding alone.
             if self.largest[index] < ROUNDING:
                 return True
-            least = ONE_PERCENT / self.largest[index]  # a share's error where all are small
-            scale = max(1.0, least) if leaf == "share" else max(self.largest[index], ONE_PERCENT)
-            return near(a, b, FIGURE * scale) or (leaf == "at_hz" and near(a, b, FLAT * a))
+            largest = self.largest[index]
+            if leaf == "share":
+                return near(a, b, max(FIGURE, 2.0 * NOISE / largest))
+            if leaf == "db_per_percent":
+                return near(a, b, max(FIGURE * largest, NOISE))
+            return near(a, b, FLAT * a if leaf == "at_hz" else FIGURE * abs(a))
         if leaf == "worst_return_loss_hz":
             return True
         if leaf.endswith("_db") or leaf in ("db", "nearest", "chosen", "db_below_peak"):

@@ -7,8 +7,8 @@ Held to 1e-12 of themselves: inputs, sweep and part values. Transfer, reflection
 difference of large numbers: 1e-12 absolute, their decibels as amplitudes, phase and group delay on
 what that makes of them there; ELLIPTIC_SWEEP at the steep edges of elliptic filters. Figures that are
 searched for are held to FIGURE, levels as amplitudes, sensitivities of the largest at their frequency
-or to NOISE; the frequency of an extreme, where the curve is flat, to FLAT. At which of several equal ripples the return loss is worst is not compared.
-Texts, counts and signs are the same.
+or to NOISE; the frequency of an extreme, where the curve is flat, to FLAT. At which of several equal
+ripples the return loss is worst is not compared. Texts, counts and signs are the same.
 """
 import json
 import math

@@ -91,14 +91,18 @@ double ValueSearch::CostOf(const PartChoices& choices, std::uint64_t key) {
     if (!isNew) return entry->Cost;
     const FilterDesign& ladder = LadderOf(choices);
     looked = choices;
-    const double cost = task.Cost(ladder);
-    entry->Cost = cost;
-    ++evaluations;
-    Rank(choices, cost);
-    if (cost < bestCost && (!task.Allowed || task.Allowed(ladder))) {
+    double cost = task.Cost(ladder);
+    const bool better = cost < bestCost;
+    // What may not be kept is no way down either: the best allowed ones lie beside it, not below.
+    if (better && task.Allowed && !task.Allowed(ladder)) {
+        cost = bestCost;
+    } else if (better) {
         bestCost = cost;
         best = choices;
     }
+    entry->Cost = cost;
+    ++evaluations;
+    Rank(choices, cost);
     return cost;
 }
 

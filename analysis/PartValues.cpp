@@ -128,18 +128,4 @@ int DrawToleranceStep(std::mt19937& generator) {
     return 100 - static_cast<int>(generator() % NumToleranceSteps);
 }
 
-void RandomiseParts(FilterDesign& design, std::mt19937& generator) {
-    const double kC = 0.01 * design.PartModel.CapTolerance;
-    const double kL = 0.01 * design.PartModel.IndTolerance;
-    for (int k = 1; k <= design.NumElements; ++k) {
-        for (int row = 0; row < 4; ++row) {
-            double& value = design.Elements[k].Value(row);
-            if (!(value < LargestRandomisedValue)) continue;
-            const double unit = row % 2 == 0 ? kL : kC;
-            value =
-                (DrawToleranceStep(generator) * unit + 1) * design.NominalElements[k].Value(row);
-        }
-    }
-}
-
 }  // namespace ladderwise

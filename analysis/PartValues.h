@@ -50,10 +50,4 @@ std::string ToleranceText(const PartModel& model);
 /// One draw from `generator`: 100 - (R mod 201), -100 .. +100, all equally likely.
 int DrawToleranceStep(std::mt19937& generator);
 
-/// One worst-case variant: every value of Elements slots 1 .. NumElements below
-/// LargestRandomisedValue becomes the same value of NominalElements times 1 + step / 100 x
-/// tolerance, with one draw for each, in slot order and V1 to V4 within a slot. V1 and V3 take the
-/// inductors' tolerance, V2 and V4 the capacitors'.
-void RandomiseParts(FilterDesign& design, std::mt19937& generator);
-
 }  // namespace ladderwise

@@ -101,6 +101,8 @@ public:
 
     /// Holds the value of a part as it stands, or lets it go.
     void HoldPart(ValuePlace place, bool hold);
+    /// A tolerance of its own, a fraction; 0: that of its kind.
+    void SetTolerance(ValuePlace place, double tolerance);
 
     /// What is known of the values in the grid beside themselves.
     void Annotate(std::vector<GridColumn>& columns) const;
@@ -211,6 +213,7 @@ private:
     void WorkOnBoards();
     const YieldWatch& Boards() const;
     void ArrangeDocument();
+    void SettlePart(const HeldPart& part);
     void PutChosen();
     void TakeChosen();
     void ShowChoosing();

@@ -114,7 +114,7 @@ bool FileCommands::WriteDesignFile(const std::string& path) {
     if (HasEdits(document.Work.Design)) lost << "the values edited by hand";
     if (!document.Measured.empty()) lost << "the list of measured files";
     if (!document.Limits.empty()) lost << "the limits";
-    if (!document.Work.Inputs.Held.empty()) lost << "which parts are held";
+    if (!document.Work.Inputs.Held.empty()) lost << "what is settled about single parts";
     if (lost.isEmpty()) lost << "what stands beside the design";
     host.Notice("Saved, but not " + lost.join(" and ") + ": " + Name(left), ReasonTime);
     return !document.NeedsCompanion();

@@ -140,6 +140,9 @@ void MainWindow::ConnectClient() {
     connect(grid, &ValueGrid::HoldAsked, this, [this](int slot, int row, bool on) {
         session.HoldPart({slot, row}, on);
     });
+    connect(grid, &ValueGrid::ToleranceAsked, this, [this](int slot, int row, double fraction) {
+        session.SetTolerance({slot, row}, fraction);
+    });
     connect(status, &StatusView::BoardsStopped, &session, &DesignSession::StopBoards);
     connect(grid, &ValueGrid::PartsTableAsked, this, [this] { commands->CopyPartsTable(); });
 }

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QScopedValueRollback>
 
+#include "analysis/BoardDraws.h"
 #include "app/ClientArea.h"
 #include "app/DesignSession.h"
 #include "app/StatusView.h"
@@ -101,35 +102,49 @@ void DesignSession::TakeWorstBoard() {
 }
 
 void DesignSession::HoldPart(ValuePlace place, bool hold) {
-    StoreInputs();
-    Calculation& work = Document.Work;
-    HeldParts& held = work.Inputs.Held;
-    std::erase_if(held, [place](const HeldPart& part) { return part.Place == place; });
     const auto slot = static_cast<std::size_t>(place.Slot);
-    if (hold) held.push_back({place, work.Design.Elements[slot].Value(place.Row)});
-    // Values edited by hand stay until the next calculation.
+    StoreInputs();
+    HeldPart part = SettledAt(Document.Work.Inputs.Held, place);
+    part.Value = hold ? Document.Work.Design.Elements[slot].Value(place.Row) : 0.0;
+    SettlePart(part);
+}
+
+void DesignSession::SetTolerance(ValuePlace place, double tolerance) {
+    StoreInputs();
+    HeldPart part = SettledAt(Document.Work.Inputs.Held, place);
+    part.Tolerance = tolerance;
+    SettlePart(part);
+}
+
+/// Values edited by hand stay until the next calculation.
+void DesignSession::SettlePart(const HeldPart& part) {
+    Calculation& work = Document.Work;
+    Settle(work.Inputs.Held, part);
     if (!HasEdits(work.Design)) return Recalculate();
+    work.Design.Held = work.Inputs.Held;
+    AnalyseAndDraw();
     ShowInputs();
-    views.Client->ShowValues();
-    Draw(Waiting::Markers);
 }
 
 void DesignSession::Annotate(std::vector<GridColumn>& columns) const {
     const Calculation& work = Document.Work;
-    if (!work.Design.StdLCValues) return;
     const auto cellAt = [&columns](const ValuePlace& place) -> GridCell* {
         const auto column = static_cast<std::size_t>(place.Slot) - 1;
         if (column >= columns.size()) return nullptr;
         return &columns[column][static_cast<std::size_t>(place.Row)];
     };
-    for (const PartToChoose& part : PartsToChoose(work.Design, {}, 0))
-        if (GridCell* const cell = cellAt(part.Place)) cell->MayBeHeld = true;
-    for (const HeldPart& part : work.Inputs.Held) {
+    for (const PartToChoose& part : PartsToChoose(work.Design, {}, 0)) {
         GridCell* const cell = cellAt(part.Place);
         if (!cell) continue;
-        cell->Held = true;
-        cell->ToolTip += ", held";
+        const HeldPart settled = SettledAt(work.Inputs.Held, part.Place);
+        cell->MayBeHeld = work.Design.StdLCValues;
+        cell->Held = cell->MayBeHeld && settled.HoldsValue();
+        if (cell->Held) cell->ToolTip += ", held";
+        cell->Tolerance = ToleranceAt(work.Design, part.Place);
+        cell->HasOwnTolerance = settled.Tolerance > 0.0;
+        if (cell->HasOwnTolerance) cell->ToolTip += ", tolerance of its own";
     }
+    if (!work.Design.StdLCValues) return;
     for (const PairedPart& pair : work.Design.Pairs)
         if (GridCell* const cell = PairAt(work.Design, pair.Place) ? cellAt(pair.Place) : nullptr)
             cell->ToolTip += ", " + PairText(pair);

@@ -21,7 +21,9 @@ namespace {
 constexpr int GridRowHeight = 22;      ///< pixels of a row, at least
 constexpr int CellMargin = 2;          ///< pixels above and below a cell's text
 constexpr double GridFontScale = 0.9;  ///< of the normal font: "-15.9E-12" fits its cell
-constexpr int MayBeHeldRole = HeldRole + 1;
+constexpr int MayBeHeldRole = BadgeRole + 1;
+constexpr int ToleranceRole = MayBeHeldRole + 1;
+constexpr int OwnToleranceRole = ToleranceRole + 1;
 const QColor labelBackground(225, 225, 225);
 const QColor editedColour(255, 208, 160);
 const QColor rejectedColour(192, 192, 192);
@@ -31,6 +33,10 @@ const QColor rejectedColour(192, 192, 192);
 QColor LitCell(const QPalette& palette) {
     constexpr int middle = 128;
     return palette.base().color().lightness() < middle ? QColor(96, 78, 16) : QColor(255, 238, 180);
+}
+
+QString PercentOf(double fraction) {
+    return QString::number(fraction * 100.0) + " %";
 }
 
 /// The item of a cell, made when there is none yet.
@@ -174,6 +180,9 @@ void ValueGrid::ShowColumns(const std::vector<GridColumn>& columns) {
             item->setToolTip(QString::fromStdString(cell.ToolTip));
             item->setData(HeldRole, cell.Held);
             item->setData(MayBeHeldRole, cell.MayBeHeld);
+            item->setData(ToleranceRole, cell.Tolerance);
+            item->setData(OwnToleranceRole, cell.HasOwnTolerance);
+            item->setData(BadgeRole, cell.HasOwnTolerance ? PercentOf(cell.Tolerance) : QString());
             item->setBackground(cell.Edited ? QBrush(editedColour) : palette().base());
             item->setForeground(cell.Edited ? QBrush(Qt::black) : palette().text());
             MarkRejected(item, cell, {column, row});
@@ -282,6 +291,28 @@ bool ValueGrid::viewportEvent(QEvent* event) {
     return QTableWidget::viewportEvent(event);
 }
 
+/// A tolerance of one part's own, for a better one in its place.
+void ValueGrid::AddTolerances(QMenu& menu, const QTableWidgetItem* cell) {
+    const double now = cell ? cell->data(ToleranceRole).toDouble() : 0.0;
+    QMenu* const choices = menu.addMenu("&Tolerance of This Part");
+    choices->setObjectName("ToleranceMenu");
+    choices->setEnabled(now > 0.0);
+    if (!(now > 0.0)) return;
+    const bool own = cell->data(OwnToleranceRole).toBool();
+    const auto add = [&](const QString& text, double fraction, bool checked) {
+        QAction* const action = choices->addAction(text, this, [this, cell, fraction] {
+            emit ToleranceAsked(cell->column(), cell->row(), fraction);
+        });
+        action->setCheckable(true);
+        action->setChecked(checked);
+    };
+    const char* const kind = cell->row() % 2 == 0 ? "As All &Inductors" : "As All &Capacitors";
+    add(own ? QString(kind) : QString("%1 (%2)").arg(kind, PercentOf(now)), 0.0, !own);
+    constexpr double offered[] = {0.1, 0.05, 0.02, 0.01, 0.005};
+    for (const double fraction : offered)
+        add("&" + PercentOf(fraction), fraction, own && qFuzzyCompare(fraction, now));
+}
+
 void ValueGrid::OpenMenu(QPoint at) {
     const QTableWidgetItem* const cell = itemAt(at);
     const bool part = IsPartCell(cell);
@@ -301,6 +332,7 @@ void ValueGrid::OpenMenu(QPoint at) {
     hold->setChecked(part && cell->data(HeldRole).toBool());
     hold->setEnabled(part && cell->data(MayBeHeldRole).toBool());
     hold->setToolTip("With Std LC Values: the others are chosen around it");
+    AddTolerances(menu, part ? cell : nullptr);
     menu.addSeparator();
     const QString exact = part ? cell->toolTip() : QString();
     menu.addAction("&Copy Value", this, [exact] { QApplication::clipboard()->setText(exact); })

@@ -10,6 +10,7 @@
 #include "pipeline/Keystrokes.h"
 #include "schematic/ValueGridContent.h"
 
+class QMenu;
 class QTableView;
 
 namespace ladderwise {
@@ -71,6 +72,7 @@ signals:
     void PointedAt(int slot, int row);  ///< slot 0: at no value
     void PartsTableAsked();
     void HoldAsked(int slot, int row, bool hold);
+    void ToleranceAsked(int slot, int row, double fraction);  ///< 0: that of its kind
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
@@ -85,6 +87,7 @@ private:
     void MarkRejected(QTableWidgetItem* item, const GridCell& cell, CellPosition at);
     bool IsReadable(QTableWidgetItem* item, CellPosition at, std::vector<TypedValue>& typed) const;
     void OpenMenu(QPoint at);
+    void AddTolerances(QMenu& menu, const QTableWidgetItem* cell);
     bool IsEditing() const;
 
     /// A text that is no value.

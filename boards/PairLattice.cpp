@@ -109,23 +109,38 @@ public:
 
     std::vector<Beginning> Run() {
         std::vector<Beginning> survivors{{PartChoices(parts.size(), 0), 0.0}};
+        std::vector<Child> children;
         for (std::size_t row = parts.size(); row-- > 0;) {
+            children.clear();
+            for (std::size_t parent = 0; parent < survivors.size(); ++parent)
+                Continue(survivors[parent], parent, row, children);
+            const auto width = std::min<std::size_t>(LatticeWidth, children.size());
+            std::partial_sort(children.begin(),
+                              children.begin() + static_cast<std::ptrdiff_t>(width), children.end(),
+                              [](const Child& a, const Child& b) { return a.Sum < b.Sum; });
+            children.resize(width);
             std::vector<Beginning> next;
-            for (const Beginning& beginning : survivors)
-                Continue(beginning, row, next);
-            const auto width = std::min<std::size_t>(LatticeWidth, next.size());
-            std::partial_sort(next.begin(), next.begin() + static_cast<std::ptrdiff_t>(width),
-                              next.end(),
-                              [](const Beginning& a, const Beginning& b) { return a.Sum < b.Sum; });
-            next.resize(width);
+            next.reserve(width);
+            for (const Child& child : children) {
+                next.push_back({survivors[child.Parent].Choices, child.Sum});
+                next.back().Choices[static_cast<std::size_t>(triangle.Order[row])] = child.Choice;
+            }
             survivors = std::move(next);
         }
         return survivors;
     }
 
 private:
+    /// A beginning with one part more.
+    struct Child {
+        double Sum;
+        std::size_t Parent;
+        int Choice;
+    };
+
     /// The next part of one beginning: about the value at which its row of the triangle vanishes.
-    void Continue(const Beginning& beginning, std::size_t row, std::vector<Beginning>& next) const {
+    void Continue(const Beginning& beginning, std::size_t parent, std::size_t row,
+                  std::vector<Child>& children) const {
         const auto part = static_cast<std::size_t>(triangle.Order[row]);
         const Column& R = triangle.R[row];
         double rest = 0.0;
@@ -139,13 +154,11 @@ private:
         const int count = static_cast<int>(all.size());
         const int above =
             static_cast<int>(std::lower_bound(all.begin(), all.end(), wanted) - all.begin());
-        const int children = std::min(LatticeChildren, count);
-        const int first = std::clamp(above - children / 2, 0, count - children);
-        for (int choice = first; choice < first + children; ++choice) {
+        const int width = std::min(LatticeChildren, count);
+        const int first = std::clamp(above - width / 2, 0, count - width);
+        for (int choice = first; choice < first + width; ++choice) {
             const double left = rest + diagonal * all[static_cast<std::size_t>(choice)];
-            next.push_back(beginning);
-            next.back().Choices[part] = choice;
-            next.back().Sum += left * left;
+            children.push_back({beginning.Sum + left * left, parent, choice});
         }
     }
 

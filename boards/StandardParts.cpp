@@ -21,6 +21,8 @@ constexpr std::uint32_t confirmingSeed = 20;  ///< no board of the choice itself
 constexpr int closenessesInSlice = 200;       ///< a millisecond or two
 constexpr int safetiesInSlice = 100;
 constexpr int boardsInSlice = 250;
+constexpr int PairStartEvaluations = 3000;  ///< of single values, before pairs
+constexpr double pairsHelp = 0.5;    ///< of their cost; above it single values are searched further
 constexpr double leadInLucks = 0.5;  ///< by which another set beats the nearest values
 constexpr double pairStage = 0.6;    ///< of the time: single values, before the pairs
 constexpr std::array<double, 2> yieldStages = {0.1, 0.4};  ///< likewise, at their ends
@@ -114,16 +116,29 @@ private:
         if (!IsSearched()) co_return;
         const bool byYield = task.Method == StdMethod::Yield && !task.Limits.empty();
         const bool pairs = task.Method == StdMethod::Pairs;
-        Slices singles =
-            SearchSingles(byYield ? StartEvaluations : SearchEvaluations, byYield ? yieldStages[0]
-                                                                          : pairs ? pairStage
-                                                                                  : 1.0);
+        Slices singles = SearchSingles(byYield ? StartEvaluations
+                                       : pairs ? PairStartEvaluations
+                                               : SearchEvaluations,
+                                       byYield ? yieldStages[0]
+                                       : pairs ? pairStage
+                                               : 1.0);
         while (singles.Advance())
             co_yield Pause;
         if (pairs) {
+            const std::vector<PartToChoose> single = parts;
+            const double before = Result.ChosenCost;
             Slices paired = SearchPairs();
             while (paired.Advance())
                 co_yield Pause;
+            if (Result.ChosenCost > pairsHelp * before) {
+                parts = single;
+                Slices again = SearchSingles(SearchEvaluations, 1.0);
+                while (again.Advance())
+                    co_yield Pause;
+                Slices last = SearchPairs();
+                while (last.Advance())
+                    co_yield Pause;
+            }
         }
         if (byYield) {
             Slices safest = SearchYield();

@@ -77,9 +77,9 @@ std::vector<PartToChoose> PartsToChoose(const DesignState& exact, const std::vec
         part.Place = place;
         part.Kind = coil ? PartKind::Inductor : PartKind::Capacitor;
         part.Exact = value;
-        part.Tolerance = coil ? exact.PartModel.IndTolerance : exact.PartModel.CapTolerance;
-        const auto found = std::find_if(held.begin(), held.end(),
-                                        [&](const HeldPart& h) { return h.Place == place; });
+        const auto found = std::find_if(held.begin(), held.end(), [&](const HeldPart& h) {
+            return h.Place == place && h.HoldsValue();
+        });
         part.Held = found != held.end();
         if (part.Held)
             part.Choices = {{found->Value}};

@@ -22,8 +22,7 @@ struct SeriesValue {
 struct PartToChoose {
     ValuePlace Place{};
     PartKind Kind = PartKind::Inductor;
-    double Exact = 0.0;      ///< what the synthesis asks for, H or F
-    double Tolerance = 0.0;  ///< fraction
+    double Exact = 0.0;  ///< what the synthesis asks for, H or F
     bool Held = false;
     std::vector<SeriesValue> Choices{};
     int Nearest = 0;  ///< index of the choice that SnapValue takes

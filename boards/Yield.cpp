@@ -5,84 +5,13 @@
 #include <cmath>
 #include <memory>
 
-#include "analysis/Circuitanalysis.h"
-#include "analysis/PartValues.h"
-
 namespace ladderwise {
 
 namespace {
 
 constexpr double halfWidth95 = 1.959963984540054;  ///< of a standard normal distribution
-constexpr double deviationOfNormal = 1.0 / 3.0;    ///< of the tolerance
-constexpr double generatorRange = 4294967296.0;
-
-/// 0 < u < 1
-double UnitDraw(std::mt19937& generator) {
-    return (generator() + 0.5) / generatorRange;
-}
-
-/// A standard normal number (Box and Muller, Ann. Math. Stat. 29 (1958)).
-double NormalDraw(std::mt19937& generator) {
-    const double radius = std::sqrt(-2.0 * std::log(UnitDraw(generator)));
-    return radius * std::cos(TwoPi * UnitDraw(generator));
-}
 
 }  // namespace
-
-BoardDrawer::BoardDrawer(const FilterDesign& design) : options(design.Boards) {
-    const PartModel& model = design.PartModel;
-    for (int slot = 1; slot <= SlotsInUse(design); ++slot)
-        for (int row = 0; row < 4; ++row) {
-            const ValuePlace place{slot, row};
-            const double whole = design.Elements[static_cast<std::size_t>(slot)].Value(row);
-            if (!(whole < LargestRandomisedValue)) continue;
-            const bool coil = row % 2 == 0;
-            const auto add = [&](double value, bool continues) {
-                const bool absolute =
-                    !coil && options.CapAbsolute > 0.0 && value < BoardDraw::SmallCapacitor;
-                const double tolerance = coil ? model.IndTolerance : model.CapTolerance;
-                members.push_back(
-                    {place, value, absolute ? options.CapAbsolute : tolerance * value, continues});
-            };
-            const PairedPart* const pair = PairAt(design, place);
-            add(pair ? pair->Larger : whole, false);
-            if (pair) add(pair->Smaller, true);
-        }
-    for (std::size_t i = 0; i < members.size(); ++i) {
-        const auto same = std::find_if(members.begin(), members.end(), [&](const Member& m) {
-            return m.Value == members[i].Value && m.Place.Row % 2 == members[i].Place.Row % 2;
-        });
-        first.push_back(static_cast<int>(same - members.begin()));
-    }
-    draws.resize(members.size());
-}
-
-double BoardDrawer::DrawOne(std::mt19937& generator) const {
-    if (!options.Normal) return 0.01 * DrawToleranceStep(generator);
-    for (;;) {
-        const double t = deviationOfNormal * NormalDraw(generator);
-        if (std::abs(t) <= 1.0) return t;
-    }
-}
-
-void BoardDrawer::Draw(std::mt19937& generator, FilterDesign& board) {
-    for (std::size_t i = 0; i < members.size(); ++i) {
-        draws[i] = DrawOne(generator);
-        if (options.Reel > 0.0 && UnitDraw(generator) < options.Reel)
-            draws[i] = draws[static_cast<std::size_t>(first[i])];
-    }
-    Place(draws, board);
-}
-
-void BoardDrawer::Place(const std::vector<double>& given, FilterDesign& board) const {
-    for (std::size_t i = 0; i < members.size(); ++i) {
-        const Member& member = members[i];
-        double& value =
-            board.Elements[static_cast<std::size_t>(member.Place.Slot)].Value(member.Place.Row);
-        const double drawn = std::max(SmallestPartValue, member.Value + given[i] * member.Spread);
-        value = member.Continues ? value + drawn : drawn;
-    }
-}
 
 ShareInterval WilsonInterval(int passed, int boards) {
     if (boards < 1) return {};

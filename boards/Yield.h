@@ -7,44 +7,10 @@
 #include <random>
 #include <vector>
 
+#include "analysis/BoardDraws.h"
 #include "boards/BoardJudge.h"
-#include "boards/StandardParts.h"
 
 namespace ladderwise {
-
-/// Draws boards of a ladder: every coil and capacitor within its tolerance. Without the options of
-/// BoardDraw as RandomiseParts does, draw by draw.
-class BoardDrawer {
-public:
-    /// Capacitors that are two in parallel are drawn each by itself.
-    explicit BoardDrawer(const FilterDesign& design);
-
-    /// The next board, into board.Elements.
-    void Draw(std::mt19937& generator, FilterDesign& board);
-
-    /// Single things that are drawn, pairs counted as two.
-    int Count() const { return static_cast<int>(members.size()); }
-    /// The board of given draws from -1 to 1, one for each thing.
-    void Place(const std::vector<double>& draws, FilterDesign& board) const;
-    /// For each thing the first one of its value, itself if there is none before it.
-    const std::vector<int>& FirstOfValue() const { return first; }
-    const BoardDraw& Options() const { return options; }
-
-private:
-    struct Member {
-        ValuePlace Place{};
-        double Value = 0.0;
-        double Spread = 0.0;     ///< what a draw of 1 adds, H or F
-        bool Continues = false;  ///< the second of a pair
-    };
-
-    double DrawOne(std::mt19937& generator) const;
-
-    BoardDraw options;
-    std::vector<Member> members;
-    std::vector<int> first;
-    std::vector<double> draws;
-};
 
 /// A range that holds a share with 95 % probability.
 struct ShareInterval {

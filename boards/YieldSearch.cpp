@@ -14,8 +14,6 @@ namespace ladderwise {
 
 namespace {
 
-constexpr double varianceOfUniform = 1.0 / 3.0;     ///< in tolerances
-constexpr double varianceOfNormal = 0.10814821634;  ///< of one third, cut at three deviations
 constexpr double farShare = 0.05;
 constexpr double lowestZ = -3.0;
 constexpr double highestZ = 6.0;
@@ -29,18 +27,6 @@ LimitLines WithoutDelays(LimitLines lines) {
     std::erase_if(lines,
                   [](const LimitLine& line) { return line.Kind == LimitKind::DelayVariationMax; });
     return lines;
-}
-
-double ToleranceAt(const FilterDesign& design, const ValuePlace& place) {
-    const CircuitElement& slot = design.Elements[static_cast<std::size_t>(place.Slot)];
-    const double value = slot.Value(place.Row);
-    if (!IsPart(InfoOf(slot.Type).Values[static_cast<std::size_t>(place.Row)]) ||
-        !(value < LargestRandomisedValue))
-        return 0.0;
-    if (place.Row % 2 == 0) return design.PartModel.IndTolerance;
-    if (design.Boards.CapAbsolute > 0.0 && value < BoardDraw::SmallCapacitor)
-        return design.Boards.CapAbsolute / value;
-    return design.PartModel.CapTolerance;
 }
 
 /// The first `count` prime numbers.
@@ -82,8 +68,8 @@ double SafetyJudge::Cost(const FilterDesign& ladder) {
     const LadderSlopes slopes = SlopesOf(ladder, grid.Freqs, reflects);
     std::vector<double> tolerances;
     for (const ValuePlace& place : slopes.Places)
-        tolerances.push_back(ToleranceAt(ladder, place));
-    const double variance = ladder.Boards.Normal ? varianceOfNormal : varianceOfUniform;
+        tolerances.push_back(SpreadAt(ladder, place));
+    const double variance = std::pow(DeviationOfDraw(ladder.Boards), 2);
     double least = highestZ, far = 0.0;
     for (const JudgeGrid::Row& row : grid.Rows)
         for (std::size_t i = row.First; i < row.First + row.Count; ++i) {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <random>
 
-#include "analysis/PartValues.h"
+#include "analysis/BoardDraws.h"
 
 namespace ladderwise {
 
@@ -26,9 +26,10 @@ double PassingShare(FilterDesign& design, LimitGrid& coarse, LimitGrid& fine, in
                     std::uint32_t seed) {
     std::mt19937 generator(seed);
     design.NominalElements = design.Elements;
+    BoardDrawer drawer(design);
     int passed = 0;
     for (int board = 0; board < boards; ++board) {
-        RandomiseParts(design, generator);
+        drawer.Draw(generator, design);
         double margin = SmallestMargin(coarse, design);
         if (std::abs(margin) < narrowDb) margin = SmallestMargin(fine, design);
         if (margin >= 0.0) ++passed;

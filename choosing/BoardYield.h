@@ -7,7 +7,7 @@
 
 namespace ladderwise {
 
-/// Judges `boards` boards of the ladder in `design`, each with values drawn as RandomiseParts does,
+/// Judges `boards` boards of the ladder in `design`, as BoardDrawer draws them,
 /// and gives the share of those that keep all limits. A board that keeps or fails them by less than
 /// 0.1 dB on `coarse` is judged on `fine`. The ladder is nominal again afterwards.
 double PassingShare(FilterDesign& design, LimitGrid& coarse, LimitGrid& fine, int boards,

@@ -1,6 +1,7 @@
 // Absorbed parasitics and held parts in the middle of a calculation.
 #include "choosing/PartsArrangement.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "boards/Absorb.h"
@@ -55,25 +56,27 @@ std::vector<PartsRemark> PrepareParts(Calculation& calculation, const LimitLines
     return remarks;
 }
 
-std::string HoldNamed(Calculation& calculation,
-                      const std::vector<std::pair<std::string, double>>& named) {
+std::string SettleNamed(Calculation& calculation, const std::vector<NamedPart>& named) {
     const FilterDesign& design = calculation.Design;
-    if (!named.empty() && !design.StdLCValues)
-        return "parts are held among standard values, which are off";
-    HeldParts& held = calculation.Inputs.Held;
     const auto names = DesignatorsOf(design);
+    const std::vector<PartToChoose> parts = PartsToChoose(design, {}, 0);
     std::string error;
-    for (const auto& [name, value] : named) {
-        bool found = false;
-        for (const PartToChoose& part : PartsToChoose(design, {}, 0)) {
-            if (names[static_cast<std::size_t>(part.Place.Slot)]
-                     [static_cast<std::size_t>(part.Place.Row)] != name)
-                continue;
-            found = true;
-            std::erase_if(held, [&](const HeldPart& one) { return one.Place == part.Place; });
-            held.push_back({part.Place, value});
+    for (const NamedPart& one : named) {
+        const std::string option = one.Value > 0.0 ? "--hold: " : "--tolerance: ";
+        if (one.Value > 0.0 && !design.StdLCValues)
+            return option + "parts are held among standard values, which are off";
+        const auto part = std::find_if(parts.begin(), parts.end(), [&](const PartToChoose& there) {
+            return names[static_cast<std::size_t>(there.Place.Slot)]
+                        [static_cast<std::size_t>(there.Place.Row)] == one.Name;
+        });
+        if (part == parts.end()) {
+            error = option + "this ladder has no coil or capacitor \"" + one.Name + "\"";
+            continue;
         }
-        if (!found) error = "this ladder has no coil or capacitor \"" + name + "\"";
+        HeldPart settled = SettledAt(calculation.Inputs.Held, part->Place);
+        if (one.Value > 0.0) settled.Value = one.Value;
+        if (one.Tolerance > 0.0) settled.Tolerance = one.Tolerance;
+        Settle(calculation.Inputs.Held, settled);
     }
     return error;
 }

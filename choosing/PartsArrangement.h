@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "design/LimitLine.h"
@@ -14,9 +13,15 @@ namespace ladderwise {
 /// values in the middle of a calculation. What their method lacks is remarked too.
 std::vector<PartsRemark> PrepareParts(Calculation& calculation, const LimitLines& limits);
 
-/// Holds the parts of the ladder in hand that are named by their designators, with their values (H
-/// or F), in the place of what is held there. What is wrong with them; empty if nothing is.
-std::string HoldNamed(Calculation& calculation,
-                      const std::vector<std::pair<std::string, double>>& named);
+/// A part named by its designator, and what is to be settled about it; 0: nothing.
+struct NamedPart {
+    std::string Name;
+    double Value = 0.0;      ///< H or F
+    double Tolerance = 0.0;  ///< fraction
+};
+
+/// Settles that about parts of the ladder in hand, in the place of what was before. What is wrong
+/// with them; empty if nothing is.
+std::string SettleNamed(Calculation& calculation, const std::vector<NamedPart>& named);
 
 }  // namespace ladderwise

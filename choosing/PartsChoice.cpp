@@ -34,8 +34,9 @@ std::vector<double> ChoiceNumbers(const FilterDesign& exact, const ElementList& 
                     exact.RippleDb, exact.PartModel.IndTolerance, exact.PartModel.CapTolerance,
                     draw.CapAbsolute, draw.Reel, draw.Normal ? 1.0 : 0.0});
     for (const HeldPart& part : task.Held)
-        numbers.insert(numbers.end(), {static_cast<double>(part.Place.Slot),
-                                       static_cast<double>(part.Place.Row), part.Value});
+        numbers.insert(numbers.end(),
+                       {static_cast<double>(part.Place.Slot), static_cast<double>(part.Place.Row),
+                        part.Value, part.Tolerance});
     if (task.Method == StdMethod::Yield)
         for (const LimitLine& line : task.Limits)
             numbers.insert(numbers.end(),
@@ -52,7 +53,10 @@ bool SameValues(const ElementList& a, const ElementList& b) {
 
 /// Whether each value is to be the nearest one, which takes no search.
 bool IsNearestAlone(const Calculation& calculation) {
-    return calculation.Design.StdMethod == StdMethod::Nearest && calculation.Inputs.Held.empty();
+    const HeldParts& held = calculation.Inputs.Held;
+    return calculation.Design.StdMethod == StdMethod::Nearest &&
+           std::none_of(held.begin(), held.end(),
+                        [](const HeldPart& part) { return part.HoldsValue(); });
 }
 
 /// Lets go of parts that the ladder has no more.
@@ -121,6 +125,7 @@ std::vector<PartsRemark> PartsChoice::Arrange(Calculation& calculation, const Li
     std::vector<PartsRemark> remarks = PrepareParts(calculation, limits);
     FilterDesign& design = calculation.Design;
     if (!calculation.Inputs.Held.empty()) ReleaseMissing(design, calculation.Inputs.Held);
+    design.Held = calculation.Inputs.Held;
     if (!design.StdLCValues || IsNearestAlone(calculation)) {
         if (design.StdLCValues) SnapToStdValue(design);
         Stop();

@@ -24,6 +24,9 @@ std::vector<double> BoardNumbers(const BoardsAsked& asked) {
     for (const PairedPart& pair : design.Pairs)
         numbers.insert(numbers.end(), {static_cast<double>(pair.Place.Slot),
                                        static_cast<double>(pair.Place.Row), pair.Smaller});
+    for (const HeldPart& part : design.Held)
+        numbers.insert(numbers.end(), {static_cast<double>(part.Place.Slot),
+                                       static_cast<double>(part.Place.Row), part.Tolerance});
     numbers.push_back(asked.Parts ? 1.0 : 0.0);
     if (!asked.Parts) return numbers;
     for (const CircuitElement& slot : asked.Parts->Nearest)

@@ -25,7 +25,7 @@ const std::vector<std::string> options = {
     "--csv-separator", "--from",       "--to",         "--points",
     "--spacing",       "--picture",    "--white",      "--choose",
     "--only",          "--read-board", "--free",       "--boards",
-    "--hold"};
+    "--hold",          "--tolerance"};
 
 /// "1280x800" or "297x210mm".
 bool ParseSize(std::string text, PictureSize& size) {
@@ -267,6 +267,7 @@ std::string UsageText() {
         "  --hold PART=VALUE            with standard values: a part that is there, C3=1e-10; "
         "again\n"
         "                               for more\n"
+        "  --tolerance PART=PERCENT     a part with a tolerance of its own, C3=1; again for more\n"
         "  --choose N                   the N best filters that keep the limits, of the pass type, "
         "the\n"
         "                               resistances and the parts that are set; --only "

@@ -1,4 +1,4 @@
-// "--boards 1000", "--hold C3=1e-10".
+// "--boards 1000", "--hold C3=1e-10", "--tolerance C3=1".
 #include "cli/BoardArguments.h"
 
 #include <charconv>
@@ -9,7 +9,7 @@
 namespace ladderwise {
 
 bool IsBoardOption(const std::string& option) {
-    return option == "--boards" || option == "--hold";
+    return option == "--boards" || option == "--hold" || option == "--tolerance";
 }
 
 std::string TakeBoardValue(BoardArguments& boards, const std::string& option,
@@ -24,13 +24,21 @@ std::string TakeBoardValue(BoardArguments& boards, const std::string& option,
                value + "\"";
     }
     const auto equals = value.find('=');
-    double held = 0.0;
-    if (equals == std::string::npos || equals == 0 ||
-        ReadPlainNumber(value.substr(equals + 1), held) != NumberFault::None || !(held > 0.0) ||
-        !std::isfinite(held))
+    double x = 0.0;
+    const bool readable = equals != std::string::npos && equals != 0 &&
+                          ReadPlainNumber(value.substr(equals + 1), x) == NumberFault::None &&
+                          x > 0.0;
+    const std::string name = value.substr(0, equals);
+    if (option == "--tolerance") {
+        if (!readable || !(x <= MostPercentOfPart))
+            return "--tolerance takes PART=PERCENT, at most 50, as in C3=1, not \"" + value + "\"";
+        boards.Held.push_back({name, 0.0, x / 100.0});
+        return {};
+    }
+    if (!readable || !std::isfinite(x))
         return "--hold takes PART=VALUE in henries or farads, as in C3=1e-10, not \"" + value +
                "\"";
-    boards.Held.emplace_back(value.substr(0, equals), held);
+    boards.Held.push_back({name, x, 0.0});
     return {};
 }
 

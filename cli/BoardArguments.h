@@ -2,17 +2,19 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "choosing/PartsArrangement.h"
 
 namespace ladderwise {
 
 inline constexpr int MostBoards = 1000000;
+inline constexpr double MostPercentOfPart = 50.0;  ///< a tolerance
 
 /// What was asked for.
 struct BoardArguments {
-    int Boards = 0;                                    ///< --boards N; 0: none
-    std::vector<std::pair<std::string, double>> Held;  ///< --hold C3=1e-10: designator, H or F
+    int Boards = 0;  ///< --boards N; 0: none
+    std::vector<NamedPart> Held;
 };
 
 /// True for the options that TakeBoardValue takes.

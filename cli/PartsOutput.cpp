@@ -54,6 +54,22 @@ std::string YieldObject(const YieldResult& result) {
     return text + "]}";
 }
 
+/// Parts with a tolerance of their own; empty without any.
+std::string ToleranceList(const FilterDesign& design) {
+    constexpr double percent = 100.0;
+    const auto names = DesignatorsOf(design);
+    std::string text;
+    for (const auto& [place, value, tolerance] : design.Held) {
+        if (!(tolerance > 0.0)) continue;
+        const auto slot = static_cast<std::size_t>(place.Slot);
+        const auto row = static_cast<std::size_t>(place.Row);
+        text += (text.empty() ? "[" : ", ") + ("{\"designator\": " + JsonQuoted(names[slot][row])) +
+                ", \"slot\": " + std::to_string(slot) + ", \"row\": " + std::to_string(row + 1) +
+                ", \"tolerance\": " + JsonNumber(percent * tolerance) + "}";
+    }
+    return text.empty() ? text : text + "]";
+}
+
 /// The standard values in the design; each the nearest, they took no choice.
 StandardParts StandardOf(const Calculation& calculation, const PartsChoice& choice) {
     if (choice.Present()) return *choice.Present();
@@ -68,8 +84,8 @@ void ChooseParts(Calculation& calculation, BoardWork& work) {
     if (work.Asked.Boards > 0 && work.Limits.empty())
         work.Error = "--boards needs what a board must do: --limits FILE.csv";
     calculation.ArrangeParts = [&work](Calculation& of) {
-        const std::string error = HoldNamed(of, work.Asked.Held);
-        if (!error.empty()) work.Error = "--hold: " + error;
+        const std::string error = SettleNamed(of, work.Asked.Held);
+        if (!error.empty()) work.Error = error;
         PartsChoice choice;
         std::vector<PartsRemark> remarks = choice.Arrange(of, work.Limits, true);
         if (of.Design.StdLCValues) work.Standard = StandardOf(of, choice);
@@ -95,6 +111,8 @@ std::vector<std::pair<std::string, std::string>> BoardMembers(const Calculation&
     std::vector<std::pair<std::string, std::string>> members;
     if (work.Standard) members.emplace_back("std", StdObject(calculation, work));
     if (work.Yield) members.emplace_back("yield", YieldObject(*work.Yield));
+    const std::string tolerances = ToleranceList(calculation.Design);
+    if (!tolerances.empty()) members.emplace_back("tolerances", tolerances);
     return members;
 }
 

@@ -32,6 +32,18 @@ void PaintPadlock(QPainter* painter, const QStyleOptionViewItem& option) {
     painter->restore();
 }
 
+/// Small, at the lower right; the number itself stands higher.
+void PaintBadge(QPainter* painter, const QStyleOptionViewItem& option, const QString& text) {
+    constexpr double scale = 0.7;
+    painter->save();
+    QFont font = option.font;
+    font.setPointSizeF(std::max(SmallestPointSize, scale * font.pointSizeF()));
+    painter->setFont(font);
+    painter->setPen(option.palette.color(QPalette::Link));
+    painter->drawText(option.rect.adjusted(0, 0, -2, 0), Qt::AlignRight | Qt::AlignBottom, text);
+    painter->restore();
+}
+
 }  // namespace
 
 QFont FontThatFits(QFont font, const QString& text, double width, double height) {
@@ -68,6 +80,8 @@ void FittedCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
     else if (background.isValid())
         painter->fillRect(option.rect, background.value<QBrush>());
     if (index.data(HeldRole).toBool()) PaintPadlock(painter, option);
+    const QString badge = index.data(BadgeRole).toString();
+    if (!badge.isEmpty()) PaintBadge(painter, option, badge);
     if (!(option.state & QStyle::State_Selected)) return;
     const bool focused = option.state & QStyle::State_HasFocus;
     painter->setPen(

@@ -12,6 +12,8 @@ QFont FontThatFits(QFont font, const QString& text, double width, double height)
 
 /// Data of a cell that has a padlock in its corner: true.
 inline constexpr int HeldRole = Qt::UserRole + 1;
+/// Data of a cell that has a small text in its lower corner.
+inline constexpr int BadgeRole = HeldRole + 1;
 
 /// A cell's text is drawn in the largest size up to the view's font at which it fits; nothing is
 /// elided. The current cell has a frame, so that the colour that marks it stays to be seen. Enter

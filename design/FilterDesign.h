@@ -241,6 +241,7 @@ struct DesignState {
     bool AbsorbParasitics = false;  ///< refit the values so that lossy parts give the ideal shape
     bool FitWidth = false;  ///< adjust what the synthesis is given until centre and width are right
     BoardDraw Boards{};
+    HeldParts Held{};        ///< as the inputs have them; see ToleranceAt
     bool WorstCase = false;  ///< repeat the analysis with randomised values
     OverlayLook Overlay = OverlayLook::RunsAndBands;
     double KeyStepFraction = 0.05;  ///< by which F1 and F2 change a part value

@@ -57,6 +57,12 @@ public:
         if (!value || !value->ReadNumber(x)) Fail(name, "a number");
         return x;
     }
+    double NumberOr(const std::string& name, double otherwise) {
+        const auto value = Take(name);
+        double x = otherwise;
+        if (value && !value->ReadNumber(x)) Fail(name, "a number");
+        return x;
+    }
     int Whole(const std::string& name, int least, int most) {
         const double x = Number(name);
         if (!(x >= least) || !(x <= most) || x != std::floor(x)) Fail(name, "in its range");
@@ -135,14 +141,19 @@ HeldPart HeldOf(const JsonValue& value) {
     HeldPart part;
     part.Place.Slot = members.Whole("slot", 1, NumSlots - 1);
     part.Place.Row = members.Whole("row", 1, 4) - 1;
-    part.Value = members.Number("value");
-    if (!(part.Value > 0.0)) throw CompanionFault{"a held part has no value"};
+    part.Value = members.NumberOr("value", 0.0);
+    part.Tolerance = members.NumberOr("tolerance", 0.0);
+    if (part.Value < 0.0 || part.Tolerance < 0.0 || !(part.Tolerance < 1.0) ||
+        !(part.Value > 0.0 || part.Tolerance > 0.0))
+        throw CompanionFault{"a held part has neither value nor tolerance"};
     return part;
 }
 
 JsonValue JsonOf(const HeldPart& part) {
-    return JsonObject{
-        {"slot", part.Place.Slot}, {"row", part.Place.Row + 1}, {"value", part.Value}};
+    JsonObject object{{"slot", part.Place.Slot}, {"row", part.Place.Row + 1}};
+    if (part.HoldsValue()) object.emplace_back("value", part.Value);
+    if (part.Tolerance > 0.0) object.emplace_back("tolerance", part.Tolerance);
+    return object;
 }
 
 /// The name of a limit's value: in SI units, so that it is read as it was.

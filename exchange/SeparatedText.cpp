@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "analysis/BoardDraws.h"
 #include "design/Connections.h"
 #include "design/ElementNetworks.h"
 #include "numbers/Formatfunctions.h"
@@ -67,6 +68,7 @@ struct ListedPart {
     ValueKind Unit;
     double Value;
     std::optional<double> Z0;  ///< of a line
+    double Tolerance;          ///< fraction
 };
 
 const char* KindName(NetworkKind kind) {
@@ -110,7 +112,8 @@ std::vector<ListedPart> PartsOf(const FilterDesign& design) {
                             ConnectionOfPart(slot.Type, names[k], row),
                             unit,
                             slot.Value(row),
-                            {}};
+                            {},
+                            ToleranceAt(design, {k, row})};
             if (unit == ValueKind::LengthDegrees) part.Z0 = slot.Value(row + 1);
             const PairedPart* const pair = PairAt(design, {k, row});
             if (pair) {  // two to order
@@ -127,11 +130,13 @@ std::vector<ListedPart> PartsOf(const FilterDesign& design) {
     return parts;
 }
 
-bool SameValue(const ListedPart& a, const ListedPart& b) {
+/// Whether they are one part to order.
+bool SamePart(const ListedPart& a, const ListedPart& b) {
     const auto alike = [](double x, double y) {
         return std::fabs(x - y) <= AlikeWithin * std::fabs(x);
     };
-    return a.Kind == b.Kind && alike(a.Value, b.Value) && alike(a.Z0.value_or(1), b.Z0.value_or(1));
+    return a.Kind == b.Kind && a.Tolerance == b.Tolerance && alike(a.Value, b.Value) &&
+           alike(a.Z0.value_or(1), b.Z0.value_or(1));
 }
 
 /// As the program shows it, with a decimal point whatever the locale.
@@ -163,8 +168,7 @@ void WriteStandardValue(TableWriter& table, const PartModel& model, const Listed
     const double error = 100.0 * (standard - part.Value) / part.Value;
     table.Numeral(WithPrefix(standard, part.Unit));
     table.Numeral(std::isfinite(error) ? RoundedNumber(error, PercentDigits) : std::string());
-    const double tolerance = inductor ? model.IndTolerance : model.CapTolerance;
-    table.Numeral(RoundedNumber(100.0 * tolerance, PercentDigits));
+    table.Numeral(RoundedNumber(100.0 * part.Tolerance, PercentDigits));
 }
 
 }  // namespace
@@ -216,7 +220,7 @@ std::string PartsList(const FilterDesign& design, FieldSeparator separator) {
         table.Numeral(q ? RoundedNumber(*q, PercentDigits) : std::string());
         table.Text(
             std::to_string(std::count_if(parts.begin(), parts.end(), [&](const ListedPart& other) {
-                return SameValue(part, other);
+                return SamePart(part, other);
             })));
         table.Text("");
         table.EndLine();

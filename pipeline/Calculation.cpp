@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include "analysis/BoardDraws.h"
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "directcoupled/DirectCoupled.h"
@@ -158,12 +159,13 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
     result.Seed = seed;
     std::mt19937 generator(result.Seed);
     design.NominalElements = design.Elements;
+    BoardDrawer drawer(design);
     const SweepResponse nominal = design.Response;
     std::vector<double> low(NumSweepPoints);
     std::vector<double> high(NumSweepPoints);
     ResetExtremes(low, high);
     for (int run = 1; run <= result.Runs; ++run) {
-        RandomiseParts(design, generator);
+        drawer.Draw(generator, design);
         AnalyseLadder(design, calculation.Tables, report);
         AccumulateExtremes(design.Response.TransferRe, design.Response.TransferIm, low, high);
         if (!plotRun) continue;

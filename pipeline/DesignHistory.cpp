@@ -129,18 +129,22 @@ std::optional<StepLabel> MarkerStep(const MarkerState& before, const MarkerState
     return {};
 }
 
-/// "Hold C3", "Release C3".
+/// "Hold C3", "Release C3", "Tolerance C3": the first part about which something else is settled.
 std::optional<StepLabel> HeldStep(const DesignSnapshot& before, const DesignSnapshot& after) {
-    const HeldParts &was = before.Inputs.Held, &is = after.Inputs.Held;
-    if (was == is) return {};
-    const bool more = is.size() >= was.size();
-    const auto differs = std::mismatch(was.begin(), was.end(), is.begin(), is.end());
-    const HeldPart& part = more ? *differs.second : *differs.first;
-    const auto names = DesignatorsOf(more ? after.Design : before.Design);
-    return StepLabel{(more ? "Hold " : "Release ") +
-                         names[static_cast<std::size_t>(part.Place.Slot)]
-                              [static_cast<std::size_t>(part.Place.Row)],
-                     "", ""};
+    HeldParts parts = before.Inputs.Held;
+    parts.insert(parts.end(), after.Inputs.Held.begin(), after.Inputs.Held.end());
+    for (const HeldPart& part : parts) {
+        const HeldPart was = SettledAt(before.Inputs.Held, part.Place);
+        const HeldPart is = SettledAt(after.Inputs.Held, part.Place);
+        if (was == is) continue;
+        const auto slot = static_cast<std::size_t>(part.Place.Slot);
+        const auto row = static_cast<std::size_t>(part.Place.Row);
+        const bool there = part.Place.Slot <= SlotsInUse(after.Design);
+        const std::string name = DesignatorsOf(there ? after.Design : before.Design)[slot][row];
+        if (was.Value == is.Value) return StepLabel{"Tolerance " + name, "", ""};
+        return StepLabel{(is.HoldsValue() ? "Hold " : "Release ") + name, "", ""};
+    }
+    return {};
 }
 
 std::string FileName(const std::string& path) {

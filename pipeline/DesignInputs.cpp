@@ -133,6 +133,7 @@ void ReadInputs(DesignInputs& inputs, FilterDesign& design, const MessageCallbac
     PartModel& model = design.PartModel;
     SetTolerance(model, PartKind::Capacitor, inputs.Choice(ChoiceId::CapTolerance));
     SetTolerance(model, PartKind::Inductor, inputs.Choice(ChoiceId::IndTolerance));
+    design.Held = inputs.Held;
 }
 
 }  // namespace ladderwise

@@ -38,7 +38,7 @@ struct DesignInputs {
 
     std::array<NumberBox, NumInputs> Boxes{};
     std::array<int, NumChoices> Choices{};
-    HeldParts Held{};  ///< among standard values
+    HeldParts Held{};  ///< single parts that are settled
 };
 
 /// The load (ohm) that a response prescribes for a source; Butterworth and Chebyshev keep the

@@ -8,6 +8,7 @@
 #include <random>
 #include <utility>
 
+#include "analysis/BoardDraws.h"
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "analysis/ResponseSamples.h"
@@ -65,12 +66,6 @@ std::vector<WatchedPlace> PlacesToWatch(const FilterDesign& design, const Respon
     return places;
 }
 
-/// Standard deviation of a draw in tolerances: steps of a hundredth, all equally likely.
-double DeviationOfDraw() {
-    constexpr double n = NumToleranceSteps;
-    return std::sqrt((n * n - 1.0) / 12.0) / ((n - 1.0) / 2.0);
-}
-
 struct Spread {
     double Sum = 0.0, Squares = 0.0;
     int Count = 0;
@@ -91,7 +86,7 @@ public:
     explicit ShareFinder(const FilterDesign& given)
         : nominal(given), places(ValuesInUse(given)), work(std::make_unique<FilterDesign>(given)) {
         for (const ValuePlace& place : places)
-            tolerances.push_back(ToleranceOf(place));
+            tolerances.push_back(SpreadAt(given, place));
     }
 
     void At(const WatchedPlace& watched, std::vector<PartShare>& shares) {
@@ -107,14 +102,6 @@ public:
     }
 
 private:
-    double ToleranceOf(const ValuePlace& place) const {
-        const CircuitElement& slot = nominal.Elements[static_cast<std::size_t>(place.Slot)];
-        const ValueKind kind = InfoOf(slot.Type).Values[static_cast<std::size_t>(place.Row)];
-        if (!IsPart(kind) || !(slot.Value(place.Row) < LargestRandomisedValue)) return 0.0;
-        return kind == ValueKind::Inductance ? nominal.PartModel.IndTolerance
-                                             : nominal.PartModel.CapTolerance;
-    }
-
     double& ValueOf(const ValuePlace& place) {
         return work->Elements[static_cast<std::size_t>(place.Slot)].Value(place.Row);
     }
@@ -150,15 +137,15 @@ private:
         double squares = 0.0;
         for (std::size_t i = 0; i < slopes.size(); ++i)
             if (tolerances[i] > 0.0) squares += std::pow(slopes[i] * tolerances[i], 2);
-        return DeviationOfDraw() * std::sqrt(squares);
+        return DeviationOfDraw(nominal.Boards) * std::sqrt(squares);
     }
 
     double SampledDeviation(const WatchedPlace& watched) {
         std::mt19937 generator(boardSeed);
-        work->NominalElements = nominal.Elements;
+        BoardDrawer drawer(nominal);
         Spread spread;
         for (int board = 0; board < sampledBoards; ++board) {
-            RandomiseParts(*work, generator);
+            drawer.Draw(generator, *work);
             spread.Take(watched.Of(*work));
         }
         work->Elements = nominal.Elements;
@@ -174,7 +161,7 @@ private:
             Spread spread;
             for (int step = -most; step <= most; step += stepStride)
                 spread.Take(With(watched, places[i], 1.0 + tolerances[i] * step / most));
-            slopes[i] = spread.Deviation() / (tolerances[i] * DeviationOfDraw());
+            slopes[i] = spread.Deviation() / (tolerances[i] * DeviationOfDraw({}));
         }
         return slopes;
     }
@@ -182,7 +169,7 @@ private:
     void Emit(const WatchedPlace& watched, const std::vector<double>& slopes, bool bySamples,
               std::vector<PartShare>& shares) const {
         const auto names = DesignatorsOf(nominal);
-        const double squares = std::pow(Deviation(slopes) / DeviationOfDraw(), 2);
+        const double squares = std::pow(Deviation(slopes) / DeviationOfDraw(nominal.Boards), 2);
         for (std::size_t i = 0; i < places.size(); ++i) {
             const auto& [slot, row] = places[i];
             const double part = std::pow(slopes[i] * tolerances[i], 2);
@@ -233,8 +220,8 @@ std::string PlaceText(const FilterDesign& design, const ResponseResults& results
 }
 
 /// Variance in dB^2 that a part of a tolerance makes.
-double VarianceOf(const PartShare& share, double tolerance) {
-    return std::pow(share.DbPerPercent * hundred * tolerance * DeviationOfDraw(), 2);
+double VarianceOf(const FilterDesign& design, const PartShare& share, double tolerance) {
+    return std::pow(share.DbPerPercent * hundred * tolerance * DeviationOfDraw(design.Boards), 2);
 }
 
 std::string SpreadText(double variance) {
@@ -253,8 +240,8 @@ ShareRow RowOf(const FilterDesign& design, const PartShare& share, double varian
     if (!isDb) return row;
     if (!share.BySamples) row.PerPercent = FormatFixed(share.DbPerPercent, slopeDigits) + " dB";
     if (share.Tolerance > onePercent)
-        row.WithOne = SpreadText(variance - VarianceOf(share, share.Tolerance) +
-                                 VarianceOf(share, onePercent));
+        row.WithOne = SpreadText(variance - VarianceOf(design, share, share.Tolerance) +
+                                 VarianceOf(design, share, onePercent));
     return row;
 }
 
@@ -269,7 +256,7 @@ std::vector<ShareTable> DescribeShares(const FilterDesign& design, const Respons
     for (std::size_t first = 0, end = 0; first < shares.size(); first = end) {
         double variance = 0.0;
         for (end = first; end < shares.size() && shares[end].At == shares[first].At; ++end)
-            variance += VarianceOf(shares[end], shares[end].Tolerance);
+            variance += VarianceOf(design, shares[end], shares[end].Tolerance);
         ShareTable table;
         table.Place = PlaceText(design, results, limits, shares[first].At);
         if (isDb) table.Spread = "95 % of the boards lie within " + SpreadText(variance);

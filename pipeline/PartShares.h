@@ -23,15 +23,15 @@ struct PartShare {
     double DbPerPercent = 0.0;
     double At = 0.0;  ///< Hz
     bool BySamples = false;
-    double Tolerance = 0.0;  ///< of the part, a fraction; 0: none
+    double Tolerance = 0.0;  ///< SpreadAt
 };
 
 /// The shares of all values in use at the tightest limit or, without limits, at the -3 dB edges and
 /// at F0, of a notch at its edges only; frequency by frequency, values from the source to the load.
-/// Tolerances are those of PartModel; lines have none and a share of 0. Where the linear estimate
-/// of the standard deviation is less than half of that of 1 000 boards drawn as RandomiseParts
-/// does, as where the attenuation is at its least, the shares are those of the parts varied one by
-/// one. All shares are 0 where nothing moves the response.
+/// Tolerances are those of the parts (SpreadAt); lines have none and a share of 0. Where the linear
+/// estimate of the standard deviation is less than half of that of 1 000 boards drawn by
+/// BoardDrawer, as where the attenuation is at its least, the shares are those of the parts varied
+/// one by one. All shares are 0 where nothing moves the response.
 std::vector<PartShare> SharesOf(const FilterDesign& design, const ResponseResults& results,
                                 const LimitReport& limits);
 

@@ -54,7 +54,7 @@ void AddDesign(std::string& text, const std::string& key, const KeptDesign& desi
     AddSlots(text, key + "-slot", design.Ladder);
     for (const HeldPart& part : design.Held)
         AddLine(text, key + "-held", NumberText(part.Place.Slot), NumberText(part.Place.Row),
-                NumberText(part.Value));
+                NumberText(part.Value), NumberText(part.Tolerance));
 }
 
 template <typename Values>
@@ -165,9 +165,10 @@ std::vector<KeptSlot> KeptSlotsIn(const KeyedLines& lines, const std::string& ke
 
 HeldParts KeptHeldIn(const KeyedLines& lines, const std::string& key) {
     HeldParts held;
-    for (const Words& words : lines.All(key, 3)) {
+    for (const Words& words : lines.All(key, 4)) {
         const HeldPart part{{NumberOf<int>(words[0]), NumberOf<int>(words[1])},
-                            NumberOf<double>(words[2])};
+                            NumberOf<double>(words[2]),
+                            NumberOf<double>(words[3])};
         const ValuePlace& at = part.Place;
         if (at.Slot < 1 || at.Slot >= NumSlots || at.Row < 0 || at.Row > 3) throw NoWork{};
         held.push_back(part);

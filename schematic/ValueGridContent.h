@@ -15,6 +15,8 @@ struct GridCell {
     bool Edited = false;  ///< changed by hand since the last calculation
     bool Held = false;    ///< its value is not chosen
     bool MayBeHeld = false;
+    double Tolerance = 0.0;  ///< of a coil or capacitor, a fraction
+    bool HasOwnTolerance = false;
     std::string ToolTip;  ///< symbol, six digits and unit: "L = 79.5775 nH"
 };
 

@@ -33,7 +33,8 @@ const std::vector<ShareColumn>& ShareColumns() {
     static const std::vector<ShareColumn> columns = {
         {"Part", nullptr, "Its bar stands at its symbol while this window is open"},
         {"Value", &ShareRow::Value, "As it stands in the ladder"},
-        {"Tolerance", &ShareRow::Tolerance, "As chosen in Part Definitions"},
+        {"Tolerance", &ShareRow::Tolerance,
+         "As chosen in Part Definitions, or in the value grid's menu for a part alone"},
         {"Share", &ShareRow::Percent, "Of the variance that the tolerances cause"},
         {"1 % more", &ShareRow::PerPercent, "What a value 1 % larger does"},
         {"With a 1 % part", &ShareRow::WithOne,

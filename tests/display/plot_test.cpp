@@ -9,6 +9,7 @@
 #include <memory>
 #include <random>
 
+#include "analysis/BoardDraws.h"
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "display/MarkerTable.h"

@@ -168,6 +168,9 @@ TEST(Yield, IsTheShareThatASinglePartHasByItsDistribution) {
     OneCapacitor absolute(5e-12, 1.0 + 0.405 * 0.1);
     absolute.Design.Boards.CapAbsolute = 0.5e-12;
     absolute.ExpectShare(141.0 / NumToleranceSteps);
+    OneCapacitor better(100e-12, 1.0 + 0.405 * 0.01);
+    better.Design.Held = {{{1, 1}, 0.0, 0.01}};
+    better.ExpectShare(141.0 / NumToleranceSteps);
     OneCapacitor normal(100e-12, 1.0 + 0.05 / 3.0);
     normal.Design.Boards.Normal = true;
     normal.ExpectShare((NormalBelow(1.0) - NormalBelow(-3.0)) /
@@ -184,6 +187,19 @@ TEST(Yield, APairAveragesItsTolerancesAndAReelDoesNot) {
     EXPECT_NEAR(share(false, 0.0), 0.75, 0.02);
     EXPECT_NEAR(share(true, 0.0), 0.875, 0.02);  // 1 - (1/2)^2 / 2 of the square of both draws
     EXPECT_NEAR(share(true, 1.0), 0.75, 0.02);
+}
+
+// What a worst case draws is what the boards are counted of.
+TEST(Yield, TheRunsOfAWorstCaseAreBoardsToo) {
+    const auto spread = [](const Settings& more) {
+        Settings all = {{"poles", "1"}, {"f0", "1273.24"}, {"worst-case", "on"}, {"seed", "5"}};
+        all.insert(all.end(), more.begin(), more.end());
+        return Designed(all)->WorstCase.SpreadAtF0Db;  // of one capacitor of 5 pF
+    };
+    const double five = spread({});
+    EXPECT_GT(five, 0.2);
+    EXPECT_NEAR(spread({{"cap-abs", "0.5"}}), spread({{"cap-tol", "10"}}), 1e-4);
+    EXPECT_LT(spread({{"draw", "normal"}}), five);
 }
 
 TEST(Yield, TheIntervalCoversNineteenOfTwenty) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "analysis/BoardDraws.h"
 #include "analysis/PartValues.h"
 #include "analysis/ResponseSamples.h"
 #include "choosing/BoardYield.h"

@@ -37,7 +37,7 @@ TEST(Companion, OfTheLimitsOnlyTheDamagedOnesAreLeftOut) {
                               {LimitKind::DelayVariationMax, 1.8e6, 29.7e6, 7.3e-9}};
     DesignCompanion companion;
     companion.Limits = lines;
-    companion.Held = {{{3, 1}, 4.7e-11}};
+    companion.Held = {{{3, 1}, 4.7e-11}, {{1, 0}, 0.0, 0.01}, {{2, 0}, 1e-9, 0.02}};
     std::string text = CompanionText(companion);
     EXPECT_EQ(ReadCompanion(text).Companion.Held, companion.Held);
     EXPECT_EQ(ReadCompanion(text).Companion.Limits, lines);

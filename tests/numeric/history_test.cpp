@@ -59,7 +59,7 @@ std::string DesignBytesOf(const DesignDocument& document) {
         if (!IsOfOneCalculation(note)) bytes += note.Text;
     if (document.Reference()) bytes += EncodeRecord(document.Reference()->Record);
     for (const HeldPart& part : document.Work.Inputs.Held)
-        add(std::array{part.Place.Slot + 0.1 * part.Place.Row, part.Value});
+        add(std::array{part.Place.Slot + 0.1 * part.Place.Row, part.Value, part.Tolerance});
     return bytes + LimitTableText(document.Limits);
 }
 
@@ -152,8 +152,9 @@ void ActAtRandom(DocumentHands& hands, std::mt19937& random) {
             return hands.Note();
         case 9:
             if (below(2) == 0) {
-                document.Work.Inputs.Held.assign(static_cast<std::size_t>(below(3)),
-                                                 {{1, below(4)}, 1e-12 * (1 + below(9))});
+                document.Work.Inputs.Held.assign(
+                    static_cast<std::size_t>(below(3)),
+                    {{1, below(4)}, 1e-12 * below(9), 0.01 * (1 + below(9))});
                 return hands.Calculate();
             }
             document.Limits.assign(static_cast<std::size_t>(below(3)),

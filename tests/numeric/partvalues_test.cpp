@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 
+#include "analysis/BoardDraws.h"
 #include "analysis/PartValues.h"
 #include "tests/numeric/support.h"
 

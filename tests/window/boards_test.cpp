@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QMenu>
+#include <QRegularExpression>
 
 #include "boards/Yield.h"
 #include "controls/FittedCells.h"
@@ -64,7 +65,7 @@ public:
         QTimer::singleShot(0, Window.get(), [entry] {
             auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             if (!menu) return;
-            for (QAction* const action : menu->actions())
+            for (QAction* const action : menu->findChildren<QAction*>())
                 if (action->text() == entry) action->trigger();
             menu->close();
         });
@@ -244,6 +245,29 @@ private slots:
         QVERIFY(f.IsHeld(1, 3));
         f.UseGridMenu(1, 3, "&Hold This Value");
         QVERIFY(!f.IsHeld(1, 3));
+    }
+
+    void APartWithAToleranceOfItsOwnCountsWithIt() {
+        BoardsFixture f;
+        f.SetLimits(lowPass);
+        const auto passed = [&f] {
+            const QRegularExpression share("([\\d.]+) % \\(");
+            return share.match(f.Results()).captured(1).toDouble();
+        };
+        const double before = passed();
+        QVERIFY(before > 0.0);
+        f.UseGridMenu(1, 3, "&0.5 %");
+        const double better = passed();
+        QVERIFY2(better > before, qPrintable(f.Results()));
+        QCOMPARE(f.Grid->item(1, 3)->data(BadgeRole).toString(), "0.5 %");
+        f.Trigger("SaveMenu");
+        f.Trigger("UndoMenu");
+        QCOMPARE(passed(), before);
+        f.Trigger("OpenMenu");
+        QCOMPARE(passed(), better);
+        f.UseGridMenu(1, 3, "As All &Capacitors");
+        QCOMPARE(passed(), before);
+        QVERIFY(f.Grid->item(1, 3)->data(BadgeRole).toString().isEmpty());
     }
 };
 

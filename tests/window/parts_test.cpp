@@ -4,6 +4,7 @@
 #include <QScreen>
 #include <random>
 
+#include "analysis/BoardDraws.h"
 #include "analysis/Circuitanalysis.h"
 #include "analysis/PartValues.h"
 #include "display/Annotations.h"

@@ -73,6 +73,11 @@ public:
             Grid->visualItemRect(Grid->item(row, column)).center());
         Window->FinishDrawing();
     }
+    /// As the results say it.
+    double PassedPercent() const {
+        const QRegularExpression share("([\\d.]+) % \\(");
+        return share.match(Results()).captured(1).toDouble();
+    }
     bool IsHeld(int row, int column) const {
         return Grid->item(row, column)->data(HeldRole).toBool();
     }
@@ -250,23 +255,19 @@ private slots:
     void APartWithAToleranceOfItsOwnCountsWithIt() {
         BoardsFixture f;
         f.SetLimits(lowPass);
-        const auto passed = [&f] {
-            const QRegularExpression share("([\\d.]+) % \\(");
-            return share.match(f.Results()).captured(1).toDouble();
-        };
-        const double before = passed();
+        const double before = f.PassedPercent();
         QVERIFY(before > 0.0);
         f.UseGridMenu(1, 3, "&0.5 %");
-        const double better = passed();
+        const double better = f.PassedPercent();
         QVERIFY2(better > before, qPrintable(f.Results()));
         QCOMPARE(f.Grid->item(1, 3)->data(BadgeRole).toString(), "0.5 %");
         f.Trigger("SaveMenu");
         f.Trigger("UndoMenu");
-        QCOMPARE(passed(), before);
+        QCOMPARE(f.PassedPercent(), before);
         f.Trigger("OpenMenu");
-        QCOMPARE(passed(), better);
+        QCOMPARE(f.PassedPercent(), better);
         f.UseGridMenu(1, 3, "As All &Capacitors");
-        QCOMPARE(passed(), before);
+        QCOMPARE(f.PassedPercent(), before);
         QVERIFY(f.Grid->item(1, 3)->data(BadgeRole).toString().isEmpty());
     }
 };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <utility>
 
@@ -20,6 +21,7 @@ constexpr double undeterminedWidth = 0.1;    // half, in ln value
 constexpr std::size_t mostLags = 30;         // of the residuals' autocorrelation
 constexpr double noLoss = 1e-5;              // of a coil, 1 / Q
 constexpr double leastResidual = 1e-30;
+constexpr double ownPart = 1.33;  // as far from its nominal value may a part of this filter be
 
 using Residuals = std::vector<std::array<Complex, NumBoardParameters>>;
 
@@ -169,6 +171,19 @@ std::vector<BoardResonator> ResonatorsOf(const Fitted& fitted, const DesignState
     return resonators;
 }
 
+/// Whether the data show another filter: several parts are far from what the design has, and none
+/// that is told is near. The few resonances of another filter can be fitted to the noise by parts
+/// that they leave free and others far off.
+bool ShowAnother(const std::vector<BoardPart>& parts) {
+    const auto near = [](const BoardPart& part) {
+        return part.Value.Low < part.Nominal * ownPart && part.Value.High > part.Nominal / ownPart;
+    };
+    const auto far = std::count_if(parts.begin(), parts.end(), std::not_fn(near));
+    return far > 1 && std::none_of(parts.begin(), parts.end(), [&](const BoardPart& part) {
+               return !part.Value.Undetermined && near(part);
+           });
+}
+
 /// One Q for all coils: their losses averaged by how well each is told.
 std::optional<double> QOf(const Fitted& fitted) {
     double sum = 0.0, weights = 0.0;
@@ -270,6 +285,14 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
         for (BoardPart& part : reading.Parts)
             for (const PartPlace& place : found.Fault->Places)
                 if (part.Place == place) part.Value.Undetermined = true;
+    if (ShowAnother(reading.Parts)) {
+        BoardReading refused;
+        refused.Text = NotUnderstoodText;
+        refused.ResidualDb = reading.ResidualDb;
+        refused.ResidualAt = reading.ResidualAt;
+        refused.Excess = reading.Excess;
+        return refused;
+    }
     reading.Resonators = ResonatorsOf(fitted, design);
     reading.Q = QOf(fitted);
     std::size_t port = 0;

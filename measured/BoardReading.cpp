@@ -171,6 +171,17 @@ std::vector<BoardResonator> ResonatorsOf(const Fitted& fitted, const DesignState
     return resonators;
 }
 
+/// What a board is called that has no gross fault.
+std::string TextOf(const BoardReading& reading) {
+    const auto& parts = reading.Parts;
+    const auto& tanks = reading.Resonators;
+    const bool part = std::any_of(parts.begin(), parts.end(),
+                                  [](const auto& one) { return !one.Value.Undetermined; });
+    const bool tank = std::any_of(tanks.begin(), tanks.end(),
+                                  [](const auto& one) { return !one.Tuning.Undetermined; });
+    return part ? "understood" : tank ? ResonancesToldText : NothingToldText;
+}
+
 /// Whether the data show another filter: several parts are far from what the design has, and none
 /// that is told is near. The few resonances of another filter can be fitted to the noise by parts
 /// that they leave free and others far off.
@@ -274,7 +285,6 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
     if (!found.Suspicion.empty()) reading.Text = SeveralFaultsText + found.Suspicion;
     if (!reading.Understood) return reading;
     reading.Fault = found.Fault;
-    reading.Text = found.Fault ? found.Fault->Text : "understood";
     Fitted fitted{*found.Model, found.Solution, fit.Covariance(x)};
     const double factor = VarianceFactor(residuals, found.Data);
     for (double& entry : fitted.Covariance)
@@ -294,6 +304,7 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
         return refused;
     }
     reading.Resonators = ResonatorsOf(fitted, design);
+    reading.Text = found.Fault ? found.Fault->Text : TextOf(reading);
     reading.Q = QOf(fitted);
     std::size_t port = 0;
     for (std::size_t i = 0; i < x.size(); ++i)

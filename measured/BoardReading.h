@@ -17,6 +17,12 @@ namespace ladderwise {
 inline constexpr const char* NotUnderstoodText =
     "not understood: wrong schematic, a short, or data out of range";
 
+/// The words when it does, and so do ladders with other values of every part.
+inline constexpr const char* ResonancesToldText =
+    "understood: resonances are told, no coil or capacitor by itself";
+inline constexpr const char* NothingToldText =
+    "understood, but no value is told: measure more points where the filter passes";
+
 /// The beginning of the words when more than one fault explains them.
 inline constexpr const char* SeveralFaultsText = "a fault, but the data do not tell which: ";
 

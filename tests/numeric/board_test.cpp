@@ -242,6 +242,7 @@ TEST(ReadBoard, FindsWhatWasPutInAndIsNotSureOfAnythingElse) {
             EXPECT_LT(half, 0.1);
         }
         EXPECT_GE(told, c.Told) << c.Design.front().second;
+        EXPECT_EQ(reading.Text, told > 0 ? "understood" : ResonancesToldText);
     }
     EXPECT_GE(inside, all - all / 12);
 }

@@ -159,13 +159,20 @@ std::vector<BoardPart> PartsOf(const Fitted& fitted, const DesignState& design) 
 
 std::vector<BoardResonator> ResonatorsOf(const Fitted& fitted, const DesignState& design) {
     std::vector<BoardResonator> resonators;
+    const auto names = DesignatorsOf(design);
     for (const BoardModel::Resonator& tank : fitted.Model.Resonators()) {
+        const auto placeOf = [&](int unknown) -> const BoardUnknown& {
+            return fitted.Model.Unknowns()[static_cast<std::size_t>(unknown)];
+        };
         const auto nominal = [&](int unknown) {
-            const BoardUnknown& place = fitted.Model.Unknowns()[static_cast<std::size_t>(unknown)];
-            return design.Elements[place.Slot].Value(place.Row);
+            return design.Elements[placeOf(unknown).Slot].Value(placeOf(unknown).Row);
+        };
+        const auto name = [&](int unknown) {
+            return names[placeOf(unknown).Slot][placeOf(unknown).Row];
         };
         resonators.push_back(
-            {tank.Slot, OneOverTwoPi / std::sqrt(nominal(tank.Coil) * nominal(tank.Capacitor)),
+            {tank.Slot, name(tank.Coil) + " " + name(tank.Capacitor),
+             OneOverTwoPi / std::sqrt(nominal(tank.Coil) * nominal(tank.Capacitor)),
              fitted.Of({{tank.Coil, -0.5}, {tank.Capacitor, -0.5}}, OneOverTwoPi)});
     }
     return resonators;

@@ -49,8 +49,11 @@ struct BoardPart {
 
 struct BoardResonator {
     int Slot = 0;
+    std::string Name{};    ///< "L1 C2", its coil and its capacitor
     double Nominal = 0.0;  ///< Hz
     Estimate Tuning{};     ///< Hz
+
+    double Detuning() const { return Tuning.Actual - Nominal; }  ///< Hz
 };
 
 enum class FaultKind { Missing, Shorted, Swapped, Tenth, TenTimes, PortsSwapped };

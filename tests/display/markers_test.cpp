@@ -281,6 +281,8 @@ TEST(Subtitle, FrequenciesAreExactToTheHertz) {
     EXPECT_EQ(PlotSubtitle(design),
               "145.825 MHz, 4.000 MHz wide, 50 Ω to 50 Ω, ripple 0.1 dB, real parts Q 80, E24, "
               "2 MHz/div");
+    design.PartModel.Choice = PartChoice::DeEmbed;
+    EXPECT_NE(PlotSubtitle(design).find(", de-embedded parts Q 80, E24"), std::string::npos);
     design.RSource = 123.456;
     EXPECT_NE(PlotSubtitle(design).find("123.456 Ω to 50 Ω"), std::string::npos);
     for (const auto& [f, text] : {std::pair{30e6, "30.0 MHz"},

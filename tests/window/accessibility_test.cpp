@@ -157,6 +157,13 @@ private slots:
             f.Trigger(command);
             QVERIFY2(window->isVisible(), name);
             QCOMPARE(window->pos(), place);
+            for (auto* const button : window->findChildren<QAbstractButton*>()) {
+                const QString text = button->text().remove('&');
+                if (text != "Close" && text != "Exit") continue;
+                QTest::mouseClick(button, Qt::LeftButton);
+                QVERIFY2(!window->isVisible(), name);
+                f.Trigger(command);
+            }
         }
         AboutWindow about(f.Window.get());
         about.show();

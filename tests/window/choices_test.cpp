@@ -54,6 +54,19 @@ private slots:
                 }
             return blue;
         };
+        // The limits, 45 dB from 288 to 296 MHz and 1 dB from 144 to 148 MHz, are red.
+        const auto redAt = [&small](double f, double db) {
+            const int x = qRound(std::log(f / 120e6) / std::log(532.8 / 120) * small.width());
+            const int y = qRound(db / 80 * small.height());
+            int red = 0;
+            for (int i = 0; i < 25; ++i) {
+                const QColor ink = small.pixelColor(x - 2 + i % 5, std::max(0, y - 2 + i / 5));
+                red += ink.red() > ink.blue() + 60;
+            }
+            return red;
+        };
+        QVERIFY(redAt(292e6, 45) > 3 && redAt(146e6, 1) > 0);
+        QVERIFY(redAt(220e6, 45) == 0 && redAt(292e6, 30) == 0);
         QVERIFY(inkAt(130e6, 0, 6) > 0 && inkAt(130e6, 20, 80) == 0);
         QVERIFY(inkAt(292e6, 43, 80) > 0 && inkAt(292e6, 0, 35) == 0);
         QVERIFY(inkAt(438e6, 43, 80) > 0 && inkAt(438e6, 0, 35) == 0);

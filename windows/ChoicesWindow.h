@@ -50,6 +50,8 @@ private:
     QWidget* BuildButtons();
     void BuildTable();
     QLineEdit* NewCostEdit(QWidget* group, const char* name, const char* tip, double value);
+    /// Most of the plot stays in view above it.
+    void TakeStartSize();
     void Search();
     void ReadCosts();
     void ShowList();
@@ -58,6 +60,10 @@ private:
     const FilterChoice* Selected() const;
     void TakeSelected();
     void CompareSelected(bool on);
+    void ShowCompared();
+    /// While something is compared only a strip with the row stays, lest the window hides the plot.
+    void StepAside();
+    void StepBack();
     void CopyTable();
 
     ChoiceActions actions;
@@ -66,7 +72,9 @@ private:
     FilterList list, lastWhole;  ///< as shown; of the last whole search
     bool misses = false;         ///< the table shows the nearest misses
     bool comparing = false;
-    bool following = false;  ///< the list is of limits that are being dragged
+    QRect whole{};                   ///< the window's geometry, while it is a strip
+    bool following = false;          ///< the list is of limits that are being dragged
+    QWidget *above, *costs, *below;  ///< what is around the table
     QLabel* need;
     QComboBox* counts;
     QCheckBox* folded;

@@ -24,7 +24,9 @@ private slots:
     void ARowBecomesTheDesignAndIsUndone() {
         WindowFixture f;
         Paste(f, transmitter);
-        f.Trigger("ChoicesMenu");
+        f.Trigger("LimitsMenu");
+        f.Click("LimitChooseButton");
+        QVERIFY(!f.Find("LimitsWindow")->isVisible());
         auto* const table = f.Find<QTableWidget>("ChoicesTable");
         QVERIFY(table->rowCount() >= 3);
         for (int row = 1; row < table->rowCount(); ++row)
@@ -34,6 +36,7 @@ private slots:
             {"LeastC", 1}, {"MostC", 1e5}, {"LeastL", 2}, {"MostL", 1e5}};
         for (const auto& [name, value] : ranges)
             QCOMPARE(f.Find<QLineEdit>(name)->text().toDouble(), value);
+        f.Check("ChoicesWeigh");
         // What is no number is put back in the box's own unit; what is one is asked for.
         f.Enter("LeastL", "-3");
         QCOMPARE(f.Find<QLineEdit>("LeastL")->text(), QString("2"));
@@ -79,8 +82,19 @@ private slots:
         table->setFocus();
         const auto ink = [&] { return f.Find("BitMap")->grab().toImage(); };
         const QImage alone = ink();
+        QWidget* const window = table->window();
+        const QRect whole = window->geometry();
         QTest::keyPress(table, Qt::Key_Space);
-        QVERIFY(ink() != alone);
+        const QImage beside = ink();
+        QVERIFY(beside != alone);
+        // The window gives way to the plot, and the arrow keys go on to other rows.
+        QWidget* const plot = f.Find("BitMap");
+        const QRect seen(plot->mapToGlobal(QPoint()), plot->size());
+        QVERIFY(window->geometry().intersected(seen).height() < seen.height() / 4);
+        QTest::keyClick(table, Qt::Key_Down);
+        QVERIFY(ink() != beside && ink() != alone);
+        QTest::keyClick(table, Qt::Key_Up);
+        QVERIFY(ink() == beside);
         QCOMPARE(DesignTitle(f.Design()), before);
         // The results are of what the plot shows, and say so.
         const QString told = Results(f);
@@ -89,6 +103,7 @@ private slots:
                  qPrintable(told));
         QTest::keyRelease(table, Qt::Key_Space);
         QVERIFY(ink() == alone);
+        QCOMPARE(window->geometry(), whole);
         QVERIFY(!Results(f).contains("Compared"));
         f.Click("ChoicesTake");
         const LimitReport judged = JudgeLimits(f.Design(), transmitter);

@@ -1,4 +1,5 @@
 // Measured files in the window: how they come in, what is drawn of them, what is kept of them.
+#include <QClipboard>
 #include <QComboBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -277,6 +278,12 @@ private slots:
         QCOMPARE(table->rowCount(), 3);
         QCOMPARE(table->item(1, 0)->text(), "L2");
         QVERIFY(std::abs(off(1) - 8.0) < 0.2 && std::abs(off(0)) < 0.3 && std::abs(off(2)) < 0.3);
+        f.Click("BoardCopyButton");
+        const QStringList copied = QApplication::clipboard()->text().split('\n');
+        QCOMPARE(copied.size(), 5);  // a line each, the last one ended
+        QVERIFY2(copied[0].startsWith("Part\tNominal\t"), qPrintable(copied[0]));
+        QVERIFY2(copied[2].startsWith("L2\t") && copied[2].contains("\t+8."),
+                 qPrintable(copied[2]));
         const auto* const next = f.Find<QTableWidget>("BoardNext");
         QCOMPARE(next->item(0, 0)->text(), "L2");
         QVERIFY(next->item(0, 1)->text().startsWith('-'));

@@ -19,6 +19,7 @@
 #include <QTableWidget>
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 #include "choosing/ChoiceTexts.h"
@@ -134,6 +135,13 @@ QPixmap ThumbnailPixmap(const ChoosingRequest& request, const FilterChoice& choi
     painter.setPen(QPen(QColor(30, 60, 160), 1.2));
     painter.drawPolyline(points);
     return picture;
+}
+
+/// What a list is for, beside its limits, and no row of it changes.
+auto NeedOf(const DesignState& design) {
+    const PartModel& parts = design.PartModel;
+    return std::tuple(design.RSource, design.StdLCValues, parts.Choice, parts.IndQ, parts.IndC,
+                      parts.CapR, parts.CapL, parts.CapTolerance, parts.IndTolerance);
 }
 
 QPushButton* NewChoiceButton(QWidget* parent, const char* name, const char* caption,
@@ -356,7 +364,7 @@ void ChoicesWindow::Search() {
     request.Weights = weights;
     request.Only = static_cast<WhatCounts>(counts->currentIndex());
     request.DominatedRows = folded->isChecked();
-    following = false;
+    following = outdated = false;
     ReadCosts();
     progress->setValue(0);
     progress->show();
@@ -378,6 +386,10 @@ void ChoicesWindow::ShowCounts() {
     if (count == 0)
         return told->setText(
             "Without limits every filter does. Say in the window Limits what the filter must do.");
+    if (outdated)
+        return told->setText(
+            "The list is of other parts, or of another source, than the design has now. "
+            "Search Again makes it anew.");
     if (following && misses)
         return told->setText(
             "None of the filters that came near meets the limits as they are now. "
@@ -512,8 +524,9 @@ void ChoicesWindow::StepBack() {
 void ChoicesWindow::NoteDesign() {
     if (!isVisible() || comparing) return;
     const ChoosingRequest now = actions.Request();
-    if (now.Limits == request.Limits && !following) return;
-    Search();
+    if (now.Limits != request.Limits || following) return Search();
+    outdated = NeedOf(now.Present) != NeedOf(request.Present);
+    ShowCounts();
 }
 
 void ChoicesWindow::FollowLimits(const LimitLines& limits) {

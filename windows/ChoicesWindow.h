@@ -34,7 +34,7 @@ public:
     /// Searches, and shows the window at its owner's lower left corner, but always on screen.
     void Open();
 
-    /// Says that the list is of other limits or another need, if the design has moved on.
+    /// Searches again if the limits have changed; says so if the parts or the source have.
     void NoteDesign();
 
     /// What becomes of the list while a limit is dragged; the release asks for the whole search.
@@ -71,6 +71,7 @@ private:
     ChoosingMemory memory;
     FilterList list, lastWhole;  ///< as shown; of the last whole search
     bool misses = false;         ///< the table shows the nearest misses
+    bool outdated = false;       ///< the design has other parts than it had at the search
     bool comparing = false;
     QRect whole{};                   ///< the window's geometry, while it is a strip
     bool following = false;          ///< the list is of limits that are being dragged

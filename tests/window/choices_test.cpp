@@ -105,6 +105,8 @@ private slots:
         QVERIFY(ink() == alone);
         QCOMPARE(window->geometry(), whole);
         QVERIFY(!Results(f).contains("Compared"));
+        const auto* const words = f.Find<QLabel>("ChoicesTold");
+        const QString found = words->text();
         f.Click("ChoicesTake");
         const LimitReport judged = JudgeLimits(f.Design(), transmitter);
         QVERIFY(judged.Met());
@@ -117,9 +119,14 @@ private slots:
                     InfoOf(f.Design().Elements[slot].Type).Values[row] == ValueKind::Inductance &&
                     f.Design().Elements[slot].Value(row) < UnusedValue;
         QCOMPARE(coils, inductors);
+        QCOMPARE(words->text(), found);  // the list is still of this need
         QVERIFY(DesignTitle(f.Design()) != before);
         f.Trigger("UndoMenu");
         QCOMPARE(DesignTitle(f.Design()), before);
+        f.Check("StdValuesBox");
+        QVERIFY2(words->text().startsWith("The list is of other parts"), qPrintable(words->text()));
+        f.Check("StdValuesBox");
+        QCOMPARE(words->text(), found);
     }
 
     void WhatCannotBeDoneSaysSo() {

@@ -74,11 +74,13 @@ void MainWindow::Build() {
     files = std::make_unique<FileCommands>(session.Document, HostOfFiles(), report, this);
     measured = std::make_unique<MeasuredCommands>(session, *files, report);
     limits = std::make_unique<LimitCommands>(session, *files, report);
+    LimitActions ofLimits = limits->Actions();
+    ofLimits.Choose = [this] { commands->Run(Command::Choices); };
     BoardActions board = session.ActionsOfBoard();
     board.Add = measured->Actions().Add;
     windows = std::make_unique<SecondaryWindows>(
         session.Document.Work.Inputs, document.Work.Design, session.Actions(),
-        session.ActionsOfNorton(), measured->Actions(), limits->Actions(),
+        session.ActionsOfNorton(), measured->Actions(), ofLimits,
         [this](const std::vector<ShareRow>& rows) { client->ShowShares(rows); },
         session.ActionsOfChoices(), board, this);
     recovery = std::make_unique<Recovery>(session.Document);

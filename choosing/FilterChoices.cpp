@@ -26,8 +26,10 @@ constexpr double surelyMetDb = 1e-6;     ///< a smaller margin is rounding
 constexpr int usualTraps = 5, mostTraps = 10;
 constexpr double refineBelowDb = 0.3, refineAboveDb = -6.0;  ///< margins that are refined
 constexpr int refineTries = 26;
-constexpr double worthMoreDb = -2.0;    ///< margins that are worth more tries
-constexpr double nearLargest = 0.9999;  ///< of the largest ripple
+constexpr double knownHopelessDb = -7.0;  ///< and below: of no use to a list after the next change
+constexpr double knownFailedDb = -1.0;    ///< the same after refining
+constexpr double worthMoreDb = -2.0;      ///< margins that are worth more tries
+constexpr double nearLargest = 0.9999;    ///< of the largest ripple
 constexpr double trapFormsAboveDb = -0.5;
 constexpr std::size_t mostMisses = 10;  ///< of each kind
 constexpr std::size_t missesJudged = 60, missesSearched = 80;
@@ -36,7 +38,6 @@ constexpr double shareOfSearch = 0.8;
 constexpr int rowsInReserve = 8;
 constexpr std::size_t mostRevised = 40, mostRevisedSteps = 12;  ///< rows; of standard values
 constexpr double revisedFromDb = -3.0;
-constexpr std::size_t mostPrototypes = 8000;
 constexpr double nominalF0 = 1e8, nominalWidth = 0.2;  ///< Hz, share: to count parts at
 constexpr int typedDigits = 5;                         ///< of ripple and attenuation
 
@@ -83,7 +84,7 @@ public:
 
     FilterList Run() {
         FilterList list;
-        ForgetOthers();
+        TakeUp(memory, rows.Base(), request.Limits);
         Search(list);
         if (!list.Stopped) {
             Refine();
@@ -130,39 +131,15 @@ private:
     }
 
     bool Report(double done) const { return !progress || progress(done); }
-
-    /// What was found for other terminations, parts or pass types is of no use.
-    void ForgetOthers() {
-        const FilterDesign& base = rows.Base();
-        const PartModel& model = base.PartModel;
-        std::vector<double> signature = {double(base.PassType),
-                                         base.RSource,
-                                         base.RLoad,
-                                         double(model.Choice),
-                                         double(standard),
-                                         model.IndQ,
-                                         model.IndC,
-                                         model.CapR,
-                                         model.CapL,
-                                         double(model.CapSeriesStep),
-                                         double(model.IndSeriesStep)};
-        if (signature != memory.Signature) {
-            memory.Places.clear();
-            memory.Refined.clear();
-            memory.Parts.clear();
-        }
-        if (memory.Prototypes.size() > mostPrototypes) memory.Prototypes.clear();
-        memory.Signature = std::move(signature);
-    }
-
-    /// Searches one candidate, from `start` where there is one.
+    /// Searches one candidate, from `start` where there is one; only as far as it may come to more
+    /// than `worthDb`.
     Placement Place(Candidate& candidate, KeptLimits kept, const Placement* start, LimitGrid& grid,
-                    bool thorough = false) {
+                    bool thorough = false, double worthDb = HopelessDb) {
         PlacementSearch search(maker, grid, candidate.Pass, kept, thorough);
         maker.UseStandardValues(false);
         Placement at;
         if (maker.Use(candidate)) {
-            at = search.Find(candidate, start);
+            at = search.Find(candidate, start, standard ? HopelessDb : worthDb);
             // Steps of values make a response no better by as much as this.
             if (standard && at.Margin > (kept == KeptLimits::All ? beyondSteps : HopelessDb)) {
                 maker.UseStandardValues(true);
@@ -243,6 +220,9 @@ private:
         const double ripple = HasRipple(made) ? made.RippleDb : 0.0;
         if (!seen.insert({GroupOf(made), ripple, atten}).second) return;
         listed.What.FormCLC = made.FormCLC;
+        if (known && remembered->second.What == listed.What &&
+            remembered->second.At.Margin + remembered->second.Grown < knownHopelessDb)
+            return Note({listed, remembered->second.At, CountParts(maker.Design())});
         const Placement at =
             Place(listed.What, KeptLimits::All, known ? &remembered->second.At : nullptr, coarse);
         if (at.Margin == HopelessDb) return;
@@ -336,8 +316,22 @@ private:
             if (f.At.Margin < refineBelowDb && f.At.Margin > refineAboveDb) groups.push_back(f);
         std::sort(groups.begin(), groups.end(),
                   [](const Found& a, const Found& b) { return a.Parts.Both() < b.Parts.Both(); });
+        const bool anyMeets = std::any_of(found.begin(), found.end(), [](const Found& f) {
+            return f.At.Margin >= narrowMarginDb;
+        });
         for (const Found& group : groups)
-            if (LeastCost(group.Listed.What) <= MostCost() && !IsBehind(group)) RefineGroup(group);
+            if (LeastCost(group.Listed.What) <= MostCost() && !IsBehind(group) &&
+                !(anyMeets && HasFailedBefore(group)))
+                RefineGroup(group);
+    }
+
+    /// True if all refining of the last lists left it failing by more than limits have moved.
+    bool HasFailedBefore(const Found& group) const {
+        const auto kept = memory.Refined.find(GroupOf(group.Listed.What));
+        return kept != memory.Refined.end() && kept->second.LargestRippleDb == LargestRipple() &&
+               std::max(kept->second.At.Margin, group.At.Margin - kept->second.Grown) +
+                       kept->second.Grown <
+                   knownFailedDb;
     }
 
     /// What passes by little has the attenuation that is asked for and no more: a ridge as narrow
@@ -354,7 +348,7 @@ private:
                 what.RippleDb = RoundedTyped(std::max(share * largest, FinestRippleDb));
                 what.AttenDb = RoundedTyped(
                     std::clamp(LargestNeedOf(request.Limits) + above, LeastNeedDb, MostNeedDb));
-                tried.At = Place(what, KeptLimits::All, nullptr, coarse, true);
+                tried.At = Place(what, KeptLimits::All, nullptr, coarse, true, f.At.Margin);
                 if (tried.At.Margin > f.At.Margin) f = tried, better = true;
             }
         return better;
@@ -379,7 +373,8 @@ private:
             if (&what != &asItWas && what == asItWas) continue;
             Found tried = f;
             tried.Listed.What = what;
-            tried.At = Place(tried.Listed.What, KeptLimits::All, &last.At, coarse, true);
+            tried.At =
+                Place(tried.Listed.What, KeptLimits::All, &last.At, coarse, true, f.At.Margin);
             if (tried.At.Margin > f.At.Margin) f = tried, better = true;
         }
         return true;
@@ -423,7 +418,7 @@ private:
                     RoundedTyped(std::clamp(what.AttenDb + atten, LeastNeedDb, MostNeedDb));
                 if (what == f.Listed.What) continue;
                 ++tries;
-                tried.At = Place(what, KeptLimits::All, &f.At, coarse, true);
+                tried.At = Place(what, KeptLimits::All, &f.At, coarse, true, f.At.Margin);
                 if (!(tried.At.Margin > f.At.Margin)) continue;
                 f = tried;
                 moved = better = true;
@@ -520,7 +515,11 @@ private:
                     list.Stopped = true;
                     return;
                 }
-                f.At = Place(f.Listed.What, kept, nullptr, coarse);
+                const Candidate& what = f.Listed.What;
+                const auto [last, isNew] =
+                    memory.Misses.try_emplace({GroupOf(what), what.RippleDb, what.AttenDb, kept});
+                f.At = Place(f.Listed.What, kept, isNew ? nullptr : &last->second, coarse);
+                last->second = f.At;
                 if (f.At.Margin > HopelessDb) found.push_back(f);
             }
             const auto missing = [&](const Found& f) {

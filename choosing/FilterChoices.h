@@ -4,11 +4,11 @@
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
 #include <vector>
 
 #include "choosing/Candidate.h"
+#include "choosing/ChoosingMemory.h"
 #include "choosing/PlacementSearch.h"
 #include "pipeline/DesignInputs.h"
 #include "pipeline/LimitMargins.h"
@@ -96,31 +96,6 @@ struct FilterList {
     int Candidates = 0;  ///< searched; what surely costs more than every row is not
     long Analyses = 0;
     bool Stopped = false;  ///< by the callback; the list is empty
-};
-
-/// What a search leaves for the next one: elliptic prototypes, and where each candidate did best,
-/// so that a list after a change of one limit begins there. A memory of other terminations, parts
-/// or pass types is begun anew.
-struct ChoosingMemory {
-    struct Remembered {
-        Candidate What{};
-        Placement At{};
-    };
-    using Group = decltype(GroupOf(Candidate{}));
-    /// By group, index of ripple and of attenuation.
-    using Key = std::tuple<Group, int, int>;
-    PrototypeStore Prototypes{};
-    std::map<Key, Remembered> Places{};
-    /// Ripple and attenuation beside the raster, and the limits that they were found for.
-    struct RefinedPlace {
-        Candidate What{};
-        Placement At{};
-        double LargestRippleDb = 0.0;
-        double NeedDb = 0.0;
-    };
-    std::map<Group, RefinedPlace> Refined{};
-    std::map<Group, PartCounts> Parts{};
-    std::vector<double> Signature{};  ///< of what must not have changed
 };
 
 /// Called now and then with the share done, 0 .. 1; false stops.

@@ -15,6 +15,11 @@ constexpr double linearUpTo = 3.0;    ///< of To / From; wider limits have geome
 constexpr double narrowRow = 1.15;    ///< To / From, of the limits that need few points
 constexpr std::size_t fewestPoints = 9;
 constexpr double smallestPower = 1e-40;
+constexpr std::size_t fewStride = 4;  ///< every such point is one of the few
+
+double AttenuationOf(double power) {
+    return -10.0 * std::log10(std::max(power, smallestPower));
+}
 
 /// How many points a limit deserves.
 double WeightOf(const LimitLine& line) {
@@ -64,17 +69,18 @@ std::size_t IndexOfExtreme(const double* p, std::size_t count, bool largest) {
 }  // namespace
 
 LimitGrid::LimitGrid(const LimitLines& limits, int points) : lines(limits) {
-    double all = 0.0;
+    double weights = 0.0;
     for (const LimitLine& line : lines) {
-        all += WeightOf(line);
+        weights += WeightOf(line);
         reflects = reflects || line.Kind == LimitKind::ReturnLossMin;
     }
     for (const LimitLine& line : lines) {
         std::size_t count = 1;
         if (line.To > line.From)
             count = std::max(fewestPoints, static_cast<std::size_t>(points * WeightOf(line) /
-                                                                    std::max(all, 1.0)));
-        spans.push_back({freqs.size(), count});
+                                                                    std::max(weights, 1.0)));
+        all.Spans.push_back({all.Freqs.size(), count});
+        few.Spans.push_back({few.Freqs.size(), 0});
         const double from = line.From > 0.0 ? line.From : startOfZero * line.To;
         const bool linear = line.To < linearUpTo * from || line.From == 0.0;
         for (std::size_t i = 0; i < count; ++i) {
@@ -84,34 +90,49 @@ LimitGrid::LimitGrid(const LimitLines& limits, int points) : lines(limits) {
             const double f = i + 1 == count ? line.To
                              : linear       ? from + (line.To - from) * t
                                             : from * std::pow(line.To / from, t);
-            freqs.push_back(count == 1 ? line.From > 0.0 ? line.From : from : f);
+            all.Freqs.push_back(count == 1 ? line.From > 0.0 ? line.From : from : f);
+            if (i % fewStride == 0 || i + 1 == count) few.Freqs.push_back(all.Freqs.back());
         }
+        few.Spans.back().Count = few.Freqs.size() - few.Spans.back().First;
     }
-    re.resize(freqs.size());
-    im.resize(freqs.size());
-    power.resize(freqs.size());
-    if (reflects) reflection.resize(freqs.size());
+    all.Prepare(reflects);
+    few.Prepare(reflects);
     margins.resize(lines.size());
-    BuildSweepTables(tables, freqs, 1.0);
-    skin = tables.SkinOmega;
 }
 
-void LimitGrid::MoveTables(double f0) {
-    if (f0 == tables.F0) return;
+void LimitGrid::Samples::Prepare(bool reflects) {
+    Re.resize(Freqs.size());
+    Im.resize(Freqs.size());
+    Power.resize(Freqs.size());
+    if (reflects) Reflection.resize(Freqs.size());
+    BuildSweepTables(Tables, Freqs, 1.0);
+    Skin = Tables.SkinOmega;
+}
+
+void LimitGrid::Samples::Move(double f0) {
+    if (f0 == Tables.F0) return;
     const double root = std::sqrt(f0), inverse = 1.0 / f0;
-    const std::size_t count = skin.size();
-    const double *const perRoot = skin.data(), *const f = tables.Frequency.data();
-    double *const omega = tables.SkinOmega.data(), *const relative = tables.RelativeF.data();
+    const std::size_t count = Skin.size();
+    const double *const perRoot = Skin.data(), *const f = Tables.Frequency.data();
+    double *const omega = Tables.SkinOmega.data(), *const relative = Tables.RelativeF.data();
     for (std::size_t i = 0; i < count; ++i)
         omega[i] = root * perRoot[i];
     for (std::size_t i = 0; i < count; ++i)
         relative[i] = inverse * f[i];
-    tables.F0 = f0;
+    Tables.F0 = f0;
 }
 
-double LimitGrid::ExtremePower(const Span& span, bool largest, double& at) const {
-    const double* const p = power.data() + span.First;
-    const double* const f = freqs.data() + span.First;
+bool LimitGrid::Samples::Analyse(const FilterDesign& design) {
+    Move(design.F0);
+    const bool done = AnalyseLadder(design, Tables, {}, Re, Im, Reflection);
+    for (std::size_t i = 0; i < Freqs.size(); ++i)
+        Power[i] = Re[i] * Re[i] + Im[i] * Im[i];
+    return done;
+}
+
+double LimitGrid::Samples::ExtremePower(const Span& span, bool largest, double& at) const {
+    const double* const p = Power.data() + span.First;
+    const double* const f = Freqs.data() + span.First;
     const std::size_t extreme = IndexOfExtreme(p, span.Count, largest);
     at = f[extreme];
     if (extreme == 0 || extreme + 1 >= span.Count || std::isnan(p[extreme])) return p[extreme];
@@ -119,9 +140,9 @@ double LimitGrid::ExtremePower(const Span& span, bool largest, double& at) const
     return largest ? std::max(top, p[extreme]) : std::clamp(top, 0.5 * p[extreme], p[extreme]);
 }
 
-double LimitGrid::LargestReflection(const Span& span, double& at) const {
-    const double* const r = reflection.data() + span.First;
-    const double* const f = freqs.data() + span.First;
+double LimitGrid::Samples::LargestReflection(const Span& span, double& at) const {
+    const double* const r = Reflection.data() + span.First;
+    const double* const f = Freqs.data() + span.First;
     std::size_t extreme = 0;
     for (std::size_t i = 0; i < span.Count; ++i) {
         if (std::isnan(r[i])) return r[i];
@@ -132,12 +153,12 @@ double LimitGrid::LargestReflection(const Span& span, double& at) const {
     return std::max(r[extreme], ParabolaTop(f, r, extreme, at));
 }
 
-double LimitGrid::DelayVariation(const Span& span, double& at) const {
+double LimitGrid::Samples::DelayVariation(const Span& span, double& at) const {
     double most = -std::numeric_limits<double>::infinity(), least = -most;
     for (std::size_t i = span.First + 1; i < span.First + span.Count; ++i) {
-        const Complex turn = Complex(re[i], im[i]) * std::conj(Complex(re[i - 1], im[i - 1]));
-        const double delay = -std::arg(turn) / (TwoPi * (freqs[i] - freqs[i - 1]));
-        if (delay > most) most = delay, at = freqs[i];
+        const Complex turn = Complex(Re[i], Im[i]) * std::conj(Complex(Re[i - 1], Im[i - 1]));
+        const double delay = -std::arg(turn) / (TwoPi * (Freqs[i] - Freqs[i - 1]));
+        if (delay > most) most = delay, at = Freqs[i];
         least = std::min(least, delay);
     }
     return most - least;
@@ -145,35 +166,59 @@ double LimitGrid::DelayVariation(const Span& span, double& at) const {
 
 double LimitGrid::MarginOf(const LimitLine& line, const Span& span, double& at) const {
     constexpr double tenth = 10.0;
-    const auto attenuation = [](double x) {
-        return -10.0 * std::log10(std::max(x, smallestPower));
-    };
     switch (line.Kind) {
         case LimitKind::AttenMin:
-            return attenuation(ExtremePower(span, true, at)) - line.Value;
+            return AttenuationOf(all.ExtremePower(span, true, at)) - line.Value;
         case LimitKind::AttenMax:
-            return line.Value - attenuation(ExtremePower(span, false, at));
+            return line.Value - AttenuationOf(all.ExtremePower(span, false, at));
         case LimitKind::ReturnLossMin:
-            return -LargestReflection(span, at) - line.Value;
+            return -all.LargestReflection(span, at) - line.Value;
         case LimitKind::DelayVariationMax:
-            return tenth * (1.0 - DelayVariation(span, at) / line.Value);
+            return tenth * (1.0 - all.DelayVariation(span, at) / line.Value);
     }
     return HopelessDb;
 }
 
-const std::vector<RowMargin>& LimitGrid::Judge(const FilterDesign& design, double centre) {
-    MoveTables(design.F0);
-    const bool done = AnalyseLadder(design, tables, {}, re, im, reflection);
-    for (std::size_t i = 0; i < freqs.size(); ++i)
-        power[i] = re[i] * re[i] + im[i] * im[i];
+KindMargins LimitGrid::MostOf(const FilterDesign& design) {
+    KindMargins most;
+    if (!few.Analyse(design)) return {HopelessDb, HopelessDb};
     for (std::size_t row = 0; row < lines.size(); ++row) {
-        const Span& span = spans[row];
+        const LimitLine& line = lines[row];
+        const Span& span = few.Spans[row];
+        const auto extreme = [&](const std::vector<double>& of, bool largest) {
+            const double* const samples = of.data() + span.First;
+            return samples[IndexOfExtreme(samples, span.Count, largest)];
+        };
+        double margin = NoLimitDb;
+        switch (line.Kind) {
+            case LimitKind::AttenMin:
+                margin = AttenuationOf(extreme(few.Power, true)) - line.Value;
+                break;
+            case LimitKind::AttenMax:
+                margin = line.Value - AttenuationOf(extreme(few.Power, false));
+                break;
+            case LimitKind::ReturnLossMin:
+                margin = -extreme(few.Reflection, true) - line.Value;
+                break;
+            case LimitKind::DelayVariationMax:
+                break;
+        }
+        double& least = IsPassLimit(line.Kind) ? most.Pass : most.Stop;
+        least = std::isnan(margin) ? HopelessDb : std::min(least, margin);
+    }
+    return most;
+}
+
+const std::vector<RowMargin>& LimitGrid::Judge(const FilterDesign& design, double centre) {
+    const bool done = all.Analyse(design);
+    for (std::size_t row = 0; row < lines.size(); ++row) {
+        const Span& span = all.Spans[row];
         RowMargin& margin = margins[row] = {};
         if (!done) {
             margin.Below = margin.Above = HopelessDb;
             continue;
         }
-        const auto begin = freqs.begin() + static_cast<std::ptrdiff_t>(span.First);
+        const auto begin = all.Freqs.begin() + static_cast<std::ptrdiff_t>(span.First);
         const auto end = begin + static_cast<std::ptrdiff_t>(span.Count);
         const bool whole = lines[row].Kind == LimitKind::DelayVariationMax;
         const auto split = whole ? begin : std::lower_bound(begin, end, centre);

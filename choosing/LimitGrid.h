@@ -32,6 +32,12 @@ struct RowMargin {
     double Least() const { return Below < Above ? Below : Above; }
 };
 
+/// The margins of a ladder over all limits of a kind, or what they do not exceed.
+struct KindMargins {
+    double Pass = NoLimitDb;
+    double Stop = NoLimitDb;
+};
+
 class LimitGrid {
 public:
     /// `points` frequencies (at least a few for each limit) over the limits, dense at their ends.
@@ -42,24 +48,36 @@ public:
     /// those above.
     const std::vector<RowMargin>& Judge(const FilterDesign& design, double centre);
 
+    /// What the margins of Judge do not exceed, from a quarter of its points: most of the ladders
+    /// around the best one need no more to be turned down. Limits of delay are left out.
+    KindMargins MostOf(const FilterDesign& design);
+
     const LimitLines& Limits() const { return lines; }
 
 private:
     struct Span {
         std::size_t First = 0, Count = 0;
     };
-    /// The tables for another F0: few of them depend on it.
-    void MoveTables(double f0);
-    double ExtremePower(const Span& span, bool largest, double& at) const;
-    double LargestReflection(const Span& span, double& at) const;
-    double DelayVariation(const Span& span, double& at) const;
+    /// Frequencies, what the kernel needs of them, and what it gave.
+    struct Samples {
+        std::vector<Span> Spans{};  ///< of each limit
+        std::vector<double> Freqs{}, Re{}, Im{}, Power{}, Reflection{};
+        SweepTables Tables{};
+        std::vector<double> Skin{};  ///< SkinOmega of F0 1 Hz
+
+        void Prepare(bool reflects);
+        /// The tables for another F0: few of them depend on it.
+        void Move(double f0);
+        /// False where the ladder cannot be analysed.
+        bool Analyse(const FilterDesign& design);
+        double ExtremePower(const Span& span, bool largest, double& at) const;
+        double LargestReflection(const Span& span, double& at) const;
+        double DelayVariation(const Span& span, double& at) const;
+    };
     double MarginOf(const LimitLine& line, const Span& span, double& at) const;
 
     LimitLines lines;
-    std::vector<Span> spans;
-    std::vector<double> freqs, re, im, power, reflection;
-    SweepTables tables;
-    std::vector<double> skin;  ///< SkinOmega of F0 1 Hz
+    Samples all{}, few{};
     bool reflects = false;
     std::vector<RowMargin> margins;
 };

@@ -29,6 +29,7 @@ constexpr int cornerSteps = 12, cornerStepsFromStart = 5;
 constexpr int widthSteps = 9, widthStepsFromStart = 4, decidingSteps = 8;
 constexpr int goldenMore = 3;
 constexpr int centreSteps = 6, centreStepsFromStart = 4;
+constexpr double centringDoubt = 0.1;                        ///< dB
 constexpr double centreReach = 0.25, centreReachMost = 0.3;  ///< of the limits that it lies in
 constexpr double middlesFromDb = -4.0;  ///< a margin that two limits in balance may make good
 constexpr double middlesReach = 1.5;
@@ -130,6 +131,22 @@ PlacementSearch::PlacementSearch(LadderMaker& ladders, LimitGrid& limits, PassTy
       thorough(toTheLast),
       kept(keptLimits) {}
 
+double PlacementSearch::Weighed(double margin, bool isPass) const {
+    const bool first = kept == (isPass ? KeptLimits::Pass : KeptLimits::Stop);
+    return first && margin < NoLimitDb ? keptFirst * (margin - keptReserve) : margin;
+}
+
+double PlacementSearch::ScoreOf(const KindMargins& margins) const {
+    const double a = Weighed(margins.Pass, true), b = Weighed(margins.Stop, false);
+    return std::min(a, b) + plateauWeight * std::min(std::max(a, b), plateauMost);
+}
+
+bool PlacementSearch::IsNoBetterBetween(const Placement& a, const Placement& b,
+                                        double doubt) const {
+    const double most = std::min(std::max(a.Pass, b.Pass), std::max(a.Stop, b.Stop));
+    return kept == KeptLimits::All && most + doubt <= std::max(best.Margin, worth);
+}
+
 PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
     Seen seen;
     seen.At.F0 = f0;
@@ -148,10 +165,6 @@ PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
 
         double Most() const { return std::max(Below, Above); }
     } passSides, stopSides;
-    const auto weighed = [&](double margin, bool isPass) {
-        const bool first = kept == (isPass ? KeptLimits::Pass : KeptLimits::Stop);
-        return first && margin < NoLimitDb ? keptFirst * (margin - keptReserve) : margin;
-    };
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const bool isPass = IsPassLimit(grid.Limits()[i].Kind);
         double& least = isPass ? pass : stop;
@@ -159,14 +172,14 @@ PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
         if (grid.Limits()[i].Kind == LimitKind::AttenMax)
             seen.At.Loss = std::max(seen.At.Loss, grid.Limits()[i].Value - rows[i].Least());
         Sides& sides = isPass ? passSides : stopSides;
-        sides.Below = std::min(sides.Below, weighed(rows[i].Below, isPass));
-        sides.Above = std::min(sides.Above, weighed(rows[i].Above, isPass));
+        sides.Below = std::min(sides.Below, Weighed(rows[i].Below, isPass));
+        sides.Above = std::min(sides.Above, Weighed(rows[i].Above, isPass));
     }
-    const double a = weighed(pass, true), b = weighed(stop, false);
+    const double a = Weighed(pass, true), b = Weighed(stop, false);
     seen.At.Pass = pass;
     seen.At.Stop = stop;
     seen.At.Margin = std::min(pass, stop);
-    seen.At.Score = std::min(a, b) + plateauWeight * std::min(std::max(a, b), plateauMost);
+    seen.At.Score = ScoreOf({pass, stop});
     // A pass band that moves up covers more above its centre, a stop band clears what is below.
     const Sides &up = upward ? passSides : stopSides, &down = upward ? stopSides : passSides;
     seen.Rising = std::min(up.Above, down.Below) - std::min(up.Below, down.Above);
@@ -179,6 +192,15 @@ PlacementSearch::Seen PlacementSearch::Look(double f0, double bandWidth) {
         seen.Widening = upward ? passSides.Most() - b : a - stopSides.Most();
     Keep(seen);
     return seen;
+}
+
+void PlacementSearch::LookIfBetter(double f0, double bandWidth) {
+    if (best.Score > HopelessDb && maker.Place(f0, bandWidth) &&
+        ScoreOf(grid.MostOf(maker.Design())) <= best.Score) {
+        ++analyses;
+        return;
+    }
+    Look(f0, bandWidth);
 }
 
 void PlacementSearch::Keep(const Seen& seen) {
@@ -343,10 +365,12 @@ bool PlacementSearch::BracketWidth(double low, double high, double& centre, int 
     Bracket bracket(a, sign * first.Widening, b, sign * last.Widening);
     for (int step = 0; step < steps + (Decides(best.Margin) ? decidingSteps : 0); ++step) {
         if (bracket.Closed()) break;
+        if (worth > HopelessDb && IsNoBetterBetween(first.At, last.At, centringDoubt)) break;
         const double x = bracket.Next();
         const Seen seen = Centred(centre, std::exp(x), inner);
         if (seen.At.Margin == HopelessDb || Balanced(seen.Widening, seen.At)) break;
         bracket.Take(x, sign * seen.Widening);
+        (sign * seen.Widening < 0.0 ? first : last) = seen;
     }
     return true;
 }
@@ -421,37 +445,40 @@ void PlacementSearch::TryWider(double centre) {
 // their edges, whatever the width. Bracketing centre and width in turn can miss it where decibels
 // of a pass limit count for little beside those of the stop band.
 void PlacementSearch::TryMiddles() {
+    if (kept != KeptLimits::All) return;
     if (best.Margin < middlesFromDb || best.Margin > decidesToDb) return;
-    const double sign = upward ? 1.0 : -1.0;
     const double below = upward ? bands.StopBelow : bands.InnerLow;
     const double above = upward ? bands.StopAbove : bands.InnerHigh;
     const double low = upward ? bands.PassLow : bands.StopLow;
     const double high = upward ? bands.PassHigh : bands.StopHigh;
-    for (const double square : {low * high, below * above}) {
-        if (!(square > 0.0)) continue;
-        const double centre = std::sqrt(square);
-        const auto gain = [&](double x, bool& good) {
-            const Seen seen = LookAt(centre, std::exp(x));
-            good = seen.At.Margin != HopelessDb;
-            return sign * (seen.At.Pass - seen.At.Stop);
-        };
-        bool good = false, alsoGood = false;
-        const double most = middlesReach * std::max(high - low, best.BandWidth);
-        const double a = std::log((high - low) / middlesReach);
-        const double b = std::log(upward ? most : std::min(most, widestNotch * centre));
-        const double atA = gain(a, good), atB = gain(b, alsoGood);
-        if (!good || !alsoGood || !(atA < 0.0) || !(atB > 0.0)) continue;
-        Bracket bracket(a, atA, b, atB);
-        for (int step = 0; step < middleSteps && good && !bracket.Closed(); ++step) {
-            const double x = bracket.Next(), y = gain(x, good);
-            if (std::abs(y) < closeEnough) break;
-            bracket.Take(x, y);
-        }
+    for (const double square : {low * high, below * above})
+        if (square > 0.0) TryMiddle(std::sqrt(square), high - low);
+}
+
+void PlacementSearch::TryMiddle(double centre, double least) {
+    const double sign = upward ? 1.0 : -1.0;
+    const auto gain = [&](const Seen& seen) { return sign * (seen.At.Pass - seen.At.Stop); };
+    const double most = middlesReach * std::max(least, best.BandWidth);
+    const double a = std::log(least / middlesReach);
+    const double b = std::log(upward ? most : std::min(most, widestNotch * centre));
+    Seen narrow = LookAt(centre, std::exp(a)), wide = LookAt(centre, std::exp(b));
+    if (narrow.At.Margin == HopelessDb || wide.At.Margin == HopelessDb) return;
+    if (!(gain(narrow) < 0.0) || !(gain(wide) > 0.0)) return;
+    Bracket bracket(a, gain(narrow), b, gain(wide));
+    for (int step = 0; step < middleSteps && !bracket.Closed(); ++step) {
+        if (IsNoBetterBetween(narrow.At, wide.At, 0.0)) return;
+        const double x = bracket.Next();
+        const Seen seen = LookAt(centre, std::exp(x));
+        if (seen.At.Margin == HopelessDb || std::abs(gain(seen)) < closeEnough) return;
+        bracket.Take(x, gain(seen));
+        (gain(seen) < 0.0 ? narrow : wide) = seen;
     }
 }
 
-Placement PlacementSearch::Find(const Candidate& candidate, const Placement* start) {
+Placement PlacementSearch::Find(const Candidate& candidate, const Placement* start,
+                                double worthDb) {
     best = {};
+    worth = worthDb;
     if (band) {
         FindBand(candidate, start);
         TryMiddles();
@@ -462,18 +489,21 @@ Placement PlacementSearch::Find(const Candidate& candidate, const Placement* sta
 
 Placement PlacementSearch::FindStandard(const Candidate&, const Placement& around) {
     best = {};
+    worth = HopelessDb;
+    Look(around.F0, around.BandWidth);
     constexpr int cornerTries = 24, widthTries = 5, centreTries = 7;
     constexpr double cornerReach = 0.12, widthReach = 0.15, centreReach = 0.25;
     if (!band) {
         for (int i = -cornerTries; i <= cornerTries; ++i)
-            Look(around.F0 * std::exp(cornerReach * i / cornerTries), 0.0);
+            if (i != 0) LookIfBetter(around.F0 * std::exp(cornerReach * i / cornerTries), 0.0);
         return best;
     }
     for (int w = -widthTries; w <= widthTries; ++w) {
         const double width = around.BandWidth * std::exp(widthReach * w / widthTries);
         for (int c = -centreTries; c <= centreTries; ++c) {
             const double f0 = around.F0 + centreReach * width * c / centreTries;
-            if (width > smallestRatio * f0 && width < largestRatio * f0) Look(f0, width);
+            if (w == 0 && c == 0) continue;
+            if (width > smallestRatio * f0 && width < largestRatio * f0) LookIfBetter(f0, width);
         }
     }
     return best;

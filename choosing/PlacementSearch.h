@@ -46,7 +46,9 @@ public:
     /// is bracketed between too narrow for the pass limits and too wide for the others, or, with
     /// limits on one side of it alone, searched by golden section, and so it is, about there, for
     /// parts with losses.
-    Placement Find(const Candidate& candidate, const Placement* start = nullptr);
+    /// What surely comes to no more than `worthDb` is given up.
+    Placement Find(const Candidate& candidate, const Placement* start = nullptr,
+                   double worthDb = HopelessDb);
 
     /// Looks around a placement for one whose standard values do better.
     Placement FindStandard(const Candidate& candidate, const Placement& around);
@@ -62,6 +64,15 @@ private:
     };
 
     Seen Look(double f0, double bandWidth);
+    /// The same for what may be the best yet, and nothing for the others.
+    void LookIfBetter(double f0, double bandWidth);
+    /// What is made largest: the smaller of both kinds' margins, of limits to be kept first.
+    double ScoreOf(const KindMargins& margins) const;
+    double Weighed(double margin, bool isPass) const;
+    /// Whether what lies between two placements, of which one has the larger margin of the pass
+    /// limits and the other that of the stop limits, is no better than what is known. `doubt`, dB:
+    /// how far their balances may be off.
+    bool IsNoBetterBetween(const Placement& a, const Placement& b, double doubt) const;
     Seen LookAt(double centre, double width);
     void Keep(const Seen& seen);
     void FindCorner(const Candidate& candidate, const Placement* start);
@@ -78,6 +89,7 @@ private:
     /// Parts that lose let through more as the band widens, which may be worth the flatter edges.
     void TryWider(double centre);
     void TryMiddles();
+    void TryMiddle(double centre, double least);
 
     LadderMaker& maker;
     LimitGrid& grid;
@@ -85,6 +97,7 @@ private:
     bool band, upward, thorough;
     KeptLimits kept;
     Placement best{};
+    double worth = HopelessDb;  ///< dB
     long analyses = 0;
 };
 

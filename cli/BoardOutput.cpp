@@ -84,12 +84,12 @@ std::string PartLine(const BoardPart& part) {
 }
 
 std::string ResonatorLine(const BoardResonator& resonator) {
-    const std::string line = Column("slot " + std::to_string(resonator.Slot), 8) +
+    const std::string line = Column(resonator.Name, 8) +
                              Column(FormatWithPrefix(resonator.Nominal, tuningDigits, "Hz"), 14);
     const Estimate& tuning = resonator.Tuning;
     if (tuning.Undetermined) return line + "undetermined\n";
     return line + Column(FormatWithPrefix(tuning.Actual, tuningDigits, "Hz"), 14) +
-           Signed((tuning.Actual - resonator.Nominal) / Kilohertz, 1) + " kHz, give or take " +
+           Signed(resonator.Detuning() / Kilohertz, 1) + " kHz, give or take " +
            FormatFixed(0.5 * (tuning.High - tuning.Low) / Kilohertz, 1) + " kHz\n";
 }
 

@@ -34,7 +34,10 @@ QSize RoomOnScreen(const QWidget* window) {
 
 void ShowOnScreen(QWidget* window, QPoint at) {
     LayOut(window);
-    const QRect screen = window->parentWidget()->screen()->availableGeometry();
+    const bool wasThere = window->testAttribute(Qt::WA_Moved);
+    if (wasThere) at = window->pos();
+    const QWidget* const placed = wasThere ? window : window->parentWidget();
+    const QRect screen = placed->screen()->availableGeometry();
     const QSize frame = FrameOf(window);
     window->resize(window->size().boundedTo(screen.size() - frame));
     const QSize outer = window->size() + frame;
@@ -48,8 +51,6 @@ void ShowOnScreen(QWidget* window, QPoint at) {
 }
 
 void ShowCentredOnOwner(QWidget* window) {
-    // A window that was there before comes back to its place.
-    if (window->testAttribute(Qt::WA_Moved)) return ShowOnScreen(window, window->pos());
     LayOut(window);
     const QRect owner = window->parentWidget()->window()->frameGeometry();
     const QSize outer = window->size() + FrameOf(window);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <utility>
 
@@ -20,6 +21,7 @@ constexpr double undeterminedWidth = 0.1;    // half, in ln value
 constexpr std::size_t mostLags = 30;         // of the residuals' autocorrelation
 constexpr double noLoss = 1e-5;              // of a coil, 1 / Q
 constexpr double leastResidual = 1e-30;
+constexpr double ownPart = 1.33;  // as far from its nominal value may a part of this filter be
 
 using Residuals = std::vector<std::array<Complex, NumBoardParameters>>;
 
@@ -157,16 +159,47 @@ std::vector<BoardPart> PartsOf(const Fitted& fitted, const DesignState& design) 
 
 std::vector<BoardResonator> ResonatorsOf(const Fitted& fitted, const DesignState& design) {
     std::vector<BoardResonator> resonators;
+    const auto names = DesignatorsOf(design);
     for (const BoardModel::Resonator& tank : fitted.Model.Resonators()) {
+        const auto placeOf = [&](int unknown) -> const BoardUnknown& {
+            return fitted.Model.Unknowns()[static_cast<std::size_t>(unknown)];
+        };
         const auto nominal = [&](int unknown) {
-            const BoardUnknown& place = fitted.Model.Unknowns()[static_cast<std::size_t>(unknown)];
-            return design.Elements[place.Slot].Value(place.Row);
+            return design.Elements[placeOf(unknown).Slot].Value(placeOf(unknown).Row);
+        };
+        const auto name = [&](int unknown) {
+            return names[placeOf(unknown).Slot][placeOf(unknown).Row];
         };
         resonators.push_back(
-            {tank.Slot, OneOverTwoPi / std::sqrt(nominal(tank.Coil) * nominal(tank.Capacitor)),
+            {tank.Slot, name(tank.Coil) + " " + name(tank.Capacitor),
+             OneOverTwoPi / std::sqrt(nominal(tank.Coil) * nominal(tank.Capacitor)),
              fitted.Of({{tank.Coil, -0.5}, {tank.Capacitor, -0.5}}, OneOverTwoPi)});
     }
     return resonators;
+}
+
+/// What a board is called that has no gross fault.
+std::string TextOf(const BoardReading& reading) {
+    const auto& parts = reading.Parts;
+    const auto& tanks = reading.Resonators;
+    const bool part = std::any_of(parts.begin(), parts.end(),
+                                  [](const auto& one) { return !one.Value.Undetermined; });
+    const bool tank = std::any_of(tanks.begin(), tanks.end(),
+                                  [](const auto& one) { return !one.Tuning.Undetermined; });
+    return part ? "understood" : tank ? ResonancesToldText : NothingToldText;
+}
+
+/// Whether the data show another filter: several parts are far from what the design has, and none
+/// that is told is near. The few resonances of another filter can be fitted to the noise by parts
+/// that they leave free and others far off.
+bool ShowAnother(const std::vector<BoardPart>& parts) {
+    const auto near = [](const BoardPart& part) {
+        return part.Value.Low < part.Nominal * ownPart && part.Value.High > part.Nominal / ownPart;
+    };
+    const auto far = std::count_if(parts.begin(), parts.end(), std::not_fn(near));
+    return far > 1 && std::none_of(parts.begin(), parts.end(), [&](const BoardPart& part) {
+               return !part.Value.Undetermined && near(part);
+           });
 }
 
 /// One Q for all coils: their losses averaged by how well each is told.
@@ -259,7 +292,6 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
     if (!found.Suspicion.empty()) reading.Text = SeveralFaultsText + found.Suspicion;
     if (!reading.Understood) return reading;
     reading.Fault = found.Fault;
-    reading.Text = found.Fault ? found.Fault->Text : "understood";
     Fitted fitted{*found.Model, found.Solution, fit.Covariance(x)};
     const double factor = VarianceFactor(residuals, found.Data);
     for (double& entry : fitted.Covariance)
@@ -270,7 +302,16 @@ BoardReading ReadBoard(const NetworkData& network, const FilterDesign& design,
         for (BoardPart& part : reading.Parts)
             for (const PartPlace& place : found.Fault->Places)
                 if (part.Place == place) part.Value.Undetermined = true;
+    if (ShowAnother(reading.Parts)) {
+        BoardReading refused;
+        refused.Text = NotUnderstoodText;
+        refused.ResidualDb = reading.ResidualDb;
+        refused.ResidualAt = reading.ResidualAt;
+        refused.Excess = reading.Excess;
+        return refused;
+    }
     reading.Resonators = ResonatorsOf(fitted, design);
+    reading.Text = found.Fault ? found.Fault->Text : TextOf(reading);
     reading.Q = QOf(fitted);
     std::size_t port = 0;
     for (std::size_t i = 0; i < x.size(); ++i)

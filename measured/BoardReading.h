@@ -17,6 +17,12 @@ namespace ladderwise {
 inline constexpr const char* NotUnderstoodText =
     "not understood: wrong schematic, a short, or data out of range";
 
+/// The words when it does, and so do ladders with other values of every part.
+inline constexpr const char* ResonancesToldText =
+    "understood: resonances are told, no coil or capacitor by itself";
+inline constexpr const char* NothingToldText =
+    "understood, but no value is told: measure more points where the filter passes";
+
 /// The beginning of the words when more than one fault explains them.
 inline constexpr const char* SeveralFaultsText = "a fault, but the data do not tell which: ";
 
@@ -43,8 +49,11 @@ struct BoardPart {
 
 struct BoardResonator {
     int Slot = 0;
+    std::string Name{};    ///< "L1 C2", its coil and its capacitor
     double Nominal = 0.0;  ///< Hz
     Estimate Tuning{};     ///< Hz
+
+    double Detuning() const { return Tuning.Actual - Nominal; }  ///< Hz
 };
 
 enum class FaultKind { Missing, Shorted, Swapped, Tenth, TenTimes, PortsSwapped };

@@ -233,7 +233,7 @@ def switched_source(source, mutants, header):
         declared, place = "", first
         for number in sorted(numbers, key=lambda one: mutants[one].start):
             mutant = mutants[number]
-            declared += "%s(IsMutant(%d) ? %s : %s)" % (
+            declared += "%s(IsMutantAtStart(%d) ? %s : %s)" % (
                 source[place:mutant.start], number, mutant.text, source[mutant.start:mutant.end])
             place = mutant.end
         declared += source[place:end + 1]

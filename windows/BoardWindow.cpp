@@ -42,10 +42,15 @@ enum TurnColumn {
     NumTurnColumns
 };
 
-constexpr QSize BoardStartSize(620, 520);
+constexpr QSize BoardStartSize(620, 440);
 constexpr int BoardValueDigits = 3;
+constexpr int BoardTuningDigits = 5;  ///< of a resonance
+constexpr double BoardKilohertz = 1e3;
+constexpr int BoardRowPadding = 6;
 constexpr int SettleMs = 400;  ///< an analyser's program writes a file in pieces
-constexpr int LeastTurnsHeight = 90;
+constexpr int LeastTurnsHeight = 70;
+
+constexpr const char* BoardNotTold = "undetermined";
 
 QPushButton* NewBoardButton(QWidget* parent, const char* name, const char* caption,
                             const char* tip) {
@@ -72,6 +77,7 @@ void PrepareTable(QTableWidget* table, const char* name, const char* what,
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table->horizontalHeader()->setStretchLastSection(true);
     table->verticalHeader()->hide();
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + BoardRowPadding);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setTabKeyNavigation(false);
@@ -258,6 +264,7 @@ void BoardWindow::ShowReading() {
     }
     told->setText(text);
     FillParts();
+    AddResonators();
     FillNext();
     const bool any = !reading->Parts.empty();
     putIntoGrid->setEnabled(any);
@@ -273,7 +280,7 @@ void BoardWindow::FillParts() {
         PutCell(parts, row, BoardPartColumn, QString::fromStdString(part.Designator));
         PutCell(parts, row, BoardNominalColumn, ValueText(part.Nominal, part.Kind));
         PutCell(parts, row, BoardActualColumn,
-                known ? ValueText(value.Actual, part.Kind) : QString("undetermined"));
+                known ? ValueText(value.Actual, part.Kind) : QString(BoardNotTold));
         PutCell(parts, row, BoardDeviationColumn,
                 known ? WithSign(100.0 * part.Deviation(), 2) + " %" : QString());
         PutCell(parts, row, BoardIntervalColumn,
@@ -281,6 +288,30 @@ void BoardWindow::FillParts() {
                       : QString());
         PutCell(parts, row, BoardQColumn,
                 part.Q ? QString::fromStdString(FormatFixed(*part.Q, 0)) : QString());
+    }
+}
+
+/// Below the parts: each coil with the capacitor that it resonates with, off by so many kHz. Of
+/// narrow bands the data often tell these alone.
+void BoardWindow::AddResonators() {
+    for (const BoardResonator& tank : reading->Resonators) {
+        const int row = parts->rowCount();
+        const Estimate& tuning = tank.Tuning;
+        const bool known = !tuning.Undetermined;
+        const auto hz = [](double f) {
+            return QString::fromStdString(FormatWithPrefix(f, BoardTuningDigits, "Hz"));
+        };
+        const auto off = [&tank](double f) {
+            return WithSign((f - tank.Nominal) / BoardKilohertz, 1);
+        };
+        parts->insertRow(row);
+        PutCell(parts, row, BoardPartColumn, QString::fromStdString(tank.Name));
+        PutCell(parts, row, BoardNominalColumn, hz(tank.Nominal));
+        PutCell(parts, row, BoardActualColumn, known ? hz(tuning.Actual) : QString(BoardNotTold));
+        PutCell(parts, row, BoardDeviationColumn, known ? off(tuning.Actual) + " kHz" : QString());
+        PutCell(parts, row, BoardIntervalColumn,
+                known ? off(tuning.Low) + " to " + off(tuning.High) + " kHz" : QString());
+        PutCell(parts, row, BoardQColumn, QString());
     }
 }
 
@@ -294,6 +325,7 @@ void BoardWindow::FillNext() {
                 QString::fromStdString(FormatFixed(turn.Gain, 2)) + " dB");
         PutCell(next, row, TurnTextColumn, QString::fromStdString(turn.Text));
     }
+    next->resizeRowsToContents();
 }
 
 void BoardWindow::Forget(const QString& why) {

@@ -64,6 +64,7 @@ private:
     void Read();
     void ShowReading();
     void FillParts();
+    void AddResonators();
     void FillNext();
     void Forget(const QString& why);
     void CopyTable();

@@ -15,9 +15,11 @@
 #include <QPixmap>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStyle>
 #include <QTableWidget>
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 #include "choosing/ChoiceTexts.h"
@@ -67,6 +69,9 @@ constexpr ChoiceHeader choiceHeaders[NumChoiceColumns] = {
     {"Spread dB", "Standard deviation there by the tolerances"}};
 
 constexpr QSize ChoicesStartSize(1180, 460);
+constexpr QSize ChoicesLeastSize(760, 280);
+constexpr int SixteenthsOfOwner = 6;  ///< of its owner's height at first
+constexpr int StripRows = 2;          ///< of the table, while it makes room for the plot
 constexpr QSize ThumbnailSize(ThumbnailPoints, 30);
 constexpr double ThumbnailDepth = 80.0;  ///< dB
 constexpr double ThumbnailReach = 1.2;   ///< of the limits' lowest and highest frequency
@@ -132,6 +137,13 @@ QPixmap ThumbnailPixmap(const ChoosingRequest& request, const FilterChoice& choi
     return picture;
 }
 
+/// What a list is for, beside its limits, and no row of it changes.
+auto NeedOf(const DesignState& design) {
+    const PartModel& parts = design.PartModel;
+    return std::tuple(design.RSource, design.StdLCValues, parts.Choice, parts.IndQ, parts.IndC,
+                      parts.CapR, parts.CapL, parts.CapTolerance, parts.IndTolerance);
+}
+
 QPushButton* NewChoiceButton(QWidget* parent, const char* name, const char* caption,
                              const char* tip) {
     auto* const button = new QPushButton(QString::fromLatin1(caption), parent);
@@ -166,12 +178,15 @@ ChoicesWindow::ChoicesWindow(ChoiceActions asked, QWidget* parent)
     progress->setRange(0, 100);
     progress->hide();
     auto* const column = new QGridLayout(this);
-    column->addWidget(BuildNeed(), 0, 0);
-    column->addWidget(BuildCosts(), 1, 0);
+    above = BuildNeed();
+    costs = BuildCosts();
+    below = BuildButtons();
+    column->addWidget(above, 0, 0);
+    column->addWidget(costs, 1, 0);
     column->addWidget(told, 2, 0);
     column->addWidget(progress, 3, 0);
     column->addWidget(table, 4, 0);
-    column->addWidget(BuildButtons(), 5, 0);
+    column->addWidget(below, 5, 0);
     column->setRowStretch(4, 1);
     resize(ChoicesStartSize.boundedTo(RoomOnScreen(this)));
 }
@@ -195,8 +210,10 @@ void ChoicesWindow::BuildTable() {
     table->setWordWrap(false);
     table->installEventFilter(this);
     connect(table, &QTableWidget::cellDoubleClicked, this, &ChoicesWindow::TakeSelected);
-    connect(table, &QTableWidget::itemSelectionChanged, this,
-            [this] { take->setEnabled(Selected() != nullptr); });
+    connect(table, &QTableWidget::itemSelectionChanged, this, [this] {
+        take->setEnabled(Selected() != nullptr);
+        if (comparing) ShowCompared();
+    });
 }
 
 QWidget* ChoicesWindow::BuildNeed() {
@@ -218,11 +235,14 @@ QWidget* ChoicesWindow::BuildNeed() {
     folded = new QCheckBox("Show &dominated rows too", row);
     folded->setObjectName("ChoicesFolded");
     folded->setToolTip("Rows than which another one is as good in everything, and better in some");
-    grid->addWidget(need, 0, 0);
-    grid->addWidget(caption, 0, 1);
-    grid->addWidget(counts, 0, 2);
-    grid->addWidget(folded, 0, 3);
+    auto* const weigh = new QCheckBox("Show wei&ghts", row);
+    weigh->setObjectName("ChoicesWeigh");
+    weigh->setToolTip("What parts, losses and values outside the practical ranges cost");
+    int place = 0;
+    for (QWidget* const one : std::initializer_list<QWidget*>{need, caption, counts, folded, weigh})
+        grid->addWidget(one, 0, place++);
     grid->setColumnStretch(0, 1);
+    connect(weigh, &QCheckBox::toggled, this, [this](bool on) { costs->setVisible(on); });
     connect(counts, &QComboBox::activated, this, &ChoicesWindow::Search);
     connect(folded, &QCheckBox::toggled, this, [this](bool on) {
         if (on && list.NotMade > 0)
@@ -273,6 +293,7 @@ QWidget* ChoicesWindow::BuildCosts() {
         edit("to", "MostL", "Largest practical inductance, nH", weights.PracticalL.Largest / Nano);
     row->addWidget(new QLabel("nH", group));
     row->addStretch(1);
+    group->hide();
     return group;
 }
 
@@ -304,11 +325,18 @@ QWidget* ChoicesWindow::BuildButtons() {
 
 void ChoicesWindow::Open() {
     const QRect owner = parentWidget()->window()->frameGeometry();
+    if (!testAttribute(Qt::WA_Moved)) TakeStartSize();
     if (!isVisible()) ShowOnScreen(this, owner.bottomLeft() - QPoint(0, height()));
     raise();
     activateWindow();
     table->setFocus();
     Search();
+}
+
+void ChoicesWindow::TakeStartSize() {
+    const int height = parentWidget()->window()->height() * SixteenthsOfOwner / 16;
+    const QSize most = ChoicesStartSize.boundedTo(RoomOnScreen(this));
+    resize(QSize(most.width(), height).expandedTo(ChoicesLeastSize).boundedTo(most));
 }
 
 /// What stands in the boxes and is no number from 0 on is put back.
@@ -336,7 +364,7 @@ void ChoicesWindow::Search() {
     request.Weights = weights;
     request.Only = static_cast<WhatCounts>(counts->currentIndex());
     request.DominatedRows = folded->isChecked();
-    following = false;
+    following = outdated = false;
     ReadCosts();
     progress->setValue(0);
     progress->show();
@@ -358,6 +386,10 @@ void ChoicesWindow::ShowCounts() {
     if (count == 0)
         return told->setText(
             "Without limits every filter does. Say in the window Limits what the filter must do.");
+    if (outdated)
+        return told->setText(
+            "The list is of other parts, or of another source, than the design has now. "
+            "Search Again makes it anew.");
     if (following && misses)
         return told->setText(
             "None of the filters that came near meets the limits as they are now. "
@@ -448,19 +480,53 @@ void ChoicesWindow::TakeSelected() {
 
 void ChoicesWindow::CompareSelected(bool on) {
     if (on == comparing) return;
-    const FilterChoice* const choice = on ? Selected() : nullptr;
-    if (on && !choice) return;
+    if (on && !Selected()) return;
     comparing = on;
-    if (!on) return actions.Compare(nullptr);
+    if (!on) {
+        StepBack();
+        return actions.Compare(nullptr);
+    }
+    StepAside();
+    ShowCompared();
+}
+
+void ChoicesWindow::ShowCompared() {
+    const FilterChoice* const choice = Selected();
+    if (!choice) return;
     const DesignInputs inputs = InputsOf(request, *choice);
     actions.Compare(&inputs);
+}
+
+void ChoicesWindow::StepAside() {
+    if (!frameGeometry().intersects(parentWidget()->window()->frameGeometry())) return;
+    whole = geometry();
+    for (QWidget* const one : std::initializer_list<QWidget*>{above, costs, told, below})
+        one->hide();
+    const int rows = StripRows * table->verticalHeader()->defaultSectionSize();
+    const QMargins margins = layout()->contentsMargins();
+    const int height = table->horizontalHeader()->height() + rows + 2 * table->frameWidth() +
+                       margins.top() + margins.bottom() +
+                       table->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    layout()->activate();
+    setGeometry(whole.left(), whole.bottom() + 1 - height, whole.width(), height);
+    table->scrollToItem(table->currentItem(), QAbstractItemView::PositionAtTop);
+}
+
+void ChoicesWindow::StepBack() {
+    if (whole.isNull()) return;
+    for (QWidget* const one : std::initializer_list<QWidget*>{above, told, below})
+        one->show();
+    costs->setVisible(findChild<QCheckBox*>("ChoicesWeigh")->isChecked());
+    setGeometry(std::exchange(whole, {}));
+    table->scrollToItem(table->currentItem());
 }
 
 void ChoicesWindow::NoteDesign() {
     if (!isVisible() || comparing) return;
     const ChoosingRequest now = actions.Request();
-    if (now.Limits == request.Limits && !following) return;
-    Search();
+    if (now.Limits != request.Limits || following) return Search();
+    outdated = NeedOf(now.Present) != NeedOf(request.Present);
+    ShowCounts();
 }
 
 void ChoicesWindow::FollowLimits(const LimitLines& limits) {

@@ -34,7 +34,7 @@ public:
     /// Searches, and shows the window at its owner's lower left corner, but always on screen.
     void Open();
 
-    /// Says that the list is of other limits or another need, if the design has moved on.
+    /// Searches again if the limits have changed; says so if the parts or the source have.
     void NoteDesign();
 
     /// What becomes of the list while a limit is dragged; the release asks for the whole search.
@@ -50,6 +50,8 @@ private:
     QWidget* BuildButtons();
     void BuildTable();
     QLineEdit* NewCostEdit(QWidget* group, const char* name, const char* tip, double value);
+    /// Most of the plot stays in view above it.
+    void TakeStartSize();
     void Search();
     void ReadCosts();
     void ShowList();
@@ -58,6 +60,10 @@ private:
     const FilterChoice* Selected() const;
     void TakeSelected();
     void CompareSelected(bool on);
+    void ShowCompared();
+    /// While something is compared only a strip with the row stays, lest the window hides the plot.
+    void StepAside();
+    void StepBack();
     void CopyTable();
 
     ChoiceActions actions;
@@ -65,8 +71,11 @@ private:
     ChoosingMemory memory;
     FilterList list, lastWhole;  ///< as shown; of the last whole search
     bool misses = false;         ///< the table shows the nearest misses
+    bool outdated = false;       ///< the design has other parts than it had at the search
     bool comparing = false;
-    bool following = false;  ///< the list is of limits that are being dragged
+    QRect whole{};                   ///< the window's geometry, while it is a strip
+    bool following = false;          ///< the list is of limits that are being dragged
+    QWidget *above, *costs, *below;  ///< what is around the table
     QLabel* need;
     QComboBox* counts;
     QCheckBox* folded;

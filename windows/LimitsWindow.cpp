@@ -173,6 +173,10 @@ QWidget* LimitsWindow::BuildFileButtons() {
     auto* const save = NewLimitButton(row, "LimitSaveButton", "Sa&ve CSV...",
                                       "The limits into a file, as the console program reads it");
     auto* const close = NewLimitButton(row, "LimitCloseButton", "Clo&se", "Closes this window");
+    auto* const choose = NewLimitButton(
+        row, "LimitChooseButton", "Which &Filter... F10",
+        "Lists all filters that keep the limits, best first, in place of this window");
+    layout->addWidget(choose);
     layout->addWidget(open);
     layout->addWidget(save);
     layout->addStretch(1);
@@ -182,6 +186,11 @@ QWidget* LimitsWindow::BuildFileButtons() {
     connect(save, &QPushButton::clicked, this, [this] {
         FinishEditing();
         actions.Save();
+    });
+    connect(choose, &QPushButton::clicked, this, [this] {
+        FinishEditing();
+        QDialog::close();  // the list and the plot take its place; F9 brings it back
+        actions.Choose();
     });
     connect(close, &QPushButton::clicked, this, &QWidget::close);
     return row;

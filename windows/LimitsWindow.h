@@ -23,6 +23,7 @@ struct LimitActions {
     std::function<void()> Open;                     ///< those of a file
     std::function<void()> Save;                     ///< into a file
     std::function<DesignPromise()> Promise;         ///< of the design in hand
+    std::function<void()> Choose{};                 ///< lists the filters that keep them
 };
 
 class LimitPresetPanel;

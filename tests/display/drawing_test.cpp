@@ -152,8 +152,21 @@ DrawnRect BoxOf(const DrawnLine& line) {
             std::abs(line.From.X - line.To.X), std::abs(line.From.Y - line.To.Y)};
 }
 
+bool Inside(const DrawnRect& outer, const DrawnRect& rect) {
+    constexpr double nearly = 1e-6;
+    return rect.Width >= 0.0 && rect.Height >= 0.0 && rect.Left > outer.Left - nearly &&
+           rect.Top > outer.Top - nearly && rect.Right() < outer.Right() + nearly &&
+           rect.Bottom() < outer.Bottom() + nearly;
+}
+
+/// Each text off all else, all of it on the page, and what belongs to a symbol within its frame.
 void ExpectNothingOnTexts(const SchematicDrawing& drawing, const std::string& what) {
     const DrawnRect page{0.0, 0.0, drawing.Width, drawing.Height};
+    for (const DrawnArc& arc : drawing.Arcs)
+        EXPECT_TRUE(Inside(page, arc.Frame)) << what << ": an arc";
+    for (const auto* const lines : {&drawing.Wires, &drawing.Lines})
+        for (const DrawnLine& line : *lines)
+            EXPECT_TRUE(Inside(page, BoxOf(line))) << what << ": a line";
     std::vector<DrawnRect> others = drawing.Boxes;
     for (const DrawnPart& part : drawing.Parts)
         others.push_back(part.Symbol);
@@ -262,6 +275,7 @@ TEST(Picture, ShowsPlotLadderAndResults) {
                         if (image.pixelColor(x, y) != paper) ladder |= QRect(x, y, 1, 1);
                 EXPECT_GT(ladder.width(), 500);  // three symbols, over twice their usual size
                 EXPECT_NEAR(ladder.center().x(), 640, 40);
+                EXPECT_NEAR(ladder.center().y(), (50 + 690) / 2, 60);
             }
         }
 }

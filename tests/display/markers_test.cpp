@@ -85,7 +85,8 @@ TEST(Markers, SixDbReadOutsOfEveryPassType) {
 }
 
 TEST(Markers, DepthReadOutsAreOfTheBandAboutF0) {
-    // Butterworth bands of 10 %, one at F0 and one, 20 dB higher, at 3 F0.
+    // Butterworth bands of 10 %, one at F0, and higher ones at 3 F0 and F0 / 3, the flank of which
+    // falls into the range of the first.
     const double f0 = Response.Design.F0;
     const auto& freqs = Response.Design.SweepFreqs;
     std::vector<double> levels;
@@ -93,8 +94,9 @@ TEST(Markers, DepthReadOutsAreOfTheBandAboutF0) {
         return -10.0 * std::log10(1.0 + std::pow(10.0 * (w - 1.0 / w), 6));
     };
     for (const double f : freqs)
-        levels.push_back(std::max(band(f / f0) - 20.0, band(f / (3.0 * f0))));
-    const BandRange own{0.5 * f0, 1.5 * f0}, beyond{20.0 * f0, 30.0 * f0};
+        levels.push_back(
+            std::max({band(f / f0) - 60.0, band(f / (3.0 * f0)), band(3.0 * f / f0) - 1.0}));
+    const BandRange own{0.4 * f0, 1.5 * f0}, beyond{20.0 * f0, 30.0 * f0};
     for (const auto& [range, centre] : {std::pair{own, f0}, std::pair{beyond, 3.0 * f0}}) {
         const auto found = FindDepthReadOut(levels, freqs, PassType::BandPassCanonical, range);
         ASSERT_TRUE(found.Lower && found.Upper && found.NamedBand);
@@ -254,10 +256,13 @@ TEST(Legend, StandsWhereNoTraceRuns) {
     EXPECT_EQ(taken.Cost(PlaceLegend(rows, Metrics, crowded).Box), 0);
     design.PassType = PassType::BandPassCanonical;
     EXPECT_EQ(BuildLegendRows({design, choices, {{Response.Traces()}}, {}}).size(), 2u);
-    design.BandWidth = 1e6;
-    EXPECT_EQ(
-        BuildLegendRows({design, choices, {{Response.Traces()}}, {}}).back().Text.substr(0, 7),
-        "Coarse:");
+    // 0.9 MHz between the points at 200 MHz.
+    for (const auto& [width, told] :
+         {std::pair{1e6, "1 point in"}, std::pair{3e6, "3 points in"}}) {
+        design.BandWidth = width;
+        EXPECT_EQ(BuildLegendRows({design, choices, {{Response.Traces()}}, {}}).back().Text,
+                  "Coarse: " + std::string(told) + " the band (F7)");
+    }
 }
 
 TEST(Subtitle, FrequenciesAreExactToTheHertz) {
@@ -276,6 +281,8 @@ TEST(Subtitle, FrequenciesAreExactToTheHertz) {
     EXPECT_EQ(PlotSubtitle(design),
               "145.825 MHz, 4.000 MHz wide, 50 Ω to 50 Ω, ripple 0.1 dB, real parts Q 80, E24, "
               "2 MHz/div");
+    design.PartModel.Choice = PartChoice::DeEmbed;
+    EXPECT_NE(PlotSubtitle(design).find(", de-embedded parts Q 80, E24"), std::string::npos);
     design.RSource = 123.456;
     EXPECT_NE(PlotSubtitle(design).find("123.456 Ω to 50 Ω"), std::string::npos);
     for (const auto& [f, text] : {std::pair{30e6, "30.0 MHz"},

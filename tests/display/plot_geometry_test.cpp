@@ -262,6 +262,8 @@ TEST(TraceMap, NotANumberAndBlankPointsLeaveGaps) {
         {TraceKind::Mag10dB, {NaN, 1, NaN, 2, NaN}, {}},
         {TraceKind::Mag10dB, {0, b, 0, b}, {{0, 3}}},  // a level like any other
         {TraceKind::Phase, {9, 8, b, b, 5, 4}, {{0, 1}, {4, 5}}},
+        {TraceKind::Phase, {170, 175, -178, -170}, {{0, 1}, {2, 3}}},  // over the edge
+        {TraceKind::Mag10dB, {0, -80, 0}, {{0, 2}}},  // as steep as it may be
         {TraceKind::GroupDelay, {b, b, 1e-9, 2e-9, b, NaN, 1e-9, 1e-9}, {{2, 3}, {6, 7}}},
         {TraceKind::GroupDelay, {b, b, b}, {}}, {TraceKind::Pulse, {}, {}},
         {TraceKind::Pulse, {0.5}, {}},

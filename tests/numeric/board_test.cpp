@@ -242,6 +242,7 @@ TEST(ReadBoard, FindsWhatWasPutInAndIsNotSureOfAnythingElse) {
             EXPECT_LT(half, 0.1);
         }
         EXPECT_GE(told, c.Told) << c.Design.front().second;
+        EXPECT_EQ(reading.Text, told > 0 ? "understood" : ResonancesToldText);
     }
     EXPECT_GE(inside, all - all / 12);
 }
@@ -382,6 +383,25 @@ TEST(ReadBoard, RefusesAForeignFilter) {
     EXPECT_EQ(reading.Text, NotUnderstoodText);
     EXPECT_TRUE(reading.Parts.empty());
     EXPECT_FALSE(ReadBoard({}, design).Understood);
+}
+
+// Of five detuned resonators of 2 % little passes: two resonances, to which the three of a design
+// of 5 % fit within the noise, with coils of half their values.
+TEST(ReadBoard, RefusesFewResonancesOfAnother) {
+    const auto band = [](const char* poles, const char* percent) {
+        return Designed(WithParts({{"pass", "band-pass"},
+                                   {"response", "chebyshev"},
+                                   {"poles", poles},
+                                   {"f0", "145"},
+                                   {"bw-percent", percent},
+                                   {"ripple", "0.1"},
+                                   {"ind-q", "200"}}));
+    };
+    const FilterDesign design = band("3", "5")->Design;
+    Board board({Spread(band("5", "2")->Design, 0.1, 1)}, 1);
+    const BoardReading reading = ReadBoard(board.Measured(Linear(116e6, 174e6, 201)), design);
+    EXPECT_FALSE(reading.Understood);
+    EXPECT_TRUE(reading.Parts.empty());
 }
 
 }  // namespace

@@ -257,6 +257,16 @@ TEST(Choosing, GoesOnFromTheLastListAndStops) {
     request->Limits[1].Value = 46.0;
     EXPECT_EQ(next.AtUsersLoad.Inductors, anew.AtUsersLoad.Inductors);
     EXPECT_EQ(next.AtUsersLoad.Parts, anew.AtUsersLoad.Parts);
+    // What failed by far, and was not searched again for it, is when a value comes back.
+    FilterList back;
+    for (const double value : {190.0, 187.0, 184.0, 46.0}) {
+        request->Limits[1].Value = value;
+        back = ChooseFilters(*request, memory);
+    }
+    EXPECT_EQ(back.AtUsersLoad.Inductors, anew.AtUsersLoad.Inductors);
+    EXPECT_EQ(back.AtUsersLoad.Parts, anew.AtUsersLoad.Parts);
+    ASSERT_FALSE(back.Choices.empty());
+    EXPECT_NEAR(back.Choices[0].Cost, anew.Choices[0].Cost, 0.1);
     for (LimitLine& line : request->Limits)  // so far that nothing is where it was
         line.From *= 1.4, line.To *= 1.4;
     const FilterList moved = ChooseFilters(*request, memory);
@@ -266,6 +276,37 @@ TEST(Choosing, GoesOnFromTheLastListAndStops) {
     const FilterList stopped = ChooseFilters(*request, memory, [&](double) { return ++calls < 3; });
     EXPECT_TRUE(stopped.Stopped && stopped.Choices.empty());
     EXPECT_EQ(calls, 3);
+}
+
+// What a quarter of the points says is no less than what all of them say, and mostly not much more.
+TEST(Choosing, AFewPointsTellWhatMarginsDoNotExceed) {
+    const LimitLines limits = {{AttenMax, 1e6, 95e6, 0.9},
+                               {ReturnLossMin, 20e6, 90e6, 10.0},
+                               {AttenMin, 180e6, 400e6, 30.0},
+                               {AttenMin, 410e6, 420e6, 50.0}};
+    const auto calculation =
+        Designed({{"response", "elliptic-c"}, {"poles", "3"}, {"f0", "108"}, {"parts", "real"}});
+    FilterDesign& design = calculation->Design;
+    LimitGrid grid(limits, 256);
+    std::mt19937 generator(7);
+    design.NominalElements = design.Elements;
+    design.PartModel.CapTolerance = design.PartModel.IndTolerance = 0.3;
+    int near = 0;
+    constexpr int boards = 200;
+    for (int board = 0; board < boards; ++board) {
+        RandomiseParts(design, generator);
+        KindMargins all;
+        const std::vector<RowMargin>& rows = grid.Judge(design, 0.0);
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            double& least = IsPassLimit(limits[row].Kind) ? all.Pass : all.Stop;
+            least = std::min(least, rows[row].Least());
+        }
+        const KindMargins most = grid.MostOf(design);
+        EXPECT_GE(most.Pass, all.Pass - 1e-9);
+        EXPECT_GE(most.Stop, all.Stop - 1e-9);
+        near += most.Pass < all.Pass + 0.3 && most.Stop < all.Stop + 0.3;
+    }
+    EXPECT_GT(near, boards * 3 / 4);
 }
 
 TEST(Choosing, BoardsThatPassAreThoseOfADenseSearch) {

@@ -24,7 +24,9 @@ private slots:
     void ARowBecomesTheDesignAndIsUndone() {
         WindowFixture f;
         Paste(f, transmitter);
-        f.Trigger("ChoicesMenu");
+        f.Trigger("LimitsMenu");
+        f.Click("LimitChooseButton");
+        QVERIFY(!f.Find("LimitsWindow")->isVisible());
         auto* const table = f.Find<QTableWidget>("ChoicesTable");
         QVERIFY(table->rowCount() >= 3);
         for (int row = 1; row < table->rowCount(); ++row)
@@ -34,6 +36,7 @@ private slots:
             {"LeastC", 1}, {"MostC", 1e5}, {"LeastL", 2}, {"MostL", 1e5}};
         for (const auto& [name, value] : ranges)
             QCOMPARE(f.Find<QLineEdit>(name)->text().toDouble(), value);
+        f.Check("ChoicesWeigh");
         // What is no number is put back in the box's own unit; what is one is asked for.
         f.Enter("LeastL", "-3");
         QCOMPARE(f.Find<QLineEdit>("LeastL")->text(), QString("2"));
@@ -51,6 +54,19 @@ private slots:
                 }
             return blue;
         };
+        // The limits, 45 dB from 288 to 296 MHz and 1 dB from 144 to 148 MHz, are red.
+        const auto redAt = [&small](double f, double db) {
+            const int x = qRound(std::log(f / 120e6) / std::log(532.8 / 120) * small.width());
+            const int y = qRound(db / 80 * small.height());
+            int red = 0;
+            for (int i = 0; i < 25; ++i) {
+                const QColor ink = small.pixelColor(x - 2 + i % 5, std::max(0, y - 2 + i / 5));
+                red += ink.red() > ink.blue() + 60;
+            }
+            return red;
+        };
+        QVERIFY(redAt(292e6, 45) > 3 && redAt(146e6, 1) > 0);
+        QVERIFY(redAt(220e6, 45) == 0 && redAt(292e6, 30) == 0);
         QVERIFY(inkAt(130e6, 0, 6) > 0 && inkAt(130e6, 20, 80) == 0);
         QVERIFY(inkAt(292e6, 43, 80) > 0 && inkAt(292e6, 0, 35) == 0);
         QVERIFY(inkAt(438e6, 43, 80) > 0 && inkAt(438e6, 0, 35) == 0);
@@ -66,8 +82,19 @@ private slots:
         table->setFocus();
         const auto ink = [&] { return f.Find("BitMap")->grab().toImage(); };
         const QImage alone = ink();
+        QWidget* const window = table->window();
+        const QRect whole = window->geometry();
         QTest::keyPress(table, Qt::Key_Space);
-        QVERIFY(ink() != alone);
+        const QImage beside = ink();
+        QVERIFY(beside != alone);
+        // The window gives way to the plot, and the arrow keys go on to other rows.
+        QWidget* const plot = f.Find("BitMap");
+        const QRect seen(plot->mapToGlobal(QPoint()), plot->size());
+        QVERIFY(window->geometry().intersected(seen).height() < seen.height() / 4);
+        QTest::keyClick(table, Qt::Key_Down);
+        QVERIFY(ink() != beside && ink() != alone);
+        QTest::keyClick(table, Qt::Key_Up);
+        QVERIFY(ink() == beside);
         QCOMPARE(DesignTitle(f.Design()), before);
         // The results are of what the plot shows, and say so.
         const QString told = Results(f);
@@ -76,7 +103,10 @@ private slots:
                  qPrintable(told));
         QTest::keyRelease(table, Qt::Key_Space);
         QVERIFY(ink() == alone);
+        QCOMPARE(window->geometry(), whole);
         QVERIFY(!Results(f).contains("Compared"));
+        const auto* const words = f.Find<QLabel>("ChoicesTold");
+        const QString found = words->text();
         f.Click("ChoicesTake");
         const LimitReport judged = JudgeLimits(f.Design(), transmitter);
         QVERIFY(judged.Met());
@@ -89,9 +119,14 @@ private slots:
                     InfoOf(f.Design().Elements[slot].Type).Values[row] == ValueKind::Inductance &&
                     f.Design().Elements[slot].Value(row) < UnusedValue;
         QCOMPARE(coils, inductors);
+        QCOMPARE(words->text(), found);  // the list is still of this need
         QVERIFY(DesignTitle(f.Design()) != before);
         f.Trigger("UndoMenu");
         QCOMPARE(DesignTitle(f.Design()), before);
+        f.Check("StdValuesBox");
+        QVERIFY2(words->text().startsWith("The list is of other parts"), qPrintable(words->text()));
+        f.Check("StdValuesBox");
+        QCOMPARE(words->text(), found);
     }
 
     void WhatCannotBeDoneSaysSo() {

@@ -68,8 +68,14 @@ class EditsTest : public QObject {
 private slots:
     void OnlyWhatACalculationReadsDiscardsEdits() {
         EditsFixture f;
+        const auto marked = [&f] {
+            const auto* const tuned = f.Grid->item(0, 2);
+            return tuned->background() != f.Grid->item(1, 1)->background() &&
+                   tuned->toolTip().endsWith("edited by hand");
+        };
+        QVERIFY(!marked());
         f.Tune();
-        QVERIFY(f.Tuned());
+        QVERIFY(f.Tuned() && marked());
         for (const Qt::Key end : {Qt::Key_Return, Qt::Key_Tab}) {
             f.Enter("PercentChangeBox", end == Qt::Key_Tab ? "20" : "10", end);
             QVERIFY2(f.Tuned(), qPrintable(f.Text("PercentChangeBox")));
@@ -86,7 +92,7 @@ private slots:
         QTest::keyClick(box, Qt::Key_Return);
         QCOMPARE(f.Design().Elements[2].Value(0), 120e-9);
         f.Enter("F0Box", "201");
-        QVERIFY(!qFuzzyCompare(f.Design().Elements[2].Value(0), 120e-9));
+        QVERIFY(!qFuzzyCompare(f.Design().Elements[2].Value(0), 120e-9) && !marked());
     }
 
     void ATypedBandwidthIsReadBeforeItsUnitChanges() {

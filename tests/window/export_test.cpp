@@ -184,6 +184,15 @@ private slots:
                         ->text()
                         .startsWith("1001 points, 20.00 MHz to 1.000 GHz, 20"));
         });
+        f.Export(5, [](QWidget* d) {
+            F::Pick(d, "ExportUnitBox", 1);
+            F::Type(d, "ExportWidthBox", "3");
+            QTRY_VERIFY(!F::Button(d, "ExportSaveButton")->isEnabled());
+            QVERIFY2(F::Said(d).contains(" mm wide and high"), qPrintable(F::Said(d)));
+            F::Type(d, "ExportWidthBox", "200");
+            F::Type(d, "ExportHeightBox", "100");
+            F::Pick(d, "ExportUnitBox", 0);
+        });
         // A file that is there is replaced only if the user wants it; a failing write says so.
         QVERIFY(WriteWholeFile("there.s2p", "old").empty());
         const auto nothing = [](QWidget*) {};

@@ -83,6 +83,11 @@ private slots:
         QCOMPARE(f.Result(0), "holds by 0.13 dB at 400 MHz");
         SHOWS(f, "limits\tholds by 0.13 dB at 400 MHz");
         QVERIFY(f.Window->isWindowModified());
+        f.Table->item(0, 0)->setText("return loss at least");  // as its list of kinds does
+        f.Settle();
+        QCOMPARE(f.Limits()[0].Kind, LimitKind::ReturnLossMin);
+        f.Trigger("UndoMenu");
+        QCOMPARE(f.Limits()[0].Kind, LimitKind::AttenMin);
         // What is no limit leaves the one in force, and is still there after other changes.
         f.TypeCell(0, 3, "-3x");
         QVERIFY2(f.Result(0).contains("no number; still atten \u2265 18 dB"),

@@ -85,6 +85,29 @@ private slots:
         f.Trigger("FreqMarkerMenu");
         const QRegularExpression marker("\nM1 (199|200)[.0-9]* MHz, Mag\t-(2.9|3.0)[0-9] dB\n");
         QVERIFY2(f.Results().contains(marker), qPrintable(f.Results()));
+        // More rows than the panel is high stand beside each other where the room is there, and
+        // are scrolled up and down, never sideways, where it is not.
+        for (int i = 0; i < 4; ++i) {
+            QTest::mouseClick(bitMap, Qt::LeftButton, {}, {200 + 90 * i, 300});
+            f.Find<QMenu>("MarkerPopupMenu")->close();
+            f.Trigger("FreqMarkerMenu");
+        }
+        for (const int width : {1800, 900}) {
+            f.Window->resize(width, 760);
+            QCoreApplication::processEvents();
+            QVERIFY(table->isVisible());
+            bool all = true;
+            for (const auto* const item : table->findItems("", Qt::MatchContains)) {
+                if (!item) continue;  // below the last one
+                const QRect cell = table->visualItemRect(item), view = table->viewport()->rect();
+                QVERIFY2(cell.left() >= 0 && cell.right() <= view.right() + 1,
+                         qPrintable(item->text()));
+                all = all && cell.bottom() <= view.bottom();
+            }
+            QCOMPARE(all, width == 1800);
+            table->clearSelection();
+            QCOMPARE(copied().count("\nM"), 5);
+        }
     }
 
     void ResultsFoldWhereTheLadderTakesTheRoom() {

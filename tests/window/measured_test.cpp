@@ -1,4 +1,5 @@
 // Measured files in the window: how they come in, what is drawn of them, what is kept of them.
+#include <QClipboard>
 #include <QComboBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -111,6 +112,17 @@ private:
         return {QPoint(left, top), QPoint(right - 1, bottom - 1)};
     }
 };
+
+/// "board.s2p": the design in hand with one coil off, measured from a frequency to a multiple of
+/// it.
+static void WriteBoard(const WindowFixture& f, int slot, double factor, double from, double span) {
+    FilterDesign board = f.Design();
+    board.Elements[slot].V1 *= factor;
+    std::vector<double> freqs(200);
+    for (std::size_t i = 0; i < freqs.size(); ++i)
+        freqs[i] = from * std::pow(span, static_cast<double>(i) / 199.0);
+    WriteWholeFile("board.s2p", TouchstoneText(board, freqs, {}));
+}
 
 class MeasuredTest : public QObject {
     Q_OBJECT
@@ -255,14 +267,7 @@ private slots:
         MeasuredFixture f;
         f.Enter("F0Box", "14");
         f.Check("RealPartsButton");
-        const auto measure = [&f](double factor) {
-            FilterDesign board = f.Design();
-            board.Elements[2].V1 *= factor;
-            std::vector<double> freqs(200);
-            for (std::size_t i = 0; i < freqs.size(); ++i)
-                freqs[i] = 1.4e6 * std::pow(100.0, static_cast<double>(i) / 199.0);
-            WriteWholeFile("board.s2p", TouchstoneText(board, freqs, {}));
-        };
+        const auto measure = [&f](double factor) { WriteBoard(f, 2, factor, 1.4e6, 100.0); };
         measure(1.08);
         f.Drop({QDir::current().filePath("board.s2p")});
         f.Trigger("BoardMenu");
@@ -273,6 +278,12 @@ private slots:
         QCOMPARE(table->rowCount(), 3);
         QCOMPARE(table->item(1, 0)->text(), "L2");
         QVERIFY(std::abs(off(1) - 8.0) < 0.2 && std::abs(off(0)) < 0.3 && std::abs(off(2)) < 0.3);
+        f.Click("BoardCopyButton");
+        const QStringList copied = QApplication::clipboard()->text().split('\n');
+        QCOMPARE(copied.size(), 5);  // a line each, the last one ended
+        QVERIFY2(copied[0].startsWith("Part\tNominal\t"), qPrintable(copied[0]));
+        QVERIFY2(copied[2].startsWith("L2\t") && copied[2].contains("\t+8."),
+                 qPrintable(copied[2]));
         const auto* const next = f.Find<QTableWidget>("BoardNext");
         QCOMPARE(next->item(0, 0)->text(), "L2");
         QVERIFY(next->item(0, 1)->text().startsWith('-'));
@@ -285,6 +296,36 @@ private slots:
         f.Click("BoardReadButton");
         measure(1.0);
         QVERIFY(QTest::qWaitFor([&] { return table->rowCount() == 3 && std::abs(off(1)) < 0.2; }));
+        f.Find("BoardWindow")->close();
+    }
+
+    // A coil of 1 % more detunes its resonator by 1 / sqrt(1.01), and the others not at all.
+    void ABoardsResonatorsAreToldInKilohertz() {
+        MeasuredFixture f;
+        f.Trigger("BandPassMenu");
+        f.Enter("F0Box", "14");
+        f.Enter("BandWidthBox", "1");
+        f.Check("RealPartsButton");
+        WriteBoard(f, 1, 1.01, 10e6, 2.0);
+        f.Drop({QDir::current().filePath("board.s2p")});
+        f.Trigger("BoardMenu");
+        const auto* const table = f.Find<QTableWidget>("BoardParts");
+        QCOMPARE(table->rowCount(), 6 + 3);
+        const double F0 = f.Design().F0 / 1e3;
+        const std::pair<const char*, double> tanks[] = {
+            {"L1 C2", F0 / std::sqrt(1.01) - F0}, {"L3 C4", 0.0}, {"L5 C6", 0.0}};
+        for (int i = 0; i < 3; ++i) {
+            const auto cell = [&](int column) { return table->item(6 + i, column)->text(); };
+            QCOMPARE(cell(0), tanks[i].first);
+            QVERIFY2(cell(3).endsWith(" kHz"), qPrintable(cell(3)));
+            const QStringList ends = cell(4).split(' ');
+            const double low = ends[0].toDouble(), high = ends[2].toDouble();
+            QVERIFY2(low < tanks[i].second && high > tanks[i].second && high - low < 200.0,
+                     qPrintable(cell(4)));
+            QCOMPARE(high < 0.0, i == 0);
+            const double off = cell(3).section(' ', 0, 0).toDouble();
+            QVERIFY2(low < off && off < high, qPrintable(cell(3)));
+        }
         f.Find("BoardWindow")->close();
     }
 };

@@ -138,6 +138,7 @@ private slots:
             auto* const box = f.Find<QAbstractButton>(name);
             const Picture seen(box->grab().toImage(), box->font());
             QVERIFY2(seen.Ink(seen.Rect(), colour, 8) > 30, name);
+            QVERIFY2(seen.Ink(seen.Rect(), QColor(160, 160, 160), 8) > 20, name);  // its outline
         }
         f.Grid->setFocus();
         f.Grid->setCurrentCell(1, 1);

@@ -131,6 +131,7 @@ private slots:
                                       "A",
                                       "K",
                                       "Hold This Value",
+                                      "Tolerance of This Part",
                                       "6 dB Freq",
                                       "6 dB BW",
                                       "Min"};

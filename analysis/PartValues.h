@@ -33,8 +33,8 @@ inline constexpr int NumToleranceSteps = 201;
 void DeEmbedParts(FilterDesign& design);
 
 /// The preferred number nearest to x (H or F) in the series of `kind`; the smaller one on a tie. An
-/// x that is not positive, not a number or not in use (NotUsedLimit) is returned unchanged; a stride
-/// below 1 counts as 1.
+/// x that is not positive, not a number or not in use (NotUsedLimit) is returned unchanged; a
+/// stride below 1 counts as 1.
 double SnapValue(const PartModel& model, PartKind kind, double x);
 
 /// SnapValue for every L and C of slots 1 .. NumElements. Lines and stubs stay. Positions that the

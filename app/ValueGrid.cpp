@@ -294,7 +294,7 @@ bool ValueGrid::viewportEvent(QEvent* event) {
 /// A tolerance of one part's own, for a better one in its place.
 void ValueGrid::AddTolerances(QMenu& menu, const QTableWidgetItem* cell) {
     const double now = cell ? cell->data(ToleranceRole).toDouble() : 0.0;
-    QMenu* const choices = menu.addMenu("&Tolerance of This Part");
+    QMenu* const choices = menu.addMenu("T&olerance of This Part");
     choices->setObjectName("ToleranceMenu");
     choices->setEnabled(now > 0.0);
     if (!(now > 0.0)) return;
@@ -309,8 +309,11 @@ void ValueGrid::AddTolerances(QMenu& menu, const QTableWidgetItem* cell) {
     const char* const kind = cell->row() % 2 == 0 ? "As All &Inductors" : "As All &Capacitors";
     add(own ? QString(kind) : QString("%1 (%2)").arg(kind, PercentOf(now)), 0.0, !own);
     constexpr double offered[] = {0.1, 0.05, 0.02, 0.01, 0.005};
-    for (const double fraction : offered)
-        add("&" + PercentOf(fraction), fraction, own && qFuzzyCompare(fraction, now));
+    for (const double fraction : offered) {
+        const QString text = PercentOf(fraction);
+        const bool oneDigit = text.indexOf(' ') == 1;  // which is its key
+        add(oneDigit ? "&" + text : text, fraction, own && qFuzzyCompare(fraction, now));
+    }
 }
 
 void ValueGrid::OpenMenu(QPoint at) {

@@ -208,7 +208,8 @@ private:
         BeginStage(&search, share);
         PartChoices start = NearestChoices(parts);
         const PartChoices tuned = ResonatorChoices(parts, RelativeWidth(*exact));
-        if (search.CostOf(tuned) < search.CostOf(start)) start = tuned;
+        const double plain = search.CostOf(start);  // first: what may be kept depends on it
+        if (search.CostOf(tuned) < plain) start = tuned;
         PartChoices close;
         Slices lattice = DescendFromLattice(*exact, judge, parts, search, close);
         while (lattice.Advance())

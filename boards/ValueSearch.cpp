@@ -16,6 +16,7 @@ namespace {
 constexpr std::uint32_t kickSeed = 1;  ///< the choice is the same every time
 constexpr int fewestKicked = 2;
 constexpr int mostKicked = 4;
+constexpr int mostRetuned = 2;         ///< resonators
 constexpr int kicksWithoutNews = 400;  ///< all known: there is nothing left to be found
 
 /// A number for the choice of one part, as if it were drawn; those of all parts are joined by
@@ -36,6 +37,17 @@ std::uint64_t KeyOf(const PartChoices& choices) {
     for (std::size_t part = 0; part < choices.size(); ++part)
         key ^= KeyOfChoice(part, choices[part]);
     return key;
+}
+
+/// The coils that have a capacitor of their own, which follows them.
+std::vector<int> TunedCoils(const std::vector<PartToChoose>& parts) {
+    std::vector<int> coils;
+    for (std::size_t i = 0; i + 1 < parts.size(); ++i) {
+        const ValuePlace &coil = parts[i].Place, &next = parts[i + 1].Place;
+        if (coil.Row % 2 == 0 && next == ValuePlace{coil.Slot, coil.Row + 1})
+            coils.push_back(static_cast<int>(i));
+    }
+    return coils;
 }
 
 std::size_t Below(std::mt19937& random, std::size_t count) {
@@ -183,21 +195,43 @@ Slices ValueSearch::Descend(PartChoices& choices) {
     }
 }
 
+void ValueSearch::Kick(PartChoices& choices, std::mt19937& random) const {
+    const std::size_t count = fewestKicked + Below(random, mostKicked - fewestKicked + 1);
+    for (std::size_t k = 0; k < count; ++k) {
+        const int part = static_cast<int>(Below(random, parts.size()));
+        const int move = Below(random, 2) == 0 ? -1 : 1;
+        if (CanMove(choices, part, move)) choices[static_cast<std::size_t>(part)] += move;
+    }
+}
+
+void ValueSearch::Retune(PartChoices& choices, int coil, std::mt19937& random) const {
+    const auto at = static_cast<std::size_t>(coil);
+    const PartToChoose &inductor = parts[at], &capacitor = parts[at + 1];
+    const std::size_t l = Below(random, inductor.Choices.size());
+    const double wanted = inductor.Exact * capacitor.Exact / inductor.Choices[l].Value;
+    const auto& all = capacitor.Choices;
+    const auto above = std::find_if(all.begin(), all.end() - 1,
+                                    [wanted](const SeriesValue& c) { return c.Value >= wanted; });
+    const auto c = above - all.begin();
+    choices[at] = static_cast<int>(l);
+    choices[at + 1] = static_cast<int>(c > 0 && Below(random, 2) == 0 ? c - 1 : c);
+}
+
 Slices ValueSearch::Wander(PartChoices choices) {
     std::mt19937 random(kickSeed);
     Slices first = Descend(choices);
     while (first.Advance())
         co_yield Pause;
     if (parts.empty()) co_return;
+    const std::vector<int> coils = TunedCoils(parts);
     for (int idle = 0; !IsDone() && idle < kicksWithoutNews; ++idle) {
         const int before = evaluations;
         PartChoices kicked = choices;
-        const std::size_t count = fewestKicked + Below(random, mostKicked - fewestKicked + 1);
-        for (std::size_t k = 0; k < count; ++k) {
-            const int part = static_cast<int>(Below(random, parts.size()));
-            const int move = Below(random, 2) == 0 ? -1 : 1;
-            if (CanMove(kicked, part, move)) kicked[static_cast<std::size_t>(part)] += move;
-        }
+        if (!coils.empty() && Below(random, 2) == 0)
+            for (std::size_t k = 1 + Below(random, mostRetuned); k > 0; --k)
+                Retune(kicked, coils[Below(random, coils.size())], random);
+        else
+            Kick(kicked, random);
         Slices next = Descend(kicked);
         while (next.Advance())
             co_yield Pause;

@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <limits>
 #include <memory>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -100,6 +101,9 @@ private:
     void Rank(const PartChoices& choices, double cost);
     Slices ImproveBySingles(PartChoices& choices, double& cost, bool& improved);
     Slices ImproveByPairs(PartChoices& choices, double& cost, bool& improved);
+    void Kick(PartChoices& choices, std::mt19937& random) const;
+    /// Gives a coil any of its choices, and its capacitor one that keeps the resonance.
+    void Retune(PartChoices& choices, int coil, std::mt19937& random) const;
     bool CanMove(const PartChoices& choices, int part, int move) const;
 
     std::unique_ptr<FilterDesign> work;

@@ -67,11 +67,12 @@ BoardDrawer::BoardDrawer(const FilterDesign& design) : options(design.Boards) {
             const ValuePlace place{slot, row};
             const double whole = design.Elements[static_cast<std::size_t>(slot)].Value(row);
             if (!(whole < LargestRandomisedValue)) continue;
+            const PairedPart* const pair = PairAt(design, place);
+            const int index = pair ? static_cast<int>(pair - design.Pairs.data()) : -1;
             const auto add = [&](double value, bool continues) {
                 members.push_back(
-                    {place, value, value * ToleranceOf(design, place, value), continues});
+                    {place, value, value * ToleranceOf(design, place, value), continues, index});
             };
-            const PairedPart* const pair = PairAt(design, place);
             add(pair ? pair->Larger : whole, false);
             if (pair) add(pair->Smaller, true);
         }
@@ -108,6 +109,10 @@ void BoardDrawer::Place(const std::vector<double>& given, FilterDesign& board) c
             board.Elements[static_cast<std::size_t>(member.Place.Slot)].Value(member.Place.Row);
         const double drawn = std::max(SmallestPartValue, member.Value + given[i] * member.Spread);
         value = member.Continues ? value + drawn : drawn;
+        if (member.Pair < 0) continue;
+        PairedPart& pair = board.Pairs[static_cast<std::size_t>(member.Pair)];
+        (member.Continues ? pair.Smaller : pair.Larger) = drawn;
+        pair.Value = value;
     }
 }
 
@@ -116,7 +121,9 @@ void RandomiseParts(FilterDesign& design, std::mt19937& generator) {
     design.Elements = design.NominalElements;
     BoardDrawer drawer(design);
     design.Elements = drawn;
+    const std::vector<PairedPart> pairs = design.Pairs;
     drawer.Draw(generator, design);
+    design.Pairs = pairs;
 }
 
 }  // namespace ladderwise

@@ -35,7 +35,8 @@ public:
 
     /// Single things that are drawn, pairs counted as two.
     int Count() const { return static_cast<int>(members.size()); }
-    /// The board of given draws from -1 to 1, one for each thing.
+    /// The board of given draws from -1 to 1, one for each thing. board.Pairs, those of the design
+    /// at first, become the drawn ones.
     void Place(const std::vector<double>& draws, FilterDesign& board) const;
     /// For each thing the first one of its value, itself if there is none before it.
     const std::vector<int>& FirstOfValue() const { return first; }
@@ -47,6 +48,7 @@ private:
         double Value = 0.0;
         double Spread = 0.0;     ///< what a draw of 1 adds, H or F
         bool Continues = false;  ///< the second of a pair
+        int Pair = -1;           ///< index in Pairs; -1: single
     };
 
     double DrawOne(std::mt19937& generator) const;
@@ -57,7 +59,7 @@ private:
     std::vector<double> draws;
 };
 
-/// One worst-case variant of NominalElements into Elements.
+/// One worst-case variant of NominalElements into Elements. Pairs stay those of the nominal values.
 void RandomiseParts(FilterDesign& design, std::mt19937& generator);
 
 }  // namespace ladderwise

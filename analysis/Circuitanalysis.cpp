@@ -27,9 +27,41 @@ Complex Reciprocal(Complex z) {
     return GuardedDivide(1.0, z);
 }
 
+/// V2 or V4 of a slot: a number, and the two capacitors that it is built of if that matters.
+struct SecondValue {
+    double Value;
+    const PairedPart* Pair;
+
+    operator double() const { return Value; }
+};
+
+/// A slot as it is built.
+struct BuiltSlot {
+    ElementType Type;
+    double V1;
+    SecondValue V2;
+    double V3;
+    SecondValue V4;
+};
+
+/// With ideal parts two capacitors are one.
+const PairedPart* PairOf(const DesignState& design, int slot, int row) {
+    const bool split = !design.Pairs.empty() && design.PartModel.Choice != PartChoice::IdealParts;
+    return split ? PairAt(design, {slot, row}) : nullptr;
+}
+
+BuiltSlot BuiltSlotOf(const DesignState& design, int k) {
+    const CircuitElement& slot = design.Elements[static_cast<std::size_t>(k)];
+    return {slot.Type,
+            slot.V1,
+            {slot.V2, PairOf(design, k, 1)},
+            slot.V3,
+            {slot.V4, PairOf(design, k, 3)}};
+}
+
 /// One slot at one frequency: the part models bound to it, and the arms its sections fill.
 struct SlotAtPoint {
-    const CircuitElement& Slot;
+    BuiltSlot Slot;
     PartContext Parts;
     Complex S;
     double F;
@@ -37,8 +69,13 @@ struct SlotAtPoint {
 
     Complex ZL(double L) const { return InductorZ(Parts, S, F, L); }
     Complex YL(double L) const { return InductorY(Parts, S, F, L); }
-    Complex ZC(double C) const { return CapacitorZ(Parts, S, F, C); }
-    Complex YC(double C) const { return CapacitorY(Parts, S, F, C); }
+    Complex ZC(const SecondValue& C) const {
+        return C.Pair ? Reciprocal(YC(C)) : CapacitorZ(Parts, S, F, C);
+    }
+    Complex YC(const SecondValue& C) const {
+        if (!C.Pair) return CapacitorY(Parts, S, F, C);
+        return CapacitorY(Parts, S, F, C.Pair->Larger) + CapacitorY(Parts, S, F, C.Pair->Smaller);
+    }
     double Tan(double lengthDeg) const { return GuardedTan(LineAngle(Parts.F0, F, lengthDeg)); }
     Complex ShortedStubZ(double lengthDeg, double Z0) const { return {0.0, Z0 * Tan(lengthDeg)}; }
     Complex OpenStubZ(double lengthDeg, double Z0) const {
@@ -87,7 +124,7 @@ void MultiplyLine(const SlotAtPoint& p) {
     } else if (type == ElementType::ShuntTLSCTLOC) {
         p.Shunt(Reciprocal(p.ShortedStubZ(V1, V2)) + Reciprocal(p.OpenStubZ(V3, V4)));
     } else if (type == ElementType::ShuntTLOC) {
-        p.Shunt(GuardedDivide(Complex(0.0, p.Tan(V1)), V2));
+        p.Shunt(GuardedDivide(Complex(0.0, p.Tan(V1)), V2.Value));
     } else if (type == ElementType::ShuntTLSC) {
         p.Shunt(Reciprocal(p.ShortedStubZ(V1, V2)));
     }
@@ -157,14 +194,22 @@ KernelValue PrepareValue(ValueKind kind, double value) {
         case ValueKind::Unused:
             break;
     }
-    return {value, 1.0 / value};
+    return {value, 1.0 / value, 0.0, 1.0 / value};
 }
 
-KernelSlot PrepareSlot(const CircuitElement& slot) {
+KernelValue PrepareSecond(ValueKind kind, const SecondValue& value) {
+    if (!value.Pair) return PrepareValue(kind, value);
+    KernelValue larger = PrepareValue(kind, value.Pair->Larger);
+    larger.Others = 1.0;
+    larger.OtherInv = PrepareValue(kind, value.Pair->Smaller).Inv;
+    return larger;
+}
+
+KernelSlot PrepareSlot(const BuiltSlot& slot) {
     const ElementInfo& info = InfoOf(slot.Type);
     return {static_cast<int>(slot.Type), PrepareValue(info.Values[0], slot.V1),
-            PrepareValue(info.Values[1], slot.V2), PrepareValue(info.Values[2], slot.V3),
-            PrepareValue(info.Values[3], slot.V4)};
+            PrepareSecond(info.Values[1], slot.V2), PrepareValue(info.Values[2], slot.V3),
+            PrepareSecond(info.Values[3], slot.V4)};
 }
 
 void AnalyseByReference(const FilterDesign& design, const SweepTables& tables, std::size_t i,
@@ -183,9 +228,12 @@ bool SweepByKernel(const FilterDesign& design, const SweepTables& tables, std::s
     std::array<KernelSlot, NumSlots> slots;
     const int numSlots = SlotsInUse(design);
     for (int k = 1; k <= numSlots; ++k)
-        slots[k - 1] = PrepareSlot(design.Elements[k]);
+        slots[k - 1] = PrepareSlot(BuiltSlotOf(design, k));
     const PartModel& model = design.PartModel;
     KernelSweep sweep{};
+    sweep.Paired = std::any_of(slots.begin(), slots.begin() + numSlots, [](const KernelSlot& slot) {
+        return slot.V2.Others > 0.0 || slot.V4.Others > 0.0;
+    });
     sweep.Slots = slots.data();
     sweep.NumSlots = numSlots;
     sweep.Ideal = model.Choice == PartChoice::IdealParts;
@@ -299,7 +347,7 @@ LadderPoint AnalysePoint(const FilterDesign& design, double F0, double f) {
     const Complex s(0.0, TwoPi * f);
     Chain chain;
     for (int k = 1; k <= SlotsInUse(design); ++k)
-        MultiplySlot({design.Elements[k], {design.PartModel, F0}, s, f, chain});
+        MultiplySlot({BuiltSlotOf(design, k), {design.PartModel, F0}, s, f, chain});
     const auto& [A, B, C, D] = chain.Running;
     const double RS = design.RSource, RL = design.RLoad;
     const Complex Zin = GuardedDivide(A * RL + B, C * RL + D);

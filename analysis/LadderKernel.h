@@ -18,6 +18,9 @@ enum class KernelChoice { Automatic, Baseline, V3, Reference };
 struct KernelValue {
     double X;    ///< a part value (H or F, at least SmallestPartValue), a length or an impedance
     double Inv;  ///< 1 / X
+    /// Of a capacitor that is two in parallel, X being the larger one: 1; else 0.
+    double Others;
+    double OtherInv;  ///< 1 / the smaller one, F; else Inv
 };
 
 /// One ladder slot. Lines: a length is held in radians at F0.
@@ -31,6 +34,7 @@ struct KernelSweep {
     const KernelSlot* Slots;  ///< from the source to the load
     int NumSlots;
     bool Ideal;
+    bool Paired;              ///< a value is two capacitors; never if Ideal
     double RSource, RLoad;    ///< ohm
     double TwiceRoot;         ///< 2 sqrt(RSource RLoad), ohm
     double InvIndQ;           ///< 1 / Q of every inductor at F0

@@ -19,7 +19,7 @@
 namespace ladderwise {
 namespace {
 
-constexpr int MostPowers = 12;          // of s: a slot has four parts with a parasitic each
+constexpr int MostPowers = 16;          // of s: a slot has six parts with a parasitic each
 constexpr int MostRootIterations = 60;  // a guard: five are usual
 constexpr double RootPrecision = 1e-13;
 constexpr double SameResonance = 1e-9;  // relative: closer ones are one
@@ -119,9 +119,9 @@ struct SlotParts {
     OnePort Of(const Network& network) const {
         switch (network.Kind) {
             case NetworkKind::Inductor:
-                return L(Slot.Value(network.Row));
+                return L(ValueOf(Slot, network));
             case NetworkKind::Capacitor:
-                return C(Slot.Value(network.Row));
+                return C(ValueOf(Slot, network));
             case NetworkKind::InSeries:
                 return Joined(network.Members, InSeries);
             case NetworkKind::InParallel:
@@ -191,16 +191,21 @@ struct StubSlot {
     const FilterDesign& Design;
     bool Real = Design.PartModel.Choice != PartChoice::IdealParts;
     double Shorted = 0.0, ShortedZ = 1.0, Open = 0.0, OpenZ = 1.0;  ///< degrees at F0, ohm; 0: none
-    double C = 0.0, L = 0.0;                                        ///< F, H; 0: none
+    std::vector<double> Capacitors{};                               ///< F
+    double L = 0.0;                                                 ///< H; 0: none
 
-    StubSlot(const FilterDesign& design, const CircuitElement& slot) : Design(design) {
-        for (const Network& network : NetworksOf(slot.Type)) {
+    StubSlot(const FilterDesign& design, int number) : Design(design) {
+        const CircuitElement& slot = design.Elements[static_cast<std::size_t>(number)];
+        for (const Network& network : BuiltNetworksOf(design, number)) {
             const double value = slot.Value(network.Row);
             if (network.Kind == NetworkKind::ShortedStub)
                 Shorted = value, ShortedZ = slot.Value(network.Row + 1);
             if (network.Kind == NetworkKind::OpenStub)
                 Open = value, OpenZ = slot.Value(network.Row + 1);
-            if (network.Kind == NetworkKind::Capacitor) C = GuardedPartValue(value);
+            if (network.Kind == NetworkKind::Capacitor) Capacitors = {GuardedPartValue(value)};
+            if (network.Kind == NetworkKind::InParallel)  // two capacitors that make one value
+                for (const Network& member : network.Members)
+                    Capacitors.push_back(GuardedPartValue(ValueOf(slot, member)));
             if (network.Kind == NetworkKind::Inductor) L = GuardedPartValue(value);
         }
     }
@@ -210,7 +215,8 @@ struct StubSlot {
         double b = 0.0;
         if (Shorted > 0.0) b -= 1.0 / (ShortedZ * std::tan(LineAngle(Design.F0, f, Shorted)));
         if (Open > 0.0) b += std::tan(LineAngle(Design.F0, f, Open)) / OpenZ;
-        if (C > 0.0) b += w * C / (1.0 - (Real ? w * w * C * Design.PartModel.CapL : 0.0));
+        for (const double C : Capacitors)
+            b += w * C / (1.0 - (Real ? w * w * C * Design.PartModel.CapL : 0.0));
         if (L > 0.0) b += (Real ? w * Design.PartModel.IndC : 0.0) - 1.0 / (w * L);
         return b;
     }
@@ -219,8 +225,9 @@ struct StubSlot {
         std::vector<double> poles;
         AddHalfWaves(Design.F0, Shorted, 1.0, highest, poles);
         AddHalfWaves(Design.F0, Open, 0.5, highest, poles);
-        if (C > 0.0 && Real && Design.PartModel.CapL > 0.0)
-            poles.push_back(1.0 / (TwoPi * std::sqrt(C * Design.PartModel.CapL)));
+        for (const double C : Capacitors)
+            if (Real && Design.PartModel.CapL > 0.0)
+                poles.push_back(1.0 / (TwoPi * std::sqrt(C * Design.PartModel.CapL)));
         return poles;
     }
 };
@@ -249,7 +256,7 @@ template <typename Take>
 void ForEveryNetwork(const FilterDesign& design, Take take) {
     for (int slot = 1; slot <= std::min(design.NumElements, NumSlots - 1); ++slot) {
         const CircuitElement& element = design.Elements[slot];
-        const std::vector<Network> networks = NetworksOf(element.Type);
+        const std::vector<Network> networks = BuiltNetworksOf(design, slot);
         if (std::any_of(networks.begin(), networks.end(), IsLine)) continue;
         for (const Network& network : networks)
             take(InfoOf(element.Type).Arm, SlotParts{design, element}, network);
@@ -274,7 +281,7 @@ std::vector<double> LineResonances(const FilterDesign& design, double highest) {
         const CircuitElement& element = design.Elements[k];
         if (element.Type == ElementType::SeriesTLIN)
             AddHalfWaves(design.F0, element.V1, 1.0, highest, resonances);
-        const StubSlot slot(design, element);
+        const StubSlot slot(design, k);
         if (!(slot.Shorted > 0.0) && !(slot.Open > 0.0)) continue;
         std::vector<double> poles = slot.PolesUpTo(highest);
         std::sort(poles.begin(), poles.end());

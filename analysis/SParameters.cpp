@@ -50,7 +50,7 @@ struct FrequencyPoint {
 };
 
 ImpedanceRatio RatioOf(const FrequencyPoint& at, const CircuitElement& slot, const Network& net) {
-    const double value = slot.Value(net.Row);
+    const double value = ValueOf(slot, net);
     const auto stub = [&](bool isOpen) -> ImpedanceRatio {
         const double angle = LineAngle(at.Parts.F0, at.F, value);
         const double Z0 = slot.Value(net.Row + 1);
@@ -165,7 +165,7 @@ std::vector<SParameters> AnalyseSParameters(const FilterDesign& design,
     for (int k = 1; k <= std::clamp(design.NumElements, 0, NumSlots - 1); ++k) {
         const CircuitElement& slot = design.Elements[k];
         if (!HasUsableValues(slot)) return result;
-        slots.push_back({slot, InfoOf(slot.Type).Arm, NetworksOf(slot.Type)});
+        slots.push_back({slot, InfoOf(slot.Type).Arm, BuiltNetworksOf(design, k)});
         // Members of a series arm are sections of their own: two of them may be open at once.
         std::vector<Network>& nets = slots.back().Networks;
         if (slots.back().Arm == ElementArm::Series && nets.front().Kind == NetworkKind::InSeries)

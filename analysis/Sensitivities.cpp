@@ -102,26 +102,27 @@ public:
     SlopeLadder(const DesignState& design, const std::vector<ValuePlace>& places)
         : model(design.PartModel), source(design.RSource), load(design.RLoad) {
         for (int slot = 1; slot <= SlotsInUse(design); ++slot)
-            AddSlot(design.Elements[static_cast<std::size_t>(slot)], slot, places);
+            AddSlot(design, slot, places);
     }
 
-    /// Slopes of the block into out(place, point offset); `reflected` may be null.
+    /// Adds the slopes of the block to out(place, point offset); `reflected` may be null.
     void Run(const BlockPoints& points, double* attenuation, double* reflected, std::size_t stride,
              std::size_t count) {
         at = &points;
         Block E, B;
         TowardsSource(E, B);
-        Descend(E, source, attenuation, 1.0, false, stride, count);
+        Descend(E, source, attenuation, 1.0, stride, count);
         if (!reflected) return;
         // d ln |Gamma| = d ln |B| - d ln |E|
-        Descend(E, source, reflected, 1.0, false, stride, count);
-        Descend(B, -source, reflected, -1.0, true, stride, count);
+        Descend(E, source, reflected, 1.0, stride, count);
+        Descend(B, -source, reflected, -1.0, stride, count);
     }
 
 private:
-    void AddSlot(const CircuitElement& slot, int number, const std::vector<ValuePlace>& places) {
+    void AddSlot(const DesignState& design, int number, const std::vector<ValuePlace>& places) {
+        const CircuitElement& slot = design.Elements[static_cast<std::size_t>(number)];
         const ElementInfo& info = InfoOf(slot.Type);
-        for (const Network& network : NetworksOf(slot.Type)) {
+        for (const Network& network : BuiltNetworksOf(design, number)) {
             Arm& arm = arms.emplace_back();
             arm.Kind = info.Arm;
             if (info.Arm == ElementArm::Line)
@@ -143,7 +144,7 @@ private:
             const auto place =
                 std::find(places.begin(), places.end(), ValuePlace{number, network.Row});
             if (place != places.end()) node.Place = static_cast<int>(place - places.begin());
-            const double value = slot.Value(network.Row);
+            const double value = ValueOf(slot, network);
             const bool part =
                 network.Kind == NetworkKind::Inductor || network.Kind == NetworkKind::Capacitor;
             node.Value = part ? GuardedPartValue(value) : RadiansOf(value);
@@ -283,8 +284,9 @@ private:
         Fill(B, [&](std::size_t i) { return At(V, i) + -source * At(I, i); });
     }
 
-    /// Carries the row (1, resistance) / whole towards the load and writes, or adds, what it finds.
-    void Descend(const Block& whole, double resistance, double* out, double sign, bool add,
+    /// Carries the row (1, resistance) / whole towards the load and adds what it finds: a
+    /// value that two parts make has the slopes of both.
+    void Descend(const Block& whole, double resistance, double* out, double sign,
                  std::size_t stride, std::size_t count) {
         Block pV, pI;
         Fill(pV, [&](std::size_t i) { return Inverse(At(whole, i)); });
@@ -298,7 +300,7 @@ private:
                     sign * DbPerNeper * (weight.Re[i] * slope.Re[i] - weight.Im[i] * slope.Im[i]);
             double* const to = out + static_cast<std::size_t>(place) * stride;
             for (std::size_t i = 0; i < count; ++i)
-                to[i] = add ? to[i] + db[i] : db[i];
+                to[i] += db[i];
         };
         for (Arm& arm : arms) {
             if (arm.Kind == ElementArm::Line) {

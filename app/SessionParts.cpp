@@ -98,6 +98,7 @@ void DesignSession::TakeWorstBoard() {
     const YieldResult* const boards = Boards().Result();
     if (!boards || boards->Boards < 1) return;
     Document.Work.Design.Elements = boards->Worst;
+    Document.Work.Design.Pairs = boards->WorstPairs;
     AnalyseAndDraw();
 }
 

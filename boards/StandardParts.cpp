@@ -90,6 +90,8 @@ public:
           parts(PartsToChoose(*exact, task.Held, seriesReach)),
           base(std::make_unique<FilterDesign>(*exact)),
           work(Run()) {
+        exact->Pairs.clear();
+        base->Pairs.clear();
         // What is no part with a value of its own is snapped as the nearest values are.
         SnapToStdValue(*base);
         const PartChoices nearest = NearestChoices(parts);

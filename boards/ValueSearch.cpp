@@ -86,10 +86,13 @@ ValueSearch::ValueSearch(const FilterDesign& design, const std::vector<PartToCho
       bestCost(std::numeric_limits<double>::infinity()) {}
 
 const FilterDesign& ValueSearch::LadderOf(const PartChoices& choices) {
+    work->Pairs.clear();
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        const PartToChoose& part = parts[i];
-        work->Elements[static_cast<std::size_t>(part.Place.Slot)].Value(part.Place.Row) =
-            part.Choices[static_cast<std::size_t>(choices[i])].Value;
+        const ValuePlace& place = parts[i].Place;
+        const SeriesValue& value = parts[i].Choices[static_cast<std::size_t>(choices[i])];
+        work->Elements[static_cast<std::size_t>(place.Slot)].Value(place.Row) = value.Value;
+        if (value.IsPair())
+            work->Pairs.push_back({place, value.Value, value.Larger, value.Smaller});
     }
     return *work;
 }

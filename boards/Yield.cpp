@@ -52,6 +52,7 @@ void BoardCount::Build(int boards) {
         if (result.Boards++ > 0 && verdict.Margin >= result.WorstVerdict.Margin) continue;
         result.WorstVerdict = verdict;
         result.Worst = board->Elements;
+        result.WorstPairs = board->Pairs;
     }
     result.Interval = WilsonInterval(result.Passed, result.Boards);
 }

@@ -35,8 +35,9 @@ struct YieldResult {
     int Passed = 0;
     ShareInterval Interval{};
     std::vector<int> Failures{};  ///< by limit: boards that failed, each once at its worst limit
-    std::vector<double> FailureHz{};  ///< by limit: where most of them failed; 0: of a delay
-    ElementList Worst{};              ///< the board with the smallest margin
+    std::vector<double> FailureHz{};       ///< by limit: where most of them failed; 0: of a delay
+    ElementList Worst{};                   ///< the board with the smallest margin
+    std::vector<PairedPart> WorstPairs{};  ///< its capacitors that are two in parallel
     BoardVerdict WorstVerdict{};
 
     double Share() const { return Boards > 0 ? static_cast<double>(Passed) / Boards : 0.0; }

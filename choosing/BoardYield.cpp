@@ -26,6 +26,7 @@ double PassingShare(FilterDesign& design, LimitGrid& coarse, LimitGrid& fine, in
                     std::uint32_t seed) {
     std::mt19937 generator(seed);
     design.NominalElements = design.Elements;
+    const std::vector<PairedPart> pairs = design.Pairs;
     BoardDrawer drawer(design);
     int passed = 0;
     for (int board = 0; board < boards; ++board) {
@@ -35,6 +36,7 @@ double PassingShare(FilterDesign& design, LimitGrid& coarse, LimitGrid& fine, in
         if (margin >= 0.0) ++passed;
     }
     design.Elements = design.NominalElements;
+    design.Pairs = pairs;
     return boards > 0 ? double(passed) / boards : 0.0;
 }
 

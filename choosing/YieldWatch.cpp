@@ -21,9 +21,6 @@ std::vector<double> BoardNumbers(const BoardsAsked& asked) {
     for (const LimitLine& line : asked.Limits)
         numbers.insert(numbers.end(),
                        {static_cast<double>(line.Kind), line.From, line.To, line.Value});
-    for (const PairedPart& pair : design.Pairs)
-        numbers.insert(numbers.end(), {static_cast<double>(pair.Place.Slot),
-                                       static_cast<double>(pair.Place.Row), pair.Smaller});
     for (const HeldPart& part : design.Held)
         numbers.insert(numbers.end(), {static_cast<double>(part.Place.Slot),
                                        static_cast<double>(part.Place.Row), part.Tolerance});

@@ -26,6 +26,20 @@ Network Parallel(std::vector<Network> members) {
     return {NetworkKind::InParallel, 0, std::move(members)};
 }
 
+/// Puts both capacitors of a pair in the place of one.
+void SplitPairs(const DesignState& design, int slot, Network& network) {
+    for (Network& member : network.Members)
+        SplitPairs(design, slot, member);
+    if (network.Kind != NetworkKind::Capacitor) return;
+    const PairedPart* const pair = PairAt(design, {slot, network.Row});
+    if (!pair) return;
+    Network larger = network, smaller = network;
+    larger.Own = pair->Larger;
+    smaller.Own = pair->Smaller;
+    smaller.Letter = 'b';
+    network = Parallel({larger, smaller});
+}
+
 }  // namespace
 
 // Ind(1) is the inductor whose value is V1, Cap(2) the capacitor whose value is V2, and so on.
@@ -83,6 +97,24 @@ std::vector<Network> NetworksOf(ElementType type) {
             return {};
     }
     return {};
+}
+
+std::vector<Network> BuiltNetworksOf(const DesignState& design, int slot) {
+    std::vector<Network> networks =
+        NetworksOf(design.Elements[static_cast<std::size_t>(slot)].Type);
+    for (Network& network : networks)
+        SplitPairs(design, slot, network);
+    return networks;
+}
+
+double ValueOf(const CircuitElement& slot, const Network& symbol) {
+    return symbol.Own > 0.0 ? symbol.Own : slot.Value(symbol.Row);
+}
+
+std::string NameOf(const SlotDesignators& names, const Network& symbol) {
+    std::string name = names[static_cast<std::size_t>(symbol.Row)];
+    if (symbol.Own > 0.0) name += symbol.Letter;
+    return name;
 }
 
 }  // namespace ladderwise

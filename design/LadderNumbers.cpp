@@ -17,6 +17,10 @@ std::vector<double> LadderNumbers(const FilterDesign& design) {
         for (int row = 0; row < 4; ++row)
             numbers.push_back(design.Elements[slot].Value(row));
     }
+    for (const PairedPart& pair : design.Pairs)
+        if (PairAt(design, pair.Place))
+            numbers.insert(numbers.end(), {static_cast<double>(pair.Place.Slot),
+                                           static_cast<double>(pair.Place.Row), pair.Smaller});
     return numbers;
 }
 

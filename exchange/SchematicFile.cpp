@@ -145,8 +145,8 @@ private:
     bool IsReal() const { return design.PartModel.Choice != PartChoice::IdealParts; }
 
     void DrawPart(const Network& net, int u, int v) {
-        const double value = slot->Value(net.Row);
-        const std::string& name = (*names)[net.Row];
+        const double value = ValueOf(*slot, net);
+        const std::string name = NameOf(*names, net);
         const bool zero = !(value > SmallestPartValue);
         switch (net.Kind) {
             case NetworkKind::Inductor:
@@ -273,7 +273,7 @@ std::string SchematicFileText(const FilterDesign& design, const FrequencyRange& 
     for (int k = 1; k <= std::min(design.NumElements, NumSlots - 1); ++k) {
         const CircuitElement& slot = design.Elements[k];
         const bool shunt = InfoOf(slot.Type).Arm == ElementArm::Shunt;
-        for (const Network& net : NetworksOf(slot.Type)) {
+        for (const Network& net : BuiltNetworksOf(design, k)) {
             arm.Begin(slot, names[k], x, 0);
             const Extent extent = arm.ExtentOf(net);
             const bool open = net.Kind == NetworkKind::OpenStub;

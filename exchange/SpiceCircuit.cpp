@@ -69,7 +69,7 @@ public:
             names = &designators[k];
             const bool isShunt = InfoOf(slot->Type).Arm == ElementArm::Shunt;
             const int behind = isShunt ? Ground : NewNode();
-            for (const Network& net : NetworksOf(slot->Type))
+            for (const Network& net : BuiltNetworksOf(design, k))
                 Place(net, node, behind);
             if (!isShunt) node = behind;
         }
@@ -101,12 +101,12 @@ private:
     }
 
     void Place(const Network& net, int a, int b) {
-        const std::string& name = (*names)[net.Row];
+        const std::string name = NameOf(*names, net);
         switch (net.Kind) {
             case NetworkKind::Inductor:
-                return PlaceInductor(name, slot->Value(net.Row), a, b);
+                return PlaceInductor(name, ValueOf(*slot, net), a, b);
             case NetworkKind::Capacitor:
-                return PlaceCapacitor(name, slot->Value(net.Row), a, b);
+                return PlaceCapacitor(name, ValueOf(*slot, net), a, b);
             case NetworkKind::Line:
                 return PlaceLine(net, a, b, false);
             case NetworkKind::ShortedStub:

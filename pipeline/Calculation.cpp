@@ -159,6 +159,7 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
     result.Seed = seed;
     std::mt19937 generator(result.Seed);
     design.NominalElements = design.Elements;
+    const std::vector<PairedPart> pairs = design.Pairs;
     BoardDrawer drawer(design);
     const SweepResponse nominal = design.Response;
     std::vector<double> low(NumSweepPoints);
@@ -174,6 +175,7 @@ void RunWorstCase(Calculation& calculation, std::uint32_t seed, const MessageCal
         plotRun({run, calculation.RunQuantities, design.Response});
     }
     design.Elements = design.NominalElements;
+    design.Pairs = pairs;
     design.Response = nominal;
     result.LowDb = LevelsDb(low);
     result.HighDb = LevelsDb(high);

@@ -81,6 +81,6 @@ private:
 StandardParts ChooseStandardParts(const FilterDesign& exact, const ElementList& ideal,
                                   const StandardTask& task);
 
-inline constexpr int SearchEvaluations = 15000;
+inline constexpr int SearchEvaluations = 12000;
 
 }  // namespace ladderwise

@@ -16,6 +16,7 @@ namespace {
 constexpr std::uint32_t kickSeed = 1;  ///< the choice is the same every time
 constexpr int fewestKicked = 2;
 constexpr int mostKicked = 4;
+constexpr int startsAfresh = 20;       ///< with all resonators retuned
 constexpr int mostRetuned = 2;         ///< resonators
 constexpr int kicksWithoutNews = 400;  ///< all known: there is nothing left to be found
 
@@ -227,8 +228,18 @@ Slices ValueSearch::Wander(PartChoices choices) {
         co_yield Pause;
     if (parts.empty()) co_return;
     const std::vector<int> coils = TunedCoils(parts);
-    for (int idle = 0; !IsDone() && idle < kicksWithoutNews; ++idle) {
+    int afresh = coils.empty() ? 0 : startsAfresh;
+    for (int idle = 0; !IsDone() && (idle < kicksWithoutNews || afresh > 0); ++idle) {
         const int before = evaluations;
+        if (idle >= kicksWithoutNews) {
+            --afresh;
+            idle = 0;
+            for (const int coil : coils)
+                Retune(choices, coil, random);
+            Slices start = Descend(choices);
+            while (start.Advance())
+                co_yield Pause;
+        }
         PartChoices kicked = choices;
         if (!coils.empty() && Below(random, 2) == 0)
             for (std::size_t k = 1 + Below(random, mostRetuned); k > 0; --k)

@@ -66,8 +66,10 @@ public:
     /// the evaluations are used up.
     Slices Descend(PartChoices& choices);
 
-    /// Kicks 2 to 4 parts by one step and descends, again and again; what is worse than the current
-    /// by less than the share KickTolerance becomes the current.
+    /// Kicks 2 to 4 parts by one step, or one or two resonators to another ratio of L to C, and
+    /// descends, again and again; what is worse than the current by less than the share
+    /// KickTolerance becomes the current. Where nothing new is found any more it starts afresh with
+    /// all resonators retuned.
     Slices Wander(PartChoices choices);
 
     /// The evaluations are used up, or nothing better can be found.

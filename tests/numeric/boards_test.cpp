@@ -72,6 +72,17 @@ TEST(StandardParts, TheClosestSetOfAllIsFound) {
     const StandardParts parts = Chosen(*calculation, StdMethod::Together);
     EXPECT_LE(parts.ChosenCost, LeastOfAll(*calculation, 3) * (1.0 + 1e-12));
     EXPECT_LT(parts.ChosenCost, 0.7 * parts.NearestCost);
+    // Other ratios of L to C in both resonators, four values away.
+    const auto resonators = Designed({{"pass", "band-pass"},
+                                      {"poles", "2"},
+                                      {"response", "chebyshev"},
+                                      {"ripple", "0.1"},
+                                      {"f0", "38.9314"},
+                                      {"bw-percent", "12"},
+                                      {"cap-tol", "5"},
+                                      {"ind-tol", "5"}});
+    EXPECT_LE(Chosen(*resonators, StdMethod::Together).ChosenCost,
+              LeastOfAll(*resonators, 4) * (1.0 + 1e-12));
     FilterDesign nearest = calculation->Design;
     SnapToStdValue(nearest);
     for (int slot = 1; slot <= nearest.NumElements; ++slot)

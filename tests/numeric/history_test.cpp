@@ -76,11 +76,16 @@ std::string BytesOf(const DesignDocument& document) {
     return bytes;
 }
 
+/// A ladder that cannot be built has values that are none.
+bool SameNumber(double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
 bool SameLadder(const FilterDesign& a, const FilterDesign& b) {
     bool same = a.NumElements == b.NumElements;
     for (int slot = 1; slot <= a.NumElements; ++slot)
         for (int row = 0; row < 4; ++row)
-            same = same && a.Elements[slot].Value(row) == b.Elements[slot].Value(row);
+            same = same && SameNumber(a.Elements[slot].Value(row), b.Elements[slot].Value(row));
     return same;
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "choosing/PlacementSearch.h"
+#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 
@@ -117,6 +118,12 @@ bool ReachesOverPassBand(const LimitLine& line, const NeedBands& bands, PassType
 }
 
 }  // namespace
+
+double RoundedTyped(double decibels) {
+    constexpr int typedDigits = 5;
+    ReadPlainNumber(RoundedNumber(decibels, typedDigits), decibels);
+    return decibels;
+}
 
 double LargestNeedOf(const LimitLines& limits) {
     double need = 0.0;

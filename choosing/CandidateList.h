@@ -14,6 +14,9 @@ inline constexpr double CoarsestRippleDb = 1.0;
 inline constexpr double LeastNeedDb = 5.0;
 inline constexpr double MostNeedDb = 100.0;
 
+/// A ripple or an attenuation (dB) as it is typed into its box: five digits.
+double RoundedTyped(double decibels);
+
 /// A candidate with its place in the raster of ripples and attenuations of its group, which stays
 /// when a limit changes.
 struct ListedCandidate {

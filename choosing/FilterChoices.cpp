@@ -8,10 +8,10 @@
 
 #include "choosing/BoardYield.h"
 #include "choosing/CandidateList.h"
+#include "choosing/Refinement.h"
 #include "choosing/RowMaker.h"
 #include "choosing/RowOrder.h"
 #include "numbers/Matherrmain.h"
-#include "numbers/PlainNumbers.h"
 
 namespace ladderwise {
 
@@ -25,11 +25,9 @@ constexpr double beyondSteps = -4.0;     ///< dB: a margin that standard values 
 constexpr double surelyMetDb = 1e-6;     ///< a smaller margin is rounding
 constexpr int usualTraps = 5, mostTraps = 10;
 constexpr double refineBelowDb = 0.3, refineAboveDb = -6.0;  ///< margins that are refined
-constexpr int refineTries = 26;
+constexpr std::size_t mostHills = 4;                         ///< of a group that are climbed
 constexpr double knownHopelessDb = -7.0;  ///< and below: of no use to a list after the next change
 constexpr double knownFailedDb = -1.0;    ///< the same after refining
-constexpr double worthMoreDb = -2.0;      ///< margins that are worth more tries
-constexpr double nearLargest = 0.9999;    ///< of the largest ripple
 constexpr double trapFormsAboveDb = -0.5;
 constexpr std::size_t mostMisses = 10;  ///< of each kind
 constexpr std::size_t missesJudged = 60, missesSearched = 80;
@@ -39,12 +37,6 @@ constexpr int rowsInReserve = 8;
 constexpr std::size_t mostRevised = 40, mostRevisedSteps = 12;  ///< rows; of standard values
 constexpr double revisedFromDb = -3.0;
 constexpr double nominalF0 = 1e8, nominalWidth = 0.2;  ///< Hz, share: to count parts at
-constexpr int typedDigits = 5;                         ///< of ripple and attenuation
-
-double RoundedTyped(double x) {
-    ReadPlainNumber(RoundedNumber(x, typedDigits), x);
-    return x;
-}
 
 /// Puts the log back as it was: a candidate that cannot be built is nobody's error.
 class QuietMathErrors {
@@ -80,7 +72,11 @@ public:
           delays(std::any_of(
               asked.Limits.begin(), asked.Limits.end(),
               [](const LimitLine& line) { return line.Kind == LimitKind::DelayVariationMax; })),
-          notIdeal(standard || rows.Base().PartModel.Choice != PartChoice::IdealParts) {}
+          notIdeal(standard || rows.Base().PartModel.Choice != PartChoice::IdealParts),
+          refiner(maker, coarse, kept, rows.Base().PassType, standard,
+                  [this](Candidate& what, const Placement* start, double worthDb) {
+                      return Place(what, KeptLimits::All, start, coarse, true, worthDb);
+                  }) {}
 
     FilterList Run() {
         FilterList list;
@@ -91,7 +87,7 @@ public:
             FinishRows(list);
             list.Candidates = static_cast<int>(found.size());
             if (list.Choices.empty() && !list.Stopped) FindMisses(list);
-            list.Analyses = analyses;
+            list.Analyses = analyses + refiner.Analyses();
         }
         if (list.Stopped) list = {.Stopped = true};
         return list;
@@ -120,16 +116,11 @@ public:
         FilterList list;
         FinishRows(list);
         list.Candidates = static_cast<int>(found.size());
-        list.Analyses = analyses;
+        list.Analyses = analyses + refiner.Analyses();
         return list;
     }
 
 private:
-    /// That refining may come to, dB.
-    double LargestRipple() const {
-        return LargestRippleFor(request.Limits, rows.Base().PassType, true);
-    }
-
     bool Report(double done) const { return !progress || progress(done); }
     /// Searches one candidate, from `start` where there is one; only as far as it may come to more
     /// than `worthDb`.
@@ -303,132 +294,63 @@ private:
         });
     }
 
-    /// Ripple and attenuation of the best of each group near the front, beside those of the raster.
+    /// Ripple and attenuation of each group near the front, beside those of the raster.
     void Refine() {
-        std::map<decltype(GroupOf(Candidate{})), Found> best;
-        for (const Found& f : found) {
-            if (!HasRipple(f.Listed.What)) continue;
-            const auto [place, isNew] = best.try_emplace(GroupOf(f.Listed.What), f);
-            if (!isNew && f.At.Margin > place->second.At.Margin) place->second = f;
+        std::map<ChoosingMemory::Group, std::vector<Found>> members;
+        for (const Found& f : found)
+            if (HasRipple(f.Listed.What)) members[GroupOf(f.Listed.What)].push_back(f);
+        std::vector<std::vector<Found>> groups;
+        for (auto& [group, of] : members) {
+            std::stable_sort(of.begin(), of.end(), [](const Found& a, const Found& b) {
+                return a.At.Margin > b.At.Margin;
+            });
+            const double best = of.front().At.Margin;
+            if (best < refineBelowDb && best > refineAboveDb) groups.push_back(std::move(of));
         }
-        std::vector<Found> groups;
-        for (const auto& [group, f] : best)
-            if (f.At.Margin < refineBelowDb && f.At.Margin > refineAboveDb) groups.push_back(f);
-        std::sort(groups.begin(), groups.end(),
-                  [](const Found& a, const Found& b) { return a.Parts.Both() < b.Parts.Both(); });
+        std::stable_sort(groups.begin(), groups.end(), [](const auto& a, const auto& b) {
+            return a.front().Parts.Both() < b.front().Parts.Both();
+        });
         const bool anyMeets = std::any_of(found.begin(), found.end(), [](const Found& f) {
             return f.At.Margin >= narrowMarginDb;
         });
-        for (const Found& group : groups)
-            if (LeastCost(group.Listed.What) <= MostCost() && !IsBehind(group) &&
-                !(anyMeets && HasFailedBefore(group)))
+        for (const std::vector<Found>& group : groups)
+            if (const Found& best = group.front(); LeastCost(best.Listed.What) <= MostCost() &&
+                                                   !IsBehind(best) &&
+                                                   !(anyMeets && HasFailedBefore(best)))
                 RefineGroup(group);
     }
 
     /// True if all refining of the last lists left it failing by more than limits have moved.
     bool HasFailedBefore(const Found& group) const {
         const auto kept = memory.Refined.find(GroupOf(group.Listed.What));
-        return kept != memory.Refined.end() && kept->second.LargestRippleDb == LargestRipple() &&
+        return kept != memory.Refined.end() &&
+               kept->second.LargestRippleDb == refiner.LargestRipple() &&
                std::max(kept->second.At.Margin, group.At.Margin - kept->second.Grown) +
                        kept->second.Grown <
                    knownFailedDb;
     }
 
-    /// What passes by little has the attenuation that is asked for and no more: a ridge as narrow
-    /// as the margin. True if `f` does better there.
-    bool TakeNeedItself(Found& f) {
-        constexpr double aboveNeed[] = {0.02, 0.1};
-        constexpr double ofLargest[] = {0.85, 0.95, 0.99};
-        const double largest = LargestRippleFor(request.Limits, rows.Base().PassType, false);
-        bool better = false;
-        for (const double above : aboveNeed)
-            for (const double share : ofLargest) {
-                Found tried = f;
-                Candidate& what = tried.Listed.What;
-                what.RippleDb = RoundedTyped(std::max(share * largest, FinestRippleDb));
-                what.AttenDb = RoundedTyped(
-                    std::clamp(LargestNeedOf(request.Limits) + above, LeastNeedDb, MostNeedDb));
-                tried.At = Place(what, KeptLimits::All, nullptr, coarse, true, f.At.Margin);
-                if (tried.At.Margin > f.At.Margin) f = tried, better = true;
-            }
-        return better;
+    /// The best beside the raster, from all hills of a group on it.
+    void RefineGroup(const std::vector<Found>& group) {
+        std::vector<PlacedCandidate> starts;
+        for (const Found& f : group)
+            if (IsHill(f, group)) starts.emplace_back(f.Listed.What, f.At);
+        if (starts.size() > mostHills) starts.resize(mostHills);
+        const std::optional<PlacedCandidate> refined = refiner.Refine(starts);
+        if (!refined || !maker.Use(refined->first)) return;
+        Found better = group.front();
+        better.Listed.What = refined->first;
+        better.At = refined->second;
+        Note(better);
     }
 
-    /// What the last list came to beside the raster: tried as it was, and as the limits have moved.
-    /// False if there was none.
-    bool TakeRefined(Found& f, bool& better) {
-        const auto kept = memory.Refined.find(GroupOf(f.Listed.What));
-        if (kept == memory.Refined.end()) return false;
-        const ChoosingMemory::RefinedPlace& last = kept->second;
-        const double largest = LargestRipple();
-        Candidate asItWas = f.Listed.What, moved = asItWas;
-        asItWas.RippleDb = std::min(last.What.RippleDb, RoundedTyped(nearLargest * largest));
-        asItWas.AttenDb = last.What.AttenDb;
-        moved.RippleDb = RoundedTyped(std::max(
-            last.What.RippleDb * std::min(largest / last.LargestRippleDb, 1.0), FinestRippleDb));
-        moved.AttenDb =
-            RoundedTyped(std::clamp(last.What.AttenDb + LargestNeedOf(request.Limits) - last.NeedDb,
-                                    LeastNeedDb, MostNeedDb));
-        for (const Candidate& what : {asItWas, moved}) {
-            if (&what != &asItWas && what == asItWas) continue;
-            Found tried = f;
-            tried.Listed.What = what;
-            tried.At =
-                Place(tried.Listed.What, KeptLimits::All, &last.At, coarse, true, f.At.Margin);
-            if (tried.At.Margin > f.At.Margin) f = tried, better = true;
-        }
-        return true;
-    }
-
-    /// Compass search in the logarithm of the ripple and in the attenuation.
-    void RefineGroup(Found f) {
-        const double largest = LargestRipple();
-        const bool traps = IsElliptic(f.Listed.What.Response);
-        double stepRipple = 0.35, stepAtten = 3.0;
-        constexpr double smallestStep = 0.01;
-        bool better = false;
-        constexpr double nearby = 0.5;
-        int tries = 0;
-        if (TakeRefined(f, better))
-            stepRipple *= nearby, stepAtten *= nearby;
-        else if (traps)
-            better = TakeNeedItself(f);
-        // Traps that keep to a place are traded for the ripple along both diagonals.
-        const bool narrowStops = !BandsOf(request.Limits, f.Listed.What.Pass).NarrowStops.empty();
-        const int mostTries =
-            narrowStops && f.At.Margin > worthMoreDb ? 2 * refineTries : refineTries;
-        while (tries < mostTries && stepRipple > smallestStep) {
-            bool moved = false;
-            const std::array<std::pair<double, double>, 8> moves = {{{-stepRipple, 0.0},
-                                                                     {stepRipple, 0.0},
-                                                                     {0.0, stepAtten},
-                                                                     {0.0, -stepAtten},
-                                                                     {-stepRipple, stepAtten},
-                                                                     {stepRipple, -stepAtten},
-                                                                     {-stepRipple, -stepAtten},
-                                                                     {stepRipple, stepAtten}}};
-            for (const auto& [ripple, atten] : moves) {
-                if (!traps && atten != 0.0) continue;
-                if (!narrowStops && ripple * atten > 0.0) continue;
-                Found tried = f;
-                Candidate& what = tried.Listed.What;
-                what.RippleDb = RoundedTyped(std::clamp(what.RippleDb * std::exp(ripple),
-                                                        FinestRippleDb, nearLargest * largest));
-                what.AttenDb =
-                    RoundedTyped(std::clamp(what.AttenDb + atten, LeastNeedDb, MostNeedDb));
-                if (what == f.Listed.What) continue;
-                ++tries;
-                tried.At = Place(what, KeptLimits::All, &f.At, coarse, true, f.At.Margin);
-                if (!(tried.At.Margin > f.At.Margin)) continue;
-                f = tried;
-                moved = better = true;
-                break;
-            }
-            if (!moved) stepRipple *= 0.5, stepAtten *= 0.5;
-        }
-        memory.Refined[GroupOf(f.Listed.What)] = {f.Listed.What, f.At, largest,
-                                                  LargestNeedOf(request.Limits)};
-        if (better && maker.Use(f.Listed.What)) Note(f);
+    /// True for what does best among its neighbours in the raster, a group's best always.
+    static bool IsHill(const Found& f, const std::vector<Found>& group) {
+        return std::none_of(group.begin(), group.end(), [&](const Found& g) {
+            return g.At.Margin > f.At.Margin &&
+                   std::abs(g.Listed.RippleIndex - f.Listed.RippleIndex) <= 1 &&
+                   std::abs(g.Listed.AttenIndex - f.Listed.AttenIndex) <= 1;
+        });
     }
 
     /// Rows of everything that meets the limits, best first.
@@ -568,6 +490,7 @@ private:
     LadderMaker maker;
     LimitGrid coarse, fine;
     bool standard, delays, notIdeal;
+    Refinement refiner;
     std::vector<Found> found;
     std::vector<double> sureCosts;  ///< of what meets the limits by more than the points may miss
     std::set<std::tuple<ChoosingMemory::Group, double, double>> seen;

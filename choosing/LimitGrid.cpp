@@ -209,6 +209,20 @@ KindMargins LimitGrid::MostOf(const FilterDesign& design) {
     return most;
 }
 
+bool LimitGrid::PointMargins(const FilterDesign& design, std::vector<double>& out) {
+    out.clear();
+    if (!all.Analyse(design)) return false;
+    for (std::size_t row = 0; row < lines.size(); ++row) {
+        const Span& span = all.Spans[row];
+        const bool whole = lines[row].Kind == LimitKind::DelayVariationMax;
+        double at = 0.0;
+        if (whole) out.push_back(MarginOf(lines[row], span, at));
+        for (std::size_t i = 0; i < span.Count && !whole; ++i)
+            out.push_back(MarginOf(lines[row], {span.First + i, 1}, at));
+    }
+    return std::all_of(out.begin(), out.end(), [](double margin) { return std::isfinite(margin); });
+}
+
 const std::vector<RowMargin>& LimitGrid::Judge(const FilterDesign& design, double centre) {
     const bool done = all.Analyse(design);
     for (std::size_t row = 0; row < lines.size(); ++row) {

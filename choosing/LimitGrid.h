@@ -52,6 +52,11 @@ public:
     /// around the best one need no more to be turned down. Limits of delay are left out.
     KindMargins MostOf(const FilterDesign& design);
 
+    /// The margin at every point of the limits in dB, and one of each limit of delay, into `out`:
+    /// what Judge takes the smallest of, but for extremes between points. False, and `out` of no
+    /// use, where the ladder cannot be analysed.
+    bool PointMargins(const FilterDesign& design, std::vector<double>& out);
+
     const LimitLines& Limits() const { return lines; }
 
 private:

@@ -50,6 +50,9 @@ public:
     Placement Find(const Candidate& candidate, const Placement* start = nullptr,
                    double worthDb = HopelessDb);
 
+    /// The margins of what `maker` has taken up at one place.
+    Placement At(double f0, double bandWidth) { return Look(f0, bandWidth).At; }
+
     /// Looks around a placement for one whose standard values do better.
     Placement FindStandard(const Candidate& candidate, const Placement& around);
 

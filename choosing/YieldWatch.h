@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "boards/StandardParts.h"
 #include "boards/Yield.h"
 
 namespace ladderwise {

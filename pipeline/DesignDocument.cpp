@@ -21,7 +21,8 @@ KeptDesign KeptOf(const HandMadeDesign& design) {
     const auto scratch = std::make_unique<Calculation>();
     scratch->Inputs = design.Inputs;
     static_cast<DesignState&>(scratch->Design) = design.Design;
-    KeptDesign kept{RecordOf(*scratch), KeptLadderOf(design.Design), design.Inputs.Held};
+    KeptDesign kept{RecordOf(*scratch), KeptLadderOf(design.Design), design.Inputs.Held,
+                    CalculatedLadderOf(design.Design)};
     RefreshRecord(kept.Record, {});
     return kept;
 }
@@ -154,15 +155,16 @@ UnsavedWork DesignDocument::Kept() const {
     UnsavedWork work;
     work.Name = ProposedFileName(Work.Design);
     work.File = tie->Path;
-    if (tie->Saved) work.Saved = KeptDesign{*tie->Saved, {}, tie->SavedHeld};
+    if (tie->Saved) work.Saved = KeptDesign{*tie->Saved, {}, tie->SavedHeld, {}};
     work.Stamps = tie->Stamps;
     if (tie->Saved && tie->SavedEdits)
         work.Saved->Ladder = KeptSlotsOf(*tie->SavedEdits, CountOf(*tie->SavedEdits));
-    work.Design = {Record({}), KeptLadderOf(Work.Design), Work.Inputs.Held};
+    work.Design = {Record({}), KeptLadderOf(Work.Design), Work.Inputs.Held,
+                   CalculatedLadderOf(Work.Design)};
     if (Work.Discarded) work.Discarded = KeptOf(*Work.Discarded);
     if (reference) {
-        work.Reference =
-            KeptDesign{reference->Record, KeptLadderOf(reference->Design), reference->Held};
+        work.Reference = KeptDesign{reference->Record, KeptLadderOf(reference->Design),
+                                    reference->Held, CalculatedLadderOf(reference->Design)};
         RefreshRecord(work.Reference->Record, {});
     }
     work.ReferenceShown = showReference;
@@ -181,7 +183,7 @@ bool DesignDocument::Recover(const UnsavedWork& work, const MessageCallback& rep
         calculation.Inputs.Held = kept.Held;
         const auto putBack = [&] {
             if (kept.Ladder.empty()) return false;
-            fits = PutBackLadder(calculation.Design, kept.Ladder) && fits;
+            fits = PutBackLadder(calculation.Design, kept) && fits;
             return true;
         };
         PrepareAmended(calculation, putBack, report);

@@ -67,12 +67,15 @@ std::vector<WatchedPlace> PlacesToWatch(const FilterDesign& design, const Respon
 }
 
 struct Spread {
-    double Sum = 0.0, Squares = 0.0;
+    double First = 0.0, Sum = 0.0, Squares = 0.0;
     int Count = 0;
 
+    /// Counted from the first: of levels themselves, the difference of their squares would be
+    /// their rounding, of which the root is a millionth of a dB.
     void Take(double x) {
         if (!std::isfinite(x)) return;
-        Sum += x, Squares += x * x, ++Count;
+        if (Count == 0) First = x;
+        Sum += x - First, Squares += (x - First) * (x - First), ++Count;
     }
     double Deviation() const {
         if (Count == 0) return 0.0;
@@ -169,11 +172,12 @@ private:
     void Emit(const WatchedPlace& watched, const std::vector<double>& slopes, bool bySamples,
               std::vector<PartShare>& shares) const {
         const auto names = DesignatorsOf(nominal);
-        const double squares = std::pow(Deviation(slopes) / DeviationOfDraw(nominal.Boards), 2);
+        const double deviation = Deviation(slopes);
+        const double squares = std::pow(deviation / DeviationOfDraw(nominal.Boards), 2);
         for (std::size_t i = 0; i < places.size(); ++i) {
             const auto& [slot, row] = places[i];
             const double part = std::pow(slopes[i] * tolerances[i], 2);
-            const bool counts = tolerances[i] > 0.0 && squares > 0.0;
+            const bool counts = tolerances[i] > 0.0 && deviation > noSpreadDb;
             shares.push_back({names[static_cast<std::size_t>(slot)][static_cast<std::size_t>(row)],
                               slot, row, counts ? part / squares : 0.0, slopes[i] * percentOfValue,
                               watched.At, bySamples, tolerances[i]});

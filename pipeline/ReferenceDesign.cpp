@@ -36,8 +36,11 @@ ResultTexts FiguresOf(const FilterDesign& design, const ResponseResults& results
 }  // namespace
 
 ReferenceDesign StoreReference(const Calculation& calculation, const MessageCallback& report) {
-    ReferenceDesign stored{RecordOf(calculation), calculation.Design, calculation.Quantities,
-                           ResultsOf(calculation.Design), calculation.Inputs.Held};
+    ReferenceDesign stored{RecordOf(calculation),     calculation.Design,
+                           calculation.Quantities,    ResultsOf(calculation.Design),
+                           calculation.Inputs.Held,   calculation.UsedInputs,
+                           calculation.IdealElements, calculation.SynthesisMathErrors,
+                           calculation.Remarks};
     // The tables of the pulse in hand may be those of another F0.
     PulseWork work;
     CalcPulseResponse(stored.Design, PulseWidth, work, stored.Quantities.Pulse, report);
@@ -49,9 +52,13 @@ void ExchangeReference(ReferenceDesign& reference, Calculation& calculation,
     ReferenceDesign inHand = StoreReference(calculation, report);
     LoadRecord(reference.Record, calculation);
     calculation.Inputs.Held = reference.Held;
-    calculation.Design.Elements = reference.Design.Elements;
-    calculation.Design.CalculatedElements = reference.Design.CalculatedElements;
-    calculation.Design.NumElements = reference.Design.NumElements;
+    // The calculation to follow discards what it finds in hand, with its own terminations and
+    // inputs: Ctrl+B brings both back together.
+    static_cast<DesignState&>(calculation.Design) = reference.Design;
+    calculation.UsedInputs = reference.UsedInputs;
+    calculation.IdealElements = reference.IdealElements;
+    calculation.SynthesisMathErrors = reference.SynthesisMathErrors;
+    calculation.Remarks = reference.Remarks;
     reference = std::move(inHand);
 }
 

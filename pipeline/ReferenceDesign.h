@@ -20,6 +20,11 @@ struct ReferenceDesign {
     DisplayQuantities Quantities{};  ///< at those frequencies, the pulse included
     ResponseResults Results{};
     HeldParts Held{};  ///< no part of a record
+    /// What its calculation had and left beside the design: values changed by hand belong to these.
+    DesignInputs UsedInputs{};
+    ElementList IdealElements{};
+    std::uint64_t SynthesisMathErrors = 0;
+    std::vector<PartsRemark> Remarks{};
 };
 
 /// "Set Ref": the nominal design of a finished calculation. Its pulse is calculated whether the

@@ -52,6 +52,7 @@ void AddSlots(std::string& text, const std::string& key, const std::vector<KeptS
 void AddDesign(std::string& text, const std::string& key, const KeptDesign& design) {
     AddLine(text, key, Hex(EncodeRecord(design.Record)));
     AddSlots(text, key + "-slot", design.Ladder);
+    AddSlots(text, key + "-calculated", design.Calculated);
     for (const HeldPart& part : design.Held)
         AddLine(text, key + "-held", NumberText(part.Place.Slot), NumberText(part.Place.Row),
                 NumberText(part.Value), NumberText(part.Tolerance));
@@ -180,7 +181,7 @@ std::optional<KeptDesign> KeptDesignIn(const KeyedLines& lines, const std::strin
     const auto record = lines.Optional(key);
     if (!record) return {};
     return KeptDesign{KeptRecord(*record), KeptSlotsIn(lines, key + "-slot"),
-                      KeptHeldIn(lines, key + "-held")};
+                      KeptHeldIn(lines, key + "-held"), KeptSlotsIn(lines, key + "-calculated")};
 }
 
 template <typename Values>
@@ -249,6 +250,11 @@ std::vector<KeptSlot> KeptLadderOf(const DesignState& design) {
     return KeptSlotsOf(design.Elements, SlotsInUse(design));
 }
 
+std::vector<KeptSlot> CalculatedLadderOf(const DesignState& design) {
+    if (!HasEdits(design)) return {};
+    return KeptSlotsOf(*design.CalculatedElements, SlotsInUse(design));
+}
+
 ElementList ElementsOf(const std::vector<KeptSlot>& slots) {
     ElementList elements{};
     for (std::size_t i = 0; i < slots.size(); ++i) {
@@ -262,12 +268,20 @@ ElementList ElementsOf(const std::vector<KeptSlot>& slots) {
     return elements;
 }
 
-bool PutBackLadder(DesignState& design, const std::vector<KeptSlot>& ladder) {
-    const ElementList elements = ElementsOf(ladder);
-    for (std::size_t i = 0; i < ladder.size(); ++i)
-        if (!IsElement(elements[i + 1].Type)) return false;
+bool PutBackLadder(DesignState& design, const KeptDesign& kept) {
+    const auto areKnown = [](const ElementList& elements, std::size_t count) {
+        return std::all_of(elements.begin() + 1,
+                           elements.begin() + 1 + static_cast<std::ptrdiff_t>(count),
+                           [](const CircuitElement& element) { return IsElement(element.Type); });
+    };
+    const ElementList elements = ElementsOf(kept.Ladder);
+    if (!areKnown(elements, kept.Ladder.size())) return false;
     design.Elements = elements;
-    design.NumElements = static_cast<int>(ladder.size());
+    design.NumElements = static_cast<int>(kept.Ladder.size());
+    const ElementList calculated = ElementsOf(kept.Calculated);
+    if (kept.Calculated.size() == kept.Ladder.size() &&
+        areKnown(calculated, kept.Calculated.size()))
+        design.CalculatedElements = calculated;
     return true;
 }
 

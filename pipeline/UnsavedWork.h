@@ -31,6 +31,9 @@ struct KeptDesign {
     /// Slots 1 .. of a ladder with values edited by hand; empty: it is as calculated.
     std::vector<KeptSlot> Ladder{};
     HeldParts Held{};
+    /// The same slots as the calculation left them which the edits were made on: where inputs were
+    /// read since without a calculation, a new one makes another ladder. Empty: not known.
+    std::vector<KeptSlot> Calculated{};
 };
 
 struct UnsavedWork {
@@ -59,13 +62,16 @@ std::vector<KeptSlot> KeptSlotsOf(const ElementList& elements, int count);
 /// The ladder of a design with values edited by hand; empty if it has none.
 std::vector<KeptSlot> KeptLadderOf(const DesignState& design);
 
+/// The ladder that its edits were made on; empty if it has none.
+std::vector<KeptSlot> CalculatedLadderOf(const DesignState& design);
+
 /// The other way round. Types that the catalogue does not have are no elements.
 ElementList ElementsOf(const std::vector<KeptSlot>& slots);
 
-/// Puts a kept ladder in the place of the calculated one, which may have other elements (values
-/// that were brought back); an analysis has to follow. False, and nothing is changed, where the
-/// catalogue does not have its elements.
-bool PutBackLadder(DesignState& design, const std::vector<KeptSlot>& ladder);
+/// Puts the ladder of a kept design in the place of the calculated one, which may have other
+/// elements (values that were brought back); an analysis has to follow. False, and nothing is
+/// changed, where the catalogue does not have its elements.
+bool PutBackLadder(DesignState& design, const KeptDesign& kept);
 
 /// Lines of a key and its value: bytes as pairs of hexadecimal digits, numbers with all their
 /// digits. The last line tells that the text is whole.

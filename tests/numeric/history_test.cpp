@@ -191,6 +191,19 @@ void ExpectEveryStateAgain(DesignDocument& document, const std::vector<std::stri
     EXPECT_FALSE(document.Redo());
 }
 
+/// Values edited by hand stand on what their inputs calculate.
+void ExpectEditsOfTheirInputs(const Calculation& work) {
+    if (!HasEdits(work.Design)) return;
+    const auto fresh = std::make_unique<Calculation>();
+    fresh->Inputs = work.Inputs;
+    Calculate(*fresh, {});
+    FilterDesign base = work.Design;
+    base.Elements = *base.CalculatedElements;
+    EXPECT_TRUE(SameLadder(base, fresh->Design));
+    EXPECT_EQ(base.RLoad, fresh->Design.RLoad);
+    EXPECT_EQ(base.F0, fresh->Design.F0);
+}
+
 /// What was kept of a document, read again by another one, is the same design.
 void ExpectRecovered(const DesignDocument& document) {
     const auto work = DecodeWork(EncodeWork(document.Kept()));
@@ -227,6 +240,7 @@ TEST(History, UndoAndRedoReturnToEveryStateToTheLastBit) {
         if (document.Steps() > steps || document.UndoName() != before) states.emplace_back();
         states.back() = BytesOf(document);
         if (i % 20 == 0) ExpectRecovered(document);
+        if (i % 5 == 0) ExpectEditsOfTheirInputs(document.Work);
         if (i % Round != 0) continue;
         ExpectEveryStateAgain(document, states);
         document.Begin();
@@ -264,6 +278,33 @@ TEST(UnsavedWork, KeepsWhatBelongsToEditedValues) {
     document.AnalyseEdits({});
     hands.Note();
     EXPECT_TRUE(cannotFit());
+    ExpectRecovered(document);
+}
+
+// A calculation discards the edited values of the design in hand: after an exchange those of the
+// reference, to be brought back between its terminations, not those of the design before.
+TEST(UnsavedWork, EditsOfAReferenceComeBackWithItsInputs) {
+    DocumentHands hands;
+    DesignDocument& document = hands.Document;
+    Calculation& work = document.Work;
+    hands.Type(InputId::RLoad, "200");
+    hands.PressKey(FormKey::F2, 2, 0);
+    const FilterDesign edited = work.Design;
+    document.SetReference({});
+    hands.Type(InputId::RLoad, "75");
+    hands.Type(InputId::F0, "50");
+    document.ExchangeReference({});
+    hands.Calculate();
+    EXPECT_FALSE(HasEdits(work.Design));
+    ASSERT_TRUE(BringBackEdits(work));
+    document.AnalyseEdits({});
+    hands.Note();
+    EXPECT_EQ(work.Design.RLoad, 200.0);
+    EXPECT_EQ(work.Design.F0, edited.F0);
+    EXPECT_TRUE(SameLadder(work.Design, edited));
+    EXPECT_EQ(work.Design.Response.TransferRe, edited.Response.TransferRe);
+    EXPECT_EQ(work.Inputs.Box(InputId::RLoad).Text, "200");
+    ExpectEditsOfTheirInputs(work);
     ExpectRecovered(document);
 }
 

@@ -112,6 +112,29 @@ TEST(PartShares, AreSampledWhereTheResponseHasNoSlope) {
         EXPECT_EQ(share.BySamples, std::abs(share.At - f0) < 5e6) << share.At;
 }
 
+// Two coils of 50 nH on lines, far above where they resonate: at Fo the lines alone count. What the
+// other parts do to 100 dB is next to nothing, and of it alike ones still have alike shares.
+TEST(PartShares, OfNextToNothingAreNoRounding) {
+    const auto calculation = Designed({{"pass", "direct-coupled"},
+                                       {"response", "linear-chebyshev"},
+                                       {"poles", "2"},
+                                       {"inverter", "line"},
+                                       {"tank", "1"},
+                                       {"ripple", "0.25648"},
+                                       {"r-source", "0.41311"},
+                                       {"r-load", "0.41311"},
+                                       {"f0", "0.0034267841"},
+                                       {"bw-percent", "188.65153"}});
+    const double f0 = calculation->Design.F0;
+    const LimitLines limits = {{LimitKind::AttenMax, f0, f0, 1.0}};
+    const std::vector<PartShare> shares = SharesIn(*calculation, limits);
+    ASSERT_EQ(shares.size(), 10u);
+    for (const std::size_t part : {2u, 3u}) {
+        EXPECT_LT(shares[part].DbPerPercent, 1e-8) << shares[part].Designator;
+        EXPECT_NEAR(shares[part].Share, shares[part + 4].Share, 1e-4) << shares[part].Designator;
+    }
+}
+
 // A delay can be limited too; its slopes are those of the judged variation.
 TEST(PartShares, OfALimitedDelay) {
     const auto calculation = Designed({{"response", "chebyshev"}, {"poles", "5"}, {"f0", "30"}});

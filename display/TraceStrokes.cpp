@@ -107,7 +107,9 @@ void TraceStrokes::Cover(double x0, double y0, double x1, double y1) {
     const double squared = dx * dx + dy * dy;
     const double perSquared = squared > flat ? 1.0 / squared : 0.0;
     const double perX = dx > flat ? 1.0 / dx : 0.0;
-    const double outer = reach * reach, inner = (reach - 1.0) * (reach - 1.0);
+    const double outer = reach * reach;
+    // Nothing is covered whole by a line that is thinner than a pixel.
+    const double inner = reach > 1.0 ? (reach - 1.0) * (reach - 1.0) : -1.0;
     const int first = std::max(CeilOf(x0 - reach), 0);
     const int last = std::min(FloorOf(x1 + reach), columnCount - 1);
     for (int x = first; x <= last; ++x) {

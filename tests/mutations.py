@@ -242,3 +242,17 @@ def switched_source(source, mutants, header):
         lines += [(start, text.count("\n") + 1, number) for number in numbers]
     add(source[last:])
     return text, lines
+
+
+def declared_name(text, places, number):
+    """Name of the variable whose initial value a mutant is; "" where it is none. `text` is what
+    switched_source made, `places` the lines that it told."""
+    lines = text.splitlines()
+    for first, last, one in places:
+        piece = "\n".join(lines[first - 1:last])
+        if one == number and "IsMutantAtStart(%d)" % number in piece:
+            before = piece[:piece.index("IsMutantAtStart")].rsplit(";", 1)[-1]
+            before = re.sub(r"\b(?:namespace|struct|class)\b[^{;]*\{", "", before)
+            found = re.findall(r"\w+(?=\s*(?:\[[^\]]*\]\s*)?(?:=|\{))", before)
+            return found[0] if found else ""
+    return ""

@@ -223,6 +223,241 @@ TEST(SchematicDrawing, WrapsALongLadderAndNamesEveryPart) {
     EXPECT_TRUE(DrawLadder(design, 9000.0, 3000.0, Wide).Wires.empty());
 }
 
+double Distance(DrawnPoint a, DrawnPoint b) {
+    return std::hypot(a.X - b.X, a.Y - b.Y);
+}
+
+/// The point of an arc at a share of its span.
+DrawnPoint OnArc(const DrawnArc& arc, double share) {
+    const double angle = (arc.Start + share * arc.Span) / 360.0 * TwoPi;
+    return {arc.Frame.Left + arc.Frame.Width * 0.5 * (1.0 + std::cos(angle)),
+            arc.Frame.Top + arc.Frame.Height * 0.5 * (1.0 - std::sin(angle))};
+}
+
+/// The strokes whose middle lies in a part's rectangle, in coordinates of the part: along from its
+/// first end (0) to its second (1), and across, in pixels, to the side where it is written.
+struct PartStrokes {
+    const DrawnPart& Part;
+    const bool Shunt;
+    const double Length = Distance(Part.A, Part.B);
+    std::vector<DrawnArc> Arcs{};
+    std::vector<DrawnLine> Lines{};
+
+    PartStrokes(const SchematicDrawing& drawing, const DrawnPart& part)
+        : Part(part), Shunt(std::abs(part.A.X - part.B.X) < 1e-6) {
+        const auto within = [&](DrawnPoint p) { return Inside(part.Symbol, {p.X, p.Y, 0.0, 0.0}); };
+        for (const DrawnArc& arc : drawing.Arcs)
+            if (within(OnArc(arc, 0.5))) Arcs.push_back(arc);
+        for (const DrawnLine& line : drawing.Lines)
+            if (within({(line.From.X + line.To.X) / 2.0, (line.From.Y + line.To.Y) / 2.0}))
+                Lines.push_back(line);
+    }
+    DrawnPoint Own(DrawnPoint p) const {
+        const double x = p.X - Part.A.X, y = p.Y - Part.A.Y;
+        return Shunt ? DrawnPoint{y / Length, x} : DrawnPoint{x / Length, -y};
+    }
+    double Half() const {
+        return Shunt ? Part.Symbol.Right() - Part.A.X : Part.A.Y - Part.Symbol.Top;
+    }
+};
+
+bool Near(DrawnPoint a, DrawnPoint b) {
+    return Distance(a, b) < 1e-6;
+}
+
+/// Four bumps from end to end, all to one side.
+void ExpectCoil(const PartStrokes& coil) {
+    ASSERT_EQ(coil.Arcs.size(), 4u);
+    EXPECT_TRUE(coil.Lines.empty());
+    for (std::size_t k = 0; k < 4; ++k) {
+        const auto at = [&](double share) { return coil.Own(OnArc(coil.Arcs[k], share)); };
+        EXPECT_TRUE(Near(at(0.0), {k / 4.0, 0.0})) << k;
+        EXPECT_TRUE(Near(at(0.5), {(k + 0.5) / 4.0, coil.Half()})) << k;
+        EXPECT_TRUE(Near(at(1.0), {(k + 1.0) / 4.0, 0.0})) << k;
+    }
+}
+
+/// Two plates, one at each end, as far to both sides.
+void ExpectPlates(const PartStrokes& plates) {
+    ASSERT_EQ(plates.Lines.size(), 2u);
+    EXPECT_TRUE(plates.Arcs.empty());
+    for (std::size_t k = 0; k < 2; ++k) {
+        EXPECT_TRUE(Near(plates.Own(plates.Lines[k].From), {double(k), -plates.Half()}));
+        EXPECT_TRUE(Near(plates.Own(plates.Lines[k].To), {double(k), plates.Half()}));
+    }
+}
+
+/// A tube: an ellipse at the near end, into the middle of which the wire leads, two sides, and half
+/// an ellipse that closes it at the far end.
+void ExpectTube(const PartStrokes& tube) {
+    ASSERT_EQ(tube.Arcs.size(), 2u);
+    ASSERT_EQ(tube.Lines.size(), 3u);
+    const auto at = [&](int arc, double share) { return tube.Own(OnArc(tube.Arcs[arc], share)); };
+    EXPECT_EQ(tube.Arcs[0].Span, 360.0);
+    const DrawnPoint middle = tube.Own(tube.Lines[2].To);
+    EXPECT_TRUE(Near(tube.Own(tube.Lines[2].From), {0.0, 0.0}));
+    EXPECT_NEAR(middle.Y, 0.0, 1e-6);
+    for (const double share : {0.0, 0.25, 0.5, 0.75}) {
+        const DrawnPoint p = at(0, share), opposite = at(0, share + 0.5);
+        EXPECT_TRUE(Near({(p.X + opposite.X) / 2.0, (p.Y + opposite.Y) / 2.0}, middle));
+    }
+    for (const double side : {-1.0, 1.0}) {
+        const DrawnLine& line = tube.Lines[side < 0.0 ? 0 : 1];
+        EXPECT_TRUE(Near(tube.Own(line.From), {middle.X, side * tube.Half()}));
+        EXPECT_TRUE(Near(tube.Own(line.To), {1.0 - middle.X, side * tube.Half()}));
+        EXPECT_TRUE(Near(tube.Own(line.To), at(1, 0.0)) || Near(tube.Own(line.To), at(1, 1.0)));
+    }
+    EXPECT_TRUE(Near(at(1, 0.5), {1.0, 0.0}));
+    EXPECT_TRUE(middle.X > 0.0 && middle.X < 0.2);
+}
+
+/// Designator first, value last, beside the symbol of a shunt arm and above that of a series arm.
+void ExpectLabel(const SchematicDrawing& drawing, const PartStrokes& part,
+                 const std::string& name) {
+    const auto text = std::find_if(drawing.Texts.begin(), drawing.Texts.end(),
+                                   [&](const DrawnText& one) { return one.Text == name; });
+    ASSERT_NE(text, drawing.Texts.end()) << name;
+    const DrawnRect& symbol = part.Part.Symbol;
+    const double em = text->Place.Height;
+    double bottom = text->Place.Bottom();  // of the lines below it
+    for (const DrawnText& line : drawing.Texts)
+        if (std::abs(line.Place.Top - bottom) < 1e-6 &&
+            (part.Shunt ? line.Place.Left == text->Place.Left
+                        : std::abs(line.Place.Left + line.Place.Right() - text->Place.Left -
+                                   text->Place.Right()) < 1e-6))
+            bottom += em;
+    EXPECT_GT(bottom, text->Place.Bottom() + 0.9 * em) << name << ": a value below it";
+    if (part.Shunt) {
+        EXPECT_NEAR((text->Place.Top + bottom) / 2.0, symbol.Top + symbol.Height / 2.0, 1e-6);
+        EXPECT_NEAR(text->Place.Left - symbol.Right(), 0.2 * em, 0.1 * em) << name;
+    } else {
+        EXPECT_NEAR(text->Place.Left + text->Place.Width / 2.0, symbol.Left + symbol.Width / 2.0,
+                    1e-6);
+        EXPECT_LT(symbol.Top - bottom, em) << name;
+    }
+}
+
+TEST(SchematicDrawing, SymbolsAreWholeAndNamedBesideThem) {
+    for (int code = 0; code < NumElementTypes - 1; ++code) {
+        const FilterDesign design = LadderOf(static_cast<ElementType>(code), 3);
+        const auto names = DesignatorsOf(design);
+        for (const double width : {1e5, 2000.0}) {
+            const SchematicDrawing drawing = DrawLadder(design, width, 4000.0, Wide);
+            SCOPED_TRACE(InfoOf(static_cast<ElementType>(code)).Name);
+            for (const DrawnPart& part : drawing.Parts) {
+                const PartStrokes strokes(drawing, part);
+                const auto row = static_cast<std::size_t>(part.Row);
+                const ValueKind kind = InfoOf(design.Elements[part.Slot].Type).Values[row];
+                if (kind == ValueKind::Inductance) ExpectCoil(strokes);
+                if (kind == ValueKind::Capacitance) ExpectPlates(strokes);
+                if (kind == ValueKind::LengthDegrees) ExpectTube(strokes);
+                ExpectLabel(drawing, strokes, names[part.Slot][row]);
+            }
+        }
+    }
+}
+
+TEST(SchematicDrawing, SourceLoadAndGroundsAreDrawn) {
+    for (const ElementType type : {ElementType::ShuntCap, ElementType::ShuntTLOC}) {
+        const SchematicDrawing drawing = DrawLadder(LadderOf(type, 3), 1e5, 4000.0, Wide);
+        const auto hasWireEnd = [&](DrawnPoint p) {
+            return std::any_of(drawing.Wires.begin(), drawing.Wires.end(), [&](const auto& wire) {
+                return Near(wire.From, p) || Near(wire.To, p);
+            });
+        };
+        // A circle between two wires, and a period of a sine in it, from up to down.
+        const auto circle = std::find_if(
+            drawing.Arcs.begin(), drawing.Arcs.end(),
+            [](const DrawnArc& arc) { return arc.Span == 360.0 && arc.Frame.Left < 1e-6; });
+        ASSERT_NE(circle, drawing.Arcs.end());
+        const DrawnRect& round = circle->Frame;
+        const DrawnPoint centre{round.Width / 2.0, round.Top + round.Height / 2.0};
+        EXPECT_NEAR(round.Width, round.Height, 1e-6);
+        EXPECT_TRUE(hasWireEnd({centre.X, round.Top}) && hasWireEnd({centre.X, round.Bottom()}));
+        std::vector<DrawnArc> sine;
+        for (const DrawnArc& arc : drawing.Arcs)
+            if (arc.Span != 360.0 && Inside(round, arc.Frame)) sine.push_back(arc);
+        ASSERT_EQ(sine.size(), 2u);
+        EXPECT_TRUE(Near(OnArc(sine[0], 1.0), centre) && Near(OnArc(sine[1], 0.0), centre));
+        const double reach = centre.X - OnArc(sine[0], 0.0).X;
+        EXPECT_TRUE(reach > 0.4 * centre.X && reach < 0.9 * centre.X);
+        EXPECT_NEAR(OnArc(sine[1], 1.0).X - centre.X, reach, 1e-6);
+        EXPECT_LT(OnArc(sine[0], 0.5).Y, centre.Y - 0.2 * reach);
+        EXPECT_GT(OnArc(sine[1], 0.5).Y, centre.Y + 0.2 * reach);
+        // The resistors lie between wires that end in the middle of their ends.
+        ASSERT_EQ(drawing.Boxes.size(), 2u);
+        const DrawnRect &source = drawing.Boxes[0], &load = drawing.Boxes[1];
+        EXPECT_TRUE(hasWireEnd({source.Left, source.Top + source.Height / 2.0}));
+        EXPECT_TRUE(hasWireEnd({source.Right(), source.Top + source.Height / 2.0}));
+        EXPECT_TRUE(hasWireEnd({load.Left + load.Width / 2.0, load.Top}));
+        EXPECT_TRUE(hasWireEnd({load.Left + load.Width / 2.0, load.Bottom()}));
+        EXPECT_NEAR(source.Width, load.Height, 1e-6);
+        EXPECT_NEAR(source.Height, load.Width, 1e-6);
+        EXPECT_GT(source.Width, 2.0 * source.Height);
+        // Source, load and each shunted capacitor, not the open stubs; three bars each, ever
+        // shorter.
+        EXPECT_EQ(drawing.Grounds.size(), type == ElementType::ShuntCap ? 5u : 2u);
+        for (const DrawnPoint& ground : drawing.Grounds) {
+            EXPECT_TRUE(hasWireEnd(ground));
+            std::vector<double> halves, heights;
+            for (const DrawnLine& line : drawing.Lines)
+                if (line.From.Y == line.To.Y && line.From.Y > ground.Y - 1e-6 &&
+                    std::abs(line.From.X + line.To.X - 2.0 * ground.X) < 1e-6) {
+                    halves.push_back(line.To.X - ground.X);
+                    heights.push_back(line.From.Y - ground.Y);
+                }
+            ASSERT_EQ(halves.size(), 3u);
+            EXPECT_NEAR(heights[0], 0.0, 1e-6);
+            for (int k = 1; k < 3; ++k) {
+                EXPECT_NEAR(heights[k], k * heights[1], 1e-6);
+                EXPECT_NEAR(halves[k], halves[0] * (3 - k) / 3.0, 1e-6);
+            }
+        }
+        // An open stub ends in a ring.
+        int rings = 0;
+        for (const DrawnPart& part : drawing.Parts)
+            for (const DrawnArc& arc : drawing.Arcs)
+                rings += arc.Span == 360.0 && arc.Frame.Top > part.B.Y &&
+                         std::abs(arc.Frame.Left + arc.Frame.Width / 2.0 - part.B.X) < 1e-6;
+        EXPECT_EQ(rings, type == ElementType::ShuntTLOC ? 3 : 0);
+        // No room is left around what is drawn.
+        DrawnRect all = drawing.Texts.front().Place;
+        const auto include = [&all](const DrawnRect& rect) {
+            const double right = std::max(all.Right(), rect.Right());
+            const double bottom = std::max(all.Bottom(), rect.Bottom());
+            all.Left = std::min(all.Left, rect.Left);
+            all.Top = std::min(all.Top, rect.Top);
+            all.Width = right - all.Left;
+            all.Height = bottom - all.Top;
+        };
+        for (const DrawnText& text : drawing.Texts)
+            include(text.Place);
+        for (const DrawnLine& line : drawing.Lines)
+            include(BoxOf(line));
+        include(round);
+        const double em = Wide.Height;
+        EXPECT_TRUE(all.Left < 1e-6 && all.Top < 0.7 * em);
+        EXPECT_LT(drawing.Width - all.Right(), 0.6 * em);
+        EXPECT_LT(drawing.Height - all.Bottom(), 0.3 * em);
+    }
+    FilterDesign design = LadderOf(ElementType::ShuntCap, 1);
+    design.Elements[2].Type = ElementType::errorBitMap;
+    // A cross, as high as wide, in a line that is cut.
+    const SchematicDrawing broken = DrawLadder(design, 1e5, 4000.0, Wide);
+    std::vector<DrawnLine> cross;
+    for (const DrawnLine& line : broken.Lines)
+        if (line.From.X != line.To.X && line.From.Y != line.To.Y) cross.push_back(line);
+    ASSERT_EQ(cross.size(), 2u);
+    EXPECT_NEAR(cross[0].To.X - cross[0].From.X, std::abs(cross[0].To.Y - cross[0].From.Y), 1e-6);
+    EXPECT_NEAR(cross[0].From.Y, cross[1].To.Y, 1e-6);
+    EXPECT_NEAR(cross[0].From.X, cross[1].From.X, 1e-6);
+    const double y = (cross[0].From.Y + cross[0].To.Y) / 2.0, x = cross[0].From.X;
+    EXPECT_NEAR(y, broken.SourceEnd.Y, 1e-6);
+    for (const DrawnLine& wire : broken.Wires)
+        EXPECT_FALSE(std::abs(wire.From.Y - y) < 1e-6 && std::abs(wire.To.Y - y) < 1e-6 &&
+                     wire.From.X < x + 1.0 && wire.To.X > x);
+}
+
 int InkIn(const QImage& image, const QRect& place) {
     int ink = 0;
     for (int y = place.top(); y <= place.bottom(); ++y)

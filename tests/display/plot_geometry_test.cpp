@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <memory>
+#include <tuple>
 
 #include "display/PlotCover.h"
 #include "display/PlotFrame.h"
@@ -318,6 +320,74 @@ TEST(TraceStrokes, DashesAndGapsGrowWithTheWidth) {
         EXPECT_LE(gap, 3 * width);
         EXPECT_GE(gap, 2 * width - 1) << width;
     }
+}
+
+// Every pixel is covered by as much as the line reaches into it, counted from its axis, which for
+// an even width lies between two rows; the picture's edges cut off what is beyond.
+TEST(TraceStrokes, CoverWhatLiesAtTheirAxis) {
+    constexpr int wide = 90, high = 60, stride = 100;
+    constexpr std::uint32_t paper = 0xff406080, beside = 0x11223344;
+    const std::vector<std::pair<int, int>> shapes[] = {
+        {{5, 30}, {40, 30}, {41, 5}, {42, 55}, {60, 40}, {85, 10}},  // flat, steep, oblique
+        {{10, 20}, {10, 50}, {30, 50}, {31, 50}, {32, 49}, {33, 47}, {60, 3}},
+        {{0, 0}, {89, 59}, {89, 59}, {80, 59}, {-20, 40}, {120, 20}},
+        {{2, 58}, {3, 57}, {4, 56}, {6, 54}, {20, 40}, {21, 40}, {40, 21}, {41, 21}}};
+    TraceStrokes strokes;
+    for (const double width : {0.7, 1.0, 2.0, 3.0, 4.0})
+        for (const RunStyle style : {RunStyle::Solid, RunStyle::Dashed})
+            for (const auto& shape : shapes) {
+                const auto points = std::make_unique<TracePoints>();
+                points->NumPoints = static_cast<int>(shape.size());
+                for (std::size_t n = 0; n < shape.size(); ++n)
+                    std::tie(points->X[n], points->Y[n]) = shape[n];
+                points->NumRuns = 1;
+                points->Runs[0] = {0, points->NumPoints - 1, style};
+                std::vector<std::uint32_t> pixels(stride * high, beside);
+                for (int y = 0; y < high; ++y)
+                    std::fill_n(&pixels[y * stride], wide, paper);
+                strokes.Draw(*points, width, {250, 10, 200}, {pixels.data(), wide, high, stride});
+                // Squared distances to the axis, by its points a twentieth of a pixel apart.
+                const double offset = std::lround(width) % 2 == 0 ? -0.5 : 0.0;
+                std::vector<double> nearest(stride * high, 1e9);
+                const auto note = [&](double ax, double ay) {
+                    constexpr int reach = 4;
+                    for (int y = std::max(0, int(ay) - reach); y < std::min(high, int(ay) + reach);
+                         ++y)
+                        for (int x = std::max(0, int(ax) - reach);
+                             x < std::min(stride, int(ax) + reach); ++x) {
+                            double& least = nearest[y * stride + x];
+                            least = std::min(least, (ax - x) * (ax - x) + (ay - y) * (ay - y));
+                        }
+                };
+                double run = 0.0;  // along the line, of the dashes
+                for (std::size_t n = 1; n < shape.size(); ++n) {
+                    const double dx = shape[n].first - shape[n - 1].first;
+                    const double dy = shape[n].second - shape[n - 1].second;
+                    const double length = std::hypot(dx, dy);
+                    for (double at = 0.0; at < length; at += 0.05)
+                        if (style == RunStyle::Solid || std::fmod(run + at, 9 * width) < 6 * width)
+                            note(shape[n - 1].first + offset + dx * at / length,
+                                 shape[n - 1].second + offset + dy * at / length);
+                    run += length;
+                }
+                for (int y = 0; y < high; ++y)
+                    for (int x = 0; x < stride; ++x) {
+                        const double share = std::clamp(
+                            0.5 * width + 0.5 - std::sqrt(nearest[y * stride + x]), 0.0, 1.0);
+                        const std::uint32_t seen = pixels[y * stride + x];
+                        const auto mixed = [share](int below, int colour) {
+                            return below + share * (colour - below);
+                        };
+                        if (x >= wide) {
+                            ASSERT_EQ(seen, beside);
+                            continue;
+                        }
+                        ASSERT_EQ(seen >> 24, 0xffu);
+                        ASSERT_NEAR(seen >> 16 & 0xff, mixed(0x40, 250), 11) << x << " " << y;
+                        ASSERT_NEAR(seen >> 8 & 0xff, mixed(0x60, 10), 7) << x << " " << y;
+                        ASSERT_NEAR(seen & 0xff, mixed(0x80, 200), 5) << x << " " << y;
+                    }
+            }
 }
 
 // A channel 60 pixels wide is free above and below an anchor: a label of 50 stands in its middle.

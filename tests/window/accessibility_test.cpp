@@ -2,9 +2,13 @@
 // screen reader, the Tab key, mnemonics.
 #include <QAccessible>
 #include <QActionGroup>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 
 #include "tests/Picture.h"
 #include "tests/window/WindowFixture.h"
@@ -27,6 +31,33 @@ QStringList FaultyMnemonics(const QStringList& captions) {
     return faults;
 }
 
+/// Labels, frames, entries and headers that say nothing, and buttons that Enter might press unseen.
+QStringList EmptyTextsOf(const QWidget* control) {
+    QStringList faults;
+    const auto expect = [&](bool said, const char* what) {
+        if (!said) faults << control->objectName() + " has an empty " + what;
+    };
+    const auto* const label = qobject_cast<const QLabel*>(control);
+    // Those that have a name tell what there is to tell.
+    if (label && label->objectName().isEmpty())
+        expect(!label->text().isEmpty() || !label->pixmap(Qt::ReturnByValue).isNull(), "label");
+    if (const auto* const group = qobject_cast<const QGroupBox*>(control))
+        expect(!group->title().isEmpty(), "title");
+    const auto* const list = qobject_cast<const QComboBox*>(control);
+    for (int i = 0; list && i < list->count(); ++i)
+        expect(!list->itemText(i).isEmpty(), "entry");
+    const auto* const table = qobject_cast<const QTableWidget*>(control);
+    for (int i = 0; table && table->horizontalHeader()->isVisible() && i < table->columnCount();
+         ++i)
+        expect(!table->model()->headerData(i, Qt::Horizontal).toString().isEmpty(), "header");
+    const auto* const button = qobject_cast<const QPushButton*>(control);
+    const bool taken = button && button->autoDefault() && !button->isDefault();
+    if (taken && button->window()->inherits("QDialog") &&
+        !button->parentWidget()->inherits("QDialogButtonBox"))
+        faults << button->objectName() + " takes Enter";
+    return faults;
+}
+
 QStringList FaultsOf(QWidget* window) {
     WindowFixture::Activate(window);
     if (!window->focusWidget()) QTest::keyClick(window, Qt::Key_Tab);
@@ -36,6 +67,7 @@ QStringList FaultsOf(QWidget* window) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     QStringList faults, captions;
+    if (window->windowTitle().isEmpty()) faults << "no title";
     for (auto* const control : window->findChildren<QWidget*>()) {
         const QWidget* const parent = control->parentWidget();
         const bool toolkits = control->objectName().startsWith("qt_") ||
@@ -58,6 +90,7 @@ QStringList FaultsOf(QWidget* window) {
         if (usable && (captioned || qobject_cast<QLineEdit*>(control)) &&
             !parent->inherits("QDialogButtonBox") && control->toolTip().isEmpty())
             faults << control->objectName() + " has no tip";
+        faults += EmptyTextsOf(control);
         // Headers are either all plain or all explained.
         const auto* const table = qobject_cast<QTableWidget*>(control);
         const auto explained = [table](int column) {

@@ -59,6 +59,7 @@ private slots:
             {Qt::Key_E, "Export"}, {Qt::Key_P, "Print - 3 Pole Butterworth LPF"}};
         for (const auto& [key, title] : modal) {
             bool opened = false;
+            WindowFixture::Activate(f.Window.get());
             f.ExpectModal(title, [&](QWidget*) { opened = true; });
             QTest::keyClick(f.Window.get(), key, Qt::ControlModifier);
             QVERIFY2(opened, title);

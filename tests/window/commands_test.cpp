@@ -1,5 +1,4 @@
 // Commands as they are reached: by their keys and from the menus, with what opens or happens then.
-#include <QContextMenuEvent>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -9,12 +8,6 @@
 using namespace ladderwise;
 
 namespace {
-
-QWidget* ShownWindow(const QString& title) {
-    for (QWidget* const window : QApplication::topLevelWidgets())
-        if (window->isVisible() && window->windowTitle() == title) return window;
-    return nullptr;
-}
 
 /// What is wrong with the entries of a menu and its submenus: none, or no text, or a key or a text
 /// that another has.
@@ -42,19 +35,8 @@ class CommandsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    /// The keys that README and help name.
-    void keysOpenWhatTheyAreNamedFor() {
+    void keysOpenDialogs() {
         WindowFixture f;
-        const std::pair<Qt::Key, const char*> keys[] = {
-            {Qt::Key_F9, "Limits"}, {Qt::Key_F10, "Which Filter"}, {Qt::Key_F11, "Read the Board"}};
-        for (const auto& [key, title] : keys) {
-            QVERIFY2(!ShownWindow(title), title);
-            WindowFixture::Activate(f.Window.get());
-            QTest::keyClick(f.Window.get(), key);
-            QWidget* const opened = ShownWindow(title);
-            QVERIFY2(opened, title);
-            opened->close();
-        }
         const std::pair<Qt::Key, const char*> modal[] = {
             {Qt::Key_E, "Export"}, {Qt::Key_P, "Print - 3 Pole Butterworth LPF"}};
         for (const auto& [key, title] : modal) {
@@ -122,25 +104,6 @@ private slots:
             QVERIFY2(faults.isEmpty(), qPrintable(faults.join("; ")));
         }
         QVERIFY(keys.size() >= 10);
-        // The menu of a value of the grid, which has submenus, and of a place without one.
-        for (const QPoint cell : {QPoint(1, 1), QPoint(2, 0), QPoint(1, 0)}) {
-            QStringList faults, texts;
-            QTimer::singleShot(0, [&] {
-                auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-                if (!menu) return;
-                QMap<QKeySequence, QString> own;
-                faults = FaultsIn(*menu, own);
-                for (const QAction* const entry : menu->actions())
-                    texts << entry->text().remove('&');
-                menu->close();
-            });
-            const QPoint at = f.Grid->visualItemRect(f.Grid->item(cell.y(), cell.x())).center();
-            QContextMenuEvent event(QContextMenuEvent::Mouse, at,
-                                    f.Grid->viewport()->mapToGlobal(at));
-            QApplication::sendEvent(f.Grid->viewport(), &event);
-            QVERIFY2(faults.isEmpty(), qPrintable(faults.join("; ")));
-            QVERIFY2(texts.contains("Tolerance of This Part"), qPrintable(texts.join("; ")));
-        }
     }
 
     /// What stands beside a design and is not the program's own is left alone, and it says so.

@@ -430,6 +430,30 @@ private slots:
         QVERIFY(!panel->isVisible() && !entry->isVisible());
     }
 
+    // A ladder longer than the window: the cell that keys have reached is seen whole, on the way
+    // there and back.
+    void CellsComeIntoViewAsKeysReachThem() {
+        WindowFixture f;
+        f.Window->resize(700, 700);
+        f.Trigger("BandPassMenu");
+        f.Enter("NumPolesBox", "10");
+        f.Grid->setFocus();
+        f.Grid->setCurrentCell(0, 1);
+        const int columns = f.Grid->columnCount();
+        QVERIFY(columns > 10);
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left})
+            for (int step = 0; step + 2 < columns; ++step) {
+                QTest::keyClick(f.Grid, key);
+                f.Settle();
+                const QRect cell = f.Grid->visualItemRect(f.Grid->currentItem());
+                const QPoint at = f.Grid->viewport()->mapTo(f.Window.get(), cell.topLeft());
+                const QString place = QString("column %1 at %2").arg(f.Grid->currentColumn());
+                QVERIFY2(f.Window->rect().contains(QRect(at, cell.size())),
+                         qPrintable(place.arg(at.x())));
+            }
+        QCOMPARE(f.Grid->currentColumn(), 1);
+    }
+
     void TheGridsMenuHasAWordForEverything() {
         WindowFixture f;
         QStringList texts;

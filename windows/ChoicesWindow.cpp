@@ -117,7 +117,7 @@ QPixmap ThumbnailPixmap(const ChoosingRequest& request, const FilterChoice& choi
     const auto y = [](double db) {
         return std::clamp(db / ThumbnailDepth, -0.02, 1.0) * (ThumbnailSize.height() - 3) + 1.5;
     };
-    const auto x = [&](double f) {
+    const auto x = [low = low, high = high](double f) {
         return std::log(std::max(f, low) / low) / std::log(high / low) * (ThumbnailPoints - 1);
     };
     QPainter painter(&picture);

@@ -43,7 +43,7 @@ TEST(NortonValuePlot, MarksStandAtTheirValues) {
     const std::pair<const char*, int> names[] = {{"C1", 0}, {"C7", 3}, {"L2", 0}, {"L3", 1}};
     for (const auto& [name, column] : names) {
         const auto text = std::find_if(plot.Texts.begin(), plot.Texts.end(),
-                                       [&](const PlotText& t) { return t.Text == name; });
+                                       [name = name](const PlotText& t) { return t.Text == name; });
         ASSERT_NE(text, plot.Texts.end()) << name;
         EXPECT_NEAR(text->X + 8, plot.Points[column].X, 1) << name;
         EXPECT_GT(text->Y, bottom) << name;
